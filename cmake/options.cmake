@@ -1,0 +1,33 @@
+# What a build can be asked for, and the flags that every target of this project takes.
+
+option(GANTRY_TESTS "Build the tests" ON)
+option(GANTRY_BENCH "Build the benchmarks" OFF)
+option(GANTRY_FUZZ "Build the fuzz targets (Clang)" OFF)
+set(GANTRY_SANITIZE "" CACHE STRING "Sanitizers for every target, as -fsanitize= takes them")
+
+if(WIN32)
+  set(GANTRY_PLATFORM windows)
+else()
+  set(GANTRY_PLATFORM posix)
+endif()
+
+find_program(GANTRY_CCACHE ccache)
+if(GANTRY_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER ${GANTRY_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${GANTRY_CCACHE})
+endif()
+
+add_library(gantry_options INTERFACE)
+target_compile_options(gantry_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Wformat=2 -Werror
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
+# C has no C++ style casts and no virtual functions to warn of.
+add_library(gantry_c_options INTERFACE)
+target_compile_options(gantry_c_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+
+if(GANTRY_SANITIZE)
+  add_compile_options(-fsanitize=${GANTRY_SANITIZE} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${GANTRY_SANITIZE})
+endif()

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "client/connector_records.h"
+#include "client/query_results.h"
+
+namespace gantry {
+
+class IntersectClientBase;
+
+inline constexpr int kSweepRungs = 10;
+
+/// What a sweep is to measure, in the simulator's units.
+struct InflowSweepRequest {
+  int32_t componentCount = 0;
+  bool useBottomHolePressure = true;
+  double skewness = 1.0;       ///< above 1 packs the points towards low rates
+  double firstLiquidRate = 0;  ///< of the first rung; so high that the well's other limits decide
+  double firstGasRate = 0;
+};
+
+/// Measures the inflow of `wells` by forcing each through a ladder of ten rate constraints while
+/// the simulator stands still, and appends ten raw points (the simulator's units) to the record at
+/// the same position. The wells must be open. The constraints of the last rung stay in force.
+/// Throws runtime_error for answers of the right form with the wrong content.
+void MeasureInflow(IntersectClientBase& client, const Strings& wells,
+                   const InflowSweepRequest& request, std::vector<ConnectorWellRecord>& records);
+
+}  // namespace gantry

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "client/message_stream.h"
+#include "client/query_results.h"
+#include "client/tcp_connection.h"
+
+namespace gantry {
+
+/// Where the simulator stands in its run.
+enum class AlgorithmicPosition : int32_t {
+  UNCONNECTED = 0,
+  STARTING = 1,
+  MODEL_DEFINITION = 2,
+  BEGIN_NEWTON = 3,
+  END_SIMULATE = 4,
+};
+
+/// The text of a position; invalid_argument for a value outside the table.
+std::string position_name(AlgorithmicPosition position);
+
+/// What both client versions share: one TCP session with a running simulator, in the simulator's
+/// units. Every operation sends one message and blocks until the simulator has answered, without a
+/// time limit but for `connect`. All throw; after a failure the client is dropped.
+/// `v2016_2::IntersectClient` and `v2017_2::IntersectClient` add what differs.
+class IntersectClientBase {
+ public:
+  // Session.
+  void connect(const std::string& host, uint32_t port, uint32_t timeout_seconds);
+  void continue_simulation();
+  void continue_simulation_until(double time);  ///< days
+  void shutdown();
+  void receive_position();
+  void receive_ready();
+
+  // Queries. The wells may be the one element "*": all wells of the model.
+  WellQueryResult query_wells(const Strings& wells, const Strings& items);
+  WellQueryStringResult query_wells_as_strings(const Strings& wells, const Strings& items);
+  ReservoirQueryResult query_reservoir(const Strings& items);
+  ReservoirQueryStringResult query_reservoir_as_strings(const Strings& items);
+  WellConstraintsResult get_constraints_for_wells(const Strings& wells);
+  IPRQueryResult get_ipr_data_for_wells(const Strings& wells, const Strings& pressure_types,
+                                        int32_t point_count, double skewness);
+  std::vector<ReservoirFluidRecord> get_res_fluid_models();
+
+  // Setters. Sizes are compared before anything is composed.
+  void set_constraints_for_wells(const Strings& wells, const std::vector<Strings>& items,
+                                 const std::vector<Doubles>& values,
+                                 const std::vector<Strings>& setters);
+  void set_status_for_wells(const Strings& wells, const Strings& statuses,
+                            const std::string& closure);
+  void set_uptime_fractions_for_wells(const Strings& wells, const Doubles& fractions);
+
+  AlgorithmicPosition position() const { return position_; }
+  double time() const { return time_; }  ///< days, of the last "STEP"
+  const std::array<int32_t, 6>& date() const {
+    return date_;
+  }  ///< year, month, day, then three more
+
+ protected:
+  IntersectClientBase() : stream_(connection_) {}
+  ~IntersectClientBase() = default;
+
+  MessageStream& stream() { return stream_; }
+
+ private:
+  void ReceiveSetupReply();
+  void ReceiveStep(IncomingMessage& message);
+
+  TcpConnection connection_;
+  MessageStream stream_;
+  AlgorithmicPosition position_ = AlgorithmicPosition::UNCONNECTED;
+  double time_ = 0.0;
+  std::array<int32_t, 6> date_ = {1900, 1, 1, 0, 0, 0};
+};
+
+}  // namespace gantry

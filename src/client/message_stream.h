@@ -1,0 +1,127 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "client/byte_channel.h"
+
+namespace gantry {
+
+/// The kinds of array data, by their values in memory.
+enum class HeaderType : int32_t { MESS = 0, DOUB = 1, INTE = 2, CSTR = 3 };
+
+/// One decoded entry header. The name is a view into the message that is being read.
+struct Header {
+  std::string_view name;
+  uint64_t count = 0;
+  HeaderType type = HeaderType::MESS;
+
+  bool operator==(const Header&) const = default;
+};
+
+class OutgoingMessage;
+class IncomingMessage;
+
+/// The codec of the external-controller protocol: framed messages of named, typed arrays over one
+/// channel. docs/wire-protocol.md shows the format with an example.
+///
+/// One growable buffer serves both directions and keeps its storage from message to message. An
+/// empty buffer means that no message is going on; after a failure the bytes stay, and every later
+/// message fails with `logic_error`, so that a broken session can't be mistaken for a whole one.
+/// One thread at a time.
+///
+/// Throws `logic_error` for misuse, `length_error` for frames and entries that break the format,
+/// `invalid_argument` for wrong tags, and what the channel throws.
+class MessageStream {
+ public:
+  explicit MessageStream(ByteChannel& channel) : channel_(channel) {}
+  MessageStream(const MessageStream&) = delete;
+  MessageStream& operator=(const MessageStream&) = delete;
+
+  OutgoingMessage CreateOutgoingMessage();
+  /// Blocks until a whole frame has arrived.
+  IncomingMessage ReceiveMessage();
+
+ private:
+  friend class OutgoingMessage;
+  friend class IncomingMessage;
+
+  void SendFrame();
+  void ReceiveFrame();
+  void ReceiveChunk(uint64_t received, uint64_t length);
+
+  ByteChannel& channel_;
+  std::vector<std::byte> buffer_;
+};
+
+/// A message being composed in its stream's buffer; owns nothing. Appends chain.
+class OutgoingMessage {
+ public:
+  explicit OutgoingMessage(MessageStream& stream) : stream_(&stream) {}
+
+  OutgoingMessage& AppendMarker(std::string_view name, uint64_t count = 0);
+  OutgoingMessage& AppendInts(std::string_view name, std::span<const int32_t> values);
+  OutgoingMessage& AppendDoubles(std::string_view name, std::span<const double> values);
+  OutgoingMessage& AppendStrings(std::string_view name, std::span<const std::string> values);
+  OutgoingMessage& AppendString(std::string_view name, std::string_view value);
+  OutgoingMessage& AppendInt(std::string_view name, int32_t value);
+  OutgoingMessage& AppendDouble(std::string_view name, double value);
+
+  /// Sends the buffer as one frame and empties it.
+  void Send();
+
+ private:
+  std::byte* AppendHeader(std::string_view name, uint64_t count, HeaderType type, size_t arraySize);
+
+  MessageStream* stream_;
+};
+
+/// A received message being read from its stream's buffer, entry by entry.
+class IncomingMessage {
+ public:
+  explicit IncomingMessage(MessageStream& stream) : stream_(&stream) {}
+
+  Header ReadHeader();
+  static void CheckHeader(const Header& header, std::string_view name, uint64_t count,
+                          HeaderType type);
+  /// Count and type only: the name has just been looked at.
+  static void CheckMarker(const Header& header, uint64_t count = 0);
+  static void CheckNameAndCount(const Header& header, std::string_view name, uint64_t count);
+
+  /// The array behind a header that has been read.
+  std::vector<int32_t> ReadInts(const Header& header);
+  std::vector<double> ReadDoubles(const Header& header);
+  std::vector<std::string> ReadStrings(const Header& header);
+  /// The next entry, its name and type checked.
+  std::vector<int32_t> ReadInts(std::string_view name);
+  std::vector<double> ReadDoubles(std::string_view name);
+  std::vector<std::string> ReadStrings(std::string_view name);
+  /// The next entry, its count checked too.
+  std::vector<int32_t> ReadInts(std::string_view name, uint64_t count);
+  std::vector<double> ReadDoubles(std::string_view name, uint64_t count);
+  std::vector<std::string> ReadStrings(std::string_view name, uint64_t count);
+  /// The array behind a header, appended to `values`: no allocation beyond the growth of that.
+  void AppendDoubles(const Header& header, std::vector<double>& values);
+  void AppendStrings(const Header& header, std::vector<std::string>& values);
+
+  void ExpectMarker(std::string_view name);
+  /// The message must have been read to its last byte; the stream is free for the next one.
+  void EndOfMessage();
+
+ private:
+  void Require(uint64_t length) const;
+  void RequireElements(uint64_t count, uint64_t leastSize) const;
+  void Take(void* target, uint64_t length);
+  template <class T>
+  std::vector<T> TakeArray(uint64_t count);
+  Header ReadHeaderOf(std::string_view name, HeaderType type);
+  Header ReadHeaderOf(std::string_view name, uint64_t count, HeaderType type);
+
+  MessageStream* stream_;
+  uint64_t position_ = 0;
+};
+
+}  // namespace gantry

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace gantry {
+
+using Strings = std::vector<std::string>;
+using Doubles = std::vector<double>;
+
+/// Rows of equal or different lengths in one flat sequence, so that a reply of many wells costs few
+/// allocations.
+template <class T>
+class RowTable {
+ public:
+  size_t RowCount() const { return ends_.size(); }
+  std::span<const T> operator[](size_t row) const {
+    const size_t begin = row == 0 ? 0 : ends_[row - 1];
+    return {flat_.data() + begin, ends_[row] - begin};
+  }
+
+  /// Elements are appended here, then closed as a row by `EndRow`.
+  std::vector<T>& Flat() { return flat_; }
+  void EndRow() { ends_.push_back(flat_.size()); }
+
+ private:
+  std::vector<T> flat_;
+  std::vector<size_t> ends_;
+};
+
+/// One row of values for each well, one element for each item, in the simulator's units.
+struct WellQueryResult {
+  Strings wells;
+  Strings items;
+  RowTable<double> values;
+};
+
+struct WellQueryStringResult {
+  Strings wells;
+  Strings items;
+  RowTable<std::string> values;
+};
+
+/// One row for each item.
+struct ReservoirQueryResult {
+  Strings items;
+  RowTable<int32_t> values;
+};
+
+struct ReservoirQueryStringResult {
+  Strings items;
+  RowTable<std::string> values;
+};
+
+/// For each well its constraint items, their values and who set them.
+struct WellConstraintsResult {
+  Strings wells;
+  std::vector<Strings> items;
+  std::vector<Doubles> values;
+  std::vector<Strings> setters;
+};
+
+/// For each well its items, and for each of these the values of all points.
+struct IPRQueryResult {
+  Strings wells;
+  std::vector<Strings> items;
+  std::vector<std::vector<Doubles>> values;
+};
+
+/// One fluid model of the reservoir, as the simulator tells it.
+struct ReservoirFluidRecord {
+  std::string name;
+  std::string eosName;
+  Strings componentNames;
+  Strings propertyNames;
+  std::vector<Doubles> propertyValues;
+  Doubles binaryInteraction;
+};
+
+}  // namespace gantry

@@ -1,0 +1,109 @@
+#include "client/tcp_connection.h"
+
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+#include <boost/asio/io_service.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/read.hpp>
+#include <boost/asio/write.hpp>
+
+namespace gantry {
+
+namespace asio = boost::asio;
+using asio::ip::tcp;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds kKnockInterval{500};
+
+}  // namespace
+
+struct TcpConnection::Socket {
+  Socket() : socket(service) {}
+
+  /// Tries each address once; true when somebody has answered.
+  bool Knock(const tcp::resolver::results_type& addresses) {
+    for (const auto& address : addresses) {
+      socket.close();
+      boost::system::error_code refused;
+      socket.connect(address.endpoint(), refused);
+      if (!refused) return true;
+    }
+    return false;
+  }
+
+  asio::io_service service;
+  tcp::socket socket;
+};
+
+TcpConnection::TcpConnection() : socket_(std::make_unique<Socket>()) {}
+
+TcpConnection::~TcpConnection() = default;
+
+void TcpConnection::Connect(const std::string& host, uint32_t port, uint32_t timeoutSeconds) {
+  tcp::resolver resolver(socket_->service);
+  const tcp::resolver::results_type addresses =
+      resolver.resolve(tcp::v4(), host, std::to_string(port), tcp::resolver::numeric_service);
+  const Clock::time_point start = Clock::now();
+  Clock::time_point lastAttempt = start;
+  while (!socket_->Knock(addresses)) {
+    const Clock::time_point now = Clock::now();
+    if (std::chrono::duration_cast<std::chrono::seconds>(now - start).count() > timeoutSeconds) {
+      throw std::runtime_error("Connection timed out.");
+    }
+    if (now - lastAttempt < kKnockInterval) {
+      std::this_thread::sleep_for(kKnockInterval - (now - lastAttempt));
+    }
+    lastAttempt = Clock::now();
+  }
+  socket_->socket.set_option(tcp::no_delay(true));
+}
+
+void TcpConnection::Read(std::span<std::byte> bytes) {
+  asio::read(socket_->socket, asio::buffer(bytes.data(), bytes.size()));
+}
+
+void TcpConnection::Write(std::span<const std::byte> bytes) {
+  asio::write(socket_->socket, asio::buffer(bytes.data(), bytes.size()));
+}
+
+struct TcpListener::Acceptor {
+  explicit Acceptor(uint16_t port)
+      : acceptor(service, tcp::endpoint(asio::ip::address_v4::loopback(), port)) {}
+
+  asio::io_service service;
+  tcp::acceptor acceptor;
+};
+
+TcpListener::TcpListener(uint16_t port) : acceptor_(std::make_unique<Acceptor>(port)) {}
+
+TcpListener::~TcpListener() = default;
+
+uint16_t TcpListener::Port() const { return acceptor_->acceptor.local_endpoint().port(); }
+
+std::unique_ptr<TcpConnection> TcpListener::Accept(int timeoutSeconds) {
+  auto connection = std::make_unique<TcpConnection>();
+  boost::system::error_code outcome = asio::error::would_block;
+  acceptor_->service.restart();
+  acceptor_->acceptor.async_accept(
+      connection->socket_->socket,
+      [&outcome](const boost::system::error_code& error) { outcome = error; });
+  if (timeoutSeconds < 0) {
+    acceptor_->service.run();
+  } else {
+    acceptor_->service.run_for(std::chrono::seconds(timeoutSeconds));
+  }
+  if (outcome == asio::error::would_block) {
+    acceptor_->acceptor.cancel();
+    acceptor_->service.run();
+    return nullptr;
+  }
+  if (outcome) throw boost::system::system_error(outcome, "accept");
+  connection->socket_->socket.set_option(tcp::no_delay(true));
+  return connection;
+}
+
+}  // namespace gantry

@@ -1,0 +1,30 @@
+#pragma once
+
+// The numbers of the external-controller protocol's format, frozen: docs/wire-protocol.md.
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "client/message_stream.h"
+
+namespace gantry::wire {
+
+inline constexpr uint64_t kChunkSize = 65536;  ///< at which a sender cuts
+inline constexpr uint64_t kLongestName = 255;  ///< of an entry
+inline constexpr uint64_t kTagSize = 4;
+inline constexpr uint64_t kHeaderSizeWithoutName = 13;  ///< name length, count, tag
+
+/// What a reader finds storage for on the word of a frame's header alone. Not part of the format.
+inline constexpr uint64_t kLargestUnprovenFrame = uint64_t{64} << 20;
+
+struct Tag {
+  HeaderType type;
+  std::string_view text;
+};
+inline constexpr std::array<Tag, 4> kTags = {{{HeaderType::MESS, "MESS"},
+                                              {HeaderType::INTE, "INTE"},
+                                              {HeaderType::DOUB, "DOUB"},
+                                              {HeaderType::CSTR, "CSTR"}}};
+
+}  // namespace gantry::wire

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace gantry::platform {
+
+/// True when `window` is the handle of a live window: an HWND on Windows, on POSIX an X11 window id
+/// that the display knows. Null is no window, and without a display nothing is.
+bool IsWindow(void* window);
+
+}  // namespace gantry::platform

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <stdexcept>
+#include <string>
+
+namespace gantry {
+
+namespace platform {
+class NativeFile;
+}
+
+/// The one failure of an archive: a short block or file, or a header that isn't its own.
+class ArchiveError : public std::runtime_error {
+ public:
+  ArchiveError() : std::runtime_error("file failure") {}
+};
+
+/// The binary stream of the case data and the model state file, over a block of memory or an open
+/// file: little-endian, with a two-word header. docs/case-data.md shows the format.
+/// Every transfer works in the archive's direction. Throws ArchiveError and leaves the position.
+class CaseArchive {
+ public:
+  enum class Direction : int32_t { kWrite = 0, kRead = 1 };
+
+  /// Writes the header, or reads and checks it.
+  CaseArchive(std::span<char> block, Direction direction);
+  CaseArchive(platform::NativeFile& file, Direction direction);
+
+  bool IsReading() const { return direction_ == Direction::kRead; }
+
+  void Transfer(int32_t& value);
+  void Transfer(uint32_t& value);
+  void Transfer(uint8_t& value);
+  void Transfer(std::string& text);
+  /// A count of items of at least `leastItemSize` bytes each: a count that what is left can't hold,
+  /// or a negative one, is an ArchiveError before anything is allocated for it.
+  void TransferCount(int32_t& count, size_t leastItemSize);
+
+ private:
+  void TransferBytes(void* bytes, size_t length);
+  uint64_t Remaining() const;
+  void TransferHeader();
+
+  Direction direction_;
+  std::span<char> block_;
+  size_t position_ = 0;
+  platform::NativeFile* file_ = nullptr;
+};
+
+}  // namespace gantry

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace gantry {
+
+/// The registry key, under the current user, that holds the configuration and the last used case.
+extern const char* const kRegistryKey;
+
+/// One well property of the simulator that the user has exposed to the host.
+struct CIXUserProperty {
+  std::string Property;       ///< the simulator's name
+  std::string SimulatorItem;  ///< stays empty: such a property is read-only
+  std::string DisplayName;
+  uint32_t UnitCode = 60051;
+  int32_t UnitFamily = -1;
+  int32_t IsScalar = 1;  ///< 1 a scalar, 0 a component array
+};
+
+/// What holds for all cases of one user on one machine. Lives in the application object, mirrored
+/// in the registry: read at construction, written at destruction. No failure reaches the user: a
+/// missing or wrong value keeps its default.
+class CIXConfig {
+ public:
+  CIXConfig();                                            ///< from the standard key
+  CIXConfig(uintptr_t root, const std::string& keyPath);  ///< from another place
+  ~CIXConfig();                                           ///< saves
+  CIXConfig(const CIXConfig&) = delete;
+  CIXConfig& operator=(const CIXConfig&) = delete;
+
+  /// Appends to the user properties; these are always read under the current user.
+  void Load(uintptr_t root, const std::string& keyPath);
+  /// Always to the standard key.
+  void Save() const;
+
+  std::string SimExecutable;
+  std::string MPIExecutable;
+  std::string CmdLine;
+  std::vector<std::unique_ptr<CIXUserProperty>> UserProperties;
+  int32_t StartPort = 9001;
+  int32_t EndPort = 9101;
+};
+
+/// True for a text that is empty or made of blanks only.
+bool IsBlank(const std::string& text);
+
+}  // namespace gantry
