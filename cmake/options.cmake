@@ -11,6 +11,12 @@ else()
   set(GANTRY_PLATFORM posix)
 endif()
 
+if(WIN32)
+  add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
+  # The host's machine has nothing of ours but these files.
+  add_link_options(-static)
+endif()
+
 find_program(GANTRY_CCACHE ccache)
 if(GANTRY_CCACHE)
   set(CMAKE_C_COMPILER_LAUNCHER ${GANTRY_CCACHE})

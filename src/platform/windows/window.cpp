@@ -1,0 +1,9 @@
+#include "platform/window.h"
+
+#include "platform/windows/win32.h"
+
+namespace gantry::platform {
+
+bool IsWindow(void* window) { return ::IsWindow(static_cast<HWND>(window)) != 0; }
+
+}  // namespace gantry::platform
