@@ -82,6 +82,8 @@ class TagParser {
   TagParser(std::string_view path, TagMode mode);
 
   bool MayWrite() const { return mode_ == TagMode::kWrite && !protected_; }
+  void TransferDouble(double& value);
+  CommandMatch Malformed(const char* text);
 
   std::string path_;
   size_t position_ = 0;
