@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "host/text/ext_collection.h"
 #include "settings/machine_config.h"
@@ -46,14 +47,15 @@ class CExportedVariableWellParent : public CExtCollectionObject {
   int32_t Evaluate(CExtConnectorBase& connector, const CExportedVariable& variable,
                    uint32_t element, double& value, std::string& error) const;
   int32_t Assign(CExtConnectorBase& connector, const CExportedVariable& variable, uint32_t element,
-                 const char* text, std::string& error) const;
+                 std::string_view text, std::string& error) const;
   void Remove(const CExportedVariable& variable);
 
   std::string WellName;
   CExportedVariableCollection Variables;
 };
 
-/// The model's list of exported variables, by well. No lock of its own.
+/// The model's list of exported variables, by well. Whoever builds it sees to it that a well stands
+/// in it at most once, and a label at most once in a well. Copies are deep. No lock of its own.
 class CExportedVariables : public CExtCollection<CExportedVariableWellParent> {
  public:
   struct Entry {
@@ -62,11 +64,16 @@ class CExportedVariables : public CExtCollection<CExportedVariableWellParent> {
     uint32_t element = 0;
   };
 
+  /// By name, exactly and with case; null when there is none. Linear.
   CExportedVariableWellParent* FindWellParent(const std::string& wellName);
-  /// The entry of a running handle; `variable` is null when there is none.
+  /// The entry of a handle: a running number over all elements of all variables of all wells, in
+  /// list order. `variable` is null when there is none.
   Entry FindEntry(int32_t handle, size_t componentCount);
   bool HasPerComponentVariable() const;
+  /// Reads the values of all variables without their elements, one exchange for each well. 0, or 1
+  /// with `error` at the first failure.
   int32_t EvaluateAll(CExtConnectorBase& connector, std::string& error);
+  /// In the direction of the archive; a read appends to what the list holds.
   void Serialize(CaseArchive& archive, int32_t version);
 };
 

@@ -22,10 +22,24 @@ class CExtCollectionObject {
   virtual std::string DefaultName() const { return {}; }
 };
 
-/// A list of items that it owns and destroys with itself. Not thread-safe.
+/// A list of items that it owns and destroys with itself. Copies are deep. Not thread-safe.
 template <class T>
 class CExtCollection {
  public:
+  CExtCollection() = default;
+  CExtCollection(const CExtCollection& other) {
+    items_.reserve(other.Size());
+    for (const auto& item : other) items_.push_back(std::make_unique<T>(*item));
+  }
+  CExtCollection& operator=(const CExtCollection& other) {
+    CExtCollection copy(other);
+    items_.swap(copy.items_);
+    return *this;
+  }
+  CExtCollection(CExtCollection&&) noexcept = default;
+  CExtCollection& operator=(CExtCollection&&) noexcept = default;
+  ~CExtCollection() = default;
+
   size_t Size() const { return items_.size(); }
   bool IsEmpty() const { return items_.empty(); }
   T& operator[](size_t index) { return *items_[index]; }

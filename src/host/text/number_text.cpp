@@ -23,20 +23,21 @@ bool IsHexadecimal(std::string_view text) {
   return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
 }
 
-/// Whether a number that no double can hold is too large rather than too small. `number` is what
-/// the conversion took; its exponent counts digits before the point against the written exponent.
-bool IsTooLarge(std::string_view number, std::string_view exponentMarks) {
-  const size_t mark = std::min(number.find_first_of(exponentMarks), number.size());
+/// Whether a number that no double can hold is too large rather than too small: weighs the place of
+/// its first digit against its exponent.
+bool IsTooLarge(std::string_view number, bool hexadecimal) {
+  const size_t mark = std::min(number.find_first_of(hexadecimal ? "pP" : "eE"), number.size());
   const std::string_view digits = number.substr(0, mark);
   const auto point = static_cast<int64_t>(std::min(digits.find('.'), digits.size()));
   const auto first = static_cast<int64_t>(std::min(digits.find_first_not_of("0."), digits.size()));
-  int64_t exponent = 0;
+  const int64_t digitWeight = hexadecimal ? 4 : 1;
+  int32_t exponent = 0;
   std::string_view written = number.substr(std::min(mark + 1, number.size()));
   if (written.starts_with('+')) written.remove_prefix(1);
   const auto [end, failure] =
       std::from_chars(written.data(), written.data() + written.size(), exponent);
   if (failure == std::errc::result_out_of_range) return written.front() != '-';
-  return point - first + exponent > 0;
+  return (point - first) * digitWeight + exponent > 0;
 }
 
 }  // namespace
@@ -52,8 +53,7 @@ double ReadDouble(std::string_view text) {
                       hexadecimal ? std::chars_format::hex : std::chars_format::general);
   if (failure == std::errc::result_out_of_range) {
     const std::string_view number = text.substr(0, static_cast<size_t>(end - text.data()));
-    const bool tooLarge = IsTooLarge(number, hexadecimal ? "pP" : "eE");
-    value = tooLarge ? std::numeric_limits<double>::infinity() : 0.0;
+    value = IsTooLarge(number, hexadecimal) ? std::numeric_limits<double>::infinity() : 0.0;
   }
   return negative ? -value : value;
 }
