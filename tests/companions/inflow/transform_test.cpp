@@ -1,0 +1,165 @@
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "scripted_reservoir.h"
+
+namespace gantry::test {
+namespace {
+
+using Record = std::unique_ptr<_tGetSetData>;
+using Well = ScriptedReservoir::Well;
+
+constexpr double kMissing = 3.4e35;
+
+double Liquid(const _tGetSetData& record, int row) {
+  return record.oilRate[row] + record.waterRate[row];
+}
+
+/// A reservoir of one well whose region gives half of what its block promises, tested already.
+class TestedWell : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(SetupIPR(nullptr, reservoir_.Handle()), 0); }
+
+  Well& TheWell() { return reservoir_.Wells().front(); }
+
+  /// The table and state of the well flowing at `rate`.
+  void Read(double rate) {
+    TheWell().rate = rate;
+    TheWell().FillTable(*table_);
+    TheWell().FillCurrent(*state_);
+  }
+  int32_t Transform() {
+    return TransformIPR(reservoir_.Handle(), "P1", state_.get(), table_.get());
+  }
+
+  ScriptedReservoir reservoir_{{{"P1", 4000.0, 10.0, 5.0}}};
+  Record table_ = std::make_unique<_tGetSetData>();
+  Record state_ = std::make_unique<_tGetSetData>();
+};
+
+TEST_F(TestedWell, GetsTheLineOfItsDrainageRegion) {
+  Read(6000.0);
+  const Record block = std::make_unique<_tGetSetData>(*table_);
+  ASSERT_EQ(Transform(), 0);
+  ASSERT_GE(table_->pointCount, 2);
+  for (int i = 0; i < table_->pointCount; ++i)
+    EXPECT_NEAR(table_->pressure[i], TheWell().FlowingPressure(Liquid(*table_, i)), 1e-6);
+  EXPECT_GT(table_->pressure[table_->pointCount - 1], block->pressure[9]);
+}
+
+TEST_F(TestedWell, IsReadFromTheStaticPressureBeforeTheFirstStep) {
+  Read(0.0);
+  state_->pressure[0] = kMissing;
+  state_->oilRate[0] = -9999.9999;
+  ASSERT_EQ(Transform(), 0);
+  EXPECT_NEAR(table_->pressure[table_->pointCount - 1],
+              TheWell().FlowingPressure(Liquid(*table_, table_->pointCount - 1)), 1e-6);
+}
+
+TEST_F(TestedWell, KeepsTheLimitOfTheSimulatorAtItsHighestRate) {
+  Read(1000.0);
+  const double limit = table_->pressure[0];
+  ASSERT_EQ(Transform(), 0);
+  EXPECT_LT(table_->pointCount, 10);
+  EXPECT_DOUBLE_EQ(table_->pressure[0], limit);
+  EXPECT_NEAR(Liquid(*table_, 0), (4000.0 - limit) * 5.0, 1e-6);
+  EXPECT_NEAR(table_->gasRate[0], 0.0005 * Liquid(*table_, 0), 1e-9);
+}
+
+TEST_F(TestedWell, LosesThePointsWithAMissingNumber) {
+  Read(6000.0);
+  table_->pressure[2] = kMissing;
+  table_->oilRate[4] = std::numeric_limits<double>::quiet_NaN();
+  table_->gasRate[9] = std::numeric_limits<double>::infinity();
+  ASSERT_EQ(Transform(), 0);
+  EXPECT_LE(table_->pointCount, 7);
+  for (int i = 0; i < table_->pointCount; ++i)
+    EXPECT_NEAR(table_->pressure[i], TheWell().FlowingPressure(Liquid(*table_, i)), 1e-6);
+}
+
+TEST_F(TestedWell, IsMarkedAsHavingNoPointWhenNoneIsLeft) {
+  Read(6000.0);
+  for (double& pressure : table_->pressure) pressure = kMissing;
+  ASSERT_EQ(Transform(), 0);
+  EXPECT_EQ(table_->pointCount, 0);
+  EXPECT_EQ(table_->isShut, 1);
+}
+
+TEST_F(TestedWell, KeepsATableThatIsNoInflowCurve) {
+  Read(6000.0);
+  std::swap(table_->pressure[3], table_->pressure[7]);
+  const Record before = std::make_unique<_tGetSetData>(*table_);
+  ASSERT_EQ(Transform(), 0);
+  EXPECT_EQ(std::memcmp(before.get(), table_.get(), sizeof *before), 0);
+}
+
+/// Whatever a table holds, the result must be one that a host can search: bounded, finite, and
+/// running one way wherever the table did.
+TEST_F(TestedWell, GivesBoundedMonotonicTablesForAnyCurve) {
+  std::mt19937 random(1978);
+  const auto uniform = [&random](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  for (int round = 0; round < 2000; ++round) {
+    const bool injects = round % 3 == 0;
+    double pressure = uniform(500.0, 6000.0);
+    double rate = uniform(0.0, 50.0);
+    for (int i = 9; i >= 0; --i) {
+      table_->pressure[i] = pressure;
+      table_->oilRate[i] = 0.0;
+      table_->waterRate[i] = rate;
+      table_->gasRate[i] = uniform(0.0, 10.0);
+      pressure += (injects ? 1.0 : -1.0) * uniform(0.0, 300.0);
+      rate += uniform(0.0, 500.0);
+    }
+    table_->pointCount = static_cast<int32_t>(uniform(-2.0, 14.0));
+    state_->pressure[0] = round % 5 == 0 ? kMissing : uniform(0.0, 6000.0);
+    state_->waterRate[0] = uniform(-100.0, 9000.0);
+    state_->oilRate[0] = round % 7 == 0 ? kMissing : 0.0;
+
+    ASSERT_EQ(Transform(), 0);
+    ASSERT_GE(table_->pointCount, 0);
+    ASSERT_LE(table_->pointCount, 10);
+    for (int i = 0; i < table_->pointCount; ++i)
+      ASSERT_TRUE(std::isfinite(table_->pressure[i])) << "round " << round;
+    for (int i = 1; i < table_->pointCount; ++i) {
+      const double rise = table_->pressure[i] - table_->pressure[i - 1];
+      ASSERT_GE(injects ? -rise : rise, 0.0) << "round " << round << " row " << i;
+    }
+  }
+}
+
+TEST_F(TestedWell, LeavesUnknownAndUntestedWellsUntouched) {
+  AddIPRWell(reservoir_.Handle(), 1, "untested", true, true);
+  for (const char* name : {"untested", "unknown", ""}) {
+    Read(6000.0);
+    const Record before = std::make_unique<_tGetSetData>(*table_);
+    ASSERT_EQ(TransformIPR(reservoir_.Handle(), name, state_.get(), table_.get()), 0);
+    EXPECT_EQ(std::memcmp(before.get(), table_.get(), sizeof *before), 0) << name;
+  }
+}
+
+TEST(InflowLibrary, RefusesNulls) {
+  const InflowHandle handle;
+  const Record record = std::make_unique<_tGetSetData>();
+  EXPECT_NE(TransformIPR(nullptr, "P1", record.get(), record.get()), 0);
+  EXPECT_NE(TransformIPR(handle.Get(), nullptr, record.get(), record.get()), 0);
+  EXPECT_NE(TransformIPR(handle.Get(), "P1", nullptr, record.get()), 0);
+  EXPECT_NE(TransformIPR(handle.Get(), "P1", record.get(), nullptr), 0);
+  EXPECT_NE(SetupIPR(nullptr, nullptr), 0);
+  EXPECT_NE(SetupIPR(nullptr, handle.Get()), 0) << "without callbacks";
+  EXPECT_NE(SaveIPR(nullptr, 0), 0);
+  EXPECT_NE(LoadIPR(nullptr, 0), 0);
+  AddIPRWell(handle.Get(), 0, nullptr, true, true);
+  StartIPRAddWell(nullptr);
+  EndIPRAddWell(nullptr);
+  DestroyIPRModel(nullptr);
+}
+
+}  // namespace
+}  // namespace gantry::test
