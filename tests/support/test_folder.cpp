@@ -1,24 +1,21 @@
 #include "support/test_folder.h"
 
-#include <cstdlib>
 #include <fstream>
+#include <random>
 #include <sstream>
-#include <stdexcept>
+
+#include "support/isolation.h"
 
 namespace gantry::test {
 
 namespace fs = std::filesystem;
 
 TestFolder::TestFolder() {
-  std::string pattern = (fs::temp_directory_path() / "gantry-test-XXXXXX").string();
-  if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no test folder");
-  path_ = pattern;
-  for (const char* variable : {"XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
-    const fs::path folder = path_ / variable;
-    fs::create_directory(folder);
-    fs::permissions(folder, fs::perms::owner_all);
-    ::setenv(variable, folder.c_str(), 1);
-  }
+  std::random_device number;
+  do {
+    path_ = fs::temp_directory_path() / ("gantry-test-" + std::to_string(number()));
+  } while (!fs::create_directory(path_));
+  IsolateSettings(path_);
 }
 
 TestFolder::~TestFolder() {

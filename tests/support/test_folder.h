@@ -5,9 +5,8 @@
 
 namespace gantry::test {
 
-/// A new empty folder for one test, gone with the object. While it lives, the configuration and
-/// run-time folders of this process (XDG_CONFIG_HOME, XDG_RUNTIME_DIR) stand inside it, so that no
-/// test sees the user's settings or another test's locks.
+/// A new empty folder for one test, gone with the object. While it lives, the settings of this
+/// process and of its children stand inside it, so that no test sees the user's.
 class TestFolder {
  public:
   TestFolder();
