@@ -2,13 +2,16 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "client/byte_channel.h"
 #include "client/message_stream.h"
 #include "client/query_results.h"
-#include "client/tcp_connection.h"
 
 namespace gantry {
 
@@ -23,6 +26,13 @@ enum class AlgorithmicPosition : int32_t {
 
 /// The text of a position; invalid_argument for a value outside the table.
 std::string position_name(AlgorithmicPosition position);
+
+/// One well's constraints as views: of each item its name, its value and who sets it.
+struct WellConstraints {
+  std::span<const std::string> items;
+  std::span<const double> values;
+  std::span<const std::string> setters;
+};
 
 /// What both client versions share: one TCP session with a running simulator, in the simulator's
 /// units. Every operation sends one message and blocks until the simulator has answered, without a
@@ -52,27 +62,46 @@ class IntersectClientBase {
   void set_constraints_for_wells(const Strings& wells, const std::vector<Strings>& items,
                                  const std::vector<Doubles>& values,
                                  const std::vector<Strings>& setters);
+  /// The same from views, for a caller that sends again and again what differs in values alone.
+  void set_constraints_for_wells(const Strings& wells,
+                                 std::span<const WellConstraints> constraints);
   void set_status_for_wells(const Strings& wells, const Strings& statuses,
                             const std::string& closure);
   void set_uptime_fractions_for_wells(const Strings& wells, const Doubles& fractions);
 
   AlgorithmicPosition position() const { return position_; }
   double time() const { return time_; }  ///< days, of the last "STEP"
-  const std::array<int32_t, 6>& date() const {
-    return date_;
-  }  ///< year, month, day, then three more
+  /// Year, month, day of the last "STEP", then three more.
+  const std::array<int32_t, 6>& date() const { return date_; }
 
  protected:
-  IntersectClientBase() : stream_(connection_) {}
-  ~IntersectClientBase() = default;
+  /// A connection over TCP.
+  IntersectClientBase();
+  explicit IntersectClientBase(std::unique_ptr<PeerConnection> connection);
+  ~IntersectClientBase();
 
-  MessageStream& stream() { return stream_; }
+  /// A message of the "SET" family, its name already appended.
+  OutgoingMessage BeginSetter(std::string_view name);
+  void SendAndAwaitReady(OutgoingMessage message);
+  /// Sends a message whose answer is a reply of its own, and receives that reply up to its content.
+  IncomingMessage Ask(OutgoingMessage message);
+  /// A reply that has been read up to its "END" marker, and the "READY" behind it.
+  void FinishReply(IncomingMessage& reply);
+  /// The strings of the one entry that answers "QFMFLUIDMODEL"; any name passes without
+  /// `entryName`.
+  Strings RequestFluidModel(std::optional<std::string_view> entryName);
 
  private:
-  void ReceiveSetupReply();
+  void SendSetup();
+  void SendRunControl(OutgoingMessage message);
   void ReceiveStep(IncomingMessage& message);
+  OutgoingMessage BeginQuery(std::string_view name);
+  template <class Result>
+  Result QueryWells(std::string_view name, const Strings& wells, const Strings& items);
+  template <class Result>
+  Result QueryReservoir(std::string_view name, const Strings& items);
 
-  TcpConnection connection_;
+  std::unique_ptr<PeerConnection> connection_;
   MessageStream stream_;
   AlgorithmicPosition position_ = AlgorithmicPosition::UNCONNECTED;
   double time_ = 0.0;

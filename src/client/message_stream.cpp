@@ -240,7 +240,8 @@ void IncomingMessage::AppendStrings(const Header& header, std::vector<std::strin
   CheckType(header, HeaderType::CSTR);
   // Each element takes its length word at least, so a count beyond that can't be borne out.
   RequireElements(header.count, sizeof(uint64_t));
-  values.reserve(values.size() + header.count);
+  // Asking for the exact size time and again would defeat the vector's own growth.
+  if (values.empty()) values.reserve(header.count);
   for (uint64_t i = 0; i < header.count; ++i) {
     uint64_t length = 0;
     Take(&length, sizeof length);

@@ -99,7 +99,7 @@ std::unique_ptr<TcpConnection> TcpListener::Accept(int timeoutSeconds) {
   if (outcome == asio::error::would_block) {
     acceptor_->acceptor.cancel();
     acceptor_->service.run();
-    return nullptr;
+    if (outcome == asio::error::operation_aborted) return nullptr;
   }
   if (outcome) throw boost::system::system_error(outcome, "accept");
   connection->socket_->socket.set_option(tcp::no_delay(true));

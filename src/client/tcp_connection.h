@@ -11,14 +11,14 @@ namespace gantry {
 /// One TCP connection, blocking, with TCP_NODELAY. Closed with the object. One thread at a time.
 /// Failures are boost::system::system_error with the context "resolve", "close", "set_option",
 /// "read" or "write".
-class TcpConnection : public ByteChannel {
+class TcpConnection : public PeerConnection {
  public:
   TcpConnection();
   ~TcpConnection() override;
 
   /// Looks the host up once (IPv4) and knocks on its port twice a second until somebody answers.
   /// Throws runtime_error "Connection timed out." once the whole seconds gone by exceed the limit.
-  void Connect(const std::string& host, uint32_t port, uint32_t timeoutSeconds);
+  void Connect(const std::string& host, uint32_t port, uint32_t timeoutSeconds) override;
 
   void Read(std::span<std::byte> bytes) override;
   void Write(std::span<const std::byte> bytes) override;

@@ -1,0 +1,218 @@
+#include <type_traits>
+
+#include "client/argument_check.h"
+#include "client/intersect_client.h"
+
+namespace gantry {
+
+namespace {
+
+bool IsEnd(const Header& header) {
+  if (header.name != "END") return false;
+  IncomingMessage::CheckMarker(header);
+  return true;
+}
+
+/// The one string of an entry whose header has been read.
+void AppendOneString(IncomingMessage& reply, const Header& header, std::string_view name,
+                     Strings& target) {
+  IncomingMessage::CheckNameAndCount(header, name, 1);
+  reply.AppendStrings(header, target);
+}
+
+std::string ReadOneString(IncomingMessage& reply, std::string_view name) {
+  return std::move(reply.ReadStrings(name, 1).front());
+}
+
+/// A row of "VALUES" of exactly `count` elements.
+template <class T>
+void AppendValues(IncomingMessage& reply, uint64_t count, RowTable<T>& table) {
+  const Header header = reply.ReadHeader();
+  if constexpr (std::is_same_v<T, double>) {
+    IncomingMessage::CheckHeader(header, "VALUES", count, HeaderType::DOUB);
+    reply.AppendDoubles(header, table.Flat());
+  } else {
+    IncomingMessage::CheckHeader(header, "VALUES", count, HeaderType::CSTR);
+    reply.AppendStrings(header, table.Flat());
+  }
+  table.EndRow();
+}
+
+template <class Result>
+void ReadWellRows(IncomingMessage& reply, Result& result) {
+  for (Header header = reply.ReadHeader(); !IsEnd(header); header = reply.ReadHeader()) {
+    AppendOneString(reply, header, "WELLNAME", result.wells);
+    AppendValues(reply, result.items.size(), result.values);
+  }
+}
+
+/// A row of "VALUES" of any length.
+void AppendRow(IncomingMessage& reply, RowTable<int32_t>& table) {
+  const std::vector<int32_t> row = reply.ReadInts("VALUES");
+  table.Flat().insert(table.Flat().end(), row.begin(), row.end());
+  table.EndRow();
+}
+
+void AppendRow(IncomingMessage& reply, RowTable<std::string>& table) {
+  Strings row = reply.ReadStrings("VALUES");
+  for (std::string& text : row) table.Flat().push_back(std::move(text));
+  table.EndRow();
+}
+
+/// The items of one well, each with its `pointCount` values; gives the header behind them.
+Header ReadIPRItems(IncomingMessage& reply, uint64_t pointCount, Strings& items,
+                    std::vector<Doubles>& values) {
+  Header header = reply.ReadHeader();
+  while (header.name == "ITEM") {
+    AppendOneString(reply, header, "ITEM", items);
+    values.push_back(reply.ReadDoubles("VALUES", pointCount));
+    header = reply.ReadHeader();
+  }
+  return header;
+}
+
+Header ReadFluidProperties(IncomingMessage& reply, ReservoirFluidRecord& record) {
+  Header header = reply.ReadHeader();
+  while (header.name == "EOSPROPNAME") {
+    AppendOneString(reply, header, "EOSPROPNAME", record.propertyNames);
+    record.propertyValues.push_back(reply.ReadDoubles("VALUES", record.componentNames.size()));
+    header = reply.ReadHeader();
+  }
+  return header;
+}
+
+/// The record whose name stands in `header`, which then holds what follows the record.
+ReservoirFluidRecord ReadFluidRecord(IncomingMessage& reply, Header& header) {
+  ReservoirFluidRecord record;
+  Strings name;
+  AppendOneString(reply, header, "FLUIDMODELDNAME", name);
+  record.name = std::move(name.front());
+  record.eosName = ReadOneString(reply, "EOSNAME");
+  record.componentNames = reply.ReadStrings("NCOMPS");
+  record.binaryInteraction = reply.ReadDoubles("BIC");
+  header = ReadFluidProperties(reply, record);
+  return record;
+}
+
+}  // namespace
+
+OutgoingMessage IntersectClientBase::BeginQuery(std::string_view name) {
+  return stream_.CreateOutgoingMessage().AppendMarker("QUERY").AppendMarker(name);
+}
+
+IncomingMessage IntersectClientBase::Ask(OutgoingMessage message) {
+  message.AppendMarker("END").Send();
+  IncomingMessage reply = stream_.ReceiveMessage();
+  reply.ExpectMarker("REPLY");
+  return reply;
+}
+
+void IntersectClientBase::FinishReply(IncomingMessage& reply) {
+  reply.EndOfMessage();
+  receive_ready();
+}
+
+template <class Result>
+Result IntersectClientBase::QueryWells(std::string_view name, const Strings& wells,
+                                       const Strings& items) {
+  IncomingMessage reply =
+      Ask(BeginQuery(name).AppendStrings("QITEMS", items).AppendStrings("WELNAMES", wells));
+  Result result;
+  const Header header = reply.ReadHeader();
+  if (!IsEnd(header)) {
+    IncomingMessage::CheckNameAndCount(header, "QITEMS", header.count);
+    result.items = reply.ReadStrings(header);
+    ReadWellRows(reply, result);
+  }
+  FinishReply(reply);
+  return result;
+}
+
+template <class Result>
+Result IntersectClientBase::QueryReservoir(std::string_view name, const Strings& items) {
+  IncomingMessage reply = Ask(BeginQuery(name).AppendStrings("QITEMS", items));
+  Result result;
+  for (Header header = reply.ReadHeader(); !IsEnd(header); header = reply.ReadHeader()) {
+    AppendOneString(reply, header, "QITEM", result.items);
+    AppendRow(reply, result.values);
+  }
+  FinishReply(reply);
+  return result;
+}
+
+WellQueryResult IntersectClientBase::query_wells(const Strings& wells, const Strings& items) {
+  return QueryWells<WellQueryResult>("QWELLS", wells, items);
+}
+
+WellQueryStringResult IntersectClientBase::query_wells_as_strings(const Strings& wells,
+                                                                  const Strings& items) {
+  return QueryWells<WellQueryStringResult>("QWELLS_STR", wells, items);
+}
+
+ReservoirQueryResult IntersectClientBase::query_reservoir(const Strings& items) {
+  return QueryReservoir<ReservoirQueryResult>("QRESVR", items);
+}
+
+ReservoirQueryStringResult IntersectClientBase::query_reservoir_as_strings(const Strings& items) {
+  return QueryReservoir<ReservoirQueryStringResult>("QRESVR_STR", items);
+}
+
+WellConstraintsResult IntersectClientBase::get_constraints_for_wells(const Strings& wells) {
+  IncomingMessage reply = Ask(BeginQuery("QWCONSTRAINTS").AppendStrings("WELNAMES", wells));
+  WellConstraintsResult result;
+  for (Header header = reply.ReadHeader(); !IsEnd(header); header = reply.ReadHeader()) {
+    AppendOneString(reply, header, "WELLNAME", result.wells);
+    result.items.push_back(reply.ReadStrings("ITEMS"));
+    const size_t itemCount = result.items.back().size();
+    result.values.push_back(reply.ReadDoubles("VALUES", itemCount));
+    result.setters.push_back(reply.ReadStrings("SETTERS", itemCount));
+  }
+  FinishReply(reply);
+  return result;
+}
+
+IPRQueryResult IntersectClientBase::get_ipr_data_for_wells(const Strings& wells,
+                                                           const Strings& pressure_types,
+                                                           int32_t point_count, double skewness) {
+  CheckSizes("get_ipr_data_for_wells", {1, wells.size()}, {2, pressure_types.size()});
+  IPRQueryResult result;
+  if (point_count == 0 || wells.empty()) return result;
+  IncomingMessage reply = Ask(BeginQuery("QIPRDATA")
+                                  .AppendStrings("WELNAMES", wells)
+                                  .AppendStrings("PRESSURETYPES", pressure_types)
+                                  .AppendInt("NPOINTS", point_count)
+                                  .AppendDouble("SKEWNESS", skewness));
+  Header header = reply.ReadHeader();
+  while (!IsEnd(header)) {
+    AppendOneString(reply, header, "WELLNAME", result.wells);
+    const auto pointCount = static_cast<uint64_t>(reply.ReadInts("NPOINTS", 1).front());
+    header =
+        ReadIPRItems(reply, pointCount, result.items.emplace_back(), result.values.emplace_back());
+  }
+  FinishReply(reply);
+  return result;
+}
+
+Strings IntersectClientBase::RequestFluidModel(std::optional<std::string_view> entryName) {
+  IncomingMessage reply = Ask(BeginQuery("QFMFLUIDMODEL"));
+  Strings result;
+  const Header header = reply.ReadHeader();
+  if (!IsEnd(header)) {
+    if (entryName) IncomingMessage::CheckNameAndCount(header, *entryName, header.count);
+    result = reply.ReadStrings(header);
+    reply.ExpectMarker("END");
+  }
+  FinishReply(reply);
+  return result;
+}
+
+std::vector<ReservoirFluidRecord> IntersectClientBase::get_res_fluid_models() {
+  IncomingMessage reply = Ask(BeginQuery("QRFLUIDMODEL"));
+  std::vector<ReservoirFluidRecord> records;
+  Header header = reply.ReadHeader();
+  while (!IsEnd(header)) records.push_back(ReadFluidRecord(reply, header));
+  FinishReply(reply);
+  return records;
+}
+
+}  // namespace gantry
