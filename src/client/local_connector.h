@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "client/connector_base.h"
+
+namespace gantry {
+
+class IntersectClientBase;
+
+/// What both local connectors share: a connector that speaks the simulator's protocol itself, on a
+/// port of this machine. Turns the model's questions into queries and setters, checks that the
+/// answers fit, and converts units. The version's own class owns its client and adds what differs.
+class CExtConnectorLocalBase : public CExtConnectorBase {
+ public:
+  void ConnectToSimulator() override;
+  double GetMinimumSimulatorVersion() override { return 2016.2; }
+  double GetMaximumSimulatorVersion() override { return 10000.0; }
+  void GetWellIPRData(int32_t componentCount, const Strings& wells,
+                      std::vector<ConnectorWellRecord>& records, bool useBottomHolePressure,
+                      double skewness) override;
+  void GetWellData(const Strings& wells, std::vector<ConnectorWellRecord>& records) override;
+  void Shutdown() override;
+  double GetVersion() override;
+  bool GetMetricFlag() override;
+  double GetTimeDays() override;
+  void GetDate(int32_t& day, int32_t& month, int32_t& year) override;
+  void GetStartDate(int32_t& day, int32_t& month, int32_t& year) override;
+  bool GetCompositionalFlag() override;
+  void GetEOSProperties(EOSProperties& properties) override;
+  void PollWellStatuses() override;
+  void GetWellStatus(std::vector<ConnectorWellStatus>& statuses) override;
+  void GetWellVariables(const std::string& well, const Strings& items,
+                        const std::vector<int32_t>& codes, Doubles& values) override;
+  void PollWellConstraints() override;
+  void SetWellUptime(const Strings& wells, const Doubles& fractions) override;
+  void SetWellStatus(const Strings& wells, const Strings& statuses) override;
+  void SetWellConstraints(const Strings& wells, const std::vector<Strings>& items,
+                          const std::vector<Doubles>& values,
+                          const std::vector<std::vector<int32_t>>& codes) override;
+  void AdvanceNewton() override;
+  void RunUntil(double days) override;
+  bool GetTerminationFlag() override;
+
+ protected:
+  explicit CExtConnectorLocalBase(uint32_t port) : port_(port) {}
+
+ private:
+  /// A new client of the connector's version, owned by its class until `DestroyClient`.
+  virtual IntersectClientBase& CreateClient() = 0;
+  virtual void DestroyClient() = 0;
+
+  /// The client of a session that stands; logic_error outside of one.
+  IntersectClientBase& Client();
+
+  uint32_t port_;
+  IntersectClientBase* client_ = nullptr;
+};
+
+}  // namespace gantry
