@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace gantry::test {
+
+/// The external-controller protocol written down a second time, apart from the driver's codec, so
+/// that neither can hide a fault of the other. Bytes are kept as strings.
+struct Marker {
+  uint64_t count = 0;
+  bool operator==(const Marker&) const = default;
+};
+using Ints = std::vector<int32_t>;
+using Numbers = std::vector<double>;
+using Texts = std::vector<std::string>;
+
+struct Entry {
+  Entry(std::string entryName, std::variant<Marker, Ints, Numbers, Texts> entryData = Marker{})
+      : name(std::move(entryName)), data(std::move(entryData)) {}
+  Entry(const char* entryName) : Entry(std::string(entryName)) {}
+
+  bool operator==(const Entry&) const = default;
+
+  std::string name;
+  std::variant<Marker, Ints, Numbers, Texts> data;
+};
+
+/// A message: {"SET", "SETWELLS", {"VALUES", Numbers{0.5}}, "END"}.
+using Entries = std::vector<Entry>;
+
+/// A 64-bit word as it stands on the wire.
+std::string Word(uint64_t value);
+/// An entry's header alone, with any count and tag.
+std::string HeaderBytes(const std::string& name, uint64_t count, const std::string& tag);
+std::string Payload(const Entries& entries);
+/// A payload cut into chunks of 65536 bytes.
+std::string Frame(const std::string& payload);
+std::string Frame(const Entries& entries);
+
+/// Throws runtime_error for a payload that breaks the format.
+Entries Decode(const std::string& payload);
+/// For a reader: SET SETWELLS VALUES{0.5} END.
+std::string Describe(const Entries& entries);
+
+}  // namespace gantry::test
