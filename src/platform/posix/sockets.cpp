@@ -1,0 +1,141 @@
+#include "platform/sockets.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace gantry::platform {
+
+namespace {
+
+constexpr int kPauseMilliseconds = 100;
+constexpr int kLongestWaitSeconds = 1'000'000;
+
+int Descriptor(SocketHandle socket) { return static_cast<int>(socket); }
+
+template <class Call>
+auto WithoutInterrupts(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+sockaddr_in AddressOf(uint32_t address, uint16_t port) {
+  sockaddr_in result{};
+  result.sin_family = AF_INET;
+  result.sin_addr.s_addr = address;
+  result.sin_port = htons(port);
+  return result;
+}
+
+const sockaddr* Generic(const sockaddr_in& address) {
+  return reinterpret_cast<const sockaddr*>(&address);
+}
+
+/// An interrupted connect goes on by itself; its outcome is asked for here.
+int FinishConnect(int descriptor) {
+  pollfd waiting = {descriptor, POLLOUT, 0};
+  WithoutInterrupts([&] { return ::poll(&waiting, 1, -1); });
+  int error = 0;
+  socklen_t size = sizeof error;
+  if (::getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return kSocketError;
+  errno = error;
+  return error == 0 ? 0 : kSocketError;
+}
+
+class PosixSockets : public SocketCalls {
+ public:
+  bool StartUp() override { return true; }
+  void CleanUp() override {}
+
+  SocketHandle OpenTcp() override {
+    return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
+  }
+
+  void Close(SocketHandle socket) override { ::close(Descriptor(socket)); }
+
+  bool SetBlocking(SocketHandle socket, bool blocking) override {
+    int nonBlocking = blocking ? 0 : 1;
+    return ::ioctl(Descriptor(socket), FIONBIO, &nonBlocking) == 0;
+  }
+
+  std::optional<uint32_t> FindHost(const std::string& name) override {
+    addrinfo hints{};
+    hints.ai_family = AF_INET;
+    hints.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (::getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0) return std::nullopt;
+    const uint32_t address = reinterpret_cast<sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
+    ::freeaddrinfo(found);
+    return address;
+  }
+
+  int Connect(SocketHandle socket, uint32_t address, uint16_t port) override {
+    const sockaddr_in peer = AddressOf(address, port);
+    if (::connect(Descriptor(socket), Generic(peer), sizeof peer) == 0) return 0;
+    return errno == EINTR ? FinishConnect(Descriptor(socket)) : kSocketError;
+  }
+
+  int Bind(SocketHandle socket, uint16_t port) override {
+    const sockaddr_in own = AddressOf(htonl(INADDR_ANY), port);
+    return ::bind(Descriptor(socket), Generic(own), sizeof own);
+  }
+
+  int Listen(SocketHandle socket, int backlog) override {
+    return ::listen(Descriptor(socket), backlog);
+  }
+
+  SocketHandle Accept(SocketHandle socket) override {
+    return WithoutInterrupts(
+        [&] { return ::accept4(Descriptor(socket), nullptr, nullptr, SOCK_CLOEXEC); });
+  }
+
+  int Select(SocketHandle socket, bool orWritable, std::optional<int> limitSeconds) override {
+    const auto events = static_cast<short>(orWritable ? POLLIN | POLLOUT : POLLIN);
+    pollfd waiting = {Descriptor(socket), events, 0};
+    const int limit = limitSeconds ? std::min(*limitSeconds, kLongestWaitSeconds) * 1000 : -1;
+    return WithoutInterrupts([&] { return ::poll(&waiting, 1, limit); });
+  }
+
+  int64_t Send(SocketHandle socket, std::span<const std::byte> bytes) override {
+    return WithoutInterrupts(
+        [&] { return ::send(Descriptor(socket), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
+  }
+
+  int64_t Receive(SocketHandle socket, std::span<std::byte> bytes) override {
+    return WithoutInterrupts(
+        [&] { return ::recv(Descriptor(socket), bytes.data(), bytes.size(), 0); });
+  }
+
+  int64_t Available(SocketHandle socket) override {
+    int available = 0;
+    return ::ioctl(Descriptor(socket), FIONREAD, &available) == 0 ? available : kSocketError;
+  }
+
+  void PauseOnClosedPeer(SocketHandle socket) override {
+    pollfd waiting = {Descriptor(socket), 0, 0};
+    // A connection that is gone both ways answers at once, so the pause doesn't rest on it.
+    if (::poll(&waiting, 1, kPauseMilliseconds) > 0) ::poll(nullptr, 0, kPauseMilliseconds);
+  }
+
+  int LastError() override { return errno; }
+  bool IsWouldBlock(int error) override { return error == EWOULDBLOCK || error == EAGAIN; }
+  bool IsInProgress(int error) override { return error == EINPROGRESS; }
+};
+
+}  // namespace
+
+SocketCalls& SystemSockets() {
+  static PosixSockets calls;
+  return calls;
+}
+
+}  // namespace gantry::platform

@@ -1,0 +1,160 @@
+#include "remote/socket.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+namespace gantry {
+
+using platform::kInvalidSocket;
+using platform::kSocketError;
+using platform::SocketHandle;
+using platform::Sockets;
+
+namespace {
+
+constexpr uint32_t kLengthSize = 4;
+constexpr int32_t kLongestText = std::numeric_limits<int16_t>::max();
+
+int32_t liveSockets = 0;
+
+void CountSocket() {
+  if (liveSockets == 0 && !Sockets().StartUp()) throw "Could not start WSA";
+  ++liveSockets;
+}
+
+void DiscountSocket() {
+  if (--liveSockets == 0) Sockets().CleanUp();
+}
+
+/// Opens a socket once the count holds this object; a failure takes the object out of the count.
+SocketHandle OpenCounted() {
+  CountSocket();
+  const SocketHandle handle = Sockets().OpenTcp();
+  if (handle != kInvalidSocket) return handle;
+  DiscountSocket();
+  throw "INVALID_SOCKET";
+}
+
+}  // namespace
+
+Socket::Connection::~Connection() {
+  if (handle != kInvalidSocket) Sockets().Close(handle);
+}
+
+Socket::Socket() : connection_(std::make_shared<Connection>(OpenCounted())) {}
+
+Socket::Socket(SocketHandle handle) : connection_(std::make_shared<Connection>(handle)) {
+  CountSocket();
+}
+
+Socket::Socket(const Socket& other)
+    : dwPerf(other.dwPerf),
+      WaitBeforeReceive(other.WaitBeforeReceive),
+      connection_(other.connection_) {
+  CountSocket();
+}
+
+Socket& Socket::operator=(const Socket& other) {
+  static std::vector<std::shared_ptr<Connection>> neverReleased;
+  neverReleased.push_back(connection_);
+  dwPerf = other.dwPerf;
+  WaitBeforeReceive = other.WaitBeforeReceive;
+  connection_ = other.connection_;
+  CountSocket();
+  return *this;
+}
+
+Socket::~Socket() {
+  connection_.reset();
+  DiscountSocket();
+}
+
+// The copies see a closed handle from here on, so that none closes a number which the system has
+// given to somebody else by then.
+void Socket::Close() {
+  if (Handle() == kInvalidSocket) return;
+  Sockets().Close(Handle());
+  ReplaceHandle(kInvalidSocket);
+}
+
+int32_t Socket::SendFrame(std::span<const std::byte> bytes) { return SendWithLength(bytes); }
+
+int32_t Socket::SendText(const std::string& text) {
+  return SendWithLength(std::as_bytes(std::span(text)));
+}
+
+int32_t Socket::SendWithLength(std::span<const std::byte> bytes) {
+  std::vector<std::byte> message(kLengthSize + bytes.size());
+  const auto length = static_cast<uint32_t>(bytes.size());
+  std::memcpy(message.data(), &length, kLengthSize);
+  std::copy(bytes.begin(), bytes.end(), message.begin() + kLengthSize);
+  return Sockets().Send(Handle(), message) == static_cast<int64_t>(message.size()) ? 0 : 1;
+}
+
+int32_t Socket::ReceiveFrame(std::span<std::byte> buffer, uint32_t& length) {
+  length = 0;
+  if (Sockets().Receive(Handle(), std::as_writable_bytes(std::span(&length, 1))) < 1) {
+    length = 0;
+    return 1;
+  }
+  if (length > buffer.size()) return 1;
+  std::fill(buffer.begin(), buffer.end(), std::byte{0});
+  for (std::span<std::byte> missing = buffer.first(length); !missing.empty();) {
+    const int64_t received = Sockets().Receive(Handle(), missing);
+    if (received == kSocketError) {
+      length = 0;
+      return 1;
+    }
+    // The caller stays blocked on a peer that has closed; only a failure gets it out.
+    if (received == 0) Sockets().PauseOnClosedPeer(Handle());
+    missing = missing.subspan(static_cast<size_t>(received));
+  }
+  return 0;
+}
+
+Socket::Outcome Socket::ReceiveByte(std::byte& byte) {
+  if (WaitBeforeReceive) Sockets().Select(Handle(), false, std::nullopt);
+  const int64_t received = Sockets().Receive(Handle(), std::span(&byte, 1));
+  if (received == 1) return Outcome::kByte;
+  if (received == 0) return Outcome::kNothing;
+  return Sockets().IsWouldBlock(Sockets().LastError()) ? Outcome::kWouldBlock : Outcome::kNothing;
+}
+
+// The frozen form counts a text's characters in 16 bits: a longer claim is never met, and the read
+// goes on until the connection ends it. What could not be handed out isn't kept.
+std::string Socket::ReceiveText(int32_t& length) {
+  length = 0;
+  std::string text;
+  std::byte byte{};
+  const std::span<std::byte> lengthBytes = std::as_writable_bytes(std::span(&length, 1));
+  for (int64_t position = -int64_t{kLengthSize};
+       position < 0 || position < length || length > kLongestText; ++position) {
+    const Outcome outcome = ReceiveByte(byte);
+    if (outcome == Outcome::kWouldBlock) return text;
+    if (outcome == Outcome::kNothing) {
+      length = 0;
+      return {};
+    }
+    if (position < 0) {
+      lengthBytes[static_cast<size_t>(position + kLengthSize)] = byte;
+    } else if (position < kLongestText) {
+      text.push_back(static_cast<char>(byte));
+    }
+  }
+  return text;
+}
+
+int64_t Socket::BytesAvailable() { return Sockets().Available(Handle()); }
+
+int32_t IsPortFree(uint16_t port) {
+  if (!Sockets().StartUp()) return -3;
+  const SocketHandle handle = Sockets().OpenTcp();
+  if (handle == kInvalidSocket) return -1;
+  const int outcome = Sockets().Bind(handle, port);
+  Sockets().Close(handle);
+  return outcome == kSocketError ? -2 : 0;
+}
+
+}  // namespace gantry
