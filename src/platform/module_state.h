@@ -15,7 +15,7 @@ class ModuleStateScope {
   static int Depth();
 
  private:
-  void* previous_ = nullptr;
+  [[maybe_unused]] void* previous_ = nullptr;
 };
 
 }  // namespace gantry::platform

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <utility>
+
+#include <unistd.h>
+
+namespace gantry::platform {
+
+/// Owns one file descriptor; below 0 it owns none.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  ~Descriptor() { Reset(); }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    if (this != &other) {
+      Reset();
+      number_ = std::exchange(other.number_, -1);
+    }
+    return *this;
+  }
+
+  bool IsOpen() const { return number_ >= 0; }
+  int Number() const { return number_; }
+  void Reset() {
+    if (number_ >= 0) ::close(std::exchange(number_, -1));
+  }
+
+ private:
+  int number_;
+};
+
+}  // namespace gantry::platform

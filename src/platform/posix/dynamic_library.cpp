@@ -1,0 +1,62 @@
+#include "platform/dynamic_library.h"
+
+#include <filesystem>
+
+#include <dlfcn.h>
+
+#include "platform/files.h"
+
+namespace gantry::platform {
+
+namespace {
+
+class PosixLibrary : public DynamicLibrary {
+ public:
+  explicit PosixLibrary(void* handle) : handle_(handle) {}
+  ~PosixLibrary() override { ::dlclose(handle_); }
+  PosixLibrary(const PosixLibrary&) = delete;
+  PosixLibrary& operator=(const PosixLibrary&) = delete;
+
+  void* Symbol(const char* name) const override { return ::dlsym(handle_, name); }
+
+ private:
+  void* handle_;
+};
+
+std::string FindModuleFolder() {
+  Dl_info info{};
+  std::error_code error;
+  std::filesystem::path file;
+  if (::dladdr(reinterpret_cast<void*>(&ModuleFolder), &info) != 0 && info.dli_fname != nullptr) {
+    file = info.dli_fname;
+  }
+  // A program that was found on the search path is known to the loader by its bare name.
+  file = file.has_parent_path() ? std::filesystem::absolute(file, error)
+                                : std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) return {};
+  return DirectoryOf(file.string()) + kPathSeparator;
+}
+
+/// Found when the binary is loaded: a relative name is only good until the folder changes.
+[[maybe_unused]] const bool kFoundAtLoad = !ModuleFolder().empty();
+
+}  // namespace
+
+std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, std::string* error) {
+  void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle != nullptr) return std::make_unique<PosixLibrary>(handle);
+  if (error != nullptr) {
+    const char* reason = ::dlerror();
+    *error = reason != nullptr ? reason : "";
+  }
+  return nullptr;
+}
+
+std::string ModuleFolder() {
+  static const std::string folder = FindModuleFolder();
+  return folder;
+}
+
+std::string LibraryFileName(const std::string& name) { return "lib" + name + ".so"; }
+
+}  // namespace gantry::platform

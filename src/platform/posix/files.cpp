@@ -1,0 +1,169 @@
+#include "platform/files.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "platform/posix/descriptor.h"
+
+namespace gantry::platform {
+
+const char kPathSeparator = '/';
+
+namespace {
+
+class PosixFile : public NativeFile {
+ public:
+  explicit PosixFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+  intptr_t Handle() const override { return descriptor_.Number(); }
+  bool Write(const void* bytes, size_t length) override;
+  bool Read(void* bytes, size_t length) override;
+  uint64_t Remaining() const override;
+
+ private:
+  Descriptor descriptor_;
+};
+
+bool PosixFile::Write(const void* bytes, size_t length) {
+  const char* next = static_cast<const char*>(bytes);
+  while (length > 0) {
+    const ssize_t written = ::write(descriptor_.Number(), next, length);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    next += written;
+    length -= static_cast<size_t>(written);
+  }
+  return true;
+}
+
+bool PosixFile::Read(void* bytes, size_t length) {
+  char* next = static_cast<char*>(bytes);
+  while (length > 0) {
+    const ssize_t got = ::read(descriptor_.Number(), next, length);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    next += got;
+    length -= static_cast<size_t>(got);
+  }
+  return true;
+}
+
+uint64_t PosixFile::Remaining() const {
+  struct stat status {};
+  const off_t position = ::lseek(descriptor_.Number(), 0, SEEK_CUR);
+  if (position < 0 || ::fstat(descriptor_.Number(), &status) != 0) return 0;
+  return status.st_size > position ? static_cast<uint64_t>(status.st_size - position) : 0;
+}
+
+std::optional<struct stat> StatusOf(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return status;
+}
+
+/// Opened without waiting, so that a pipe without a writer can't hold the caller up.
+Descriptor OpenReading(const std::string& path) {
+  Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat status {};
+  if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0 || S_ISDIR(status.st_mode)) {
+    return Descriptor();
+  }
+  return file;
+}
+
+/// A new file beside `path`, under a name that nobody has.
+Descriptor CreateBeside(const std::string& path, std::string& name) {
+  static std::atomic<unsigned> counter{0};
+  constexpr int kMostTries = 100;
+  for (int i = 0; i < kMostTries; ++i) {
+    name = path + "." + std::to_string(::getpid()) + "-" + std::to_string(++counter) + ".new";
+    Descriptor file(::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (file.IsOpen() || errno != EEXIST) return file;
+  }
+  return Descriptor();
+}
+
+class PosixReplacement : public ReplacementFile {
+ public:
+  PosixReplacement(Descriptor file, std::string name, std::string path)
+      : file_(std::move(file)), name_(std::move(name)), path_(std::move(path)) {}
+  ~PosixReplacement() override {
+    if (!committed_) ::unlink(name_.c_str());
+  }
+  PosixReplacement(const PosixReplacement&) = delete;
+  PosixReplacement& operator=(const PosixReplacement&) = delete;
+
+  NativeFile& File() override { return file_; }
+  bool Commit() override {
+    if (committed_) return true;
+    committed_ = ::fsync(static_cast<int>(file_.Handle())) == 0 &&
+                 ::rename(name_.c_str(), path_.c_str()) == 0;
+    return committed_;
+  }
+
+ private:
+  PosixFile file_;
+  std::string name_;
+  std::string path_;
+  bool committed_ = false;
+};
+
+bool CopyContent(NativeFile& from, NativeFile& to) {
+  std::array<char, 65536> piece;
+  while (true) {
+    const ssize_t got = ::read(static_cast<int>(from.Handle()), piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    if (!to.Write(piece.data(), static_cast<size_t>(got))) return false;
+  }
+}
+
+}  // namespace
+
+bool CanOpenForReading(const std::string& path) { return OpenReading(path).IsOpen(); }
+
+bool FileExists(const std::string& path) { return StatusOf(path).has_value(); }
+
+bool CopyFileOver(const std::string& from, const std::string& to) {
+  const std::unique_ptr<NativeFile> source = NativeFile::OpenForReading(from);
+  if (source == nullptr) return false;
+  const std::unique_ptr<ReplacementFile> target = ReplacementFile::Create(to);
+  if (target == nullptr || !CopyContent(*source, target->File())) return false;
+  struct stat status {};
+  return ::fstat(static_cast<int>(source->Handle()), &status) == 0 &&
+         ::fchmod(static_cast<int>(target->File().Handle()), status.st_mode & 0777) == 0 &&
+         target->Commit();
+}
+
+std::unique_ptr<NativeFile> NativeFile::OpenForReading(const std::string& path) {
+  const auto status = StatusOf(path);
+  if (!status || !S_ISREG(status->st_mode)) return nullptr;
+  Descriptor file = OpenReading(path);
+  return file.IsOpen() ? std::make_unique<PosixFile>(std::move(file)) : nullptr;
+}
+
+std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path) {
+  const auto old = StatusOf(path);
+  if (old && !S_ISREG(old->st_mode)) return nullptr;
+  std::error_code error;
+  // A link stays a link: what it points to is replaced.
+  const std::string target = old ? std::filesystem::canonical(path, error).string() : path;
+  std::string name;
+  Descriptor file = error ? Descriptor() : CreateBeside(target, name);
+  if (!file.IsOpen()) return nullptr;
+  if (old) (void)::fchmod(file.Number(), old->st_mode & 0777);
+  return std::make_unique<PosixReplacement>(std::move(file), name, target);
+}
+
+std::string DirectoryOf(const std::string& path) {
+  const size_t cut = path.rfind(kPathSeparator);
+  return cut == std::string::npos ? std::string() : path.substr(0, cut);
+}
+
+}  // namespace gantry::platform

@@ -1,0 +1,159 @@
+#include "platform/process.h"
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <vector>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include "platform/command_line.h"
+#include "platform/posix/descriptor.h"
+
+// The new process is a grandchild, whose parent ends at once: it belongs to the system from the
+// start, so nothing is left to reap whenever and however it ends. It is watched by a process
+// descriptor. That descriptor is taken while the grandchild waits for the word to go on, before
+// it becomes the program, so its number can't have passed to another process.
+
+namespace gantry::platform {
+
+namespace {
+
+class DetachedProcess : public ChildProcess {
+ public:
+  explicit DetachedProcess(Descriptor process) : process_(std::move(process)) {}
+
+  bool IsRunning() override {
+    if (!process_.IsOpen()) return false;
+    pollfd state{process_.Number(), POLLIN, 0};
+    const bool ended = ::poll(&state, 1, 0) > 0;
+    if (ended) process_.Reset();
+    return !ended;
+  }
+
+ private:
+  Descriptor process_;
+};
+
+/// The two ends of the talk between the starter and the new process, each way.
+struct Channel {
+  Descriptor starter;
+  Descriptor started;
+};
+
+bool OpenChannel(Channel& channel) {
+  int ends[2];
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
+  channel.starter = Descriptor(ends[0]);
+  channel.started = Descriptor(ends[1]);
+  return true;
+}
+
+template <class Value>
+bool Send(const Descriptor& end, const Value& value) {
+  return ::send(end.Number(), &value, sizeof value, MSG_NOSIGNAL) == ssize_t{sizeof value};
+}
+
+template <class Value>
+bool Receive(const Descriptor& end, Value& value) {
+  ssize_t got = 0;
+  do {
+    got = ::recv(end.Number(), &value, sizeof value, 0);
+  } while (got < 0 && errno == EINTR);
+  return got == ssize_t{sizeof value};
+}
+
+/// What the new process needs, made ready before the fork: between the fork and the program only
+/// calls are allowed that take no lock and no memory.
+struct Launch {
+  std::string application;
+  std::string directory;
+  std::vector<std::string> arguments;
+  std::vector<char*> argv;
+  Channel channel;  ///< up: the number, then an error if there is one; down: the word to go on
+};
+
+void KeepOnlyStandardDescriptors() {
+  if (::close_range(3, ~0U, CLOSE_RANGE_CLOEXEC) == 0) return;
+  const long most = ::sysconf(_SC_OPEN_MAX);
+  for (int number = 3; number < most; ++number) ::fcntl(number, F_SETFD, FD_CLOEXEC);
+}
+
+void RestoreSignals() {
+  sigset_t none;
+  ::sigemptyset(&none);
+  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  for (const int number : {SIGPIPE, SIGCHLD}) ::signal(number, SIG_DFL);
+}
+
+[[noreturn]] void BecomeProgram(const Launch& launch) {
+  const Descriptor& starter = launch.channel.started;
+  char go = 0;
+  if (Send(starter, ::getpid()) && Receive(starter, go)) {
+    KeepOnlyStandardDescriptors();
+    RestoreSignals();
+    if (launch.directory.empty() || ::chdir(launch.directory.c_str()) == 0) {
+      ::execv(launch.application.c_str(), launch.argv.data());
+    }
+    (void)Send(starter, errno);
+  }
+  ::_exit(127);
+}
+
+/// Forks twice; the process between the two has ended when this returns.
+bool ForkTwice(Launch& launch) {
+  const pid_t between = ::fork();
+  if (between < 0) return false;
+  if (between == 0) {
+    launch.channel.starter.Reset();
+    const pid_t child = ::fork();
+    if (child == 0) BecomeProgram(launch);
+    ::_exit(child < 0 ? 1 : 0);
+  }
+  launch.channel.started.Reset();
+  while (::waitpid(between, nullptr, 0) < 0 && errno == EINTR) {
+  }
+  return true;
+}
+
+std::string MakeAbsolute(const std::string& application) {
+  std::error_code error;
+  const auto path = std::filesystem::absolute(application, error);
+  return error ? application : path.string();
+}
+
+Launch Prepare(const std::string& application, const std::string& commandLine,
+               const std::string& directory) {
+  Launch launch;
+  launch.application = MakeAbsolute(application);
+  launch.directory = directory;
+  launch.arguments = SplitCommandLine(commandLine);
+  if (launch.arguments.empty()) launch.arguments.push_back(application);
+  for (std::string& argument : launch.arguments) launch.argv.push_back(argument.data());
+  launch.argv.push_back(nullptr);
+  return launch;
+}
+
+}  // namespace
+
+std::unique_ptr<ChildProcess> StartProcess(const std::string& application,
+                                           const std::string& commandLine,
+                                           const std::string& directory) {
+  if (application.empty()) return nullptr;
+  Launch launch = Prepare(application, commandLine, directory);
+  if (!OpenChannel(launch.channel) || !ForkTwice(launch)) return nullptr;
+  const Descriptor& started = launch.channel.starter;
+  pid_t child = 0;
+  if (!Receive(started, child)) return nullptr;
+  Descriptor process(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
+  if (!process.IsOpen() || !Send(started, 'g')) return nullptr;
+  int error = 0;
+  if (Receive(started, error)) return nullptr;
+  return std::make_unique<DetachedProcess>(std::move(process));
+}
+
+}  // namespace gantry::platform

@@ -1,0 +1,74 @@
+#include "platform/window.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/dynamic_library.h"
+
+// The display is asked through libxcb, opened only when a window is asked for: unlike the layer
+// above it, it has no error handlers for the whole process and never ends the process when the
+// display goes away.
+
+namespace gantry::platform {
+
+namespace {
+
+struct xcb_connection_t;
+struct xcb_generic_error_t;
+struct xcb_get_window_attributes_cookie_t {
+  unsigned int sequence;
+};
+
+struct Xcb {
+  std::unique_ptr<DynamicLibrary> library = DynamicLibrary::Open("libxcb.so.1");
+
+  xcb_connection_t* (*connect)(const char* display, int* screen) = nullptr;
+  int (*connection_has_error)(xcb_connection_t*) = nullptr;
+  void (*disconnect)(xcb_connection_t*) = nullptr;
+  xcb_get_window_attributes_cookie_t (*get_window_attributes)(xcb_connection_t*,
+                                                              uint32_t window) = nullptr;
+  void* (*get_window_attributes_reply)(xcb_connection_t*, xcb_get_window_attributes_cookie_t,
+                                       xcb_generic_error_t** error) = nullptr;
+
+  bool Load() {
+    return library != nullptr && Find(connect, "xcb_connect") &&
+           Find(connection_has_error, "xcb_connection_has_error") &&
+           Find(disconnect, "xcb_disconnect") &&
+           Find(get_window_attributes, "xcb_get_window_attributes") &&
+           Find(get_window_attributes_reply, "xcb_get_window_attributes_reply");
+  }
+
+ private:
+  template <class Function>
+  bool Find(Function& function, const char* name) const {
+    function = reinterpret_cast<Function>(library->Symbol(name));
+    return function != nullptr;
+  }
+};
+
+bool DisplayKnows(const Xcb& xcb, xcb_connection_t* connection, uint32_t window) {
+  xcb_generic_error_t* error = nullptr;
+  void* reply = xcb.get_window_attributes_reply(
+      connection, xcb.get_window_attributes(connection, window), &error);
+  const bool known = reply != nullptr;
+  std::free(reply);
+  std::free(error);
+  return known;
+}
+
+}  // namespace
+
+bool IsWindow(void* window) {
+  const auto id = reinterpret_cast<uintptr_t>(window);
+  if (id == 0 || id > UINT32_MAX || std::getenv("DISPLAY") == nullptr) return false;
+  Xcb xcb;
+  if (!xcb.Load()) return false;
+  xcb_connection_t* connection = xcb.connect(nullptr, nullptr);
+  const bool known = xcb.connection_has_error(connection) == 0 &&
+                     DisplayKnows(xcb, connection, static_cast<uint32_t>(id));
+  xcb.disconnect(connection);
+  return known;
+}
+
+}  // namespace gantry::platform
