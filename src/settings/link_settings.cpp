@@ -1,0 +1,111 @@
+#include "settings/link_settings.h"
+
+#include <algorithm>
+#include <array>
+#include <variant>
+
+#include "platform/registry.h"
+#include "settings/machine_config.h"
+
+namespace gantry {
+
+namespace {
+
+constexpr int32_t kLeastParallel = 1;
+constexpr int32_t kMostParallel = 512;
+
+using TextField = std::string LinkSettings::*;
+using NumberField = int32_t LinkSettings::*;
+
+/// The registry copy, in the order of reading and writing.
+struct RegistryValue {
+  const char* name;
+  std::variant<TextField, NumberField> field;
+};
+constexpr std::array<RegistryValue, 6> kRegistryValues = {{
+    {"Module", &LinkSettings::SimExeName},
+    {"Dataset", &LinkSettings::FileName},
+    {"Parallel", &LinkSettings::Parallel},
+    {"HeadNode", &LinkSettings::HeadNode},
+    {"HeadNodePort", &LinkSettings::HeadNodePort},
+    {"LinuxIXVersion", &LinkSettings::LinuxIXVersion},
+}};
+
+void ReadValue(platform::RegistryKey& key, const char* name, std::string& field) {
+  if (auto text = key.ReadText(name)) field = std::move(*text);
+}
+
+void ReadValue(platform::RegistryKey& key, const char* name, int32_t& field) {
+  if (const auto number = key.ReadNumber(name)) field = static_cast<int32_t>(*number);
+}
+
+void WriteValue(platform::RegistryKey& key, const char* name, const std::string& field) {
+  key.WriteText(name, field);
+}
+
+void WriteValue(platform::RegistryKey& key, const char* name, int32_t field) {
+  key.WriteNumber(name, static_cast<uint32_t>(field));
+}
+
+}  // namespace
+
+bool LinkSettings::Handle(TagParser& parser, TagContext /*context*/) {
+  if (!parser.MatchWord("CaseDetails")) return false;
+  if (parser.IntProperty(ConnectionMode, "ConnectionMode") ||
+      parser.IntProperty(IPRModel, "IPRModel") || parser.IntProperty(UpTimeMode, "UpTimeMode") ||
+      parser.StringProperty(HeadNode, "HeadNode") ||
+      parser.IntProperty(HeadNodePort, "HeadNodePort") ||
+      parser.IntProperty(LinuxIXVersion, "LinuxIXVersion") ||
+      parser.StringProperty(SimExeName, "SimExeName") ||
+      parser.StringProperty(FileName, "FileName") ||
+      parser.BoolProperty(CloseUnconnectedWells, "CloseUnconnectedWells") ||
+      parser.BoolProperty(StdLogging, "StdLogging")) {
+    return true;
+  }
+  if (!parser.IntProperty(Parallel, "Parallel")) return false;
+  Parallel = std::clamp(Parallel, kLeastParallel, kMostParallel);
+  return true;
+}
+
+const std::string& LinkSettings::GetName() const {
+  static const std::string none;
+  return none;
+}
+
+std::string LinkSettings::GetCaseDirectory() const {
+  size_t last = FileName.rfind('/');
+  if (last == std::string::npos) last = FileName.rfind('\\');
+  if (last == std::string::npos || last == 0) return {};
+  return FileName.substr(0, last + 1);
+}
+
+std::string LinkSettings::GetCaseBaseName() const {
+  const std::string name = FileName.substr(GetCaseDirectory().size());
+  const size_t extension = name.rfind('.');
+  if (extension == std::string::npos || extension == 0) return name;
+  return name.substr(0, extension);
+}
+
+std::string LinkSettings::GetBackupFileName() const { return FileName + ".backup"; }
+
+std::string LinkSettings::GetScriptFileName() const {
+  return GetCaseDirectory() + GetCaseBaseName() + "_py.py";
+}
+
+void LinkSettings::LoadFromRegistry() {
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  if (key == nullptr) return;
+  for (const RegistryValue& value : kRegistryValues) {
+    std::visit([&](auto field) { ReadValue(*key, value.name, this->*field); }, value.field);
+  }
+}
+
+void LinkSettings::SaveToRegistry() const {
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  if (key == nullptr) return;
+  for (const RegistryValue& value : kRegistryValues) {
+    std::visit([&](auto field) { WriteValue(*key, value.name, this->*field); }, value.field);
+  }
+}
+
+}  // namespace gantry

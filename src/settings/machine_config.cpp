@@ -1,0 +1,117 @@
+#include "settings/machine_config.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <string_view>
+
+#include "client/unit_converter.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+
+namespace gantry {
+
+using platform::RegistryKey;
+
+const char* const kRegistryKey = R"(Software\Orvale\Tessel\ExtensionDlls100_64\Intersect)";
+
+namespace {
+
+constexpr int32_t kFirstPort = 9001;
+constexpr int32_t kLastPort = 9101;
+
+void ReadText(RegistryKey& key, const char* name, std::string& target) {
+  if (auto text = key.ReadText(name)) target = std::move(*text);
+}
+
+void ReadNumber(RegistryKey& key, const char* name, int32_t& target) {
+  if (const auto number = key.ReadNumber(name)) target = static_cast<int32_t>(*number);
+}
+
+void ClearUnlessReadable(std::string& path) {
+  if (!platform::CanOpenForReading(path)) path.clear();
+}
+
+/// The number at the text's start, held within its type; 0 when there is none.
+int32_t ToNumber(const std::string& text) {
+  const long long number = std::strtoll(text.c_str(), nullptr, 10);
+  return static_cast<int32_t>(std::clamp<long long>(number, std::numeric_limits<int32_t>::min(),
+                                                    std::numeric_limits<int32_t>::max()));
+}
+
+/// The pieces between the separators, without those that are blank.
+std::vector<std::string> Split(std::string_view text, char separator) {
+  std::vector<std::string> pieces;
+  while (!text.empty()) {
+    const size_t end = std::min(text.find(separator), text.size());
+    if (std::string piece(text.substr(0, end)); !IsBlank(piece)) pieces.push_back(std::move(piece));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return pieces;
+}
+
+/// One record of the list; none when it has too few fields. docs/registry-file.md shows the form.
+std::unique_ptr<CIXUserProperty> ParseUserProperty(const std::string& record) {
+  const std::vector<std::string> fields = Split(record, '|');
+  if (fields.size() < 3) return nullptr;
+  auto property = std::make_unique<CIXUserProperty>();
+  property->Property = fields[0];
+  property->DisplayName = fields[1];
+  property->UnitFamily = ToNumber(fields[2]);
+  property->UnitCode = UnitFamilyUserCode(property->UnitFamily);
+  property->IsScalar = fields.size() == 4 ? ToNumber(fields[3]) : 1;
+  return property;
+}
+
+std::string FormatUserProperty(const CIXUserProperty& property) {
+  return property.Property + "|" + property.DisplayName + "|" +
+         std::to_string(property.UnitFamily) + "|" + std::to_string(property.IsScalar) + "~";
+}
+
+}  // namespace
+
+bool IsBlank(const std::string& text) { return text.find_first_not_of(" \t") == std::string::npos; }
+
+CIXConfig::CIXConfig() : CIXConfig(platform::kCurrentUser, kRegistryKey) {}
+
+CIXConfig::CIXConfig(uintptr_t root, const std::string& keyPath) { Load(root, keyPath); }
+
+CIXConfig::~CIXConfig() { Save(); }
+
+void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
+  StartPort = kFirstPort;
+  EndPort = kLastPort;
+  if (const auto key = RegistryKey::Create(root, keyPath)) {
+    ReadText(*key, "SimExecutable", SimExecutable);
+    ReadText(*key, "MPIExecutable", MPIExecutable);
+    ReadText(*key, "CmdLine", CmdLine);
+    ReadNumber(*key, "StartPort", StartPort);
+    ReadNumber(*key, "EndPort", EndPort);
+  }
+  ClearUnlessReadable(SimExecutable);
+  ClearUnlessReadable(MPIExecutable);
+
+  // The properties are the user's own wherever the rest comes from.
+  std::string list;
+  if (const auto key = RegistryKey::Create(platform::kCurrentUser, keyPath)) {
+    ReadText(*key, "UserProperties", list);
+  }
+  for (const std::string& record : Split(list, '~')) {
+    if (auto property = ParseUserProperty(record)) UserProperties.push_back(std::move(property));
+  }
+}
+
+void CIXConfig::Save() const {
+  const auto key = RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  if (key == nullptr) return;
+  std::string list;
+  for (const auto& property : UserProperties) list += FormatUserProperty(*property);
+  key->WriteText("SimExecutable", SimExecutable);
+  key->WriteText("MPIExecutable", MPIExecutable);
+  key->WriteText("CmdLine", CmdLine);
+  key->WriteNumber("StartPort", static_cast<uint32_t>(StartPort));
+  key->WriteNumber("EndPort", static_cast<uint32_t>(EndPort));
+  key->WriteText("UserProperties", list);
+}
+
+}  // namespace gantry
