@@ -51,6 +51,8 @@ double ReadDouble(std::string_view text) {
   const auto [end, failure] =
       std::from_chars(text.data(), text.data() + text.size(), value,
                       hexadecimal ? std::chars_format::hex : std::chars_format::general);
+  // Of "0x" without digits the 0 is the number, so that a minus still counts.
+  if (failure == std::errc::invalid_argument && !hexadecimal) return 0.0;
   if (failure == std::errc::result_out_of_range) {
     const std::string_view number = text.substr(0, static_cast<size_t>(end - text.data()));
     value = IsTooLarge(number, hexadecimal) ? std::numeric_limits<double>::infinity() : 0.0;
