@@ -1,0 +1,118 @@
+#include "equipment/xml_element.h"
+
+#include <algorithm>
+#include <ostream>
+#include <utility>
+
+#include "equipment/xml_document.h"
+#include "equipment/xml_text.h"
+#include "platform/text.h"
+
+namespace gantry {
+namespace {
+
+constexpr size_t kAttributesOfLine = 4;
+constexpr size_t kMostUnindentedAttributes = 5;
+
+std::string Indentation(const CXMLDocument& document, bool indent) {
+  if (!indent) return {};
+  return std::string(static_cast<size_t>(std::clamp(document.Depth, 0, kDeepestIndentation)), '\t');
+}
+
+std::string EscapedAndEncoded(const std::string& text) {
+  return platform::CodePageToUtf8(EscapeXml(text));
+}
+
+}  // namespace
+
+CXMLElement::CXMLElement(int32_t type, std::string name, std::string value)
+    : Type(type), Name(std::move(name)), Value(std::move(value)) {}
+
+CXMLElement::CXMLElement(int32_t type, std::string name, bool value)
+    : Type(type), ValueKind(kBoolean), Name(std::move(name)), Value(value ? "true" : "false") {}
+
+CXMLElement::~CXMLElement() = default;
+
+std::string CXMLElement::GetDateStamp() const {
+  return Parent == nullptr ? std::string() : Parent->GetDateStamp();
+}
+
+CXMLElement& CXMLElement::AddChild(std::unique_ptr<CXMLElement> child) {
+  child->Parent = this;
+  auto& list = child->Type == kAttribute ? Attributes : Children;
+  return *list.emplace_back(std::move(child));
+}
+
+CXMLElement& CXMLElement::AddElement(std::string name) {
+  return AddElement(std::move(name), std::string());
+}
+
+CXMLElement& CXMLElement::AddElement(std::string name, std::string value) {
+  return AddChild(std::make_unique<CXMLElement>(kElement, std::move(name), std::move(value)));
+}
+
+CXMLElement& CXMLElement::AddElement(std::string name, const char* value) {
+  return AddElement(std::move(name), std::string(value));
+}
+
+CXMLElement& CXMLElement::AddElement(std::string name, bool value) {
+  return AddChild(std::make_unique<CXMLElement>(kElement, std::move(name), value));
+}
+
+CXMLElement& CXMLElement::AddAttribute(std::string name, std::string value) {
+  return AddChild(std::make_unique<CXMLElement>(kAttribute, std::move(name), std::move(value)));
+}
+
+void CXMLElement::Write(std::ostream& out, CXMLDocument& document, bool indent) const {
+  out << Indentation(document, indent);
+  switch (Type) {
+    case kAttribute:
+      return WriteAttribute(out);
+    case kInstruction:
+      out << "<?" << platform::CodePageToUtf8(Value) << "?>" << std::endl;
+      return;
+    case kComment:
+      out << "<!-- " << platform::CodePageToUtf8(Value) << " -->" << std::endl;
+      return;
+    default:
+      return WriteElement(out, document, indent);
+  }
+}
+
+void CXMLElement::WriteAttribute(std::ostream& out) const {
+  out << Name << "=\"" << (ValueKind == kText ? EscapedAndEncoded(Value) : Value) << '"';
+}
+
+void CXMLElement::WriteElement(std::ostream& out, CXMLDocument& document, bool indent) const {
+  out << '<' << Name;
+  if (!Children.empty()) ++document.Depth;
+  WriteAttributes(out, document);
+  if (Children.empty() && Value.empty()) {
+    out << " />" << std::endl;
+    return;
+  }
+  out << '>';
+  if (!Children.empty()) WriteChildren(out, document, indent);
+  out << EscapedAndEncoded(Value) << "</" << Name << '>' << std::endl;
+}
+
+void CXMLElement::WriteAttributes(std::ostream& out, CXMLDocument& document) const {
+  const bool indent = Attributes.size() > kMostUnindentedAttributes;
+  for (size_t i = 0; i < Attributes.size(); ++i) {
+    if ((i + 1) % kAttributesOfLine == 0) {
+      out << std::endl;
+    } else {
+      out << ' ';
+    }
+    Attributes[i]->Write(out, document, indent);
+  }
+}
+
+void CXMLElement::WriteChildren(std::ostream& out, CXMLDocument& document, bool indent) const {
+  out << std::endl;
+  for (const auto& child : Children) child->Write(out, document, true);
+  --document.Depth;
+  out << Indentation(document, indent);
+}
+
+}  // namespace gantry
