@@ -1,0 +1,29 @@
+#pragma once
+
+#include <compare>
+#include <string>
+
+namespace gantry::fieldrun {
+
+/// A calendar day (proleptic Gregorian).
+struct Date {
+  int year = 1900;
+  int month = 1;
+  int day = 1;
+
+  auto operator<=>(const Date&) const = default;
+};
+
+bool IsValid(const Date& date);
+
+/// The number by which the module knows a day: days from 31 December 1899.
+int DayNumber(const Date& date);
+Date FromDayNumber(int number);
+
+/// The same day `months` later, or the last of that month where it has no such day.
+Date AddMonths(const Date& date, int months);
+
+/// "2015-01-31".
+std::string ToText(const Date& date);
+
+}  // namespace gantry::fieldrun

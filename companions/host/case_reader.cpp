@@ -1,0 +1,263 @@
+#include "host/case_reader.h"
+
+#include <fmt/format.h>
+#define TOML_HEADER_ONLY 1
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <limits>
+
+#include <toml++/toml.h>
+
+#include "host/case_keys.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+namespace fs = std::filesystem;
+
+int LineOf(const toml::node& node) { return static_cast<int>(node.source().begin.line); }
+
+// Reads one file by the tables of keys. Holds what every message and every number needs.
+class Reader {
+ public:
+  explicit Reader(CaseModel& model) : model_(model) {}
+
+  void ReadAll(const toml::table& file);
+
+ private:
+  template <class Spec>
+  void ReadSection(const toml::table& file, size_t section, KeyTable<Spec> keys, Spec& spec);
+  template <class Spec>
+  void ReadList(const toml::table& file, size_t section, KeyTable<Spec> keys,
+                std::vector<Spec>& specs);
+  template <class Spec>
+  void ReadKeys(const toml::table& table, std::string_view section, KeyTable<Spec> keys,
+                Spec& spec);
+  template <class Spec>
+  void Store(const toml::node& node, const KeyRow<Spec>& row, Spec& spec);
+
+  void Take(const toml::node& node, const KeyDescription& about, std::string& value);
+  void Take(const toml::node& node, const KeyDescription& about, double& value);
+  void Take(const toml::node& node, const KeyDescription& about, int& value);
+  void Take(const toml::node& node, const KeyDescription& about, bool& value);
+  void Take(const toml::node& node, const KeyDescription& about, Date& value);
+  template <class Value>
+  void Take(const toml::node& node, const KeyDescription& about, std::optional<Value>& value);
+  template <class Value>
+  void Take(const toml::node& node, const KeyDescription& about, std::vector<Value>& values);
+
+  int Choice(const toml::node& node, const KeyDescription& about);
+  void CheckRange(const toml::node& node, const KeyDescription& about, double value);
+  void RefuseUnknownSections(const toml::table& file);
+  [[noreturn]] void FailType(const toml::node& node, const KeyDescription& about,
+                             std::string_view wanted);
+
+  CaseModel& model_;
+};
+
+void Reader::FailType(const toml::node& node, const KeyDescription& about,
+                      std::string_view wanted) {
+  model_.Fail(LineOf(node), fmt::format("{} must be {}", about.name, wanted));
+}
+
+void Reader::CheckRange(const toml::node& node, const KeyDescription& about, double value) {
+  const auto limit = [&](double number) {
+    return fmt::format("{:g} {}", FromInternal(number, about.quantity, model_.Units()),
+                       UnitName(about.quantity, model_.Units()));
+  };
+  if (!std::isfinite(value)) FailType(node, about, "a finite number");
+  // What a conversion may lose at the bound itself is no fault of the case.
+  const double slack = 1e-9 * std::abs(value);
+  if (value < about.low - slack) FailType(node, about, "at least " + limit(about.low));
+  if (value > about.high + slack) FailType(node, about, "at most " + limit(about.high));
+}
+
+int Reader::Choice(const toml::node& node, const KeyDescription& about) {
+  const std::vector<std::string_view> words = SplitChoices(about.choices);
+  std::string list;
+  for (const std::string_view word : words) {
+    list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", word);
+  }
+  const auto* text = node.as_string();
+  if (text == nullptr) FailType(node, about, "one of " + list);
+  const auto found = std::find(words.begin(), words.end(), text->get());
+  if (found == words.end()) {
+    model_.Fail(LineOf(node), fmt::format("{} can't be \"{}\"; it must be one of {}", about.name,
+                                          text->get(), list));
+  }
+  return static_cast<int>(found - words.begin());
+}
+
+void Reader::Take(const toml::node& node, const KeyDescription& about, std::string& value) {
+  const auto* text = node.as_string();
+  if (text == nullptr) FailType(node, about, "a text");
+  if (text->get().empty()) FailType(node, about, "a text that isn't empty");
+  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
+  if (std::any_of(text->get().begin(), text->get().end(), isControl)) {
+    FailType(node, about, "a text without control characters");
+  }
+  value = text->get();
+}
+
+void Reader::Take(const toml::node& node, const KeyDescription& about, double& value) {
+  if (!about.choices.empty() && !node.is_number()) {
+    Choice(node, about);
+    value = 0;
+    return;
+  }
+  const auto number = node.is_number() ? node.value<double>() : std::nullopt;
+  if (!number) FailType(node, about, "a number");
+  value = ToInternal(*number, about.quantity, model_.Units());
+  CheckRange(node, about, value);
+}
+
+void Reader::Take(const toml::node& node, const KeyDescription& about, int& value) {
+  if (!about.choices.empty()) {
+    value = Choice(node, about);
+    return;
+  }
+  const auto* number = node.as_integer();
+  if (number == nullptr) FailType(node, about, "a whole number");
+  CheckRange(node, about, static_cast<double>(number->get()));
+  if (number->get() > std::numeric_limits<int>::max()) FailType(node, about, "smaller");
+  value = static_cast<int>(number->get());
+}
+
+void Reader::Take(const toml::node& node, const KeyDescription& about, bool& value) {
+  const auto* flag = node.as_boolean();
+  if (flag == nullptr) FailType(node, about, "true or false");
+  value = flag->get();
+}
+
+void Reader::Take(const toml::node& node, const KeyDescription& about, Date& value) {
+  const auto* date = node.as_date();
+  if (date == nullptr) FailType(node, about, "a date without quotes, like 2015-01-31");
+  value = {date->get().year, date->get().month, date->get().day};
+  if (!IsValid(value) || value.year < 1900) FailType(node, about, "a day from 1900 on");
+}
+
+template <class Value>
+void Reader::Take(const toml::node& node, const KeyDescription& about,
+                  std::optional<Value>& value) {
+  Take(node, about, value.emplace());
+}
+
+template <class Value>
+void Reader::Take(const toml::node& node, const KeyDescription& about, std::vector<Value>& values) {
+  const auto* list = node.as_array();
+  if (list == nullptr) FailType(node, about, "a list");
+  for (const toml::node& item : *list) Take(item, about, values.emplace_back());
+}
+
+template <class Spec>
+void Reader::Store(const toml::node& node, const KeyRow<Spec>& row, Spec& spec) {
+  std::visit([&](auto member) { Take(node, row.about, spec.*member); }, row.target);
+}
+
+template <class Spec>
+void Reader::ReadKeys(const toml::table& table, std::string_view section, KeyTable<Spec> keys,
+                      Spec& spec) {
+  spec.line = LineOf(table);
+  for (const auto& [key, node] : table) {
+    const auto row = std::find_if(keys.begin(), keys.end(), [&, name = key.str()](const auto& r) {
+      return r.about.name == name;
+    });
+    if (row == keys.end()) {
+      model_.Fail(static_cast<int>(key.source().begin.line),
+                  fmt::format("[{}] has no key \"{}\"", section, key.str()));
+    }
+    spec.keyLines[std::string(key.str())] = LineOf(node);
+    Store(node, *row, spec);
+  }
+  for (const KeyRow<Spec>& row : keys) {
+    if (row.about.isRequired && !table.contains(row.about.name)) {
+      model_.Fail(spec.line, fmt::format("[{}] needs the key \"{}\"", section, row.about.name));
+    }
+  }
+}
+
+template <class Spec>
+void Reader::ReadSection(const toml::table& file, size_t section, KeyTable<Spec> keys, Spec& spec) {
+  const std::string_view name = CaseSections()[section].name;
+  const toml::node* node = file.get(name);
+  static const toml::table kNothing;
+  if (node != nullptr && !node->is_table()) {
+    model_.Fail(LineOf(*node), fmt::format("{} must be a section, [{}]", name, name));
+  }
+  ReadKeys(node != nullptr ? *node->as_table() : kNothing, name, keys, spec);
+}
+
+template <class Spec>
+void Reader::ReadList(const toml::table& file, size_t section, KeyTable<Spec> keys,
+                      std::vector<Spec>& specs) {
+  const std::string_view name = CaseSections()[section].name;
+  const toml::node* node = file.get(name);
+  if (node == nullptr) return;
+  const auto* list = node->as_array();
+  if (list == nullptr || !list->is_homogeneous(toml::node_type::table)) {
+    model_.Fail(LineOf(*node), fmt::format("{} must be a list of sections, [[{}]]", name, name));
+  }
+  for (const toml::node& item : *list) ReadKeys(*item.as_table(), name, keys, specs.emplace_back());
+}
+
+void Reader::RefuseUnknownSections(const toml::table& file) {
+  const auto sections = CaseSections();
+  for (const auto& [key, node] : file) {
+    const bool isKnown = std::any_of(sections.begin(), sections.end(),
+                                     [&k = key](const auto& s) { return s.name == k.str(); });
+    if (!isKnown) {
+      model_.Fail(static_cast<int>(key.source().begin.line),
+                  fmt::format("a case has no section \"{}\"", key.str()));
+    }
+  }
+}
+
+void Reader::ReadAll(const toml::table& file) {
+  RefuseUnknownSections(file);
+  // First, since every other number is converted by the units that stand here.
+  ReadSection(file, 0, GeneralKeys(), model_.general);
+  ReadSection(file, 1, SimulatorKeys(), model_.simulator);
+  ReadSection(file, 2, TimeKeys(), model_.time);
+  ReadSection(file, 3, NetworkKeys(), model_.network);
+  ReadList(file, 4, TubingKeys(), model_.tubings);
+  ReadList(file, 5, WellKeys(), model_.wells);
+  ReadList(file, 6, GroupKeys(), model_.groups);
+}
+
+std::string FromFolder(const fs::path& folder, const std::string& path) {
+  return path.empty() ? path : (folder / path).lexically_normal().string();
+}
+
+void CompletePaths(CaseModel& model) {
+  const fs::path file = fs::absolute(model.file);
+  const fs::path folder = file.parent_path();
+  if (model.general.title.empty()) model.general.title = file.stem().string();
+  if (model.general.output.empty()) model.general.output = "results";
+  model.general.output = FromFolder(folder, model.general.output);
+  model.simulator.deck = FromFolder(folder, model.simulator.deck);
+  model.simulator.storeFile = FromFolder(folder, model.simulator.storeFile);
+  // A bare name is looked for along the search path by whoever starts it.
+  if (model.simulator.executable.find('/') != std::string::npos) {
+    model.simulator.executable = FromFolder(folder, model.simulator.executable);
+  }
+}
+
+}  // namespace
+
+CaseModel ReadCase(const std::string& path) {
+  CaseModel model;
+  model.file = path;
+  if (!fs::is_regular_file(path)) throw CaseError(path, 0, "no such case file");
+  try {
+    Reader(model).ReadAll(toml::parse_file(path));
+  } catch (const toml::parse_error& error) {
+    throw CaseError(path, static_cast<int>(error.source().begin.line),
+                    std::string(error.description()));
+  }
+  CompletePaths(model);
+  CheckCase(model);
+  return model;
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,154 @@
+#include "host/network.h"
+
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
+
+#include <fmt/format.h>
+
+namespace gantry::fieldrun {
+namespace {
+
+using Members = std::vector<NetworkWell*>;
+
+enum class Side { kProducers, kInjectors };
+
+struct GroupLimit {
+  const char* name;
+  Side side;
+  std::optional<double> GroupSpec::*limit;
+  double (*rate)(const Rates&);
+};
+
+constexpr GroupLimit kGroupLimits[] = {
+    {"oil", Side::kProducers, &GroupSpec::maxOil, [](const Rates& r) { return r.oil; }},
+    {"water", Side::kProducers, &GroupSpec::maxWater, [](const Rates& r) { return r.water; }},
+    {"liquid", Side::kProducers, &GroupSpec::maxLiquid, [](const Rates& r) { return r.Liquid(); }},
+    {"gas", Side::kProducers, &GroupSpec::maxGas, [](const Rates& r) { return r.gas; }},
+    {"water injection", Side::kInjectors, &GroupSpec::maxWaterInjection,
+     [](const Rates& r) { return r.water; }},
+    {"gas injection", Side::kInjectors, &GroupSpec::maxGasInjection,
+     [](const Rates& r) { return r.gas; }},
+};
+
+double RateOf(const NetworkWell& well, const GroupLimit& limit) {
+  return well.isOpen ? limit.rate(well.curve.At(well.opening).rates) : 0;
+}
+
+double SumOf(const Members& wells, const GroupLimit& limit) {
+  double sum = 0;
+  for (const NetworkWell* well : wells) sum += RateOf(*well, limit);
+  return sum;
+}
+
+void Settle(NetworkWell& well, double opening, const std::string& reason) {
+  well.opening = opening;
+  well.limitedBy = reason;
+  well.isOpen = opening > 0;
+}
+
+// Every well to the same part of its flow: the part is found by bisection on the group's sum.
+void ScaleDown(const Members& wells, const GroupLimit& limit, double most,
+               const std::string& reason) {
+  std::vector<double> sizes;
+  for (const NetworkWell* well : wells) {
+    sizes.push_back(well->curve.At(well->opening).rates.Size());
+  }
+  const auto openingAt = [&](size_t i, double part) {
+    const auto size = [](const InflowPoint& point) { return point.rates.Size(); };
+    return std::min(wells[i]->opening, wells[i]->curve.LargestOpening(size, part * sizes[i]));
+  };
+  const auto sumAt = [&](double part) {
+    double sum = 0;
+    for (size_t i = 0; i < wells.size(); ++i) {
+      sum += limit.rate(wells[i]->curve.At(openingAt(i, part)).rates);
+    }
+    return sum;
+  };
+  double low = 0;
+  double high = 1;
+  for (int i = 0; i < 50; ++i) {
+    const double middle = 0.5 * (low + high);
+    (sumAt(middle) <= most ? low : high) = middle;
+  }
+  for (size_t i = 0; i < wells.size(); ++i) Settle(*wells[i], openingAt(i, low), reason);
+}
+
+// What a well makes of the limited phase for each barrel of oil; of two without oil, the bigger.
+double Offence(const NetworkWell& well, const GroupLimit& limit) {
+  const Rates rates = well.curve.At(well.opening).rates;
+  const bool isProducer = well.spec->Kind() == WellKind::kProducer;
+  if (!isProducer || limit.limit == &GroupSpec::maxOil) return -rates.Size();
+  return rates.oil > 0 ? limit.rate(rates) / rates.oil : std::numeric_limits<double>::infinity();
+}
+
+// The worst wells give way first, as far as it takes.
+void CutWorst(const Members& wells, const GroupLimit& limit, double most,
+              const std::string& reason) {
+  Members worstFirst = wells;
+  std::stable_sort(worstFirst.begin(), worstFirst.end(),
+                   [&](const NetworkWell* a, const NetworkWell* b) {
+                     return Offence(*a, limit) > Offence(*b, limit);
+                   });
+  double excess = SumOf(wells, limit) - most;
+  for (NetworkWell* well : worstFirst) {
+    if (excess <= 0) return;
+    const double own = RateOf(*well, limit);
+    if (own <= 0) continue;
+    const auto rate = [&](const InflowPoint& point) { return limit.rate(point.rates); };
+    const double left = std::max(own - excess, 0.0);
+    const double opening = left > 0 ? well->curve.LargestOpening(rate, left) : 0;
+    Settle(*well, std::min(opening, well->opening), reason);
+    excess -= own - left;
+  }
+}
+
+Members OpenMembers(const Members& wells, Side side) {
+  Members members;
+  for (NetworkWell* well : wells) {
+    const bool isProducer = well->spec->Kind() == WellKind::kProducer;
+    if (well->isOpen && isProducer == (side == Side::kProducers)) members.push_back(well);
+  }
+  return members;
+}
+
+void ApplyGroup(const GroupSpec& group, const Members& wells,
+                std::vector<GroupLimitReport>& reports) {
+  for (const GroupLimit& limit : kGroupLimits) {
+    const auto& most = group.*(limit.limit);
+    if (!most) continue;
+    const Members open = OpenMembers(wells, limit.side);
+    const double before = SumOf(open, limit);
+    if (before <= *most * (1 + 1e-9)) continue;
+    const std::string reason = fmt::format("group {}: {}", group.name, limit.name);
+    (group.method == 0 ? ScaleDown : CutWorst)(open, limit, *most, reason);
+    reports.push_back({group.name, limit.name, before, SumOf(open, limit)});
+  }
+}
+
+}  // namespace
+
+std::vector<GroupLimitReport> SolveNetwork(std::vector<NetworkWell>& wells,
+                                           const std::vector<GroupSpec>& groups) {
+  std::unordered_map<std::string, NetworkWell*> byName;
+  Members all;
+  for (NetworkWell& well : wells) {
+    SolveWell(well);
+    byName.emplace(well.spec->name, &well);
+    all.push_back(&well);
+  }
+  std::vector<GroupLimitReport> reports;
+  for (const GroupSpec& group : groups) {
+    Members members;
+    for (const std::string& name : group.wells) {
+      if (const auto well = byName.find(name); well != byName.end()) {
+        members.push_back(well->second);
+      }
+    }
+    ApplyGroup(group, group.wells.empty() ? all : members, reports);
+  }
+  for (NetworkWell& well : wells) ShutIfLoadedUp(well);
+  return reports;
+}
+
+}  // namespace gantry::fieldrun

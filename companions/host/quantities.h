@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string_view>
+
+namespace gantry::fieldrun {
+
+/// What a number of a case file or of an output table measures.
+enum class Quantity {
+  kNone,
+  kLiquidRate,
+  kGasRate,
+  kPressure,
+  kLength,
+  kDiameter,
+  kTemperature,
+  kGasLiquidRatio,
+  kLiquidVolume,
+  kGasVolume,
+  kDays,
+};
+
+/// The units in which a case states its numbers and wants its results.
+enum class UnitSystem { kField, kMetric };
+
+/// Everything inside fieldrun, and everything at the module's boundary, is in field units: STB/d,
+/// MMscf/d, psig, feet, inches, degrees Fahrenheit, scf/STB. Only what is read from a case and what
+/// is written for the user passes through these two.
+double ToInternal(double value, Quantity quantity, UnitSystem system);
+double FromInternal(double value, Quantity quantity, UnitSystem system);
+
+/// The unit's name as it stands in tables and headings: "STB/d", "bar". Empty for a plain number.
+std::string_view UnitName(Quantity quantity, UnitSystem system);
+
+}  // namespace gantry::fieldrun

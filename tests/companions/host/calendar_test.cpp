@@ -1,0 +1,28 @@
+#include "host/calendar.h"
+
+#include <gtest/gtest.h>
+
+namespace gantry::fieldrun {
+namespace {
+
+TEST(Calendar, CountsDaysFromTheLastOfDecember1899) {
+  EXPECT_EQ(DayNumber({1899, 12, 31}), 0);
+  EXPECT_EQ(DayNumber({1900, 1, 1}), 1);
+  EXPECT_EQ(DayNumber({2015, 1, 1}), 42004);
+  EXPECT_EQ(ToText(FromDayNumber(42004)), "2015-01-01");
+}
+
+TEST(Calendar, KeepsTheDayOfTheMonthWhereThereIsOne) {
+  EXPECT_EQ(ToText(AddMonths({2015, 1, 31}, 1)), "2015-02-28");
+  EXPECT_EQ(ToText(AddMonths({2015, 1, 31}, 2)), "2015-03-31");
+  EXPECT_EQ(ToText(AddMonths({2015, 12, 15}, 1)), "2016-01-15");
+}
+
+TEST(Calendar, KnowsWhichDaysThereAre) {
+  EXPECT_TRUE(IsValid({2016, 2, 29}));
+  EXPECT_FALSE(IsValid({2015, 2, 29}));
+  EXPECT_FALSE(IsValid({2015, 13, 1}));
+}
+
+}  // namespace
+}  // namespace gantry::fieldrun
