@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include "remote/remote_message.h"
+#include "remote/socket.h"
+#include "remote/wire_bytes.h"
+#include "support/scripted_peer.h"
+
+namespace gantry {
+namespace {
+
+std::string BytesOf(const MessageWriter& writer) {
+  return {reinterpret_cast<const char*>(writer.Bytes().data()), writer.Bytes().size()};
+}
+
+MessageReader ReaderOf(const std::string& bytes) {
+  return MessageReader(std::as_bytes(std::span(bytes)));
+}
+
+TEST(MessageWriter, PutsValuesOneBehindTheOther) {
+  MessageWriter writer;
+  writer.PutInt(-2);
+  writer.PutDouble(1.5);
+  writer.PutByte(7);
+  writer.PutText("well");
+  writer.PutIntArray(std::vector<int32_t>{1, 2});
+  writer.PutDoubleArray(std::vector<double>{3.0});
+  EXPECT_EQ(BytesOf(writer), test::Int(-2) + test::Double(1.5) + "\7" + test::Text("well") +
+                                 test::Int(1) + test::Int(2) + test::Double(3.0));
+}
+
+TEST(MessageWriter, CapacityIsAlwaysGreaterThanWhatIsUsed) {
+  MessageWriter writer;
+  EXPECT_EQ(writer.Capacity(), 100);
+  writer.PutBytes(std::vector<std::byte>(96));
+  EXPECT_EQ(writer.Capacity(), 100);
+  writer.PutInt(0);
+  EXPECT_EQ(writer.Used(), 100);
+  EXPECT_EQ(writer.Capacity(), 200);
+}
+
+TEST(MessageReader, ReadsWhatAWriterPut) {
+  const std::string bytes = test::Int(-2) + test::Double(1.5) + "\7" +
+                            test::Text(std::string("cut\0here", 8)) + test::Int(1) + test::Int(2) +
+                            test::Double(3.0);
+  MessageReader reader = ReaderOf(bytes);
+  EXPECT_EQ(reader.GetInt(), -2);
+  EXPECT_EQ(reader.GetDouble(), 1.5);
+  EXPECT_EQ(reader.GetByte(), 7);
+  EXPECT_EQ(reader.GetText(), "cut");
+  std::array<int32_t, 2> ints{};
+  reader.GetIntArray(ints);
+  EXPECT_EQ(ints, (std::array<int32_t, 2>{1, 2}));
+  std::array<double, 1> doubles{};
+  reader.GetDoubleArray(doubles);
+  EXPECT_EQ(doubles[0], 3.0);
+  EXPECT_EQ(reader.Remaining(), 0u);
+}
+
+TEST(MessageReader, NeverLeavesItsBytes) {
+  const std::vector<std::pair<std::string, void (*)(MessageReader&)>> cases = {
+      {std::string(3, '\0'), [](MessageReader& reader) { reader.GetInt(); }},
+      {std::string(7, '\0'), [](MessageReader& reader) { reader.GetDouble(); }},
+      {"", [](MessageReader& reader) { reader.GetByte(); }},
+      {test::Int(2) + "x", [](MessageReader& reader) { reader.GetText(); }},
+      {test::Int(-1) + "x", [](MessageReader& reader) { reader.GetText(); }},
+      {test::Int(0x7fffffff) + "x", [](MessageReader& reader) { reader.GetText(); }},
+      {test::Int(2) + test::Text(""), [](MessageReader& reader) { GetTexts(reader); }},
+      {test::Int(-1), [](MessageReader& reader) { GetTexts(reader); }},
+      {test::Int(0x7fffffff), [](MessageReader& reader) { GetTextRows(reader); }},
+      {test::Int(0x7fffffff), [](MessageReader& reader) { GetDoubleRows(reader); }},
+      {test::Int(0x20000001) + std::string(8, 'x'),
+       [](MessageReader& reader) {
+         Doubles values;
+         GetDoubles(reader, values);
+       }},
+  };
+  for (size_t i = 0; i < cases.size(); ++i) {
+    MessageReader reader = ReaderOf(cases[i].first);
+    EXPECT_THROW(cases[i].second(reader), MessageOverrun) << "case " << i;
+  }
+}
+
+TEST(Send, PutsTheRoutineBeforeItsParametersOrTwice) {
+  test::ScriptedPeer peer;
+  peer.ExpectBytes(test::Int(8) + test::Int(17) + test::Int(17));
+  peer.ExpectBytes(test::Int(12) + test::Int(8) + test::Double(100.0)).Start();
+  SocketClient client("127.0.0.1", peer.Port());
+  EXPECT_EQ(Send({}, client, Routine::kGetVersion), 0);
+  MessageWriter writer;
+  writer.PutDouble(100.0);
+  EXPECT_EQ(Send(writer, client, Routine::kRunUntil), 0);
+}
+
+}  // namespace
+}  // namespace gantry

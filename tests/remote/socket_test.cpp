@@ -1,0 +1,405 @@
+#include "remote/socket.h"
+
+#include <array>
+#include <cerrno>
+
+#include <gtest/gtest.h>
+
+#include "remote/wire_bytes.h"
+#include "support/scripted_peer.h"
+
+namespace gantry {
+namespace {
+
+using platform::SocketCalls;
+using platform::SocketHandle;
+using test::Framed;
+using test::Int;
+using test::ScriptedPeer;
+
+/// The system's calls, of which a test changes one.
+class PassingCalls : public SocketCalls {
+ public:
+  bool StartUp() override { return System().StartUp(); }
+  void CleanUp() override { System().CleanUp(); }
+  SocketHandle OpenTcp() override { return System().OpenTcp(); }
+  void Close(SocketHandle socket) override { System().Close(socket); }
+  bool SetBlocking(SocketHandle socket, bool blocking) override {
+    return System().SetBlocking(socket, blocking);
+  }
+  std::optional<uint32_t> FindHost(const std::string& name) override {
+    return System().FindHost(name);
+  }
+  int Connect(SocketHandle socket, uint32_t address, uint16_t port) override {
+    return System().Connect(socket, address, port);
+  }
+  int Bind(SocketHandle socket, uint16_t port) override { return System().Bind(socket, port); }
+  int Listen(SocketHandle socket, int backlog) override { return System().Listen(socket, backlog); }
+  SocketHandle Accept(SocketHandle socket) override { return System().Accept(socket); }
+  int Select(SocketHandle socket, bool orWritable, std::optional<int> limit) override {
+    return System().Select(socket, orWritable, limit);
+  }
+  int64_t Send(SocketHandle socket, std::span<const std::byte> bytes) override {
+    return System().Send(socket, bytes);
+  }
+  int64_t Receive(SocketHandle socket, std::span<std::byte> bytes) override {
+    return System().Receive(socket, bytes);
+  }
+  int64_t Available(SocketHandle socket) override { return System().Available(socket); }
+  void PauseOnClosedPeer(SocketHandle socket) override { System().PauseOnClosedPeer(socket); }
+  int LastError() override { return System().LastError(); }
+  bool IsWouldBlock(int error) override { return System().IsWouldBlock(error); }
+  bool IsInProgress(int error) override { return System().IsInProgress(error); }
+
+ private:
+  static SocketCalls& System() { return platform::SystemSockets(); }
+};
+
+/// What a call throws, the socket layer's own manner: plain and text objects.
+template <class Call>
+std::string Thrown(Call call) {
+  try {
+    call();
+  } catch (const char* text) {
+    return text;
+  } catch (const std::string& text) {
+    return text;
+  }
+  return "nothing";
+}
+
+SocketClient ConnectTo(const ScriptedPeer& peer) { return {"127.0.0.1", peer.Port()}; }
+
+struct Frame {
+  int32_t result;
+  uint32_t length;
+  std::string buffer;
+};
+
+Frame ReceiveFrame(Socket& socket, size_t capacity) {
+  std::vector<std::byte> buffer(capacity, std::byte{'x'});
+  uint32_t length = 0;
+  const int32_t result = socket.ReceiveFrame(buffer, length);
+  return {result, length, {reinterpret_cast<const char*>(buffer.data()), buffer.size()}};
+}
+
+// First: a socket that was assigned to stays in the count of those alive.
+TEST(Socket, LibraryIsStartedByTheFirstAndCleanedUpByTheLast) {
+  class Counting : public PassingCalls {
+   public:
+    bool StartUp() override { return ++starts < 3; }
+    void CleanUp() override { ++cleanUps; }
+    int starts = 0;
+    int cleanUps = 0;
+  } calls;
+  const platform::SocketCallsOverride override(calls);
+  for (int life = 1; life <= 2; ++life) {
+    const auto first = std::make_unique<Socket>();
+    const Socket copy = *first;
+    EXPECT_EQ(calls.starts, life);
+    EXPECT_EQ(calls.cleanUps, life - 1);
+  }
+  EXPECT_EQ(calls.cleanUps, 2);
+  EXPECT_EQ(Thrown([] { Socket(); }), "Could not start WSA");
+  EXPECT_EQ(IsPortFree(0), -3);
+}
+
+TEST(Socket, CopyKeepsTheConnectionWhenTheFirstDies) {
+  ScriptedPeer peer;
+  peer.ExpectBytes(Framed("still here")).Start();
+  auto first = std::make_unique<SocketClient>("127.0.0.1", peer.Port());
+  SocketClient copy = *first;
+  first.reset();
+  EXPECT_TRUE(copy.IsConnected);
+  EXPECT_EQ(copy.SendText("still here"), 0);
+}
+
+TEST(Socket, CloseIsSeenByAllCopies) {
+  ScriptedPeer peer;
+  peer.Start();
+  SocketClient first = ConnectTo(peer);
+  SocketClient copy = first;
+  first.Close();
+  peer.Finish();
+  EXPECT_EQ(copy.SendText("lost"), 1);
+  EXPECT_EQ(copy.BytesAvailable(), -1);
+}
+
+TEST(Socket, AssignmentSharesTheOtherAndKeepsItsOwnOpen) {
+  ScriptedPeer released;
+  released.ReplyBytes("never read").Start();
+  ScriptedPeer shared;
+  shared.ExpectBytes(Framed("to the second")).Start();
+  class CountingClose : public PassingCalls {
+   public:
+    void Close(SocketHandle socket) override {
+      ++closed;
+      PassingCalls::Close(socket);
+    }
+    int closed = 0;
+  } calls;
+  SocketHandle abandoned = platform::kInvalidSocket;
+  {
+    const platform::SocketCallsOverride override(calls);
+    class Open : public SocketClient {
+     public:
+      using SocketClient::Handle;
+      using SocketClient::SocketClient;
+    };
+    Open first("127.0.0.1", released.Port());
+    abandoned = first.Handle();
+    {
+      const Open second("127.0.0.1", shared.Port());
+      first = second;
+    }
+    EXPECT_EQ(first.SendText("to the second"), 0);
+  }
+  EXPECT_EQ(calls.closed, 1);
+  platform::SystemSockets().Close(abandoned);
+}
+
+TEST(Socket, FramesAreReadUpToTheCapacityIntoAZeroedBuffer) {
+  ScriptedPeer peer;
+  peer.ReplyBytes(Framed("")).ReplyBytes(Framed("abc")).ReplyBytes(Framed("eight ch"));
+  peer.ReplyBytes(Framed("nine char")).Start();
+  SocketClient client = ConnectTo(peer);
+
+  const Frame empty = ReceiveFrame(client, 8);
+  EXPECT_EQ(empty.result, 0);
+  EXPECT_EQ(empty.length, 0u);
+  EXPECT_EQ(empty.buffer, std::string(8, '\0'));
+
+  EXPECT_EQ(ReceiveFrame(client, 8).buffer, std::string("abc\0\0\0\0\0", 8));
+  EXPECT_EQ(ReceiveFrame(client, 8).buffer, "eight ch");
+
+  const Frame tooLong = ReceiveFrame(client, 8);
+  EXPECT_EQ(tooLong.result, 1);
+  EXPECT_EQ(tooLong.length, 9u);
+  EXPECT_EQ(client.BytesAvailable(), 9) << "the body stays unread";
+}
+
+TEST(Socket, FrameLengthAboveTwoGigabytesIsRefused) {
+  ScriptedPeer peer;
+  peer.ReplyBytes(Int(0xfffffff0)).Start();
+  SocketClient client = ConnectTo(peer);
+  const Frame frame = ReceiveFrame(client, 8);
+  EXPECT_EQ(frame.result, 1);
+  EXPECT_EQ(frame.length, 0xfffffff0u);
+}
+
+TEST(Socket, PeerThatClosesBeforeAFrameFails) {
+  ScriptedPeer peer;
+  peer.Start();
+  SocketClient client = ConnectTo(peer);
+  const Frame frame = ReceiveFrame(client, 8);
+  EXPECT_EQ(frame.result, 1);
+  EXPECT_EQ(frame.length, 0u);
+}
+
+/// Ends the read of a frame, which goes round on a closed peer, by a failure after some rounds.
+class BreakingCalls : public PassingCalls {
+ public:
+  int64_t Receive(SocketHandle socket, std::span<std::byte> bytes) override {
+    if (pauses >= 2) return platform::kSocketError;
+    const int64_t received = PassingCalls::Receive(socket, bytes);
+    if (received == 0) ++closedReads;
+    return received;
+  }
+  void PauseOnClosedPeer(SocketHandle socket) override {
+    ++pauses;
+    PassingCalls::PauseOnClosedPeer(socket);
+  }
+  int closedReads = 0;
+  int pauses = 0;
+};
+
+TEST(Socket, ReaderOnAPeerThatClosedWithinABodyGoesRoundWithAPauseEachTime) {
+  BreakingCalls calls;
+  ScriptedPeer peer;
+  peer.ReplyBytes(Int(8) + "half").Start();
+  const platform::SocketCallsOverride override(calls);
+  SocketClient client = ConnectTo(peer);
+  const Frame frame = ReceiveFrame(client, 8);
+  EXPECT_EQ(calls.closedReads, 2);
+  EXPECT_EQ(calls.pauses, 2);
+  EXPECT_EQ(frame.result, 1);
+  EXPECT_EQ(frame.length, 0u);
+}
+
+TEST(Socket, TextsAreReadByTheirLength) {
+  ScriptedPeer peer;
+  peer.ReplyBytes(Framed("one")).ReplyBytes(Framed("")).ReplyBytes(Int(-1) + Framed("two")).Start();
+  SocketClient client = ConnectTo(peer);
+  int32_t length = 9;
+  EXPECT_EQ(client.ReceiveText(length), "one");
+  EXPECT_EQ(length, 3);
+  EXPECT_EQ(client.ReceiveText(length), "");
+  EXPECT_EQ(length, 0);
+  EXPECT_EQ(client.ReceiveText(length), "");
+  EXPECT_EQ(length, -1);
+  client.WaitBeforeReceive = true;
+  EXPECT_EQ(client.ReceiveText(length), "two");
+}
+
+TEST(Socket, LongestTextIsReadAndALongerOneEndsWithTheConnection) {
+  ScriptedPeer peer;
+  peer.ReplyBytes(Framed(std::string(32767, 'a'))).ReplyBytes(Framed(std::string(32768, 'b')));
+  peer.ReplyBytes(Framed("no next text")).Start();
+  SocketClient client = ConnectTo(peer);
+  int32_t length = 0;
+  EXPECT_EQ(client.ReceiveText(length), std::string(32767, 'a'));
+  EXPECT_EQ(length, 32767);
+  EXPECT_EQ(client.ReceiveText(length), "");
+  EXPECT_EQ(length, 0);
+}
+
+TEST(Socket, TextCutShortByTheEndIsNone) {
+  for (const std::string& bytes : {std::string("\5\0", 2), Int(5) + "abc"}) {
+    ScriptedPeer peer;
+    peer.ReplyBytes(bytes).Start();
+    SocketClient client = ConnectTo(peer);
+    int32_t length = 7;
+    EXPECT_EQ(client.ReceiveText(length), "");
+    EXPECT_EQ(length, 0);
+  }
+}
+
+TEST(Socket, TextOnASocketThatDoesNotBlockIsWhatHasCome) {
+  class ThreeBytes : public PassingCalls {
+   public:
+    int64_t Receive(SocketHandle socket, std::span<std::byte> bytes) override {
+      if (given++ < 4 + 3) return PassingCalls::Receive(socket, bytes);
+      return platform::kSocketError;
+    }
+    bool IsWouldBlock(int) override { return true; }
+    int given = 0;
+  } calls;
+  ScriptedPeer peer;
+  peer.ReplyBytes(Framed("abcdef")).Start();
+  const platform::SocketCallsOverride override(calls);
+  SocketClient client = ConnectTo(peer);
+  int32_t length = 0;
+  EXPECT_EQ(client.ReceiveText(length), "abc");
+  EXPECT_EQ(length, 6);
+}
+
+TEST(Socket, PartialSendIsAFailureAndNotContinued) {
+  class HalfSend : public PassingCalls {
+   public:
+    int64_t Send(SocketHandle socket, std::span<const std::byte> bytes) override {
+      ++sends;
+      return PassingCalls::Send(socket, bytes.first(bytes.size() / 2));
+    }
+    int sends = 0;
+  } calls;
+  ScriptedPeer peer;
+  peer.ExpectBytes(Int(4)).Start();
+  const platform::SocketCallsOverride override(calls);
+  SocketClient client = ConnectTo(peer);
+  EXPECT_EQ(client.SendText("text"), 1);
+  EXPECT_EQ(calls.sends, 1);
+}
+
+TEST(Socket, ThatCannotBeOpenedIsInvalid) {
+  class NoSocket : public PassingCalls {
+   public:
+    SocketHandle OpenTcp() override { return platform::kInvalidSocket; }
+  } calls;
+  const platform::SocketCallsOverride override(calls);
+  EXPECT_EQ(Thrown([] { Socket(); }), "INVALID_SOCKET");
+  EXPECT_EQ(IsPortFree(0), -1);
+}
+
+TEST(SocketClient, TellsAnUnknownHostAndARefusedPort) {
+  class Unknown : public PassingCalls {
+   public:
+    std::optional<uint32_t> FindHost(const std::string&) override {
+      errno = ENOENT;
+      return std::nullopt;
+    }
+  } calls;
+  {
+    const platform::SocketCallsOverride override(calls);
+    EXPECT_EQ(Thrown([] { SocketClient("nowhere", 1); }),
+              "Failed to get host by name (nowhere): error return No such file or directory");
+  }
+  EXPECT_EQ(Thrown([] { SocketClient("127.0.0.1", 1); }), "connect() failed. Last error was " +
+                                                              std::to_string(ECONNREFUSED) +
+                                                              ". Socket is not connected");
+}
+
+TEST(SocketClient, ConnectsWithATimeLimitAndBlocksAfterwards) {
+  ScriptedPeer peer;
+  peer.ExpectBytes(Framed("ask")).ReplyBytes(Framed("answer")).Start();
+  SocketClient client("127.0.0.1", peer.Port(), 5);
+  EXPECT_TRUE(client.IsConnected);
+  EXPECT_EQ(client.SendText("ask"), 0);
+  int32_t length = 0;
+  EXPECT_EQ(client.ReceiveText(length), "answer");
+}
+
+TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
+  class Selecting : public PassingCalls {
+   public:
+    int Connect(SocketHandle, uint32_t, uint16_t) override { return platform::kSocketError; }
+    int LastError() override { return EINPROGRESS; }
+    int Select(SocketHandle, bool, std::optional<int> limit) override {
+      waited = limit;
+      return result;
+    }
+    int result = 0;
+    std::optional<int> waited;
+  } calls;
+  const platform::SocketCallsOverride override(calls);
+  const std::string inProgress = std::to_string(EINPROGRESS);
+  const std::vector<std::pair<int, std::string>> cases = {
+      {-1, "select() returned SOCKET_ERROR. Last error was " + inProgress},
+      {0, "select() failed: time limit (7 secs) expired"},
+      {-2, "Unknown error: select() returned -2"},
+  };
+  for (const auto& [result, text] : cases) {
+    calls.result = result;
+    EXPECT_EQ(Thrown([] { SocketClient("127.0.0.1", 1, 7); }), text + ". Socket is not connected");
+    EXPECT_EQ(calls.waited, 7);
+  }
+}
+
+uint16_t FreePort() {
+  const ScriptedPeer peer;
+  return peer.Port();
+}
+
+TEST(SocketServer, TakesOnePeerAfterAnother) {
+  const uint16_t port = FreePort();
+  SocketServer server(port, 5);
+  SocketClient client("127.0.0.1", port);
+  const std::unique_ptr<Socket> accepted = server.Accept();
+  EXPECT_EQ(client.SendText("hello"), 0);
+  int32_t length = 0;
+  EXPECT_EQ(accepted->ReceiveText(length), "hello");
+}
+
+TEST(SocketServer, AcceptGivesNothingWhenNobodyWaitsAndThrowsOnFailure) {
+  class Refusing : public PassingCalls {
+   public:
+    SocketHandle Accept(SocketHandle) override { return platform::kInvalidSocket; }
+    bool IsWouldBlock(int) override { return nobodyWaits; }
+    bool nobodyWaits = true;
+  } calls;
+  SocketServer server(FreePort(), 5);
+  const platform::SocketCallsOverride override(calls);
+  EXPECT_EQ(server.Accept(), nullptr);
+  calls.nobodyWaits = false;
+  EXPECT_EQ(Thrown([&] { server.Accept(); }), "Invalid Socket");
+}
+
+TEST(SocketServer, OnATakenPortIsInvalid) {
+  const uint16_t port = FreePort();
+  EXPECT_EQ(IsPortFree(port), 0);
+  const SocketServer server(port, 5);
+  EXPECT_EQ(IsPortFree(port), -2);
+  EXPECT_EQ(Thrown([&] { SocketServer(port, 5); }), "INVALID_SOCKET");
+}
+
+}  // namespace
+}  // namespace gantry
