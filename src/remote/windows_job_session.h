@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/named_mutex.h"
+#include "platform/process.h"
+#include "remote/job_session.h"
+
+namespace gantry {
+
+/// A simulator that runs as a process on this machine. From its construction on, the session holds
+/// a slot that no other session of this user has, in whatever process; the slot gives the port.
+class CWindowsJobSession : public CJobSession {
+ public:
+  explicit CWindowsJobSession(const LinkSettings& settings);
+  ~CWindowsJobSession() override;
+
+  bool IsRunning() override;
+  std::string GetHostDescription() override { return "Local host"; }
+  int32_t Start(std::string& message) override;
+
+ private:
+  struct Launch {
+    std::string application;
+    std::string commandLine;
+  };
+
+  void TakeSlot();
+  int32_t ChoosePort() const;
+  /// False with the reason in `message`.
+  bool ComposeLaunch(int32_t port, Launch& launch, std::string& message) const;
+  int32_t Connect(int32_t port, std::string& message);
+
+  std::unique_ptr<platform::ChildProcess> ProcessHandle;
+  std::unique_ptr<platform::NamedMutex> SlotMutexHandle;
+  uint32_t SlotIndex = 0;
+};
+
+}  // namespace gantry
