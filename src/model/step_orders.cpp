@@ -1,0 +1,96 @@
+#include "model/step_orders.h"
+
+#include <utility>
+
+#include "client/name_index.h"
+#include "model/ipr_table.h"
+
+namespace gantry {
+namespace {
+
+/// Below these a well counts as dead: millions of cubic feet and barrels a day.
+constexpr double kDeadGasRate = 0.00001;
+constexpr double kDeadLiquidRate = 0.1;
+
+/// Draws up the orders of one well after the other.
+class OrderBook {
+ public:
+  explicit OrderBook(const StepRules& rules) : rules_(rules) {}
+
+  void AddWell(Source& source, const StaticWellData& well) {
+    if (!well.Connected) {
+      if (rules_.closeUnconnected) AddStatus(source, kCompletionsShutWord);
+    } else if (source.RequestedStatus != kOpen) {
+      const bool atSurface = source.RequestedStatus == kShutSurface;
+      AddStatus(source, atSurface ? kSurfaceShutWord : kCompletionsShutWord);
+    } else {
+      AddOpenWell(source, well.OpMode);
+    }
+  }
+
+  StepOrders Take() { return std::move(orders_); }
+
+ private:
+  void AddStatus(const Source& source, const char* word) {
+    orders_.statusWells.push_back(source.Name);
+    orders_.statuses.emplace_back(word);
+  }
+
+  void AddOpenWell(Source& source, int32_t opMode) {
+    if (rules_.reevaluate && !Reevaluate(source)) {
+      AddStatus(source, kCompletionsShutWord);
+      return;
+    }
+    AddStatus(source, kOpenWord);
+    AddConstraints(source, ChooseControl(source, opMode));
+    orders_.uptimeWells.push_back(source.Name);
+    orders_.uptimes.push_back(source.OnTimeFraction);
+    if (rules_.compositional && source.SourceType == kGasInjector) {
+      orders_.injectionSources.push_back(InjectionSourceName(source.Name));
+      orders_.compositions.push_back(source.OpPoint.Composition);
+    }
+  }
+
+  void AddConstraints(const Source& source, WellControl control) {
+    orders_.constraintWells.push_back(source.Name);
+    orders_.items.push_back(std::move(control.items));
+    orders_.values.push_back(std::move(control.values));
+    orders_.codes.push_back(std::move(control.codes));
+  }
+
+  StepRules rules_;
+  StepOrders orders_;
+};
+
+}  // namespace
+
+void StepOrders::Send(CExtConnectorBase& connector) const {
+  connector.SetWellStatus(statusWells, statuses);
+  connector.SetWellUptime(uptimeWells, uptimes);
+  connector.SetWellConstraints(constraintWells, items, values, codes);
+  connector.SetWellInjectionComposition(injectionSources, compositions);
+}
+
+StepOrders DrawUpOrders(SourceList& sources, const StaticWellDataCollection& wells,
+                        const StepRules& rules) {
+  NameIndex index;
+  for (const StaticWellData& well : wells.Items) index.Add(well.Name);
+  OrderBook book(rules);
+  for (Source& source : sources.Items) {
+    if (const auto position = index.Find(source.Name)) book.AddWell(source, wells.Items[*position]);
+  }
+  return book.Take();
+}
+
+bool Reevaluate(Source& source) {
+  const IPRTable table(source.HostIPR, source.SourceType == kProducer);
+  if (table.IsDead()) return false;
+  const IPRTable::RowValues values = table.Evaluate(source.OpPoint.Pressure);
+  source.OpPoint.OilRate = values[IPRTable::kOil];
+  source.OpPoint.GasRate = values[IPRTable::kGas];
+  source.OpPoint.WaterRate = values[IPRTable::kWater];
+  return !(source.OpPoint.GasRate < kDeadGasRate && source.OpPoint.OilRate < kDeadLiquidRate &&
+           source.OpPoint.WaterRate < kDeadLiquidRate);
+}
+
+}  // namespace gantry
