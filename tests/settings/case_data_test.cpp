@@ -1,0 +1,234 @@
+#include "settings/case_data.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "settings/byte_stream.h"
+#include "settings/link_settings.h"
+#include "settings/static_well_data.h"
+
+namespace gantry {
+namespace {
+
+using test::ByteReader;
+using test::Header;
+using test::Text;
+using test::Word;
+
+/// Everything that a block holds, in one place.
+struct Case {
+  LinkSettings settings;
+  StaticWellDataCollection wells;
+  std::vector<std::string> components;
+
+  CaseData Data() { return {settings, wells, components}; }
+  CaseDataOutcome Read(std::string bytes) {
+    // A block of exactly that size, so that a sanitizer sees any step beyond it.
+    std::vector<char> block(bytes.begin(), bytes.end());
+    return ReadCaseData(block, Data());
+  }
+  void AddWell(const std::string& name, int32_t type, int32_t mode) {
+    wells.Items.emplace_back();
+    wells.Items.back().Name = name;
+    wells.Items.back().SourceType = type;
+    wells.Items.back().OpMode = mode;
+    wells.Items.back().Connected = true;
+  }
+};
+
+/// The case of docs/case-data.md.
+Case DocumentedCase() {
+  Case c;
+  c.settings.SimExeName = "ix";
+  c.settings.FileName = "d/a.afi";
+  c.settings.HeadNode = "hn";
+  c.settings.Parallel = 4;
+  c.settings.CloseUnconnectedWells = true;
+  c.settings.StdLogging = true;
+  c.AddWell("P1", 0, 3);
+  c.components = {"C1"};
+  return c;
+}
+
+/// Its block, as the page shows it.
+const char kDocumentedBlock[] =
+    "01000000"
+    "1ad25f38"
+    "04000000"
+    "02000000"
+    "6978"
+    "07000000"
+    "642f612e616669"
+    "02000000"
+    "686e"
+    "611e0000"
+    "a0860100"
+    "04000000"
+    "01000000"
+    "02000000"
+    "5031"
+    "00000000"
+    "03000000"
+    "01"
+    "00000000"
+    "01000000"
+    "00000000"
+    "01000000"
+    "02000000"
+    "4331"
+    "01000000";
+
+std::string FromHex(std::string_view hex) {
+  std::string bytes;
+  for (size_t i = 0; i < hex.size(); i += 2) {
+    bytes += static_cast<char>(std::stoi(std::string(hex.substr(i, 2)), nullptr, 16));
+  }
+  return bytes;
+}
+
+/// A block of any version, composed apart from the code under test.
+std::string BlockOf(int32_t version) {
+  std::string block = Header() + Word(static_cast<uint32_t>(version)) + Text("sim") +
+                      Text("case.afi") + Text("node") + Word(5000);
+  if (version >= 2) block += Word(20172);
+  block += Word(8) + Word(2) + Text("W1") + Word(2) + Word(1) + Text("W2") + Word(0) + Word(3) +
+           '\x01' + Word(1) + Word(0) + Word(1);
+  if (version >= 3) block += Word(2) + Text("N2") + Text("");
+  if (version >= 4) block += Word(1);
+  return block;
+}
+
+TEST(CaseData, IsWrittenByteForByteAsDocumented) {
+  Case c = DocumentedCase();
+  const std::string expected = FromHex(kDocumentedBlock);
+  std::vector<char> block(expected.size() + 16, '~');
+  ASSERT_EQ(WriteCaseData(block, c.Data()), CaseDataOutcome::kDone);
+  EXPECT_EQ(std::string(block.begin(), block.end()), expected + std::string(16, '~'));
+}
+
+TEST(CaseData, ManyWellsAreFoundByAnIndependentReader) {
+  Case c;
+  c.settings.FileName = "D:\\F\xe4lle\\a.afi";
+  for (int i = 0; i < 1000; ++i) c.AddWell("W" + std::to_string(i), i % 4, i % 5);
+  std::vector<char> block(102400);
+  ASSERT_EQ(WriteCaseData(block, c.Data()), CaseDataOutcome::kDone);
+
+  ByteReader in({block.data(), block.size()});
+  EXPECT_EQ(in.Take(8), Header());
+  EXPECT_EQ(in.Word(), 4u);
+  EXPECT_EQ(in.Text(), "");
+  EXPECT_EQ(in.Text(), "D:\\F\xe4lle\\a.afi");
+  EXPECT_EQ(in.Text(), "");
+  for (const uint32_t field : {7777u, 100000u, 1u, 1000u}) EXPECT_EQ(in.Word(), field);
+  for (uint32_t i = 0; i < 1000; ++i) {
+    ASSERT_EQ(in.Text(), "W" + std::to_string(i));
+    ASSERT_EQ(in.Word(), i % 4);
+    ASSERT_EQ(in.Word(), i % 5);
+  }
+  EXPECT_EQ(in.Byte(), 0);
+  for (const uint32_t field : {0u, 1u, 0u, 0u, 0u}) EXPECT_EQ(in.Word(), field);
+}
+
+TEST(CaseData, ReadsEveryVersionAndKeepsTheFieldsThatItLacks) {
+  for (const int32_t version : {-5, 0, 1, 2, 3, 4}) {
+    SCOPED_TRACE(version);
+    Case c;
+    c.settings.LinuxIXVersion = 42;
+    c.settings.StdLogging = true;
+    ASSERT_EQ(c.Read(BlockOf(version)), CaseDataOutcome::kDone);
+    EXPECT_EQ(c.settings.SimExeName + "|" + c.settings.FileName + "|" + c.settings.HeadNode,
+              "sim|case.afi|node");
+    EXPECT_EQ(c.settings.HeadNodePort, 5000);
+    EXPECT_EQ(c.settings.Parallel, 8);
+    EXPECT_TRUE(c.settings.CloseUnconnectedWells);
+    EXPECT_EQ(c.settings.ConnectionMode, 1);
+    EXPECT_EQ(c.settings.IPRModel, 0);
+    EXPECT_EQ(c.settings.UpTimeMode, 1);
+    ASSERT_EQ(c.wells.Items.size(), 2u);
+    EXPECT_EQ(c.wells.Items[1].Name, "W2");
+    EXPECT_EQ(c.wells.Items[0].SourceType, 2);
+    EXPECT_EQ(c.wells.Items[1].OpMode, 3);
+    EXPECT_FALSE(c.wells.Items[0].Connected);
+    EXPECT_EQ(c.settings.LinuxIXVersion, version >= 2 ? 20172 : 42);
+    EXPECT_EQ(c.components.size(), version >= 3 ? 2u : 0u);
+    EXPECT_EQ(c.settings.StdLogging, version >= 4);
+  }
+}
+
+TEST(CaseData, ALaterVersionChangesNothing) {
+  Case c = DocumentedCase();
+  for (const int32_t version : {5, 0x7FFFFFFF}) {
+    EXPECT_EQ(c.Read(BlockOf(version)), CaseDataOutcome::kTooNew);
+  }
+  EXPECT_EQ(c.settings.SimExeName, "ix");
+  EXPECT_EQ(c.wells.Items.size(), 1u);
+}
+
+TEST(CaseData, OnlyTheLowByteOfTheLoggingFieldCounts) {
+  const std::string head = BlockOf(4).substr(0, BlockOf(4).size() - 4);
+  for (const auto& [word, flag] :
+       {std::pair{0x100u, false}, {0xFFFFFF00u, false}, {0xFFFFFF02u, true}}) {
+    Case c;
+    EXPECT_EQ(c.Read(head + Word(word)), CaseDataOutcome::kDone);
+    EXPECT_EQ(c.settings.StdLogging, flag) << word;
+  }
+}
+
+TEST(CaseData, ACapacityOfExactlyItsSizeSavesAndAnySmallerFails) {
+  Case c = DocumentedCase();
+  const size_t size = FromHex(kDocumentedBlock).size();
+  for (size_t capacity = 0; capacity <= size; ++capacity) {
+    std::vector<char> block(capacity);
+    const bool fits = capacity == size;
+    EXPECT_EQ(WriteCaseData(block, c.Data()),
+              fits ? CaseDataOutcome::kDone : CaseDataOutcome::kFailed)
+        << capacity;
+  }
+}
+
+TEST(CaseData, EveryTruncationFailsAndKeepsWhatWasReadTillThen) {
+  for (const int32_t version : {1, 2, 3, 4}) {
+    const std::string whole = BlockOf(version);
+    for (size_t length = 0; length < whole.size(); ++length) {
+      Case c;
+      ASSERT_EQ(c.Read(whole.substr(0, length)), CaseDataOutcome::kFailed) << length;
+    }
+  }
+  Case c;
+  c.Read(BlockOf(4).substr(0, 12 + 7 + 5));  // within the dataset's path
+  EXPECT_EQ(c.settings.SimExeName, "sim");
+  EXPECT_EQ(c.settings.FileName, "");
+}
+
+TEST(CaseData, EveryCorruptByteIsSurvivedWithinTheBlocksOwnSize) {
+  const std::string whole = BlockOf(4);
+  for (size_t at = 0; at < whole.size(); ++at) {
+    for (const int change : {0x01, 0x7F, 0x80, 0xFF}) {
+      std::string corrupt = whole;
+      corrupt[at] = static_cast<char>(corrupt[at] ^ change);
+      Case c;
+      const CaseDataOutcome outcome = c.Read(corrupt);
+      EXPECT_TRUE(at >= 8 || outcome == CaseDataOutcome::kFailed) << at;
+      ASSERT_LE(c.wells.Items.size() * 12 + c.components.size() * 4, whole.size()) << at;
+      ASSERT_LE(c.settings.FileName.capacity(), whole.size()) << at;
+    }
+  }
+}
+
+TEST(CaseData, ACountThatTheBlockCannotHoldIsRefusedAtOnce) {
+  const size_t countsAt[] = {12, BlockOf(4).find(Word(2) + Text("W1")),
+                             BlockOf(4).find(Word(2) + Text("N2"))};
+  for (const size_t at : countsAt) {
+    for (const uint32_t count : {0x80000000u, 0xFFFFFFFFu, 0x7FFFFFFFu, 0x10000u}) {
+      std::string corrupt = BlockOf(4);
+      corrupt.replace(at, 4, Word(count));
+      Case c;
+      EXPECT_EQ(c.Read(corrupt), CaseDataOutcome::kFailed) << at << " " << count;
+      EXPECT_LE(c.wells.Items.size() + c.components.size(), 2u);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace gantry

@@ -1,0 +1,178 @@
+#include "settings/state_file.h"
+
+#include <csignal>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "settings/byte_stream.h"
+#include "settings/exported_variables.h"
+#include "support/test_folder.h"
+
+namespace gantry {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Header;
+using test::Text;
+using test::Word;
+
+CExportedVariables SomeVariables() {
+  auto variable = std::make_unique<CExportedVariable>();
+  variable->Code = 60000;
+  variable->UnitFamily = 1;
+  variable->Key = "GAS";
+  variable->SimulatorItem = "GAS_RATE";
+  variable->Label = "Gas";
+  variable->Kind = 0;
+  auto parent = std::make_unique<CExportedVariableWellParent>();
+  parent->WellName = "P1";
+  parent->Variables.Add(std::move(variable));
+  CExportedVariables variables;
+  variables.Add(std::move(parent));
+  return variables;
+}
+
+/// The file of docs/case-data.md, with the inflow library's own part in the middle.
+std::string FileWith(const std::string& inflow) {
+  return Header() + Word(2) + inflow + Word(1) + Text("P1") + Word(1) + Word(60000) + Word(1) +
+         Text("GAS") + Text("GAS_RATE") + Text("Gas") + Word(0);
+}
+
+/// Acts as the inflow library: keeps some bytes at the file's current position.
+struct Inflow {
+  std::string state;
+  int calls = 0;
+
+  InflowStateTransfer Save() {
+    return [this](intptr_t file) {
+      ++calls;
+      EXPECT_EQ(::write(static_cast<int>(file), state.data(), state.size()),
+                static_cast<ssize_t>(state.size()));
+    };
+  }
+  InflowStateTransfer Load(size_t length) {
+    return [this, length](intptr_t file) {
+      ++calls;
+      state.resize(length);
+      const ssize_t got = ::read(static_cast<int>(file), state.data(), length);
+      state.resize(got < 0 ? 0 : static_cast<size_t>(got));
+    };
+  }
+};
+
+class StateFile : public testing::Test {
+ protected:
+  std::string Path() const { return (folder_ / "case.state").string(); }
+  size_t FilesInFolder() const {
+    size_t count = 0;
+    for (const auto& entry : fs::directory_iterator(folder_.Path())) {
+      if (entry.is_regular_file()) ++count;
+    }
+    return count;
+  }
+
+  test::TestFolder folder_;
+  CExportedVariables variables_ = SomeVariables();
+  Inflow inflow_{.state = "inflow's own"};
+};
+
+TEST_F(StateFile, SharesOnePositionWithTheInflowLibrary) {
+  WriteStateFile(Path(), inflow_.Save(), variables_);
+  EXPECT_EQ(test::TestFolder::Read(Path()), FileWith("inflow's own"));
+
+  Inflow other;
+  CExportedVariables read;
+  ReadStateFile(Path(), other.Load(12), read);
+  EXPECT_EQ(other.state, "inflow's own");
+  ASSERT_EQ(read.Size(), 1u);
+  EXPECT_EQ(read[0].WellName, "P1");
+  EXPECT_EQ(read[0].Variables[0].SimulatorItem, "GAS_RATE");
+  EXPECT_EQ(read[0].Variables[0].Kind, 0u);
+}
+
+TEST_F(StateFile, AFirstVersionGivesEveryVariableOneValue) {
+  std::string first = FileWith("");
+  first.replace(8, 4, Word(1));
+  folder_.Write("case.state", first.substr(0, first.size() - 4));
+  ReadStateFile(Path(), inflow_.Load(0), variables_);
+  ASSERT_EQ(variables_.Size(), 2u) << "what is read is appended";
+  EXPECT_EQ(variables_[1].Variables[0].Kind, 1u);
+}
+
+TEST_F(StateFile, AMissingEmptyOrForeignFileReadsAsNothing) {
+  for (const char* name : {"", "missing", "empty", "foreign", "folder"}) {
+    folder_.Write("empty", "");
+    folder_.Write("foreign", "not a state file");
+    fs::create_directory(folder_ / "folder");
+    const std::string path = *name == '\0' ? "" : (folder_ / name).string();
+    ReadStateFile(path, inflow_.Load(0), variables_);
+    EXPECT_EQ(variables_.Size(), 1u) << name;
+    EXPECT_EQ(inflow_.calls, 0) << name;
+  }
+}
+
+TEST_F(StateFile, ATruncatedOrCorruptFileAddsNoVariable) {
+  const std::string whole = FileWith("");
+  for (size_t length = 0; length < whole.size(); ++length) {
+    folder_.Write("case.state", whole.substr(0, length));
+    ReadStateFile(Path(), inflow_.Load(0), variables_);
+    ASSERT_EQ(variables_.Size(), 1u) << length;
+  }
+  for (const size_t countAt : {size_t{12}, size_t{22}}) {
+    for (const uint32_t count : {0xFFFFFFFFu, 0x7FFFFFFFu, 1000u}) {
+      std::string corrupt = whole;
+      corrupt.replace(countAt, 4, Word(count));
+      folder_.Write("case.state", corrupt);
+      ReadStateFile(Path(), inflow_.Load(0), variables_);
+      ASSERT_EQ(variables_.Size(), 1u) << countAt;
+    }
+  }
+}
+
+/// While it lives, no file of this process can grow beyond a size, as on a full disk.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t most) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{most, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  void (*handler_)(int);
+  rlimit before_{};
+};
+
+TEST_F(StateFile, AFailedSaveLeavesTheOldFileAndNothingBesideIt) {
+  folder_.Write("case.state", "old");
+  {
+    const FullDisk disk(30);
+    WriteStateFile(Path(), inflow_.Save(), variables_);
+  }
+  EXPECT_EQ(inflow_.calls, 1);
+  EXPECT_EQ(test::TestFolder::Read(Path()), "old");
+  EXPECT_EQ(FilesInFolder(), 1u);
+}
+
+TEST_F(StateFile, NoPlaceToWriteIsNoFailure) {
+  fs::create_directory(folder_ / "folder");
+  for (const std::string& path :
+       {std::string(), (folder_ / "nowhere/x").string(), (folder_ / "folder").string(),
+        std::string("/dev/full"), std::string(5000, 'x')}) {
+    WriteStateFile(path, inflow_.Save(), variables_);
+  }
+  EXPECT_EQ(inflow_.calls, 0);
+  EXPECT_EQ(FilesInFolder(), 0u);
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+}  // namespace
+}  // namespace gantry
