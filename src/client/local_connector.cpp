@@ -1,8 +1,14 @@
 #include "client/local_connector.h"
 
+#include <algorithm>
+#include <span>
 #include <stdexcept>
 
+#include "client/inflow_sweep.h"
 #include "client/intersect_client.h"
+#include "client/record_fields.h"
+#include "client/simulator_model.h"
+#include "client/simulator_wells.h"
 
 namespace gantry {
 
@@ -10,9 +16,9 @@ namespace {
 
 constexpr uint32_t kConnectTimeoutSeconds = 60;
 
-void RequirePosition(const IntersectClientBase& client, AlgorithmicPosition position,
-                     const char* failure) {
-  if (client.position() != position) throw std::runtime_error(failure);
+template <class Lists>
+bool HaveSizesOf(const std::vector<Strings>& items, const Lists& lists) {
+  return std::ranges::equal(items, lists, {}, &Strings::size, &Lists::value_type::size);
 }
 
 }  // namespace
@@ -24,9 +30,7 @@ IntersectClientBase& CExtConnectorLocalBase::Client() {
 
 void CExtConnectorLocalBase::ConnectToSimulator() {
   client_ = &CreateClient();
-  client_->connect("localhost", port_, kConnectTimeoutSeconds);
-  RequirePosition(*client_, AlgorithmicPosition::MODEL_DEFINITION,
-                  "Incorrect algorithmic position after connection");
+  ConnectToModel(*client_, "localhost", port_, kConnectTimeoutSeconds);
 }
 
 void CExtConnectorLocalBase::Shutdown() {
@@ -43,23 +47,31 @@ void CExtConnectorLocalBase::Shutdown() {
 double CExtConnectorLocalBase::GetTimeDays() { return Client().time(); }
 
 void CExtConnectorLocalBase::GetDate(int32_t& day, int32_t& month, int32_t& year) {
-  const auto& date = Client().date();
-  day = date[2];
-  month = date[1];
-  year = date[0];
+  LastDate(Client(), day, month, year);
 }
 
-void CExtConnectorLocalBase::AdvanceNewton() {
-  Client().continue_simulation();
-  RequirePosition(Client(), AlgorithmicPosition::BEGIN_NEWTON,
-                  "Incorrect algorithmic position after advancing to first timestep");
+void CExtConnectorLocalBase::GetStartDate(int32_t& day, int32_t& month, int32_t& year) {
+  QueryStartDate(Client(), day, month, year);
 }
+
+double CExtConnectorLocalBase::GetVersion() { return QueryVersion(Client()); }
+
+bool CExtConnectorLocalBase::GetMetricFlag() { return QueryMetricFlag(Client()); }
+
+bool CExtConnectorLocalBase::GetCompositionalFlag() { return QueryCompositionalFlag(Client()); }
+
+void CExtConnectorLocalBase::GetEOSProperties(EOSProperties& properties) {
+  properties = QueryEOSProperties(Client());
+  for (const EOSField& field : kEOSFields) {
+    unitConverter->FromSimulator(std::span(properties.*field.field), field.code);
+  }
+}
+
+void CExtConnectorLocalBase::AdvanceNewton() { AdvanceToFirstTimestep(Client()); }
 
 void CExtConnectorLocalBase::RunUntil(double days) { Client().continue_simulation_until(days); }
 
-bool CExtConnectorLocalBase::GetTerminationFlag() {
-  return Client().position() == AlgorithmicPosition::END_SIMULATE;
-}
+bool CExtConnectorLocalBase::GetTerminationFlag() { return HasEnded(Client()); }
 
 void CExtConnectorLocalBase::PollWellStatuses() {
   Client().query_wells_as_strings({"*"}, {"STATUS"});
@@ -67,12 +79,69 @@ void CExtConnectorLocalBase::PollWellStatuses() {
 
 void CExtConnectorLocalBase::PollWellConstraints() { Client().get_constraints_for_wells({"*"}); }
 
+void CExtConnectorLocalBase::GetWellStatus(std::vector<ConnectorWellStatus>& statuses) {
+  statuses.clear();
+  statuses = QueryWellStatuses(Client());
+}
+
+void CExtConnectorLocalBase::GetWellData(const Strings& wells,
+                                         std::vector<ConnectorWellRecord>& records) {
+  const size_t begin = records.size();
+  QueryWellData(Client(), wells, records);
+  for (ConnectorWellRecord& record : std::span(records).subspan(begin)) {
+    for (const WellDataField& field : kWellDataFields) {
+      record.*field.field = unitConverter->FromSimulator(record.*field.field, field.code);
+    }
+  }
+}
+
+void CExtConnectorLocalBase::GetWellIPRData(int32_t componentCount, const Strings& wells,
+                                            std::vector<ConnectorWellRecord>& records,
+                                            bool useBottomHolePressure, double skewness) {
+  if (wells.empty()) return;
+  OpenAndMeasureInflow(Client(), *unitConverter, wells,
+                       {componentCount, useBottomHolePressure, skewness}, records);
+  for (ConnectorWellRecord& record : records) {
+    for (const InflowField& list : kInflowFields) {
+      unitConverter->FromSimulator(std::span(record.*list.field).last(kSweepRungs), list.code);
+    }
+  }
+}
+
+void CExtConnectorLocalBase::GetWellVariables(const std::string& well, const Strings& items,
+                                              const std::vector<int32_t>& codes, Doubles& values) {
+  if (items.size() != codes.size()) {
+    throw std::runtime_error("Incorrect argument dimensions passed to GetWellVariables");
+  }
+  const Doubles received = QueryWellVariables(Client(), well, items);
+  for (size_t i = 0; i < received.size(); ++i) {
+    values.push_back(unitConverter->FromSimulator(received[i], codes[i]));
+  }
+}
+
 void CExtConnectorLocalBase::SetWellUptime(const Strings& wells, const Doubles& fractions) {
-  if (!wells.empty()) Client().set_uptime_fractions_for_wells(wells, fractions);
+  SetUptimeOfWells(Client(), wells, fractions);
 }
 
 void CExtConnectorLocalBase::SetWellStatus(const Strings& wells, const Strings& statuses) {
-  if (!wells.empty()) Client().set_status_for_wells(wells, statuses, "USER");
+  SetStatusOfWells(Client(), wells, statuses);
+}
+
+void CExtConnectorLocalBase::SetWellConstraints(const Strings& wells,
+                                                const std::vector<Strings>& items,
+                                                const std::vector<Doubles>& values,
+                                                const std::vector<std::vector<int32_t>>& codes) {
+  if (wells.empty()) return;
+  if (items.size() != wells.size() || !HaveSizesOf(items, values) || !HaveSizesOf(items, codes)) {
+    throw std::runtime_error("Incorrect argument dimensions passed to SetWellConstraints");
+  }
+  std::vector<Doubles> converted = values;
+  for (size_t i = 0; i < converted.size(); ++i) {
+    for (size_t j = 0; j < converted[i].size(); ++j) {
+      converted[i][j] = unitConverter->ToSimulator(converted[i][j], codes[i][j]);
+    }
+  }
+  SetConstraintsOfWells(Client(), wells, items, converted);
 }
 
 }  // namespace gantry

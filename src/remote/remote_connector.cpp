@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "client/record_fields.h"
 #include "remote/ext_connector_remote.h"
 
 namespace gantry {
@@ -10,28 +11,6 @@ constexpr size_t kRoutineNumberSize = sizeof(uint32_t);
 constexpr double kVersion2016 = 2016.2;
 constexpr double kVersion2017 = 2017.2;
 constexpr double kNoUpperLimit = 10000.0;
-
-struct EosElement {
-  Doubles EOSProperties::*field;
-  int32_t code;
-  uint32_t bit;
-};
-
-/// The lists of the equation of state, in wire order behind the names.
-constexpr std::array<EosElement, 12> kEosLists = {{
-    {&EOSProperties::molecularWeight, kNoUnit, EOSProperties::kMolecularWeight},
-    {&EOSProperties::criticalTemperature, kTemperature, EOSProperties::kCriticalTemperature},
-    {&EOSProperties::criticalPressure, kPressure, EOSProperties::kCriticalPressure},
-    {&EOSProperties::criticalVolume, kCriticalVolume, EOSProperties::kCriticalVolume},
-    {&EOSProperties::acentricFactor, kNoUnit, EOSProperties::kAcentricFactor},
-    {&EOSProperties::extraProperty, kNoUnit, EOSProperties::kExtraProperty},
-    {&EOSProperties::boilingPoint, kTemperature, EOSProperties::kBoilingPoint},
-    {&EOSProperties::volumeShift, kNoUnit, EOSProperties::kVolumeShift},
-    {&EOSProperties::omegaA, kNoUnit, EOSProperties::kOmegaA},
-    {&EOSProperties::omegaB, kNoUnit, EOSProperties::kOmegaB},
-    {&EOSProperties::parachor, kNoUnit, EOSProperties::kParachor},
-    {&EOSProperties::binaryInteraction, kNoUnit, EOSProperties::kBinaryInteraction},
-}};
 
 }  // namespace
 
@@ -88,7 +67,7 @@ void CExtConnectorRemote::GetEOSProperties(EOSProperties& properties) {
   Ask(Routine::kGetEOSProperties, {}, [&](MessageReader& reply) {
     properties.eosName = reply.GetText();
     properties.componentNames = GetTexts(reply);
-    for (const EosElement& element : kEosLists) {
+    for (const EOSField& element : kEOSFields) {
       Doubles& values = properties.*element.field;
       GetDoubles(reply, values);
       unitConverter->FromSimulator(values, element.code);

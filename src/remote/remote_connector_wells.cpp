@@ -1,4 +1,5 @@
 #include "client/name_index.h"
+#include "client/record_fields.h"
 #include "remote/ext_connector_remote.h"
 
 namespace gantry {
@@ -7,40 +8,6 @@ namespace {
 
 constexpr size_t kEmptyListSize = 4;
 constexpr size_t kWellStatusSize = 3 * 4;  ///< of a well whose three texts are empty
-
-struct WellDataElement {
-  double ConnectorWellRecord::*field;
-  int32_t code;
-};
-
-/// The doubles of one well's data, in wire order behind the status.
-constexpr std::array<WellDataElement, 8> kWellData = {{
-    {&ConnectorWellRecord::oilRate, kLiquidRate},
-    {&ConnectorWellRecord::gasRate, kGasRate},
-    {&ConnectorWellRecord::waterRate, kLiquidRate},
-    {&ConnectorWellRecord::waterInjectionRate, kLiquidRate},
-    {&ConnectorWellRecord::gasInjectionRate, kGasRate},
-    {&ConnectorWellRecord::bottomHolePressure, kPressure},
-    {&ConnectorWellRecord::tubingHeadPressure, kPressure},
-    {&ConnectorWellRecord::uptimeFraction, kNoUnit},
-}};
-
-struct InflowElement {
-  Doubles ConnectorWellRecord::*field;
-  int32_t code;
-};
-
-/// The lists of one well's inflow, in wire order.
-constexpr std::array<InflowElement, 8> kInflow = {{
-    {&ConnectorWellRecord::iprPressure, kPressure},
-    {&ConnectorWellRecord::iprOilRate, kLiquidRate},
-    {&ConnectorWellRecord::iprWaterRate, kLiquidRate},
-    {&ConnectorWellRecord::iprGasRate, kGasRate},
-    {&ConnectorWellRecord::iprTemperature, kTemperature},
-    {&ConnectorWellRecord::iprGasDensity, kDensity},
-    {&ConnectorWellRecord::iprOilDensity, kDensity},
-    {&ConnectorWellRecord::iprWaterDensity, kDensity},
-}};
 
 /// How many records a reply announces, in place of the number of wells asked for.
 size_t RecordCount(MessageReader& reply, size_t asked) {
@@ -87,7 +54,7 @@ void CExtConnectorRemote::GetWellData(const Strings& wells,
 void CExtConnectorRemote::ReadWellData(ConnectorWellRecord& record) {
   Ask(Routine::kGetWellDataOfOne, {}, [&](MessageReader& reply) {
     record.status = reply.GetText();
-    for (const WellDataElement& element : kWellData) {
+    for (const WellDataField& element : kWellDataFields) {
       record.*element.field = unitConverter->FromSimulator(reply.GetDouble(), element.code);
     }
   });
@@ -123,7 +90,7 @@ void CExtConnectorRemote::ReadInflow(const std::string& well, const NameIndex& i
       throw std::runtime_error("Error in routine: IX_GETWELLIPRDATA_SUB). Unknown well returned.");
     }
     ConnectorWellRecord& record = records[*position];
-    for (const InflowElement& element : kInflow) {
+    for (const InflowField& element : kInflowFields) {
       Doubles& values = record.*element.field;
       const size_t begin = values.size();
       GetDoubles(reply, values);

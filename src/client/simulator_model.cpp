@@ -1,10 +1,11 @@
+#include "client/simulator_model.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <stdexcept>
 
 #include "client/intersect_client.h"
-#include "client/local_connector.h"
 
 namespace gantry {
 
@@ -32,62 +33,86 @@ double LeadingNumber(std::string_view text) {
   return number;
 }
 
-/// Where a property of the equation of state goes, and in which unit it comes.
+/// Where a property of the equation of state goes.
 struct EOSProperty {
   const char* name;
   std::vector<double> EOSProperties::*field;
-  int32_t code;
   uint32_t bit;
 };
 
 constexpr std::array<EOSProperty, 10> kEOSProperties = {{
-    {"Molecular weight", &EOSProperties::molecularWeight, kNoUnit, EOSProperties::kMolecularWeight},
-    {"TCrit", &EOSProperties::criticalTemperature, kTemperature,
-     EOSProperties::kCriticalTemperature},
-    {"PCrit", &EOSProperties::criticalPressure, kPressure, EOSProperties::kCriticalPressure},
-    {"VCRIT", &EOSProperties::criticalVolume, kCriticalVolume, EOSProperties::kCriticalVolume},
-    {"Acentric factor", &EOSProperties::acentricFactor, kNoUnit, EOSProperties::kAcentricFactor},
-    {"BP", &EOSProperties::boilingPoint, kTemperature, EOSProperties::kBoilingPoint},
-    {"VSHIFT", &EOSProperties::volumeShift, kNoUnit, EOSProperties::kVolumeShift},
-    {"OMEGAA", &EOSProperties::omegaA, kNoUnit, EOSProperties::kOmegaA},
-    {"OMEGAB", &EOSProperties::omegaB, kNoUnit, EOSProperties::kOmegaB},
-    {"Parachor", &EOSProperties::parachor, kNoUnit, EOSProperties::kParachor},
+    {"Molecular weight", &EOSProperties::molecularWeight, EOSProperties::kMolecularWeight},
+    {"TCrit", &EOSProperties::criticalTemperature, EOSProperties::kCriticalTemperature},
+    {"PCrit", &EOSProperties::criticalPressure, EOSProperties::kCriticalPressure},
+    {"VCRIT", &EOSProperties::criticalVolume, EOSProperties::kCriticalVolume},
+    {"Acentric factor", &EOSProperties::acentricFactor, EOSProperties::kAcentricFactor},
+    {"BP", &EOSProperties::boilingPoint, EOSProperties::kBoilingPoint},
+    {"VSHIFT", &EOSProperties::volumeShift, EOSProperties::kVolumeShift},
+    {"OMEGAA", &EOSProperties::omegaA, EOSProperties::kOmegaA},
+    {"OMEGAB", &EOSProperties::omegaB, EOSProperties::kOmegaB},
+    {"Parachor", &EOSProperties::parachor, EOSProperties::kParachor},
 }};
 
 /// Stores a property that the table knows; others are passed over.
-void StoreProperty(const std::string& name, const Doubles& values, const UnitConverter& units,
-                   EOSProperties& properties) {
+void StoreProperty(const std::string& name, const Doubles& values, EOSProperties& properties) {
   for (const EOSProperty& property : kEOSProperties) {
     if (name != property.name) continue;
-    std::vector<double>& field = properties.*property.field;
-    field = values;
-    units.FromSimulator(std::span(field), property.code);
+    properties.*property.field = values;
     properties.presentProperties |= property.bit;
     return;
   }
 }
 
+void RequirePosition(const IntersectClientBase& client, AlgorithmicPosition position,
+                     const char* failure) {
+  if (client.position() != position) throw std::runtime_error(failure);
+}
+
 }  // namespace
 
-double CExtConnectorLocalBase::GetVersion() {
+void ConnectToModel(IntersectClientBase& client, const std::string& host, uint32_t port,
+                    uint32_t timeoutSeconds) {
+  client.connect(host, port, timeoutSeconds);
+  RequirePosition(client, AlgorithmicPosition::MODEL_DEFINITION,
+                  "Incorrect algorithmic position after connection");
+}
+
+void AdvanceToFirstTimestep(IntersectClientBase& client) {
+  client.continue_simulation();
+  RequirePosition(client, AlgorithmicPosition::BEGIN_NEWTON,
+                  "Incorrect algorithmic position after advancing to first timestep");
+}
+
+void LastDate(const IntersectClientBase& client, int32_t& day, int32_t& month, int32_t& year) {
+  const auto& date = client.date();
+  day = date[2];
+  month = date[1];
+  year = date[0];
+}
+
+bool HasEnded(const IntersectClientBase& client) {
+  return client.position() == AlgorithmicPosition::END_SIMULATE;
+}
+
+double QueryVersion(IntersectClientBase& client) {
   constexpr const char* kAbout = "INTERSECT version";
-  const ReservoirQueryStringResult result = Client().query_reservoir_as_strings({"IX_VERSION"});
+  const ReservoirQueryStringResult result = client.query_reservoir_as_strings({"IX_VERSION"});
   const std::span<const std::string> row = OnlyRow(result, "IX_VERSION", kAbout);
   if (row.empty()) FailAnswer(kAbout);
   return LeadingNumber(row.front());
 }
 
-bool CExtConnectorLocalBase::GetMetricFlag() {
+bool QueryMetricFlag(IntersectClientBase& client) {
   constexpr const char* kAbout = "unit system";
-  const ReservoirQueryStringResult result = Client().query_reservoir_as_strings({"UNIT_SYSTEM"});
+  const ReservoirQueryStringResult result = client.query_reservoir_as_strings({"UNIT_SYSTEM"});
   const std::span<const std::string> row = OnlyRow(result, "UNIT_SYSTEM", kAbout);
   if (row.size() != 1) FailAnswer(kAbout);
   return row.front() == "ECLIPSE_METRIC";
 }
 
-void CExtConnectorLocalBase::GetStartDate(int32_t& day, int32_t& month, int32_t& year) {
+void QueryStartDate(IntersectClientBase& client, int32_t& day, int32_t& month, int32_t& year) {
   constexpr const char* kAbout = "INTERSECT start date";
-  const ReservoirQueryResult result = Client().query_reservoir({"START_DATE"});
+  const ReservoirQueryResult result = client.query_reservoir({"START_DATE"});
   const std::span<const int32_t> row = OnlyRow(result, "START_DATE", kAbout);
   if (row.size() != 6) FailAnswer(kAbout);
   day = row[2];
@@ -95,10 +120,10 @@ void CExtConnectorLocalBase::GetStartDate(int32_t& day, int32_t& month, int32_t&
   year = row[0];
 }
 
-bool CExtConnectorLocalBase::GetCompositionalFlag() {
+bool QueryCompositionalFlag(IntersectClientBase& client) {
   constexpr const char* kAbout = "fluid models";
   const ReservoirQueryStringResult result =
-      Client().query_reservoir_as_strings({"FM_FLUID_MODEL", "RES_FLUID_MODEL"});
+      client.query_reservoir_as_strings({"FM_FLUID_MODEL", "RES_FLUID_MODEL"});
   const auto model = std::find(result.items.begin(), result.items.end(), "FM_FLUID_MODEL");
   const bool fits = result.items.size() == 2 && result.values.RowCount() == 2 &&
                     result.values[0].size() == 1 && result.values[1].size() == 1 &&
@@ -108,18 +133,19 @@ bool CExtConnectorLocalBase::GetCompositionalFlag() {
          "COMPOSITIONAL";
 }
 
-void CExtConnectorLocalBase::GetEOSProperties(EOSProperties& properties) {
-  properties = {};
-  const std::vector<ReservoirFluidRecord> records = Client().get_res_fluid_models();
-  if (records.empty()) return;
+EOSProperties QueryEOSProperties(IntersectClientBase& client) {
+  EOSProperties properties;
+  const std::vector<ReservoirFluidRecord> records = client.get_res_fluid_models();
+  if (records.empty()) return properties;
   const ReservoirFluidRecord& record = records.front();
   properties.componentCount = static_cast<int32_t>(record.componentNames.size());
   properties.eosName = record.eosName;
   properties.componentNames = record.componentNames;
   for (size_t i = 0; i < record.propertyNames.size(); ++i) {
-    StoreProperty(record.propertyNames[i], record.propertyValues[i], *unitConverter, properties);
+    StoreProperty(record.propertyNames[i], record.propertyValues[i], properties);
   }
   properties.binaryInteraction = record.binaryInteraction;
+  return properties;
 }
 
 }  // namespace gantry

@@ -1,0 +1,136 @@
+#include "client/simulator_wells.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "client/inflow_sweep.h"
+#include "client/intersect_client.h"
+#include "client/unit_converter.h"
+#include "client/well_lookup.h"
+
+namespace gantry {
+
+namespace {
+
+constexpr const char* kBadWellData = "Unexpected answer when querying the well data.";
+constexpr const char* kBadWellStatuses = "Unexpected answer when querying the well statuses.";
+constexpr const char* kBadStatusData = "Unexpected answer when querying the well status data.";
+
+/// One number of a well: its item and where it goes.
+struct WellDataItem {
+  const char* item;
+  double ConnectorWellRecord::*field;
+};
+
+constexpr std::array<WellDataItem, 8> kWellData = {{
+    {"OIL_PRODUCTION_RATE", &ConnectorWellRecord::oilRate},
+    {"GAS_PRODUCTION_RATE", &ConnectorWellRecord::gasRate},
+    {"WATER_PRODUCTION_RATE", &ConnectorWellRecord::waterRate},
+    {"WATER_INJECTION_RATE", &ConnectorWellRecord::waterInjectionRate},
+    {"GAS_INJECTION_RATE", &ConnectorWellRecord::gasInjectionRate},
+    {"UPTIME_FRACTION", &ConnectorWellRecord::uptimeFraction},
+    {"BOTTOM_HOLE_PRESSURE", &ConnectorWellRecord::bottomHolePressure},
+    {"TUBING_HEAD_PRESSURE", &ConnectorWellRecord::tubingHeadPressure},
+}};
+
+void RequireSameItems(const Strings& asked, const Strings& replied, const char* failure) {
+  if (asked != replied) throw std::runtime_error(failure);
+}
+
+/// A row in the order of `kWellData`.
+ConnectorWellRecord MakeRecord(const std::string& name, const std::string& status,
+                               std::span<const double> row) {
+  ConnectorWellRecord record;
+  record.name = name;
+  record.status = status;
+  for (size_t i = 0; i < kWellData.size(); ++i) record.*kWellData[i].field = row[i];
+  return record;
+}
+
+}  // namespace
+
+std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client) {
+  const Strings items = {"TYPE", "STATUS"};
+  WellQueryStringResult result = client.query_wells_as_strings({"*"}, items);
+  RequireSameItems(items, result.items, kBadWellStatuses);
+  std::vector<ConnectorWellStatus> statuses;
+  statuses.reserve(result.wells.size());
+  for (size_t i = 0; i < result.wells.size(); ++i) {
+    const std::span<const std::string> row = result.values[i];
+    statuses.push_back({std::move(result.wells[i]), row[0], row[1]});
+  }
+  return statuses;
+}
+
+void QueryWellData(IntersectClientBase& client, const Strings& wells,
+                   std::vector<ConnectorWellRecord>& records) {
+  if (wells.empty()) return;
+  Strings items;
+  for (const WellDataItem& entry : kWellData) items.emplace_back(entry.item);
+  const WellQueryResult data = client.query_wells(wells, items);
+  RequireSameItems(items, data.items, kBadWellData);
+  const Strings statusItems = {"STATUS"};
+  const WellQueryStringResult statuses = client.query_wells_as_strings(wells, statusItems);
+  RequireSameItems(statusItems, statuses.items, kBadWellStatuses);
+
+  WellLookup lookup(data.wells);
+  const std::vector<size_t>& places = lookup.PlacesIn(statuses.wells);
+  records.reserve(records.size() + data.wells.size());
+  for (size_t i = 0; i < data.wells.size(); ++i) {
+    if (places[i] == WellLookup::kMissing) throw std::runtime_error(kBadStatusData);
+    records.push_back(
+        MakeRecord(data.wells[i], statuses.values[places[i]].front(), data.values[i]));
+  }
+}
+
+Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
+                           const Strings& items) {
+  const WellQueryResult result = client.query_wells({well}, items);
+  RequireSameItems(items, result.items, kBadWellData);
+  if (items.empty()) return {};
+  if (result.values.RowCount() == 0) throw std::runtime_error(kBadWellData);
+  const std::span<const double> row = result.values[0];
+  Doubles values;
+  for (const std::string& item : items) {
+    // An item that was asked for twice gives the value of its first place both times.
+    const auto place = std::find(result.items.begin(), result.items.end(), item);
+    values.push_back(row[static_cast<size_t>(place - result.items.begin())]);
+  }
+  return values;
+}
+
+void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
+                          const Strings& wells, const InflowRequest& request,
+                          std::vector<ConnectorWellRecord>& records) {
+  // So high that the well's other limits decide.
+  constexpr double kUnlimitedRate = 100000.0;
+  if (wells.empty()) return;
+  SetStatusOfWells(client, wells, Strings(wells.size(), "OPEN"));
+  MeasureInflow(client, wells,
+                {.componentCount = request.componentCount,
+                 .useBottomHolePressure = request.useBottomHolePressure,
+                 .skewness = request.skewness,
+                 .firstLiquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate),
+                 .firstGasRate = units.ToSimulator(kUnlimitedRate, kGasRate)},
+                records);
+}
+
+void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses) {
+  if (!wells.empty()) client.set_status_for_wells(wells, statuses, "USER");
+}
+
+void SetUptimeOfWells(IntersectClientBase& client, const Strings& wells, const Doubles& fractions) {
+  if (!wells.empty()) client.set_uptime_fractions_for_wells(wells, fractions);
+}
+
+void SetConstraintsOfWells(IntersectClientBase& client, const Strings& wells,
+                           const std::vector<Strings>& items, const std::vector<Doubles>& values) {
+  if (wells.empty()) return;
+  std::vector<Strings> setters;
+  setters.reserve(items.size());
+  for (const Strings& row : items) setters.emplace_back(row.size(), "USER");
+  client.set_constraints_for_wells(wells, items, values, setters);
+}
+
+}  // namespace gantry
