@@ -1,0 +1,224 @@
+#include "settings/exported_variables.h"
+
+#include <array>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "client/connector_base.h"
+#include "settings/case_archive.h"
+#include "settings/well_variable_catalogue.h"
+#include "support/well_messages.h"
+
+namespace gantry {
+namespace {
+
+using namespace std::string_literals;
+using test::ScriptedPeer;
+using test::WellAnswer;
+using test::WellConstraint;
+using test::WellQuestion;
+
+CExportedVariable& Add(CExportedVariableWellParent& parent, const std::string& label, uint32_t kind,
+                       int32_t family = -1) {
+  CExportedVariable& variable = parent.Variables.Add(std::make_unique<CExportedVariable>());
+  variable.Key = variable.SimulatorItem = variable.Label = label;
+  variable.Kind = kind;
+  variable.UnitFamily = family;
+  return variable;
+}
+
+CExportedVariableWellParent& Add(CExportedVariables& variables, const std::string& well) {
+  auto& parent = variables.Add(std::make_unique<CExportedVariableWellParent>());
+  parent.WellName = well;
+  return parent;
+}
+
+CExportedVariables TwoWells() {
+  CExportedVariables variables;
+  auto& first = Add(variables, "W1");
+  Add(first, "A", 1);
+  Add(first, "B", 0);
+  Add(variables, "W0");
+  Add(Add(variables, "W2"), "C", 2);
+  return variables;
+}
+
+TEST(ExportedVariables, AreNumberedByWellByVariableByElement) {
+  CExportedVariables variables = TwoWells();
+  struct Case {
+    size_t components;
+    int32_t handle;
+    std::string label;
+    uint32_t element;
+  };
+  const Case cases[] = {{3, 0, "A", 0}, {3, 1, "B", 0}, {3, 3, "B", 2},        {3, 4, "C", 0},
+                        {3, 5, "C", 1}, {3, 6, "", 0},  {3, -1, "", 0},        {0, 1, "C", 0},
+                        {0, 2, "C", 1}, {0, 3, "", 0},  {0, 2147483647, "", 0}};
+  for (const Case& c : cases) {
+    const CExportedVariables::Entry entry = variables.FindEntry(c.handle, c.components);
+    EXPECT_EQ(entry.variable == nullptr ? "" : entry.variable->Label, c.label) << c.handle;
+    EXPECT_EQ(entry.element, c.element) << c.handle;
+    if (entry.variable != nullptr) {
+      EXPECT_EQ(entry.wellParent->Variables.FindByLabel(c.label), entry.variable);
+    }
+  }
+  EXPECT_EQ(CExportedVariables().FindEntry(0, 3).variable, nullptr);
+}
+
+TEST(ExportedVariables, AreFoundByExactTextsAndRemovedFromTheirOwnList) {
+  CExportedVariables variables = TwoWells();
+  EXPECT_TRUE(variables.HasPerComponentVariable());
+  EXPECT_EQ(variables.FindWellParent("w1"), nullptr);
+  CExportedVariableWellParent* parent = variables.FindWellParent("W1");
+  ASSERT_NE(parent, nullptr);
+  EXPECT_EQ(parent->Variables.FindByLabel("b"), nullptr);
+  variables[2].Remove(*parent->Variables.FindByLabel("B"));
+  EXPECT_TRUE(variables.HasPerComponentVariable()) << "another well's variable is left alone";
+  parent->Remove(*parent->Variables.FindByLabel("B"));
+  EXPECT_FALSE(variables.HasPerComponentVariable());
+}
+
+TEST(ExportedVariables, CopyDeeply) {
+  const CExportedVariables variables = TwoWells();
+  CExportedVariables copy = variables;
+  copy[0].Variables[0].Label = "changed";
+  copy[0].Variables.TakeOut(1);
+  EXPECT_EQ(variables[0].Variables[0].Label, "A");
+  EXPECT_EQ(variables[0].Variables.Size(), 2u);
+}
+
+TEST(ExportedVariable, TakesWhatTheCatalogueOrTheUserSays) {
+  const CExportedVariable rate(WellVariableCatalogue[0]);
+  EXPECT_EQ(rate.Label, "Oil production rate");
+  EXPECT_EQ(rate.SimulatorItem, "OIL_PRODUCTION_RATE");
+  EXPECT_EQ(rate.Code, 30801u);
+  CIXUserProperty property;
+  property.Property = "FLOW";
+  property.DisplayName = "Flow";
+  property.IsScalar = 0;
+  const CExportedVariable flow(property);
+  EXPECT_EQ(flow.Key + "/" + flow.SimulatorItem + "/" + flow.Label, "FLOW//Flow");
+  EXPECT_EQ(flow.EntryCount(4), 4u);
+}
+
+TEST(ExportedVariable, IsReadAndSetElementByElementInTheDriversUnits) {
+  ScriptedPeer peer;
+  GreetMetricConnector(peer)
+      .Answer(WellQuestion("W1", "RATE"), WellAnswer("W1", "RATE", 15.8987))
+      .Answer(WellQuestion("W1", "MOLES[3]"), WellAnswer("W1", "MOLES[3]", 0.25))
+      .Answer(WellConstraint("W1", "RATE", 100.0 * 0.158987))
+      .Answer(WellConstraint("W1", "MOLES[1]", 0.0))
+      .Answer(WellQuestion("W1", "RATE"), WellAnswer("W1", "OTHER", 1.0))
+      .Expect(WellConstraint("W1", "RATE", 1.0 * 0.158987))
+      .Start();
+  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
+  CExportedVariableWellParent parent;
+  parent.WellName = "W1";
+  const CExportedVariable& rate = Add(parent, "RATE", 1, kLiquidRate);
+  const CExportedVariable& moles = Add(parent, "MOLES", 0);
+  double value = 0.0;
+  std::string error;
+  EXPECT_EQ(parent.Evaluate(*connector, rate, 0, value, error), 0);
+  EXPECT_DOUBLE_EQ(value, 100.0);
+  EXPECT_EQ(parent.Evaluate(*connector, moles, 2, value, error), 0);
+  EXPECT_EQ(value, 0.25);
+  EXPECT_EQ(parent.Assign(*connector, rate, 0, "100", error), 0);
+  EXPECT_EQ(parent.Assign(*connector, moles, 0, "abc", error), 0);
+  EXPECT_EQ(error, "");
+  EXPECT_EQ(parent.Evaluate(*connector, rate, 0, value, error), 1);
+  EXPECT_EQ(error,
+            "Could not evaluate exported variables for W1, Unexpected answer when querying the "
+            "well data.");
+  EXPECT_EQ(parent.Assign(*connector, rate, 0, "1", error), 1);
+  EXPECT_TRUE(error.starts_with("error: ")) << error;
+}
+
+TEST(ExportedVariables, AreEvaluatedAllWithOneExchangeForEachWell) {
+  CExportedVariables variables;
+  auto& first = Add(variables, "W1");
+  Add(first, "RATE", 1, kLiquidRate);
+  Add(first, "CUT", 1);
+  Add(Add(variables, "W2"), "CUT", 1);
+  using test::Numbers;
+  using test::Texts;
+  ScriptedPeer peer;
+  GreetMetricConnector(peer)
+      .Answer(
+          {"QUERY", "QWELLS", {"QITEMS", Texts{"RATE", "CUT"}}, {"WELNAMES", Texts{"W1"}}, "END"},
+          {"REPLY",
+           {"QITEMS", Texts{"RATE", "CUT"}},
+           {"WELLNAME", Texts{"W1"}},
+           {"VALUES", Numbers{15.8987, 0.5}},
+           "END"})
+      .Answer(WellQuestion("W2", "CUT"), WellAnswer("W2", "OTHER", 1.0))
+      .Start();
+  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
+  std::string error;
+  EXPECT_EQ(variables.EvaluateAll(*connector, error), 1);
+  EXPECT_TRUE(error.starts_with("Could not evaluate exported variables for W2, ")) << error;
+  EXPECT_DOUBLE_EQ(first.Variables[0].Value, 100.0);
+  EXPECT_EQ(first.Variables[1].Value, 0.5);
+}
+
+// Two wells: the first with one variable of kind 3, the second without any.
+const std::string kStream =
+    "\2\0\0\0"
+    "\2\0\0\0W1"
+    "\1\0\0\0"
+    "\x51\x78\0\0"
+    "\xff\xff\xff\xff"
+    "\3\0\0\0Key"
+    "\0\0\0\0"
+    "\5\0\0\0Label"
+    "\3\0\0\0"
+    "\2\0\0\0W2"
+    "\0\0\0\0"s;
+const std::string kHeader = "\1\0\0\0\x1a\xd2\x5f\x38"s;
+
+CExportedVariables FromStream(std::string bytes, int32_t version) {
+  bytes = kHeader + bytes;
+  CaseArchive reader(bytes, CaseArchive::Direction::kRead);
+  CExportedVariables variables;
+  variables.Serialize(reader, version);
+  return variables;
+}
+
+TEST(ExportedVariables, AreKeptInTheirFrozenForm) {
+  CExportedVariables variables = FromStream(kStream, 2);
+  ASSERT_EQ(variables.Size(), 2u);
+  ASSERT_EQ(variables[0].Variables.Size(), 1u);
+  const CExportedVariable& variable = variables[0].Variables[0];
+  EXPECT_EQ(variable.Code, 30801u);
+  EXPECT_EQ(variable.UnitFamily, -1);
+  EXPECT_EQ(variable.Key + "/" + variable.SimulatorItem + "/" + variable.Label, "Key//Label");
+  EXPECT_EQ(variable.Kind, 3u);
+
+  std::string block(kHeader.size() + kStream.size(), '\0');
+  CaseArchive writer(block, CaseArchive::Direction::kWrite);
+  variables.Serialize(writer, 2);
+  EXPECT_EQ(block, kHeader + kStream);
+}
+
+TEST(ExportedVariables, OfAnOldStreamHaveOneValueEach) {
+  std::string old = kStream;
+  old.erase(old.find("Label") + 5, 4);
+  CExportedVariables variables = FromStream(old, 1);
+  EXPECT_EQ(variables[0].Variables[0].Kind, 1u);
+  EXPECT_EQ(variables[1].WellName, "W2");
+}
+
+TEST(ExportedVariables, OfABrokenStreamAreRefusedWhereverItBreaks) {
+  for (size_t length = 0; length < kStream.size(); ++length) {
+    EXPECT_THROW(FromStream(kStream.substr(0, length), 2), ArchiveError) << length;
+  }
+  for (const char* count : {"\xff\xff\xff\x7f", "\xff\xff\xff\xff"}) {
+    EXPECT_THROW(FromStream(count + kStream.substr(4), 2), ArchiveError);
+    std::string nested = kStream;
+    nested.replace(10, 4, count);
+    EXPECT_THROW(FromStream(nested, 2), ArchiveError);
+  }
+}
+
+}  // namespace
+}  // namespace gantry

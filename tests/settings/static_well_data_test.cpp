@@ -1,0 +1,138 @@
+#include "settings/static_well_data.h"
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+#include "settings/case_archive.h"
+#include "settings/source.h"
+
+namespace gantry {
+namespace {
+
+using namespace std::string_literals;
+
+StaticWellDataCollection WellsNamed(const std::vector<std::string>& names) {
+  StaticWellDataCollection wells;
+  for (const std::string& name : names) wells.Items.emplace_back().Name = name;
+  return wells;
+}
+
+TEST(StaticWells, AreReachedUnderTheirWord) {
+  StaticWellDataCollection wells = WellsNamed({"P1", "I1"});
+  wells.Items[1].SourceType = kGasInjector;
+  wells.Items[1].OpMode = 3;
+  const std::pair<const char*, const char*> reads[] = {{"StaticWell[{I1}].Name", "I1"},
+                                                       {"StaticWell[1].SourceType", "2"},
+                                                       {"StaticWell[1].Connected", "0"},
+                                                       {"STATICWELL[1].OPMODE", "3"},
+                                                       {"StaticWell.Count", "2"}};
+  for (const auto& [path, expected] : reads) {
+    std::array<char, 512> reply = {};
+    TagParser parser = TagParser::ForReading(path, reply);
+    EXPECT_TRUE(wells.Handle(parser, false, nullptr, {})) << path;
+    EXPECT_STREQ(reply.data(), expected) << path;
+  }
+  TagParser parser = TagParser::ForWriting("StaticWell[{P1}].Connected", "7");
+  EXPECT_TRUE(wells.Handle(parser, false, nullptr, {}));
+  EXPECT_TRUE(wells.Items[0].Connected);
+}
+
+TEST(StaticWells, ShowTheModeOfTheLastAndTakeOneForAll) {
+  StaticWellDataCollection wells;
+  EXPECT_EQ(wells.OpMode(), 0);
+  wells = WellsNamed({"A", "B"});
+  wells.Items[0].OpMode = 1;
+  wells.Items[1].OpMode = 2;
+  EXPECT_EQ(wells.OpMode(), 2);
+  wells.SetOpMode(-1);
+  EXPECT_EQ(wells.Items[0].OpMode, 1);
+  wells.SetOpMode(3);
+  EXPECT_EQ(wells.Items[0].OpMode, 3);
+  EXPECT_EQ(wells.Items[1].OpMode, 3);
+}
+
+TEST(StaticWells, AreFoundByNameWithTheirPlace) {
+  StaticWellDataCollection wells = WellsNamed({"A", "B", "B"});
+  wells.Items[2].Connected = true;
+  int32_t index = 9;
+  EXPECT_EQ(wells.Find("B", &index), &wells.Items[1]);
+  EXPECT_EQ(index, 1);
+  EXPECT_EQ(wells.Find("b", &index), nullptr);
+  EXPECT_EQ(index, -1);
+  EXPECT_EQ(wells.Names(false), (std::vector<std::string>{"A", "B", "B"}));
+  EXPECT_EQ(wells.Names(true), (std::vector<std::string>{"B"}));
+}
+
+TEST(StaticWells, KeepOnlyTheModeOfTheirNameWhenTheyAreReadAgain) {
+  StaticWellDataCollection wells = WellsNamed({"A", "B", "B"});
+  for (StaticWellData& well : wells.Items) well.Connected = true;
+  wells.Items[1].OpMode = 2;
+  wells.Items[2].OpMode = 3;
+  SourceList sources;
+  for (const char* name : {"NEW", "B", "A"}) {
+    Source& source = sources.Items.emplace_back();
+    source.Name = name;
+    source.SourceType = kInjector;
+  }
+  wells.RebuildFrom(sources);
+  ASSERT_EQ(wells.Names(false), (std::vector<std::string>{"NEW", "B", "A"}));
+  for (const StaticWellData& well : wells.Items) {
+    EXPECT_FALSE(well.Connected);
+    EXPECT_EQ(well.SourceType, kInjector);
+    EXPECT_EQ(well.OpMode, well.Name == "B" ? 2 : 0) << "the first of a name counts";
+  }
+}
+
+TEST(StaticWells, AgreeWithTheSimulatorOrTellTheFirstDifference) {
+  struct Case {
+    std::vector<std::string> inFile;
+    std::vector<std::string> inSimulator;
+    std::optional<std::string> message;
+  };
+  const Case cases[] = {
+      {{}, {}, std::nullopt},
+      {{"A", "B"}, {"B", "A"}, std::nullopt},
+      {{"A", "B"},
+       {"A"},
+       "The number of wells in this simulation deck has changed: 2 (in file) -> 1 (just read from "
+       "simulator)"},
+      {{"A", "B"},
+       {"A", "b"},
+       "Well 'b' is not known in the Tessel model - refresh the model by starting the simulation "
+       "from the data entry screen"},
+      {{"A", "B"},
+       {"A", "A"},
+       "Well 'B' from the Tessel model can not be found in the simulation model which has just "
+       "been "
+       "run"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(ReconcileWells(WellsNamed(c.inFile), WellsNamed(c.inSimulator)), c.message);
+  }
+}
+
+TEST(StaticWells, AreKeptByNameTypeAndModeAndAppendedWhenRead) {
+  StaticWellDataCollection wells = WellsNamed({"P1"});
+  wells.Items[0].SourceType = 2;
+  wells.Items[0].OpMode = 3;
+  wells.Items[0].Connected = true;
+  std::array<char, 26> block = {};
+  CaseArchive writer(block, CaseArchive::Direction::kWrite);
+  wells.Serialize(writer);
+  EXPECT_EQ(std::string(block.data() + 8, block.size() - 8),
+            "\1\0\0\0"
+            "\2\0\0\0P1"
+            "\2\0\0\0"
+            "\3\0\0\0"s);
+
+  CaseArchive reader(block, CaseArchive::Direction::kRead);
+  wells.Serialize(reader);
+  ASSERT_EQ(wells.Names(false), (std::vector<std::string>{"P1", "P1"}));
+  EXPECT_EQ(wells.Items[1].SourceType, 2);
+  EXPECT_EQ(wells.Items[1].OpMode, 3);
+  EXPECT_FALSE(wells.Items[1].Connected);
+}
+
+}  // namespace
+}  // namespace gantry
