@@ -1,11 +1,10 @@
 #include "platform/registry.h"
 
-#include <fstream>
-
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/posix/full_disk.h"
 #include "support/test_folder.h"
 
 namespace gantry::platform {
@@ -120,6 +119,14 @@ TEST_F(Registry, AStoreThatCannotBeWrittenStillReadsAndIsLeftAsItIs) {
   EXPECT_EQ(key->ReadText("A"), "1");
   EXPECT_FALSE(key->WriteText("A", "2"));
   EXPECT_EQ(Open("Software\\Missing"), nullptr);
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(Registry, AFullDiskLeavesTheStoreAsItIs) {
+  const auto key = Open();
+  const std::string before = Stored();
+  const test::FullDisk disk(before.size());
+  EXPECT_FALSE(key->WriteText("A", "1"));
   EXPECT_EQ(Stored(), before);
 }
 

@@ -1,13 +1,11 @@
 #include "settings/state_file.h"
 
-#include <csignal>
-
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "settings/byte_stream.h"
 #include "settings/exported_variables.h"
+#include "support/posix/full_disk.h"
 #include "support/test_folder.h"
 
 namespace gantry {
@@ -131,30 +129,10 @@ TEST_F(StateFile, ATruncatedOrCorruptFileAddsNoVariable) {
   }
 }
 
-/// While it lives, no file of this process can grow beyond a size, as on a full disk.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t most) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{most, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  void (*handler_)(int);
-  rlimit before_{};
-};
-
 TEST_F(StateFile, AFailedSaveLeavesTheOldFileAndNothingBesideIt) {
   folder_.Write("case.state", "old");
   {
-    const FullDisk disk(30);
+    const test::FullDisk disk(30);
     WriteStateFile(Path(), inflow_.Save(), variables_);
   }
   EXPECT_EQ(inflow_.calls, 1);
