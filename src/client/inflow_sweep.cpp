@@ -38,27 +38,32 @@ constexpr std::array<const char*, kFirstMoleFraction> kResultItems = {
 
 /// How a kind of well is forced to a rate, and where its rates are read.
 struct WellKind {
-  Strings constraintItems;
-  Strings setters;
+  WellKind(const Strings& items, bool isAProducer, bool limitsLiquid, bool limitsGas)
+      : limitCount(items.size()),
+        isProducer(isAProducer),
+        takesLiquid(limitsLiquid),
+        takesGas(limitsGas),
+        gasRate(isAProducer ? kGasProduction : kGasInjection),
+        waterRate(isAProducer ? kWaterProduction : kWaterInjection) {
+    constraintItems.AppendStrings("ITEMS", items);
+    setters.AppendStrings("SETTERS", Strings(items.size(), "USER"));
+  }
+
+  size_t limitCount;
   bool isProducer;
   bool takesLiquid;
   bool takesGas;
   ResultItem gasRate;
   ResultItem waterRate;
+  EncodedEntries constraintItems;
+  EncodedEntries setters;
 };
 
 const WellKind& KindOf(const std::string& type) {
-  static const WellKind producer = {{"LIQUID_PRODUCTION_RATE", "GAS_PRODUCTION_RATE"},
-                                    {"USER", "USER"},
-                                    true,
-                                    true,
-                                    true,
-                                    kGasProduction,
-                                    kWaterProduction};
-  static const WellKind waterInjector = {
-      {"WATER_INJECTION_RATE"}, {"USER"}, false, true, false, kGasInjection, kWaterInjection};
-  static const WellKind gasInjector = {{"GAS_INJECTION_RATE"}, {"USER"},       false, false, true,
-                                       kGasInjection,          kWaterInjection};
+  static const WellKind producer({"LIQUID_PRODUCTION_RATE", "GAS_PRODUCTION_RATE"}, true, true,
+                                 true);
+  static const WellKind waterInjector({"WATER_INJECTION_RATE"}, false, true, false);
+  static const WellKind gasInjector({"GAS_INJECTION_RATE"}, false, false, true);
   if (type == "PRODUCER") return producer;
   return type == "WATER_INJECTOR" ? waterInjector : gasInjector;
 }
@@ -108,6 +113,7 @@ class Sweep {
   std::vector<size_t> itemPlaces_;
   std::vector<Ladder> ladders_;
   std::vector<WellConstraints> constraints_;
+  WellQueryResult reply_;
 };
 
 Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
@@ -145,9 +151,8 @@ void Sweep::FindKinds() {
     }
     const WellKind& kind = KindOf(types.values[place].front());
     Ladder& ladder = ladders_.emplace_back(Ladder{&kind});
-    constraints_.push_back({kind.constraintItems,
-                            std::span(ladder.limits).first(kind.constraintItems.size()),
-                            kind.setters});
+    constraints_.push_back(
+        {&kind.constraintItems, std::span(ladder.limits).first(kind.limitCount), &kind.setters});
   }
 }
 
@@ -164,12 +169,12 @@ void Sweep::ReserveRecords() {
 }
 
 void Sweep::ReadRung(bool isFirst) {
-  const WellQueryResult result = client_.query_wells(wells_, items_);
-  FindItems(result.items);
-  const std::vector<size_t>& places = lookup_.PlacesIn(result.wells);
+  client_.query_wells(wells_, items_, reply_);
+  FindItems(reply_.items);
+  const std::vector<size_t>& places = lookup_.PlacesIn(reply_.wells);
   for (size_t i = 0; i < records_.size(); ++i) {
     if (places[i] == WellLookup::kMissing) FailInflow();
-    const std::span<const double> row = result.values[places[i]];
+    const std::span<const double> row = reply_.values[places[i]];
     AppendPoint(*ladders_[i].kind, row, records_[i]);
     if (isFirst) NoteBaseRates(row, ladders_[i]);
   }

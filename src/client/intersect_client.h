@@ -27,11 +27,12 @@ enum class AlgorithmicPosition : int32_t {
 /// The text of a position; invalid_argument for a value outside the table.
 std::string position_name(AlgorithmicPosition position);
 
-/// One well's constraints as views: of each item its name, its value and who sets it.
+/// One well's constraints, for a caller that sends time and again what differs in values alone:
+/// the entries "ITEMS" and "SETTERS" are encoded once.
 struct WellConstraints {
-  std::span<const std::string> items;
+  const EncodedEntries* items;
   std::span<const double> values;
-  std::span<const std::string> setters;
+  const EncodedEntries* setters;
 };
 
 /// What both client versions share: one TCP session with a running simulator, in the simulator's
@@ -50,6 +51,8 @@ class IntersectClientBase {
 
   // Queries. The wells may be the one element "*": all wells of the model.
   WellQueryResult query_wells(const Strings& wells, const Strings& items);
+  /// The same into a result whose storage is used again.
+  void query_wells(const Strings& wells, const Strings& items, WellQueryResult& result);
   WellQueryStringResult query_wells_as_strings(const Strings& wells, const Strings& items);
   ReservoirQueryResult query_reservoir(const Strings& items);
   ReservoirQueryStringResult query_reservoir_as_strings(const Strings& items);
@@ -62,7 +65,6 @@ class IntersectClientBase {
   void set_constraints_for_wells(const Strings& wells, const std::vector<Strings>& items,
                                  const std::vector<Doubles>& values,
                                  const std::vector<Strings>& setters);
-  /// The same from views, for a caller that sends again and again what differs in values alone.
   void set_constraints_for_wells(const Strings& wells,
                                  std::span<const WellConstraints> constraints);
   void set_status_for_wells(const Strings& wells, const Strings& statuses,
@@ -97,7 +99,8 @@ class IntersectClientBase {
   void ReceiveStep(IncomingMessage& message);
   OutgoingMessage BeginQuery(std::string_view name);
   template <class Result>
-  Result QueryWells(std::string_view name, const Strings& wells, const Strings& items);
+  void QueryWells(std::string_view name, const Strings& wells, const Strings& items,
+                  Result& result);
   template <class Result>
   Result QueryReservoir(std::string_view name, const Strings& items);
 

@@ -38,12 +38,18 @@ void AppendValues(IncomingMessage& reply, uint64_t count, RowTable<T>& table) {
   table.EndRow();
 }
 
+/// The wells of a reply, each with its row. Names that stood in the result are written over.
 template <class Result>
 void ReadWellRows(IncomingMessage& reply, Result& result) {
+  size_t count = 0;
   for (Header header = reply.ReadHeader(); !IsEnd(header); header = reply.ReadHeader()) {
-    AppendOneString(reply, header, "WELLNAME", result.wells);
+    IncomingMessage::CheckNameAndCount(header, "WELLNAME", 1);
+    const std::string_view name = reply.ReadText(header);
+    if (count == result.wells.size()) result.wells.emplace_back();
+    result.wells[count++].assign(name);
     AppendValues(reply, result.items.size(), result.values);
   }
+  result.wells.resize(count);
 }
 
 /// A row of "VALUES" of any length.
@@ -113,19 +119,21 @@ void IntersectClientBase::FinishReply(IncomingMessage& reply) {
 }
 
 template <class Result>
-Result IntersectClientBase::QueryWells(std::string_view name, const Strings& wells,
-                                       const Strings& items) {
+void IntersectClientBase::QueryWells(std::string_view name, const Strings& wells,
+                                     const Strings& items, Result& result) {
   IncomingMessage reply =
       Ask(BeginQuery(name).AppendStrings("QITEMS", items).AppendStrings("WELNAMES", wells));
-  Result result;
+  result.items.clear();
+  result.values.Clear();
   const Header header = reply.ReadHeader();
-  if (!IsEnd(header)) {
+  if (IsEnd(header)) {
+    result.wells.clear();
+  } else {
     IncomingMessage::CheckNameAndCount(header, "QITEMS", header.count);
-    result.items = reply.ReadStrings(header);
+    reply.AppendStrings(header, result.items);
     ReadWellRows(reply, result);
   }
   FinishReply(reply);
-  return result;
 }
 
 template <class Result>
@@ -141,12 +149,21 @@ Result IntersectClientBase::QueryReservoir(std::string_view name, const Strings&
 }
 
 WellQueryResult IntersectClientBase::query_wells(const Strings& wells, const Strings& items) {
-  return QueryWells<WellQueryResult>("QWELLS", wells, items);
+  WellQueryResult result;
+  QueryWells("QWELLS", wells, items, result);
+  return result;
+}
+
+void IntersectClientBase::query_wells(const Strings& wells, const Strings& items,
+                                      WellQueryResult& result) {
+  QueryWells("QWELLS", wells, items, result);
 }
 
 WellQueryStringResult IntersectClientBase::query_wells_as_strings(const Strings& wells,
                                                                   const Strings& items) {
-  return QueryWells<WellQueryStringResult>("QWELLS_STR", wells, items);
+  WellQueryStringResult result;
+  QueryWells("QWELLS_STR", wells, items, result);
+  return result;
 }
 
 ReservoirQueryResult IntersectClientBase::query_reservoir(const Strings& items) {

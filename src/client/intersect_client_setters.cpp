@@ -21,14 +21,6 @@ void CheckConstraintSizes(const Strings& wells, const std::vector<Strings>& item
   }
 }
 
-void AppendConstraints(OutgoingMessage& message, const std::string& well,
-                       const WellConstraints& constraints) {
-  message.AppendString("WELLNAME", well)
-      .AppendStrings("ITEMS", constraints.items)
-      .AppendDoubles("VALUES", constraints.values)
-      .AppendStrings("SETTERS", constraints.setters);
-}
-
 }  // namespace
 
 OutgoingMessage IntersectClientBase::BeginSetter(std::string_view name) {
@@ -47,7 +39,10 @@ void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
   CheckConstraintSizes(wells, items, values, setters);
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
   for (size_t i = 0; i < wells.size(); ++i) {
-    AppendConstraints(message, wells[i], {items[i], values[i], setters[i]});
+    message.AppendString("WELLNAME", wells[i])
+        .AppendStrings("ITEMS", items[i])
+        .AppendDoubles("VALUES", values[i])
+        .AppendStrings("SETTERS", setters[i]);
   }
   SendAndAwaitReady(message);
 }
@@ -56,7 +51,12 @@ void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
                                                     std::span<const WellConstraints> constraints) {
   CheckSizes("set_constraints_for_wells", {1, wells.size()}, {2, constraints.size()});
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
-  for (size_t i = 0; i < wells.size(); ++i) AppendConstraints(message, wells[i], constraints[i]);
+  for (size_t i = 0; i < wells.size(); ++i) {
+    message.AppendString("WELLNAME", wells[i])
+        .AppendEncoded(*constraints[i].items)
+        .AppendDoubles("VALUES", constraints[i].values)
+        .AppendEncoded(*constraints[i].setters);
+  }
   SendAndAwaitReady(message);
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <optional>
 #include <stdexcept>
 
 #include "client/wire_format.h"
@@ -12,28 +11,38 @@ namespace gantry {
 
 namespace {
 
-std::string_view TagOf(HeaderType type) {
-  for (const wire::Tag& tag : wire::kTags) {
-    if (tag.type == type) return tag.text;
+std::string_view TagOf(HeaderType type) { return wire::kTags[static_cast<size_t>(type)]; }
+
+/// A tag's four bytes as one word.
+constexpr uint32_t WordOf(std::string_view tag) {
+  uint32_t word = 0;
+  for (size_t i = 0; i < wire::kTagSize; ++i) {
+    word |= static_cast<uint32_t>(static_cast<uint8_t>(tag[i])) << (8 * i);
   }
-  return {};
+  return word;
 }
 
-std::optional<HeaderType> TypeOf(std::string_view text) {
-  for (const wire::Tag& tag : wire::kTags) {
-    if (tag.text == text) return tag.type;
+HeaderType TypeOf(std::string_view tag) {
+  constexpr std::array<uint32_t, 4> kWords = {WordOf(wire::kTags[0]), WordOf(wire::kTags[1]),
+                                              WordOf(wire::kTags[2]), WordOf(wire::kTags[3])};
+  const uint32_t word = WordOf(tag);
+  for (size_t type = 0; type < kWords.size(); ++type) {
+    if (word == kWords[type]) return static_cast<HeaderType>(type);
   }
-  return std::nullopt;
+  throw std::invalid_argument("Unknown type: " + std::string(tag));
 }
 
-std::string Describe(std::string_view name, uint64_t count) {
-  return std::string(name) + "-" + std::to_string(count) + "-";
+std::string Describe(std::string_view name, uint64_t count, std::string_view type) {
+  return std::string(name) + "-" + std::to_string(count) + "-" + std::string(type);
 }
 
-[[noreturn]] void FailHeader(const std::string& received, const std::string& expected) {
-  throw std::length_error("Incorrect header (received: " + received + " vs expected: " + expected +
-                          ")");
+[[noreturn]] void FailIncorrect(const Header& received, const std::string& expected) {
+  throw std::length_error("Incorrect header (received: " +
+                          Describe(received.name, received.count, TagOf(received.type)) +
+                          " vs expected: " + expected + ")");
 }
+
+[[noreturn]] void FailShort() { throw std::length_error("Not enough data read from network"); }
 
 void CheckType(const Header& header, HeaderType type) {
   if (header.type == type) return;
@@ -52,10 +61,39 @@ void Put(std::byte*& target, const void* data, size_t size) {
   target += size;
 }
 
+size_t SizeOfHeader(std::string_view name) { return wire::kHeaderSizeWithoutName + name.size(); }
+
+size_t SizeOfStrings(std::span<const std::string> values) {
+  size_t size = 0;
+  for (const std::string& value : values) size += sizeof(uint64_t) + value.size();
+  return size;
+}
+
+void CheckName(std::string_view name) {
+  if (name.size() <= wire::kLongestName) return;
+  throw std::logic_error("Size of header name (" + std::to_string(name.size()) +
+                         ") exceeds the allowed limit (" + std::to_string(wire::kLongestName) +
+                         ").");
+}
+
+void PutHeader(std::byte*& target, std::string_view name, uint64_t count, HeaderType type) {
+  const auto nameLength = static_cast<uint8_t>(name.size());
+  Put(target, &nameLength, sizeof nameLength);
+  Put(target, name.data(), name.size());
+  Put(target, &count, sizeof count);
+  Put(target, TagOf(type).data(), wire::kTagSize);
+}
+
+void PutString(std::byte*& target, std::string_view value) {
+  const uint64_t length = value.size();
+  Put(target, &length, sizeof length);
+  Put(target, value.data(), value.size());
+}
+
 }  // namespace
 
 OutgoingMessage MessageStream::CreateOutgoingMessage() {
-  if (!buffer_.empty()) {
+  if (size_ != 0) {
     throw std::logic_error(
         "Cannot create a new out-going message as the previous message is still on going.");
   }
@@ -63,23 +101,30 @@ OutgoingMessage MessageStream::CreateOutgoingMessage() {
 }
 
 IncomingMessage MessageStream::ReceiveMessage() {
-  if (!buffer_.empty()) {
+  if (size_ != 0) {
     throw std::logic_error("Cannot receive a message as the previous message is still on going.");
   }
   ReceiveFrame();
   return IncomingMessage(*this);
 }
 
+std::byte* MessageStream::Grow(size_t length) {
+  const size_t begin = size_;
+  size_ += length;
+  if (size_ > storage_.size()) storage_.resize(std::max(size_, 2 * storage_.size()));
+  return storage_.data() + begin;
+}
+
 void MessageStream::SendFrame() {
-  const uint64_t total = buffer_.size();
+  const uint64_t total = size_;
   const std::array<uint64_t, 2> frame = {total, std::min(total, wire::kChunkSize)};
   channel_.Write(BytesOf(frame.data(), sizeof frame));
   for (uint64_t offset = 0; offset < total; offset += wire::kChunkSize) {
     const uint64_t length = std::min(total, offset + wire::kChunkSize) - offset;
     if (offset != 0) channel_.Write(BytesOf(&length, sizeof length));
-    channel_.Write(BytesOf(buffer_.data() + offset, length));
+    channel_.Write(BytesOf(storage_.data() + offset, length));
   }
-  buffer_.clear();
+  size_ = 0;
 }
 
 void MessageStream::ReceiveFrame() {
@@ -87,9 +132,9 @@ void MessageStream::ReceiveFrame() {
   channel_.Read(std::as_writable_bytes(std::span(frame)));
   const uint64_t total = frame[0];
   if (total == 0) return;
-  // A plain frame sizes the buffer once. A claim beyond what is sensible has to be borne out by
-  // bytes that arrive before storage is found for it.
-  buffer_.resize(std::min(total, wire::kLargestUnprovenFrame));
+  // A plain frame finds its storage at once. A claim beyond what is sensible has to be borne out by
+  // bytes that arrive before more is found for it.
+  Grow(std::min(total, wire::kLargestUnprovenFrame));
   uint64_t received = 0;
   for (uint64_t length = frame[1];;) {
     if (length > total - received) {
@@ -106,33 +151,37 @@ void MessageStream::ReceiveFrame() {
 
 void MessageStream::ReceiveChunk(uint64_t received, uint64_t length) {
   while (length > 0) {
-    if (received == buffer_.size()) {
-      buffer_.resize(buffer_.size() + std::min(length, wire::kLargestUnprovenFrame));
-    }
-    const uint64_t part = std::min(length, buffer_.size() - received);
-    channel_.Read(std::span(buffer_).subspan(received, part));
+    if (received == size_) Grow(std::min(length, wire::kLargestUnprovenFrame));
+    const uint64_t part = std::min(length, size_ - received);
+    channel_.Read(std::span(storage_).subspan(received, part));
     received += part;
     length -= part;
   }
 }
 
+EncodedEntries& EncodedEntries::AppendStrings(std::string_view name,
+                                              std::span<const std::string> values) {
+  CheckName(name);
+  const size_t begin = bytes_.size();
+  bytes_.resize(begin + SizeOfHeader(name) + SizeOfStrings(values));
+  std::byte* target = bytes_.data() + begin;
+  PutHeader(target, name, values.size(), HeaderType::CSTR);
+  for (const std::string& value : values) PutString(target, value);
+  return *this;
+}
+
 std::byte* OutgoingMessage::AppendHeader(std::string_view name, uint64_t count, HeaderType type,
                                          size_t arraySize) {
-  if (name.size() > wire::kLongestName) {
-    throw std::logic_error("Size of header name (" + std::to_string(name.size()) +
-                           ") exceeds the allowed limit (" + std::to_string(wire::kLongestName) +
-                           ").");
-  }
-  std::vector<std::byte>& buffer = stream_->buffer_;
-  const size_t begin = buffer.size();
-  buffer.resize(begin + wire::kHeaderSizeWithoutName + name.size() + arraySize);
-  std::byte* target = buffer.data() + begin;
-  const auto nameLength = static_cast<uint8_t>(name.size());
-  Put(target, &nameLength, sizeof nameLength);
-  Put(target, name.data(), name.size());
-  Put(target, &count, sizeof count);
-  Put(target, TagOf(type).data(), wire::kTagSize);
+  CheckName(name);
+  std::byte* target = stream_->Grow(SizeOfHeader(name) + arraySize);
+  PutHeader(target, name, count, type);
   return target;
+}
+
+OutgoingMessage& OutgoingMessage::AppendEncoded(const EncodedEntries& entries) {
+  std::byte* target = stream_->Grow(entries.bytes_.size());
+  Put(target, entries.bytes_.data(), entries.bytes_.size());
+  return *this;
 }
 
 OutgoingMessage& OutgoingMessage::AppendMarker(std::string_view name, uint64_t count) {
@@ -156,22 +205,14 @@ OutgoingMessage& OutgoingMessage::AppendDoubles(std::string_view name,
 
 OutgoingMessage& OutgoingMessage::AppendStrings(std::string_view name,
                                                 std::span<const std::string> values) {
-  size_t arraySize = 0;
-  for (const std::string& value : values) arraySize += sizeof(uint64_t) + value.size();
-  std::byte* target = AppendHeader(name, values.size(), HeaderType::CSTR, arraySize);
-  for (const std::string& value : values) {
-    const uint64_t length = value.size();
-    Put(target, &length, sizeof length);
-    Put(target, value.data(), value.size());
-  }
+  std::byte* target = AppendHeader(name, values.size(), HeaderType::CSTR, SizeOfStrings(values));
+  for (const std::string& value : values) PutString(target, value);
   return *this;
 }
 
 OutgoingMessage& OutgoingMessage::AppendString(std::string_view name, std::string_view value) {
-  const uint64_t length = value.size();
-  std::byte* target = AppendHeader(name, 1, HeaderType::CSTR, sizeof length + value.size());
-  Put(target, &length, sizeof length);
-  Put(target, value.data(), value.size());
+  std::byte* target = AppendHeader(name, 1, HeaderType::CSTR, sizeof(uint64_t) + value.size());
+  PutString(target, value);
   return *this;
 }
 
@@ -185,39 +226,53 @@ OutgoingMessage& OutgoingMessage::AppendDouble(std::string_view name, double val
 
 void OutgoingMessage::Send() { stream_->SendFrame(); }
 
+inline void IncomingMessage::Require(uint64_t length) const {
+  if (length > stream_->size_ - position_) FailShort();
+}
+
+inline void IncomingMessage::RequireElements(uint64_t count, uint64_t leastSize) const {
+  if (count > (stream_->size_ - position_) / leastSize) FailShort();
+}
+
+inline std::string_view IncomingMessage::TakeView(uint64_t length) {
+  Require(length);
+  const auto* bytes = reinterpret_cast<const char*>(stream_->storage_.data());
+  position_ += length;
+  return {bytes + position_ - length, length};
+}
+
+template <class T>
+inline T IncomingMessage::TakeScalar() {
+  T value;
+  std::memcpy(&value, TakeView(sizeof value).data(), sizeof value);
+  return value;
+}
+
+inline std::string_view IncomingMessage::TakeText() { return TakeView(TakeScalar<uint64_t>()); }
+
+template <class T>
+inline void IncomingMessage::TakeElements(uint64_t count, T* target) {
+  if (count == 0) return;
+  std::memcpy(target, TakeView(count * sizeof(T)).data(), count * sizeof(T));
+}
+
 Header IncomingMessage::ReadHeader() {
-  uint8_t nameLength = 0;
-  Take(&nameLength, sizeof nameLength);
-  Require(nameLength + wire::kHeaderSizeWithoutName - 1);
-  const auto* text = reinterpret_cast<const char*>(stream_->buffer_.data());
+  const auto nameLength = TakeScalar<uint8_t>();
+  Require(nameLength + wire::kHeaderSizeWithoutName - sizeof nameLength);
   Header header;
-  header.name = std::string_view(text + position_, nameLength);
-  position_ += nameLength;
-  Take(&header.count, sizeof header.count);
-  const std::string_view tag(text + position_, wire::kTagSize);
-  const std::optional<HeaderType> type = TypeOf(tag);
-  if (!type) throw std::invalid_argument("Unknown type: " + std::string(tag));
-  position_ += wire::kTagSize;
-  header.type = *type;
+  header.name = TakeView(nameLength);
+  header.count = TakeScalar<uint64_t>();
+  header.type = TypeOf(TakeView(wire::kTagSize));
   return header;
 }
 
-void IncomingMessage::CheckHeader(const Header& header, std::string_view name, uint64_t count,
-                                  HeaderType type) {
-  if (header == Header{name, count, type}) return;
-  FailHeader(Describe(header.name, header.count) + std::string(TagOf(header.type)),
-             Describe(name, count) + std::string(TagOf(type)));
+void IncomingMessage::FailHeader(const Header& received, const Header& expected) {
+  FailIncorrect(received, Describe(expected.name, expected.count, TagOf(expected.type)));
 }
 
-void IncomingMessage::CheckMarker(const Header& header, uint64_t count) {
-  CheckHeader(header, header.name, count, HeaderType::MESS);
-}
-
-void IncomingMessage::CheckNameAndCount(const Header& header, std::string_view name,
-                                        uint64_t count) {
-  if (header.name == name && header.count == count) return;
-  FailHeader(Describe(header.name, header.count) + std::string(TagOf(header.type)),
-             Describe(name, count) + "...");
+void IncomingMessage::FailNameAndCount(const Header& received, std::string_view name,
+                                       uint64_t count) {
+  FailIncorrect(received, Describe(name, count, "..."));
 }
 
 std::vector<int32_t> IncomingMessage::ReadInts(const Header& header) {
@@ -242,13 +297,12 @@ void IncomingMessage::AppendStrings(const Header& header, std::vector<std::strin
   RequireElements(header.count, sizeof(uint64_t));
   // Asking for the exact size time and again would defeat the vector's own growth.
   if (values.empty()) values.reserve(header.count);
-  for (uint64_t i = 0; i < header.count; ++i) {
-    uint64_t length = 0;
-    Take(&length, sizeof length);
-    Require(length);
-    values.emplace_back(reinterpret_cast<const char*>(stream_->buffer_.data() + position_), length);
-    position_ += length;
-  }
+  for (uint64_t i = 0; i < header.count; ++i) values.emplace_back(TakeText());
+}
+
+std::string_view IncomingMessage::ReadText(const Header& header) {
+  CheckType(header, HeaderType::CSTR);
+  return TakeText();
 }
 
 void IncomingMessage::AppendDoubles(const Header& header, std::vector<double>& values) {
@@ -256,7 +310,7 @@ void IncomingMessage::AppendDoubles(const Header& header, std::vector<double>& v
   RequireElements(header.count, sizeof(double));
   const size_t begin = values.size();
   values.resize(begin + header.count);
-  Take(values.data() + begin, header.count * sizeof(double));
+  TakeElements(header.count, values.data() + begin);
 }
 
 std::vector<int32_t> IncomingMessage::ReadInts(std::string_view name) {
@@ -288,38 +342,20 @@ void IncomingMessage::ExpectMarker(std::string_view name) {
 }
 
 void IncomingMessage::EndOfMessage() {
-  const size_t size = stream_->buffer_.size();
+  const size_t size = stream_->size_;
   if (position_ != size) {
     throw std::length_error(
         "Received message is longer than expected (received: " + std::to_string(size) +
         " vs expected: " + std::to_string(position_) + ")");
   }
-  stream_->buffer_.clear();
-}
-
-void IncomingMessage::Require(uint64_t length) const {
-  if (length > stream_->buffer_.size() - position_) {
-    throw std::length_error("Not enough data read from network");
-  }
-}
-
-void IncomingMessage::RequireElements(uint64_t count, uint64_t leastSize) const {
-  if (count > (stream_->buffer_.size() - position_) / leastSize) {
-    throw std::length_error("Not enough data read from network");
-  }
-}
-
-void IncomingMessage::Take(void* target, uint64_t length) {
-  Require(length);
-  if (length != 0) std::memcpy(target, stream_->buffer_.data() + position_, length);
-  position_ += length;
+  stream_->size_ = 0;
 }
 
 template <class T>
 std::vector<T> IncomingMessage::TakeArray(uint64_t count) {
   RequireElements(count, sizeof(T));
   std::vector<T> values(count);
-  Take(values.data(), count * sizeof(T));
+  TakeElements(count, values.data());
   return values;
 }
 

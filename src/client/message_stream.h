@@ -53,8 +53,22 @@ class MessageStream {
   void ReceiveFrame();
   void ReceiveChunk(uint64_t received, uint64_t length);
 
+  /// Makes the message longer and returns where the new bytes begin; they hold anything.
+  std::byte* Grow(size_t length);
+
   ByteChannel& channel_;
-  std::vector<std::byte> buffer_;
+  std::vector<std::byte> storage_;  ///< never given back while the stream lives
+  size_t size_ = 0;                 ///< of the message that is going on; 0 when there is none
+};
+
+/// Entries encoded once, to be appended to many messages.
+class EncodedEntries {
+ public:
+  EncodedEntries& AppendStrings(std::string_view name, std::span<const std::string> values);
+
+ private:
+  friend class OutgoingMessage;
+  std::vector<std::byte> bytes_;
 };
 
 /// A message being composed in its stream's buffer; owns nothing. Appends chain.
@@ -69,6 +83,7 @@ class OutgoingMessage {
   OutgoingMessage& AppendString(std::string_view name, std::string_view value);
   OutgoingMessage& AppendInt(std::string_view name, int32_t value);
   OutgoingMessage& AppendDouble(std::string_view name, double value);
+  OutgoingMessage& AppendEncoded(const EncodedEntries& entries);
 
   /// Sends the buffer as one frame and empties it.
   void Send();
@@ -86,10 +101,18 @@ class IncomingMessage {
 
   Header ReadHeader();
   static void CheckHeader(const Header& header, std::string_view name, uint64_t count,
-                          HeaderType type);
+                          HeaderType type) {
+    if (header.name != name || header.count != count || header.type != type) {
+      FailHeader(header, {name, count, type});
+    }
+  }
   /// Count and type only: the name has just been looked at.
-  static void CheckMarker(const Header& header, uint64_t count = 0);
-  static void CheckNameAndCount(const Header& header, std::string_view name, uint64_t count);
+  static void CheckMarker(const Header& header, uint64_t count = 0) {
+    CheckHeader(header, header.name, count, HeaderType::MESS);
+  }
+  static void CheckNameAndCount(const Header& header, std::string_view name, uint64_t count) {
+    if (header.name != name || header.count != count) FailNameAndCount(header, name, count);
+  }
 
   /// The array behind a header that has been read.
   std::vector<int32_t> ReadInts(const Header& header);
@@ -106,15 +129,25 @@ class IncomingMessage {
   /// The array behind a header, appended to `values`: no allocation beyond the growth of that.
   void AppendDoubles(const Header& header, std::vector<double>& values);
   void AppendStrings(const Header& header, std::vector<std::string>& values);
+  /// The one string behind a header whose count is known to be 1, as a view into the message.
+  std::string_view ReadText(const Header& header);
 
   void ExpectMarker(std::string_view name);
   /// The message must have been read to its last byte; the stream is free for the next one.
   void EndOfMessage();
 
  private:
+  [[noreturn]] static void FailHeader(const Header& received, const Header& expected);
+  [[noreturn]] static void FailNameAndCount(const Header& received, std::string_view name,
+                                            uint64_t count);
   void Require(uint64_t length) const;
   void RequireElements(uint64_t count, uint64_t leastSize) const;
-  void Take(void* target, uint64_t length);
+  std::string_view TakeView(uint64_t length);
+  std::string_view TakeText();
+  template <class T>
+  T TakeScalar();
+  template <class T>
+  void TakeElements(uint64_t count, T* target);
   template <class T>
   std::vector<T> TakeArray(uint64_t count);
   Header ReadHeaderOf(std::string_view name, HeaderType type);

@@ -24,6 +24,11 @@ class RowTable {
   /// Elements are appended here, then closed as a row by `EndRow`.
   std::vector<T>& Flat() { return flat_; }
   void EndRow() { ends_.push_back(flat_.size()); }
+  /// Drops the rows and keeps their storage.
+  void Clear() {
+    flat_.clear();
+    ends_.clear();
+  }
 
  private:
   std::vector<T> flat_;

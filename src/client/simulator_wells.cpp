@@ -38,16 +38,6 @@ void RequireSameItems(const Strings& asked, const Strings& replied, const char* 
   if (asked != replied) throw std::runtime_error(failure);
 }
 
-/// A row in the order of `kWellData`.
-ConnectorWellRecord MakeRecord(const std::string& name, const std::string& status,
-                               std::span<const double> row) {
-  ConnectorWellRecord record;
-  record.name = name;
-  record.status = status;
-  for (size_t i = 0; i < kWellData.size(); ++i) record.*kWellData[i].field = row[i];
-  return record;
-}
-
 }  // namespace
 
 std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client) {
@@ -79,8 +69,11 @@ void QueryWellData(IntersectClientBase& client, const Strings& wells,
   records.reserve(records.size() + data.wells.size());
   for (size_t i = 0; i < data.wells.size(); ++i) {
     if (places[i] == WellLookup::kMissing) throw std::runtime_error(kBadStatusData);
-    records.push_back(
-        MakeRecord(data.wells[i], statuses.values[places[i]].front(), data.values[i]));
+    ConnectorWellRecord& record = records.emplace_back();
+    record.name = data.wells[i];
+    record.status = statuses.values[places[i]].front();
+    const std::span<const double> row = data.values[i];
+    for (size_t item = 0; item < row.size(); ++item) record.*kWellData[item].field = row[item];
   }
 }
 

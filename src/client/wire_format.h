@@ -3,6 +3,7 @@
 // The numbers of the external-controller protocol's format, frozen: docs/wire-protocol.md.
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <string_view>
 
@@ -18,13 +19,10 @@ inline constexpr uint64_t kHeaderSizeWithoutName = 13;  ///< name length, count,
 /// What a reader finds storage for on the word of a frame's header alone. Not part of the format.
 inline constexpr uint64_t kLargestUnprovenFrame = uint64_t{64} << 20;
 
-struct Tag {
-  HeaderType type;
-  std::string_view text;
-};
-inline constexpr std::array<Tag, 4> kTags = {{{HeaderType::MESS, "MESS"},
-                                              {HeaderType::INTE, "INTE"},
-                                              {HeaderType::DOUB, "DOUB"},
-                                              {HeaderType::CSTR, "CSTR"}}};
+/// The tags by the values of `HeaderType`.
+inline constexpr std::array<std::string_view, 4> kTags = {"MESS", "DOUB", "INTE", "CSTR"};
+
+static_assert(std::endian::native == std::endian::little,
+              "the format is little-endian and nothing here swaps bytes");
 
 }  // namespace gantry::wire
