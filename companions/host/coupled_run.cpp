@@ -1,0 +1,186 @@
+#include "host/coupled_run.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+namespace gantry::fieldrun {
+namespace {
+
+/// The module's gravities, where they can be those of surface fluids; the case's own come first.
+Gravities TubingGravities(const NetworkSpec& network, const Gravities& reported) {
+  const auto choose = [](const std::optional<double>& own, double value, double low, double high,
+                         double fallback) {
+    if (own) return *own;
+    return value >= low && value <= high ? value : fallback;
+  };
+  const Gravities usual;
+  return {choose(network.oilGravity, reported.oil, 0.3, 1.2, usual.oil),
+          choose(network.gasGravity, reported.gas, 0.5, 2.0, usual.gas),
+          choose(network.waterGravity, reported.water, 0.9, 1.5, usual.water)};
+}
+
+Date FirstDay(const CaseModel& model, const std::optional<Date>& simulation) {
+  const std::optional<Date>& own = model.time.start;
+  if (!own && !simulation) {
+    model.Fail(model.time.line, "the simulator tells no date, so that [time] needs a start");
+  }
+  if (own && simulation && *own < *simulation) {
+    model.Fail(model.time.LineOf("start"),
+               fmt::format("start lies before the simulator's date, {}", ToText(*simulation)));
+  }
+  return own ? *own : *simulation;
+}
+
+}  // namespace
+
+CoupledRun::CoupledRun(const CaseModel& caseModel, DriverModel& model, RunListener& listener)
+    : case_(caseModel), model_(model), listener_(listener) {}
+
+void CoupledRun::CheckCompositions() const {
+  const size_t count = start_.components.size();
+  for (const RunWell& well : start_.wells) {
+    const WellSpec& spec = *well.spec;
+    if (spec.composition.empty() || spec.composition.size() == count) continue;
+    const std::string reason =
+        count == 0 ? "composition means nothing for a black-oil dataset"
+                   : fmt::format("composition has {} fractions, the simulator {} components",
+                                 spec.composition.size(), count);
+    case_.Fail(spec.LineOf("composition"), reason);
+  }
+}
+
+void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
+  model_.StartSimulator();
+  const std::vector<DriverWell> wells = model_.Wells();
+  start_.components = model_.ComponentNames();
+  start_.start = FirstDay(case_, model_.SimulationDate());
+  start_.wells = MatchWells(model_, case_, wells);
+  start_.unconnectedWells = static_cast<int>(wells.size() - start_.wells.size());
+  start_.driver = driverName;
+  start_.deck = model_.Description();
+  CheckCompositions();
+  schedule_ = PlanSteps(case_, start_.start);
+  if (mostSteps > 0 && mostSteps < schedule_.lengths.size()) schedule_.lengths.resize(mostSteps);
+  start_.stepCount = schedule_.lengths.size();
+  start_.totalDays = schedule_.DaysBefore(start_.stepCount);
+
+  std::vector<int32_t> connected;
+  for (const RunWell& well : start_.wells) connected.push_back(well.handle);
+  for (const int32_t handle : connected) model_.Connect(handle, true);
+  listener_.Started(start_);
+  model_.StartRun(connected, DayNumber(start_.start),
+                  [this](const std::string& text) { listener_.Notice(text); });
+
+  retired_.resize(start_.wells.size());
+  for (const RunWell& well : start_.wells) {
+    const auto found = std::find_if(case_.tubings.begin(), case_.tubings.end(),
+                                    [&](const auto& t) { return t.name == well.spec->tubing; });
+    tubings_.push_back(found == case_.tubings.end() ? nullptr : &*found);
+  }
+}
+
+RunEnd CoupledRun::Run() {
+  RunEnd end;
+  try {
+    while (end.steps < start_.stepCount && !end.endedBySimulator) {
+      end.endedBySimulator = !RunStep(end.steps);
+      ++end.steps;
+    }
+    if (!end.endedBySimulator) {
+      StepRecord after;
+      ReadInflow(after);  // only to learn what the last step has made
+    }
+  } catch (const DriverFailure& failure) {
+    end.failure = failure.what();
+  }
+  ReportLast();
+  model_.CloseSimulator();
+  listener_.Ended(end);
+  return end;
+}
+
+bool CoupledRun::RunStep(size_t step) {
+  listener_.StepBegins(step);
+  if (atStep) atStep(step);
+  StepRecord record;
+  record.step = step;
+  record.date = schedule_.DateBefore(step);
+  record.days = schedule_.DaysBefore(step);
+  record.length = schedule_.lengths[step];
+  ReadInflow(record);
+  Solve(record);
+  SendControls(record);
+  if (case_.network.applyEarly) model_.ApplyControls();
+  const bool goesOn = model_.Step(record.length);
+  last_ = std::move(record);
+  hasLast_ = true;
+  return goesOn;
+}
+
+// The read of one step is at once the result of the step before.
+void CoupledRun::ReadInflow(StepRecord& record) {
+  model_.ReadWells();
+  inflow_.clear();
+  for (const RunWell& well : start_.wells) {
+    inflow_.push_back(model_.Inflow(well.handle));
+    record.wells.emplace_back().inflow = inflow_.back().points;
+  }
+  for (size_t i = 0; hasLast_ && i < inflow_.size(); ++i) {
+    last_.wells[i].reported = inflow_[i].current;
+  }
+  RetireWells();
+  ReportLast();
+}
+
+void CoupledRun::ReportLast() {
+  if (hasLast_) listener_.StepDone(last_);
+  hasLast_ = false;
+}
+
+// A well that has passed an economic limit stays shut for the rest of the run.
+void CoupledRun::RetireWells() {
+  for (size_t i = 0; hasLast_ && i < last_.wells.size(); ++i) {
+    const bool isProducer = start_.wells[i].spec->Kind() == WellKind::kProducer;
+    if (!isProducer || !last_.wells[i].point.isOpen || !retired_[i].empty()) continue;
+    retired_[i] = EconomicLimitPassed(*start_.wells[i].spec, last_.wells[i].Made());
+  }
+}
+
+void CoupledRun::Solve(StepRecord& record) {
+  std::vector<NetworkWell> wells;
+  std::vector<size_t> places;
+  for (size_t i = 0; i < start_.wells.size(); ++i) {
+    if (!retired_[i].empty()) {
+      record.wells[i].point.limitedBy = retired_[i];
+      continue;
+    }
+    const WellSpec& spec = *start_.wells[i].spec;
+    const bool isProducer = spec.Kind() == WellKind::kProducer;
+    NetworkWell& well = wells.emplace_back(spec, InflowCurve(record.wells[i].inflow, isProducer));
+    well.tubing = tubings_[i];
+    well.manifoldPressure =
+        spec.manifoldPressure.value_or(case_.network.manifoldPressure.value_or(0));
+    well.gravities = TubingGravities(case_.network, inflow_[i].gravities);
+    places.push_back(i);
+  }
+  record.groups = SolveNetwork(wells, case_.groups);
+  for (size_t i = 0; i < wells.size(); ++i) record.wells[places[i]].point = wells[i].Point();
+}
+
+void CoupledRun::SendControls(const StepRecord& record) {
+  const auto componentCount = static_cast<int>(start_.components.size());
+  for (size_t i = 0; i < record.wells.size(); ++i) {
+    const WellSpec& spec = *start_.wells[i].spec;
+    const OperatingPoint& point = record.wells[i].point;
+    DriverControl control{start_.wells[i].handle,        !point.isOpen, !retired_[i].empty(),
+                          {point.pressure, point.rates}, spec.downtime, spec.composition};
+    if (spec.Kind() == WellKind::kGasInjector && componentCount > 0 &&
+        control.composition.empty()) {
+      control.composition = {1.0};
+    }
+    model_.SetControl(control, inflow_[i], componentCount);
+  }
+}
+
+}  // namespace gantry::fieldrun

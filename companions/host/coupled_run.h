@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/driver_model.h"
+#include "host/run_record.h"
+#include "host/schedule.h"
+
+namespace gantry::fieldrun {
+
+/// Tells the model what the case says of its simulator, before anything is started.
+/// `fallbackExecutable` is taken when the case names none.
+void ApplySettings(DriverModel& model, const CaseModel& caseModel,
+                   const std::string& fallbackExecutable);
+
+/// Brings the wells of the case and those of the simulator together. Throws CaseError, at the line
+/// of the well, for a well that the simulator lacks or that is of another kind there.
+std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
+                                const std::vector<DriverWell>& simulatorWells);
+
+/// A coupled run: the network of a case and the module's simulator in lock-step. Made for one run.
+class CoupledRun {
+ public:
+  CoupledRun(const CaseModel& caseModel, DriverModel& model, RunListener& listener);
+
+  /// Starts the simulator and readies the wells. Throws CaseError or DriverFailure.
+  void Start(const std::string& driverName, size_t mostSteps);
+  /// Runs to the end. A failure of the module ends the run and stands in the result.
+  RunEnd Run();
+
+  /// Called at the beginning of each step, when the simulator waits.
+  std::function<void(size_t step)> atStep;
+
+ private:
+  void CheckCompositions() const;
+  bool RunStep(size_t step);
+  void ReadInflow(StepRecord& record);
+  void Solve(StepRecord& record);
+  void SendControls(const StepRecord& record);
+  void ReportLast();
+  void RetireWells();
+
+  const CaseModel& case_;
+  DriverModel& model_;
+  RunListener& listener_;
+  RunStart start_;
+  Schedule schedule_;
+  std::vector<DriverInflow> inflow_;  ///< of this step, by place in start_.wells
+  std::vector<std::string> retired_;  ///< why a well is shut for good; empty while it isn't
+  std::vector<const TubingSpec*> tubings_;
+  StepRecord last_;  ///< the step that was run and not yet reported
+  bool hasLast_ = false;
+};
+
+}  // namespace gantry::fieldrun

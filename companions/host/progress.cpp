@@ -1,0 +1,78 @@
+#include "host/progress.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace gantry::fieldrun {
+namespace {
+
+using enum Quantity;
+
+constexpr size_t kBarWidth = 40;
+
+}  // namespace
+
+bool IsTerminal() { return ::isatty(::fileno(stderr)) != 0; }
+
+Progress::Progress(UnitSystem units, bool showsTable, bool showsBar)
+    : units_(units), showsTable_(showsTable), showsBar_(showsBar) {}
+
+void Progress::ClearBar() {
+  if (showsBar_) fmt::print(stderr, "\r\x1b[K");
+}
+
+void Progress::Started(const RunStart& start) {
+  stepCount_ = start.stepCount;
+  wells_ = start.wells;
+  if (!showsTable_) return;
+  fmt::print("{}\n{} wells, {} steps over {:g} days from {}{}\n\n", start.deck, start.wells.size(),
+             start.stepCount, start.totalDays, ToText(start.start),
+             start.unconnectedWells == 0
+                 ? ""
+                 : fmt::format("; {} wells left to the simulator", start.unconnectedWells));
+  fmt::print("{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "step", "date",
+             "days", "oil", "water", "gas", "water inj", "gas inj", "open");
+  const std::string_view liquid = UnitName(kLiquidRate, units_);
+  const std::string_view gas = UnitName(kGasRate, units_);
+  fmt::print("{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "", "", "", liquid,
+             liquid, gas, liquid, gas, "wells");
+}
+
+void Progress::StepBegins(size_t step) {
+  if (!showsBar_) return;
+  const size_t filled = kBarWidth * step / std::max<size_t>(stepCount_, 1);
+  fmt::print(stderr, "\r[{:#<{}}{:.<{}}] step {} of {}\x1b[K", "", filled, "", kBarWidth - filled,
+             step + 1, stepCount_);
+  std::fflush(stderr);
+}
+
+void Progress::StepDone(const StepRecord& record) {
+  if (!showsTable_) return;
+  ClearBar();
+  const FieldRates rates = SumWells(wells_, record);
+  const auto liquid = [&](double rate) { return FromInternal(rate, kLiquidRate, units_); };
+  const auto gas = [&](double rate) { return FromInternal(rate, kGasRate, units_); };
+  const int open = rates.openProducers + rates.openInjectors;
+  fmt::print("{:>5} {:>10} {:>9.1f} {:>10.1f} {:>10.1f} {:>10.3f} {:>10.1f} {:>10.3f} {:>6}\n",
+             record.step + 1, ToText(record.date), record.days + record.length,
+             liquid(rates.produced.oil), liquid(rates.produced.water), gas(rates.produced.gas),
+             liquid(rates.injected.water), gas(rates.injected.gas), open);
+  std::fflush(stdout);
+}
+
+void Progress::Ended(const RunEnd& end) {
+  ClearBar();
+  if (!showsTable_ || !end.failure.empty()) return;
+  const char* how =
+      end.endedBySimulator ? "the simulator has come to its own end" : "the run is complete";
+  fmt::print("\n{} steps: {}\n", end.steps, how);
+}
+
+void Progress::Notice(const std::string& text) {
+  ClearBar();
+  if (showsTable_) fmt::print("{}\n", text);
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdio>
+
+#include "host/field_totals.h"
+#include "host/run_record.h"
+
+namespace gantry::fieldrun {
+
+/// What a user sees of a run: one line for each step on standard output and, on a terminal, a bar
+/// below it on standard error.
+class Progress : public RunListener {
+ public:
+  Progress(UnitSystem units, bool showsTable, bool showsBar);
+
+  void Started(const RunStart& start) override;
+  void StepBegins(size_t step) override;
+  void StepDone(const StepRecord& record) override;
+  void Ended(const RunEnd& end) override;
+  void Notice(const std::string& text) override;
+
+ private:
+  void ClearBar();
+
+  UnitSystem units_;
+  bool showsTable_;
+  bool showsBar_;
+  size_t stepCount_ = 0;
+  std::vector<RunWell> wells_;
+};
+
+/// True when the standard error of this process is a terminal.
+bool IsTerminal();
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/case_model.h"
+#include "host/network.h"
+
+namespace gantry::fieldrun {
+
+/// A well of the run, by its place in the case and in the module.
+struct RunWell {
+  const WellSpec* spec = nullptr;
+  int handle = 0;  ///< the well's index at the boundary
+};
+
+/// What is known before the first step.
+struct RunStart {
+  std::string driver;  ///< what the module calls itself
+  std::string deck;    ///< what the module says of the dataset
+  Date start;
+  size_t stepCount = 0;
+  double totalDays = 0;
+  std::vector<std::string> components;
+  std::vector<RunWell> wells;
+  int unconnectedWells = 0;
+};
+
+/// One well in one step.
+struct WellStep {
+  std::vector<InflowPoint> inflow;  ///< as the module gave it
+  OperatingPoint point;             ///< as the network decided
+  /// The state that the simulator reports when the step is over; none when it has ended by then.
+  std::optional<InflowPoint> reported;
+
+  /// What the well made in the step, as far as is known.
+  const Rates& Made() const { return reported ? reported->rates : point.rates; }
+};
+
+struct StepRecord {
+  size_t step = 0;
+  Date date;        ///< on which the step begins
+  double days = 0;  ///< from the start of the run to the start of the step
+  double length = 0;
+  std::vector<WellStep> wells;  ///< in the order of RunStart
+  std::vector<GroupLimitReport> groups;
+};
+
+/// How a run came to its end.
+struct RunEnd {
+  size_t steps = 0;
+  bool endedBySimulator = false;
+  std::string failure;  ///< the module's own text; empty for a run that went well
+};
+
+/// Whoever follows a run: the tables, the report, the terminal.
+class RunListener {
+ public:
+  virtual ~RunListener() = default;
+  virtual void Started(const RunStart& start) = 0;
+  virtual void StepBegins(size_t /*step*/) {}
+  virtual void StepDone(const StepRecord& record) = 0;
+  virtual void Ended(const RunEnd& end) = 0;
+  virtual void Notice(const std::string& /*text*/) {}
+};
+
+}  // namespace gantry::fieldrun
