@@ -15,6 +15,10 @@ namespace gantry::fieldrun {
 void ApplySettings(DriverModel& model, const CaseModel& caseModel,
                    const std::string& fallbackExecutable);
 
+/// What a well of the simulator is, as the module says. An injector of no stated phase counts as a
+/// water injector, since that is how the module controls it.
+WellKind KindInSimulator(DriverModel& model, const DriverWell& well);
+
 /// Brings the wells of the case and those of the simulator together. Throws CaseError, at the line
 /// of the well, for a well that the simulator lacks or that is of another kind there.
 std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,

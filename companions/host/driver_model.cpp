@@ -1,9 +1,10 @@
 #include "host/driver_model.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include <fmt/format.h>
+
+#include "host/driver_model_call.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -42,12 +43,6 @@ constexpr NamedCommand kCommandNames[] = {
     {kDelPublishedVariable, "DelPublishedVariable"},
     {kGetDescription, "GetDescription"},
 };
-
-/// The text of a fixed field, which has a terminator or fills the field.
-template <size_t N>
-std::string FieldText(const char (&field)[N]) {
-  return std::string(field, strnlen(field, N));
-}
 
 /// Where the texts go that the module sends while it works. The module knows the host by two plain
 /// functions, so that the listener is one for the process, as the host is.
@@ -167,23 +162,6 @@ int32_t DriverModel::CallGuarded(Command command, void* data, uint32_t value) {
     if (trace_ != nullptr) trace_->End(-1, text);
     throw DriverFailure(text);
   }
-}
-
-template <class Arguments, class Outcome>
-int32_t DriverModel::Call(Command command, void* data, uint32_t value, Arguments arguments,
-                          Outcome outcome) {
-  if (trace_ == nullptr) return CallGuarded(command, data, value);
-  trace_->Begin("ExtCmd", fmt::format("{} {}, value={}, data={{{}}}", uint32_t{command},
-                                      CommandName(command), value, arguments()));
-  const int32_t result = CallGuarded(command, data, value);
-  const std::string text = FieldText(error_.text);
-  trace_->End(result, text.empty() ? outcome() : Quoted(text));
-  return result;
-}
-
-template <class Arguments>
-int32_t DriverModel::Call(Command command, void* data, uint32_t value, Arguments arguments) {
-  return Call(command, data, value, arguments, [] { return std::string(); });
 }
 
 int32_t DriverModel::Call(Command command, void* data, uint32_t value) {

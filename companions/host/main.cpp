@@ -1,1 +1,8 @@
-int main() { return 0; }
+#include "host/options.h"
+#include "host/verbs.h"
+
+int main(int argc, char** argv) {
+  const auto parsed = gantry::fieldrun::ParseCommandLine(argc, argv);
+  if (const int* status = std::get_if<int>(&parsed)) return *status;
+  return gantry::fieldrun::RunVerb(std::get<gantry::fieldrun::Options>(parsed));
+}

@@ -56,9 +56,9 @@ void Progress::StepDone(const StepRecord& record) {
   const auto gas = [&](double rate) { return FromInternal(rate, kGasRate, units_); };
   const int open = rates.openProducers + rates.openInjectors;
   fmt::print("{:>5} {:>10} {:>9.1f} {:>10.1f} {:>10.1f} {:>10.3f} {:>10.1f} {:>10.3f} {:>6}\n",
-             record.step + 1, ToText(record.date), record.days + record.length,
-             liquid(rates.produced.oil), liquid(rates.produced.water), gas(rates.produced.gas),
-             liquid(rates.injected.water), gas(rates.injected.gas), open);
+             record.step + 1, ToText(record.date), record.length, liquid(rates.produced.oil),
+             liquid(rates.produced.water), gas(rates.produced.gas), liquid(rates.injected.water),
+             gas(rates.injected.gas), open);
   std::fflush(stdout);
 }
 

@@ -20,16 +20,6 @@ std::string WellPath(const std::string& name, const char* property) {
   return fmt::format("Intersect.StaticWell[{{{}}}].{}", name, property);
 }
 
-WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
-  if (well.isProducer) return WellKind::kProducer;
-  const std::string type = model.Get(WellPath(well.name, "SourceType"));
-  const size_t number = type.size() == 1 ? static_cast<size_t>(type[0] - '0') : kKindOfType.size();
-  if (number >= kKindOfType.size()) {
-    throw DriverFailure(fmt::format("Well {} has the unknown type \"{}\"", well.name, type));
-  }
-  return kKindOfType[number];
-}
-
 }  // namespace
 
 void ApplySettings(DriverModel& model, const CaseModel& caseModel,
@@ -52,6 +42,16 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
   set("CloseUnconnectedWells", simulator.closeUnconnectedWells ? "1" : "0");
   set("StdLogging", simulator.standardLog ? "1" : "0");
   set("Parallel", std::to_string(simulator.parallel));
+}
+
+WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
+  if (well.isProducer) return WellKind::kProducer;
+  const std::string type = model.Get(WellPath(well.name, "SourceType"));
+  const size_t number = type.size() == 1 ? static_cast<size_t>(type[0] - '0') : kKindOfType.size();
+  if (number >= kKindOfType.size()) {
+    throw DriverFailure(fmt::format("Well {} has the unknown type \"{}\"", well.name, type));
+  }
+  return kKindOfType[number];
 }
 
 std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,

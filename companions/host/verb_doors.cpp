@@ -1,0 +1,175 @@
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <fmt/format.h>
+
+#include "host/coupled_run.h"
+#include "host/output_file.h"
+#include "host/verbs.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw CaseError(path, 0, "no such file");
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteFile(const std::string& path, const std::string& content) {
+  OutputFile file(path);
+  file.Write(content);
+  file.Finish();
+}
+
+void LoadInto(DriverModel& model, const std::string& path, bool keepDataset) {
+  const std::string casePath = std::filesystem::absolute(path).string();
+  model.LoadCase(ReadFile(path), casePath, keepDataset);
+}
+
+// A model as the one-shot verbs want it: with the case's settings or a saved block, and with the
+// simulator started when the command line asks for it.
+void Prepare(DriverModel& model, const CaseModel& caseModel, const Options& options) {
+  model.SetLabel(caseModel.general.title);
+  model.SetStoreFile(caseModel.simulator.storeFile, true);
+  if (options.blockFile.empty()) {
+    ApplySettings(model, caseModel, DefaultSimulator());
+  } else {
+    LoadInto(model, options.blockFile, false);
+  }
+  if (options.start) model.Do("Intersect.StartIX()");
+}
+
+void SaveIfAsked(DriverModel& model, const Options& options) {
+  if (!options.saveFile.empty()) WriteFile(options.saveFile, model.SaveCase());
+}
+
+std::pair<int, std::string> ParseWrite(const std::string& text) {
+  const size_t equals = text.find('=');
+  int handle = 0;
+  const char* end = text.data() + std::min(equals, text.size());
+  const auto parsed = std::from_chars(text.data(), end, handle);
+  if (equals == std::string::npos || parsed.ec != std::errc() || parsed.ptr != end) {
+    throw CaseError("--write " + text, 0, "must be HANDLE=VALUE");
+  }
+  return {handle, text.substr(equals + 1)};
+}
+
+void ListVariables(DriverModel& model, bool asJson) {
+  std::vector<PrintedRow> rows;
+  for (const PublishedVariable& variable : model.PublishedVariables()) {
+    rows.push_back({{"handle", int64_t{variable.handle}},
+                    {"name", variable.fullName},
+                    {"well", variable.wellName},
+                    {"code", int64_t{variable.code}},
+                    {"writeable", variable.isWriteable}});
+  }
+  Print(rows, asJson);
+}
+
+}  // namespace
+
+void GetProperties(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  PrintedRow values;
+  for (const std::string& path : session.options.paths) values.push_back({path, model.Get(path)});
+  if (session.options.json) {
+    fmt::print("{}", ToJson(values));
+    return;
+  }
+  for (const auto& [path, value] : values) fmt::print("{}\n", std::get<std::string>(value));
+}
+
+void SetOneProperty(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  model.Set(session.options.path, session.options.value);
+  SaveIfAsked(model, session.options);
+}
+
+void DoOneCommand(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  model.Do(session.options.command);
+  SaveIfAsked(model, session.options);
+}
+
+void SaveBlock(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  WriteFile(session.options.file, model.SaveCase());
+}
+
+void LoadBlock(const Session& session) {
+  DriverModel model(session.api, session.trace);
+  LoadInto(model, session.options.file, session.options.keepDataset);
+  static constexpr const char* kFields[] = {
+      "ConnectionMode",        "IPRModel",       "UpTimeMode", "HeadNode",
+      "HeadNodePort",          "LinuxIXVersion", "SimExeName", "FileName",
+      "CloseUnconnectedWells", "StdLogging",     "Parallel"};
+  std::vector<PrintedRow> rows;
+  for (const char* field : kFields) {
+    rows.push_back({{"property", std::string(field)},
+                    {"value", model.Get(fmt::format("Intersect.CaseDetails.{}", field))}});
+  }
+  for (const DriverWell& well : model.Wells()) {
+    rows.push_back({{"property", "well " + well.name},
+                    {"value", std::string(well.isProducer ? "producer" : "injector")}});
+  }
+  Print(rows, session.options.json);
+}
+
+void ServeVariables(const Session& session) {
+  const Options& options = session.options;
+  std::vector<std::pair<int, std::string>> writes;
+  for (const std::string& text : options.writes) writes.push_back(ParseWrite(text));
+  const CaseModel caseModel = ReadCaseOf(options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, options);
+  for (const int handle : options.deleteHandles) model.DeletePublished(handle);
+  for (const auto& [handle, value] : writes) model.WritePublished(handle, value);
+  if (options.readHandles.empty()) return ListVariables(model, options.json);
+  std::vector<PrintedRow> rows;
+  for (const int handle : options.readHandles) {
+    rows.push_back({{"handle", int64_t{handle}}, {"value", model.ReadPublished(handle)}});
+  }
+  Print(rows, options.json);
+}
+
+void Describe(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  model.WriteEquipmentXml(session.options.file, !session.options.noVariables,
+                          session.options.wells);
+}
+
+void OpenConfiguration(const Session& session) {
+  if (session.trace != nullptr) session.trace->Begin("ExtConfigure", "window=0");
+  const int32_t result = session.api.ExtConfigure(nullptr);
+  if (session.trace != nullptr) session.trace->End(result, "");
+  throw DriverFailure("The module shows no configuration dialog: no dialogs are available yet");
+}
+
+void OpenSettings(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  model.OpenDialog(kEdit);
+}
+
+void OpenExport(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  Prepare(model, caseModel, session.options);
+  model.OpenDialog(kEditPublishedVariables);
+}
+
+}  // namespace gantry::fieldrun

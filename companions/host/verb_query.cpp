@@ -1,0 +1,52 @@
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "host/coupled_run.h"
+#include "host/result_tables.h"
+#include "host/verbs.h"
+
+namespace gantry::fieldrun {
+
+void ShowIdentity(const Session& session) {
+  const DriverIdentity identity = Identify(session.api, session.trace);
+  const PrintedRow row{{"name", identity.name},
+                       {"description", identity.description},
+                       {"interface", int64_t{identity.interfaceNumber}},
+                       {"kind", static_cast<int64_t>(identity.moduleKind)}};
+  if (session.options.json) {
+    fmt::print("{}", ToJson(row));
+  } else {
+    Print({row}, false);
+  }
+}
+
+void ListUnits(const Session& session) {
+  std::vector<PrintedRow> rows;
+  for (const DriverUnit& unit : Units(session.api, session.trace)) {
+    rows.push_back(
+        {{"name", unit.name}, {"code", int64_t{unit.code}}, {"class", int64_t{unit.unitClass}}});
+  }
+  Print(rows, session.options.json);
+}
+
+void ListWells(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  ApplySettings(model, caseModel, DefaultSimulator());
+  model.StartSimulator();
+  const std::vector<DriverWell> wells = model.Wells();
+  std::vector<PrintedRow> rows;
+  for (const DriverWell& well : wells) {
+    const WellKind kind = KindInSimulator(model, well);
+    const auto inCase =
+        std::any_of(caseModel.wells.begin(), caseModel.wells.end(),
+                    [&](const WellSpec& spec) { return spec.name == well.name && spec.connected; });
+    rows.push_back(
+        {{"well", well.name}, {"kind", std::string(KindName(kind))}, {"connected", inCase}});
+  }
+  Print(rows, session.options.json);
+  model.CloseSimulator();
+}
+
+}  // namespace gantry::fieldrun

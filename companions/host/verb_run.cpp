@@ -1,0 +1,74 @@
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "host/coupled_run.h"
+#include "host/progress.h"
+#include "host/result_tables.h"
+#include "host/verbs.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Passes what happens in a run on to all who follow it.
+class Listeners : public RunListener {
+ public:
+  explicit Listeners(std::vector<RunListener*> all) : all_(std::move(all)) {}
+
+  void Started(const RunStart& start) override {
+    for (RunListener* listener : all_) listener->Started(start);
+  }
+  void StepBegins(size_t step) override {
+    for (RunListener* listener : all_) listener->StepBegins(step);
+  }
+  void StepDone(const StepRecord& record) override {
+    for (RunListener* listener : all_) listener->StepDone(record);
+  }
+  void Ended(const RunEnd& end) override {
+    for (RunListener* listener : all_) listener->Ended(end);
+  }
+  void Notice(const std::string& text) override {
+    for (RunListener* listener : all_) listener->Notice(text);
+  }
+
+ private:
+  std::vector<RunListener*> all_;
+};
+
+void MakeFolder(const std::string& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) {
+    throw std::runtime_error(
+        fmt::format("The folder {} can't be made: {}", folder, error.message()));
+  }
+}
+
+}  // namespace
+
+void RunCase(const Session& session) {
+  const Options& options = session.options;
+  const CaseModel caseModel = ReadCaseOf(options);
+  const DriverIdentity identity = Identify(session.api, session.trace);
+  Units(session.api, session.trace);
+  DriverModel model(session.api, session.trace);
+  model.SetLabel(caseModel.simulator.label.empty() ? caseModel.general.title
+                                                   : caseModel.simulator.label);
+  model.SetStoreFile(caseModel.simulator.storeFile, true);
+  ApplySettings(model, caseModel, DefaultSimulator());
+
+  MakeFolder(caseModel.general.output);
+  ResultTables tables(caseModel.general.output, caseModel.Units());
+  Progress progress(caseModel.Units(), !options.quiet, !options.quiet && IsTerminal());
+  Listeners listeners({&tables, &progress});
+  CoupledRun run(caseModel, model, listeners);
+  run.Start(fmt::format("{}, {}", identity.name, identity.description),
+            static_cast<size_t>(options.steps));
+  const RunEnd end = run.Run();
+  if (!end.failure.empty()) throw DriverFailure(end.failure);
+  if (!options.quiet) fmt::print("Results: {}\n", caseModel.general.output);
+}
+
+}  // namespace gantry::fieldrun

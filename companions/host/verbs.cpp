@@ -1,0 +1,106 @@
+#include "host/verbs.h"
+
+#include <array>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "host/case_keys.h"
+#include "host/case_reader.h"
+#include "platform/dynamic_library.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "settings/machine_config.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2 };
+
+using VerbFunction = void (*)(const Session&);
+
+// In the order of Verb, without the last, which needs no module.
+constexpr std::array<VerbFunction, 14> kFunctions{
+    RunCase,        ListWells,         ShowIdentity, ListUnits, GetProperties,
+    SetOneProperty, DoOneCommand,      SaveBlock,    LoadBlock, ServeVariables,
+    Describe,       OpenConfiguration, OpenSettings, OpenExport};
+
+// Beside the program, as on Windows; else in the lib folder beside its own.
+std::string DefaultModule() {
+  const fs::path folder = platform::ModuleFolder();
+  const std::string name = platform::LibraryFileName("Intersect");
+  const fs::path beside = folder / platform::LibraryFileName("Intersect");
+  if (fs::exists(beside)) return beside.string();
+  return (folder / ".." / "lib" / name).lexically_normal().string();
+}
+
+std::string ValueText(const PrintedValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  if (const auto* number = std::get_if<int64_t>(&value)) return std::to_string(*number);
+  return std::get<bool>(value) ? "yes" : "no";
+}
+
+}  // namespace
+
+std::string DefaultSimulator() {
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  const std::string own = key ? key->ReadText("SimExecutable").value_or("") : "";
+  if (platform::CanOpenForReading(own)) return "";
+  return (fs::path(platform::ModuleFolder()) / "tanksim").string();
+}
+
+CaseModel ReadCaseOf(const Options& options) {
+  CaseModel model = ReadCase(options.caseFile);
+  if (!options.simulator.empty()) model.simulator.executable = options.simulator;
+  if (!options.output.empty()) model.general.output = fs::absolute(options.output).string();
+  return model;
+}
+
+void Print(const std::vector<PrintedRow>& rows, bool asJson) {
+  if (asJson) {
+    fmt::print("{}", ToJson(rows));
+    return;
+  }
+  std::vector<size_t> widths;
+  for (const PrintedRow& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (size_t i = 0; i < row.size(); ++i) {
+      widths[i] = std::max({widths[i], ValueText(row[i].second).size(), row[i].first.size()});
+    }
+  }
+  const auto printLine = [&](const PrintedRow& row, bool isHeading) {
+    std::string line;
+    for (size_t i = 0; i < row.size(); ++i) {
+      const std::string text = isHeading ? row[i].first : ValueText(row[i].second);
+      line += fmt::format("{:<{}}  ", text, widths[i]);
+    }
+    fmt::print("{}\n", line.substr(0, line.find_last_not_of(' ') + 1));
+  };
+  if (!rows.empty()) printLine(rows.front(), true);
+  for (const PrintedRow& row : rows) printLine(row, false);
+}
+
+int RunVerb(const Options& options) {
+  if (options.verb == Verb::kReference) {
+    fmt::print("{}", CaseReference());
+    return kDone;
+  }
+  try {
+    std::unique_ptr<CallTrace> trace;
+    if (!options.trace.empty()) trace = std::make_unique<CallTrace>(options.trace);
+    const std::string path = options.module.empty() ? DefaultModule() : options.module;
+    const std::unique_ptr<ModuleApi> api = ModuleApi::Load(path);
+    kFunctions.at(static_cast<size_t>(options.verb))({options, *api, trace.get()});
+    return kDone;
+  } catch (const CaseError& error) {
+    fmt::print(stderr, "{}\n", error.what());
+    return kBadInput;
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "fieldrun: {}\n", error.what());
+    return kFailed;
+  }
+}
+
+}  // namespace gantry::fieldrun

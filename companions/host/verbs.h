@@ -1,0 +1,45 @@
+#pragma once
+
+#include "host/driver_model.h"
+#include "host/json_text.h"
+#include "host/options.h"
+
+namespace gantry::fieldrun {
+
+/// What every verb works with: the command line, the loaded module and the trace, if one is kept.
+struct Session {
+  const Options& options;
+  const ModuleApi& api;
+  CallTrace* trace;
+};
+
+/// Does what the command line says. The exit status: 0 done, 1 the module failed, 2 the case file
+/// or the command line is at fault. Tells faults on standard error.
+int RunVerb(const Options& options);
+
+void RunCase(const Session& session);
+void ListWells(const Session& session);
+void ShowIdentity(const Session& session);
+void ListUnits(const Session& session);
+void GetProperties(const Session& session);
+void SetOneProperty(const Session& session);
+void DoOneCommand(const Session& session);
+void SaveBlock(const Session& session);
+void LoadBlock(const Session& session);
+void ServeVariables(const Session& session);
+void Describe(const Session& session);
+void OpenConfiguration(const Session& session);
+void OpenSettings(const Session& session);
+void OpenExport(const Session& session);
+
+/// The simulator to start when the case names none: the machine's own (an empty text, since the
+/// module knows it), else the tanksim beside this program.
+std::string DefaultSimulator();
+
+/// Reads the case of the command line, with what the command line puts in place of its words.
+CaseModel ReadCaseOf(const Options& options);
+
+/// Prints rows as JSON, or as `line` gives each.
+void Print(const std::vector<PrintedRow>& rows, bool asJson);
+
+}  // namespace gantry::fieldrun
