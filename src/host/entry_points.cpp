@@ -136,7 +136,8 @@ int32_t ExtCreateUnit(int32_t index, void* unitRecord) {
   // Only the top end refuses: an index below the table stands for its first row.
   const HostUnit& unit = HostUnitTable[static_cast<size_t>(index < 0 ? 0 : index)];
   auto& record = *static_cast<ExtUnitRecord*>(unitRecord);
-  std::strncpy(record.name, unit.name, sizeof record.name);
+  std::memset(record.name, 0, sizeof record.name);
+  CopyBounded(record.name, unit.name);
   record.code = unit.code;
   record.unitClass = unit.unitClass;
   record.third = 0;
