@@ -157,6 +157,7 @@ class CExtModel : public CExtInterface {
   void TellHost(const std::string& text, HostTextCallback callback);
 
   void PointAtFolder(const std::string& folder, bool onlyIfThere);
+  void LookForMovedDataset();
 
   bool SkipNextStart = false;
   std::atomic<bool> StopRequested = false;

@@ -1,8 +1,12 @@
 // The case, its dataset and the file that keeps the model's state beside it.
 
+#include <algorithm>
+
 #include "model/ext_model.h"
 #include "model/model_failure.h"
 #include "platform/files.h"
+#include "settings/case_data.h"
+#include "settings/state_file.h"
 
 namespace gantry {
 
@@ -38,17 +42,45 @@ int32_t CExtModel::EnumDataFiles(EnumDataFilesRow* row, uint32_t /*value*/,
   return 0;
 }
 
-int32_t CExtModel::SetStoreFile(const char* path, bool /*load*/, ExtErrorBlock* /*err*/) {
+int32_t CExtModel::SetStoreFile(const char* path, bool load, ExtErrorBlock* /*err*/) {
   StoreFileName = path;
+  if (!load) return 0;
+  const auto loadInflow = [this](intptr_t file) { Inflow->LoadIPR(InflowHandle, file); };
+  ReadStateFile(StoreFileName, loadInflow, ExportedVariables);
   return 0;
 }
 
-int32_t CExtModel::SaveCaseData(char* /*buffer*/, uint32_t /*capacity*/, ExtErrorBlock* err) {
-  return Fail(err, "Failed in writing all case data - buffer overflow");
+int32_t CExtModel::SaveCaseData(char* buffer, uint32_t capacity, ExtErrorBlock* err) {
+  if (WriteCaseData({buffer, capacity}, {Settings, Wells, ComponentNames}) !=
+      CaseDataOutcome::kDone) {
+    return Fail(err, "Failed in writing all case data - buffer overflow");
+  }
+  const auto saveInflow = [this](intptr_t file) { Inflow->SaveIPR(InflowHandle, file); };
+  WriteStateFile(StoreFileName, saveInflow, ExportedVariables);
+  return 0;
 }
 
-int32_t CExtModel::LoadCaseData(const CaseDataRecord* /*record*/, ExtErrorBlock* err) {
-  return Fail(err, "Failed in reading all case data - buffer overflow");
+int32_t CExtModel::LoadCaseData(const CaseDataRecord* record, ExtErrorBlock* err) {
+  CaseFileName = record->casePath == nullptr ? "" : record->casePath;
+  const size_t length = std::min<size_t>(record->length, kCaseDataCapacity);
+  char* const block = const_cast<char*>(record->block);  // only read from
+  switch (ReadCaseData({block, length}, {Settings, Wells, ComponentNames})) {
+    case CaseDataOutcome::kTooNew:
+      return Fail(err, "Unable to read case data - version too new");
+    case CaseDataOutcome::kFailed:
+      return Fail(err, "Failed in reading all case data - buffer overflow");
+    case CaseDataOutcome::kDone:
+      break;
+  }
+  if (record->keepDatasetPath == 0) LookForMovedDataset();
+  SkipNextStart = true;
+  return 0;
+}
+
+void CExtModel::LookForMovedDataset() {
+  if (Settings.ConnectionMode != 0 || platform::FileExists(Settings.FileName)) return;
+  const size_t separator = CaseFileName.find_last_of(platform::kPathSeparator);
+  if (separator != std::string::npos) PointAtFolder(CaseFileName.substr(0, separator), true);
 }
 
 }  // namespace gantry
