@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/wire_entries.h"
+
+namespace gantry::test {
+
+/// A well of the field that a FieldPeer plays. A producer on a liquid rate q makes 0.8 q oil, 0.2 q
+/// water and 0.5 q gas (thousands of cubic feet), at a bottom-hole pressure of 3014.696 - q psia.
+struct PeerWell {
+  std::string name;
+  std::string type = "PRODUCER";
+  std::string status = "OPEN";
+  double greatestRate = 1000.0;  ///< liquid in barrels, or gas in thousands of cubic feet, a day
+  double rate = 0.0;             ///< what it was last told to make
+};
+
+/// The simulator's end of the external-controller protocol on a real loopback socket: a small field
+/// in field units that answers whatever it is asked, one client after the other. It writes down
+/// what it was told to do. Set it up before `Start`; the client must be gone before it is
+/// destroyed.
+class FieldPeer {
+ public:
+  FieldPeer();
+  ~FieldPeer();
+  FieldPeer(const FieldPeer&) = delete;
+  FieldPeer& operator=(const FieldPeer&) = delete;
+
+  uint16_t Port() const;
+  void Start();
+
+  /// What the peer was told to do since the last call, one line each: run controls and setters, but
+  /// not those of an inflow sweep.
+  Texts TakeOrders();
+  /// Wells may be changed between two messages.
+  void ChangeWells(const std::function<void(std::vector<PeerWell>&)>& change);
+  /// From now on the connection is cut when a message of this name comes; empty: no longer.
+  void CutAt(const std::string& message);
+
+  std::vector<PeerWell> wells;
+  Texts components;  ///< none for black oil
+  std::string eosName = "PENG_ROBINSON";
+  Numbers binaryInteraction;
+  Ints startDate = {2015, 1, 1, 0, 0, 0};
+  Ints date = {2015, 1, 1, 0, 0, 0};
+  double days = 0.0;
+  double lastDay = 1e9;                     ///< the run ends when it is told to go beyond
+  std::map<std::string, double> variables;  ///< further items of every well
+
+ private:
+  struct Play;
+  std::unique_ptr<Play> play_;
+};
+
+}  // namespace gantry::test

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/entry_points.h"
+#include "model/field_peer.h"
+#include "settings/gantry_app.h"
+#include "support/test_folder.h"
+
+namespace gantry::test {
+
+/// The host's side of a model, by nothing but the exported functions: a case in a folder of its
+/// own, a real simulator process, and a field that answers for it from within the test.
+class ModelTest : public ::testing::Test {
+ protected:
+  ModelTest() {
+    std::filesystem::create_directory(Case());
+    folder.Write("case/hold", "");
+    app.Config.SimExecutable = "/IX/2017.2/ix";
+    app.Config.StartPort = app.Config.EndPort = peer.Port();
+    ExtCreateInstance(&model, &err);
+  }
+  ~ModelTest() override {
+    ExtDestroyInstance(model, &err);
+    std::filesystem::remove(Case() / "hold");  // lets the simulator's process end
+  }
+
+  std::filesystem::path Case() const { return folder / "case"; }
+
+  /// The order of a run up to the point where the host sees its wells.
+  void StartSimulator() {
+    NameCase();
+    peer.Start();
+    ASSERT_EQ(Command(23), 0) << Error();
+    peer.TakeOrders();
+  }
+  void NameCase() {
+    Set("CaseDetails.SimExeName", HELD_SIMULATOR);
+    Set("CaseDetails.FileName", (Case() / "FIELD.afi").string());
+  }
+
+  int32_t Command(uint32_t number, void* data = nullptr, uint32_t value = 0) {
+    return ExtCmd(model, nullptr, number, data, value, &err);
+  }
+  std::string Error() const { return err.text; }
+
+  int32_t Set(const std::string& path, const std::string& value) {
+    const std::string whole = "Intersect." + path;
+    SetPropertyRequest request = {};
+    request.path = whole.c_str();
+    request.value = value.c_str();
+    return Command(97, &request);
+  }
+  /// The value, or "none" where nothing answered.
+  std::string Get(const std::string& path) {
+    const std::string whole = "Intersect." + path;
+    GetPropertyRequest request = {};
+    request.path = whole.c_str();
+    return Command(96, &request) == 0 ? request.value : "none";
+  }
+  int32_t Do(std::string command) { return Command(98, command.data()); }
+
+  /// A run with these wells connected, from the host's date on.
+  int32_t StartRun(std::vector<int32_t> connected, double hostDate = 0.0) {
+    RunStartRecord record = {};
+    record.connectedWells = connected.data();
+    record.connectedCount = static_cast<int32_t>(connected.size());
+    record.startDate = hostDate;
+    record.logCallback = [](const char* text, void*) { Told().push_back(text); };
+    record.statusCallback = record.logCallback;
+    Told().clear();
+    return Command(48, &record);
+  }
+  /// What the host's callbacks were given.
+  static Texts& Told() {
+    static Texts texts;
+    return texts;
+  }
+
+  int32_t StepBy(double days) {
+    TimestepRecord record = {};
+    record.stepDays = days;
+    return Command(49, &record);
+  }
+  int32_t ReadInflow(int32_t well, _tGetSetData& record) {
+    record.well = well;
+    return Command(50, &record);
+  }
+  /// An open well on an oil rate (of a producer), or a water or gas rate (of an injector).
+  int32_t Operate(int32_t well, double oil, double water, double gas, double pressure = 1000.0) {
+    auto record = std::make_unique<_tGetSetData>();
+    record->well = well;
+    record->oilRate[0] = oil;
+    record->waterRate[0] = water;
+    record->gasRate[0] = gas;
+    record->pressure[0] = pressure;
+    return Command(53, record.get());
+  }
+
+  TestFolder folder;
+  FieldPeer peer;
+  CGantryApp app;
+  ExtErrorBlock err = {};
+  void* model = nullptr;
+};
+
+}  // namespace gantry::test

@@ -1,0 +1,281 @@
+// How a run comes up: the simulator's process, its static data, and the way to the host's date.
+
+#include <thread>
+
+#include "model/model_fixture.h"
+
+namespace gantry::test {
+namespace {
+
+/// Days from 31 December 1899 to the first of January 2015.
+constexpr double kFieldStart = 42004.0;
+
+class Start : public ModelTest {
+ protected:
+  Start() {
+    peer.wells = {{.name = "P1"},
+                  {.name = "W1", .type = "WATER_INJECTOR"},
+                  {.name = "G1", .type = "GAS_INJECTOR"},
+                  {.name = "X1", .type = "INJECTOR"}};
+  }
+
+  Texts WellNames() {
+    Texts names;
+    EnumSourcesRow row = {};
+    row.index = -1;
+    while (Command(2, &row) == 0) names.push_back(row.name);
+    return names;
+  }
+
+  void WaitUntilStopped() {
+    while (Get("IsRunning") == "1") std::this_thread::yield();
+  }
+};
+
+TEST_F(Start, ShowsTheHostItsWellsAndItsDate) {
+  peer.date = {2015, 3, 2, 0, 0, 0};
+  peer.days = 60.0;
+  StartSimulator();
+  EXPECT_EQ(WellNames(), (Texts{"P1", "W1", "G1", "X1"}));
+  EXPECT_EQ(Get("IsRunning"), "1");
+  EXPECT_EQ(Get("CurrentElapsedDays"), "60");
+
+  EnumSourcesRow row = {};
+  row.index = 2;
+  ASSERT_EQ(Command(2, &row), 0);
+  EXPECT_EQ(std::make_tuple(row.kind, row.one1, row.one2, row.kindAgain, row.zero, row.one3),
+            std::make_tuple(2, 1, 1, 2, 0, 1));
+  EXPECT_EQ(row.index, 3);
+  EXPECT_STREQ(row.sourceWord, "source");
+  row.index = 0;
+  EXPECT_EQ(Command(2, &row, 2), -1) << "this mode gives only the first well";
+
+  DateRecord date = {};
+  ASSERT_EQ(Command(11, &date), 0);
+  EXPECT_EQ(std::make_tuple(date.flags, date.day, date.month, date.year),
+            std::make_tuple(3, 2, 3, 2015));
+  EXPECT_EQ(date.number, kFieldStart + 60);
+}
+
+TEST_F(Start, StartsTheProcessInTheFolderOfTheCase) {
+  app.Config.CmdLine = "-x \"two words\"";
+  Set("CaseDetails.StdLogging", "1");
+  StartSimulator();
+  EXPECT_EQ(TestFolder::Read(Case() / "started.txt"),
+            "FIELD\n--dopt=external_controller_port:" + std::to_string(peer.Port()) +
+                "\n--dopt=external_controller_logger\n-x\ntwo words\n");
+}
+
+TEST_F(Start, ReportsAProcessThatCantBeStarted) {
+  Set("CaseDetails.SimExeName", (folder / "nowhere").string());
+  Set("CaseDetails.FileName", (Case() / "FIELD.afi").string());
+  EXPECT_EQ(Command(23), 1);
+  EXPECT_EQ(Error(), "Could not start the simulator process: <Could not start IX process>");
+  EXPECT_EQ(Get("IsRunning"), "0");
+  StartSimulator();
+}
+
+TEST_F(Start, EndsWithoutASessionWhereverTheConnectionBreaksAndCanBeTriedAgain) {
+  const std::vector<std::pair<std::string, std::string>> cuts = {
+      {"SETUP", "Could not start the simulator process: <Abnormal error: "},
+      {"QRESVR", "Simulator communication error: <"},
+      {"CONTINUE", "Connection to simulator failed (ReadStaticData): <"}};
+  NameCase();
+  peer.Start();
+  for (const auto& [message, failure] : cuts) {
+    peer.CutAt(message);
+    EXPECT_EQ(Command(23), 1) << message;
+    EXPECT_EQ(Error().substr(0, failure.size()), failure);
+    EXPECT_EQ(Get("IsRunning"), "0");
+  }
+  peer.CutAt("");
+  EXPECT_EQ(Command(23), 0) << Error();
+}
+
+TEST_F(Start, RefusesADateThatIsNone) {
+  peer.startDate = {2015, 13, 40, 0, 0, 0};
+  NameCase();
+  peer.Start();
+  EXPECT_EQ(Command(23), 1);
+  EXPECT_EQ(Error(), "Simulator communication error: <40/13/2015 is no date>");
+}
+
+TEST_F(Start, MarksTheWellsThatTheHostHasConnected) {
+  StartSimulator();
+  EXPECT_EQ(StartRun({2, -1, 4, 1 << 30, 0}), 0) << Error();
+  EXPECT_EQ(Get("StaticWell[0].Connected"), "1");
+  EXPECT_EQ(Get("StaticWell[1].Connected"), "0");
+  EXPECT_EQ(Get("StaticWell[2].Connected"), "1");
+  EXPECT_EQ(Told(), Texts{}) << "the host's date lies before the simulator's";
+}
+
+TEST_F(Start, RunsUpToTheHostsDateInStepsOfAMonthWithoutOrders) {
+  StartSimulator();
+  EXPECT_EQ(StartRun({0}, kFieldStart + 65.05), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders(), (Texts{"CONTINUE_UNTIL TIME{30}", "CONTINUE_UNTIL TIME{60}",
+                                      "CONTINUE_UNTIL TIME{65.05000000000291}"}));
+  EXPECT_EQ(Told(), Texts{"Running Intersect to Tessel start date"});
+  EXPECT_EQ(StepBy(1.0), 0);
+  EXPECT_EQ(peer.TakeOrders().front(),
+            "SET SETWSTATUS WCLOSURE{USER} SETITEM{STATUS} WELNAMES{P1} "
+            "VALUES{ALL_COMPLETIONS_SHUTIN}")
+      << "the step after it sends its orders";
+}
+
+TEST_F(Start, LeavesARemainderOfATenthOfADay) {
+  StartSimulator();
+  EXPECT_EQ(StartRun({}, kFieldStart + 30.09), 0);
+  EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{30}"});
+}
+
+TEST_F(Start, FailsWhenTheSimulationEndsOnTheWayOrTheDateIsNone) {
+  peer.lastDay = 40.0;
+  StartSimulator();
+  EXPECT_EQ(StartRun({}, kFieldStart + 65.0), 1);
+  EXPECT_EQ(Error(), "The Intersect simulation ended");
+  EXPECT_EQ(StartRun({}, 1e12), 1);
+  EXPECT_EQ(Error(), "The start date of the run is out of range");
+}
+
+TEST_F(Start, StopsTheRunUpForAStopFromAnotherThread) {
+  StartSimulator();
+  std::thread stop;
+  static void* stopped = nullptr;
+  static std::thread* stopper = nullptr;
+  stopped = model;
+  stopper = &stop;
+  RunStartRecord record = {};
+  record.startDate = kFieldStart + 300000.0;
+  record.statusCallback = [](const char*, void*) {
+    *stopper = std::thread([] { ExtCmd(stopped, nullptr, 56, nullptr, 0, nullptr); });
+  };
+  EXPECT_EQ(Command(48, &record), 0) << Error();
+  stop.join();
+  EXPECT_EQ(Get("IsRunning"), "0");
+  EXPECT_LT(peer.TakeOrders().size(), 10000u);
+}
+
+TEST_F(Start, NoticesAProcessThatHasEnded) {
+  StartSimulator();
+  std::filesystem::remove(Case() / "hold");
+  WaitUntilStopped();
+  EXPECT_EQ(StepBy(1.0), 1);
+  EXPECT_EQ(Error(), "The simulation process is not running.");
+  folder.Write("case/hold", "");
+  EXPECT_EQ(StartRun({0, 1}), 0) << Error();
+  EXPECT_EQ(StepBy(1.0), 0) << Error();
+}
+
+TEST_F(Start, KeepsTheHostsMarksAndModesWhenItStartsTheSimulatorItself) {
+  StartSimulator();
+  Set("StaticWell[1].OpMode", "3");
+  EXPECT_EQ(Command(56), 0);
+  EXPECT_EQ(StartRun({1}), 0) << Error();
+  EXPECT_EQ(Get("StaticWell[{W1}].Connected"), "1");
+  EXPECT_EQ(Get("StaticWell[{W1}].OpMode"), "3");
+  EXPECT_EQ(Command(23), 0);
+  EXPECT_EQ(Get("StaticWell[{W1}].Connected"), "0") << "a start by the host clears it";
+  EXPECT_EQ(Get("StaticWell[{W1}].OpMode"), "3");
+}
+
+TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
+  StartSimulator();
+  Command(56);
+  peer.ChangeWells([](std::vector<PeerWell>& wells) { wells.pop_back(); });
+  EXPECT_EQ(StartRun({}), 1);
+  EXPECT_EQ(Error(),
+            "The number of wells in this simulation deck has changed: 4 (in file) -> 3 (just read "
+            "from simulator)");
+  EXPECT_EQ(Get("IsRunning"), "1") << "the host may reload";
+  EXPECT_EQ(WellNames(), (Texts{"P1", "W1", "G1"}));
+  Command(56);
+  peer.ChangeWells([](std::vector<PeerWell>& wells) { std::swap(wells[0], wells[2]); });
+  EXPECT_EQ(StartRun({}), 0) << "two wells that change places are no difference: " << Error();
+}
+
+TEST_F(Start, EndsTheSessionWithTheModel) {
+  StartSimulator();
+  ExtDestroyInstance(model, &err);
+  model = nullptr;
+  EXPECT_EQ(peer.TakeOrders(), Texts{"SHUTDOWN"});
+}
+
+TEST_F(Start, TakesNeighbouringPortsForTwoModels) {
+  StartSimulator();
+  void* other = nullptr;
+  ExtCreateInstance(&other, &err);
+  std::swap(model, other);
+  NameCase();
+  EXPECT_EQ(Command(23), 1);
+  EXPECT_EQ(Error(),
+            "Could not start the simulator process: <Tessel has run out of network ports to use "
+            "for the connection to Intersect. Check Intersect configuration settings.>");
+  FieldPeer neighbour;
+  app.Config.StartPort = neighbour.Port() - 1;
+  app.Config.EndPort = neighbour.Port();
+  neighbour.Start();
+  EXPECT_EQ(Command(23), 0) << Error();
+  std::swap(model, other);
+  ExtDestroyInstance(other, &err);
+  EXPECT_EQ(Get("IsRunning"), "1");
+}
+
+class CompositionalStart : public Start {
+ protected:
+  CompositionalStart() {
+    peer.components = {"N2", "METHANE", "A_NAME_THAT_IS_TOO_LONG", "C7+"};
+    peer.binaryInteraction = {0.1, 0.2, 0.3, 0.4};
+  }
+};
+
+TEST_F(CompositionalStart, DescribesTheFluid) {
+  StartSimulator();
+  EXPECT_EQ(Get("Compositional"), "1");
+  auto fluid = std::make_unique<FluidModelRecord>();
+  std::memset(fluid.get(), 0x55, sizeof *fluid);
+  ASSERT_EQ(Command(9, fluid.get()), 0);
+  EXPECT_EQ(fluid->componentCount, 4);
+  EXPECT_STREQ(fluid->names[1], "METHANE");
+  EXPECT_EQ(std::string(fluid->names[2], 17), "A_NAME_THAT_IS_TC");
+  EXPECT_EQ(fluid->mask, 16u);
+  EXPECT_EQ(fluid->molecularWeight[3], 16.0);
+  EXPECT_EQ(fluid->molecularWeight[4], 0.0);
+  EXPECT_EQ(fluid->equationOfState, 1);
+  const auto& bic = fluid->binaryInteraction;
+  EXPECT_EQ((Numbers{bic[1][0], bic[2][0], bic[2][1], bic[3][0], bic[3][1], bic[0][1], bic[1][1]}),
+            (Numbers{0.1, 0.2, 0.3, 0.4, 0, 0, 0}));
+  EXPECT_EQ(fluid->reserved0, 0x55555555u) << "the host's own bytes stay";
+  EXPECT_EQ(fluid->reserved2[99], 0x55);
+}
+
+TEST_F(CompositionalStart, HasNoFluidModelForBlackOilNorForMoreComponentsThanFit) {
+  auto fluid = std::make_unique<FluidModelRecord>();
+  peer.components.clear();
+  peer.binaryInteraction.clear();
+  StartSimulator();
+  EXPECT_EQ(Command(9, fluid.get()), 1);
+  EXPECT_EQ(Error(), "");
+  Command(56);
+  peer.ChangeWells([this](auto&) { peer.components.assign(101, "C"); });
+  ASSERT_EQ(Command(23), 0) << Error();
+  EXPECT_EQ(Command(9, fluid.get()), 1);
+  EXPECT_EQ(Error(), "");
+  EXPECT_EQ(Command(9, nullptr), 1);
+}
+
+TEST_F(CompositionalStart, SetsUpGasInjectionWithAPlaceholder) {
+  StartSimulator();
+  EXPECT_EQ(StartRun({0, 2}), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders(),
+            (Texts{"SET CREATE_FLDSRCEXT WELLNAME{G1} STNAME{G1_ginj} STPHASE{GAS}",
+                   "SET SETWSTRE STNAME{G1_ginj} STCMPVALUES{1, 0, 0, 0} "
+                   "STCMPNAMES{TOTAL_MOLE_FRACTION[1], TOTAL_MOLE_FRACTION[2], "
+                   "TOTAL_MOLE_FRACTION[3], TOTAL_MOLE_FRACTION[4]} STPHASE{}"}));
+  EXPECT_EQ(Command(56), 0);
+  peer.CutAt("CREATE_FLDSRCEXT");
+  EXPECT_EQ(StartRun({2}), 1);
+  EXPECT_EQ(Error().substr(0, 44), "Connection to simulator failed (StartRun): <");
+}
+
+}  // namespace
+}  // namespace gantry::test
