@@ -1,0 +1,222 @@
+// The step: what goes to the simulator before it runs on, and what comes of a failure.
+
+#include "model/model_fixture.h"
+
+namespace gantry::test {
+namespace {
+
+std::string Status(const std::string& wells, const std::string& words) {
+  return "SET SETWSTATUS WCLOSURE{USER} SETITEM{STATUS} WELNAMES{" + wells + "} VALUES{" + words +
+         "}";
+}
+std::string Uptime(const std::string& wells, const std::string& fractions) {
+  return "SET SETWELLS SETITEM{UPTIME_FRACTION} WELNAMES{" + wells + "} VALUES{" + fractions + "}";
+}
+std::string Constraint(const std::string& well, const std::string& item, const std::string& value) {
+  return " WELLNAME{" + well + "} ITEMS{" + item + "} VALUES{" + value + "} SETTERS{USER}";
+}
+const std::string kConstraints = "SET SETWCONSTRAINTS";
+
+class StepTest : public ModelTest {
+ protected:
+  StepTest() {
+    peer.wells = {{.name = "P1"},
+                  {.name = "P2"},
+                  {.name = "W1", .type = "WATER_INJECTOR"},
+                  {.name = "G1", .type = "GAS_INJECTOR"}};
+  }
+
+  void BeginRun(std::vector<int32_t> connected) {
+    StartSimulator();
+    ASSERT_EQ(StartRun(std::move(connected)), 0) << Error();
+    peer.TakeOrders();
+  }
+
+  int32_t Shut(int32_t well, int32_t code) {
+    auto record = std::make_unique<_tGetSetData>();
+    record->well = well;
+    record->isShut = 1;
+    record->shutInCode = code;
+    return Command(53, record.get());
+  }
+};
+
+using Step = StepTest;
+
+TEST_F(Step, SendsStatusUptimeAndConstraintsBeforeItRuns) {
+  BeginRun({0, 1, 2, 3});
+  Operate(0, 400.0, 100.0, 0.25);
+  Operate(2, 0.0, 700.0, 0.0);
+  Operate(3, 0.0, 0.0, 2.5);
+  Shut(1, 1);
+  ASSERT_EQ(StepBy(10.0), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders(),
+            (Texts{Status("P1, P2, W1, G1", "OPEN, SURFACE_SHUTIN, OPEN, OPEN"),
+                   Uptime("P1, W1, G1", "1, 1, 1"),
+                   kConstraints + Constraint("P1", "LIQUID_PRODUCTION_RATE", "500") +
+                       Constraint("W1", "WATER_INJECTION_RATE", "700") +
+                       Constraint("G1", "GAS_INJECTION_RATE", "2500"),
+                   "CONTINUE_UNTIL TIME{10}"}));
+  EXPECT_EQ(Get("CurrentElapsedDays"), "10");
+}
+
+TEST_F(Step, ShutsAWellByTheHostsCode) {
+  BeginRun({0});
+  const std::vector<std::pair<int32_t, std::string>> codes = {{-1, "ALL_COMPLETIONS_SHUTIN"},
+                                                              {1, "SURFACE_SHUTIN"},
+                                                              {2, "ALL_COMPLETIONS_SHUTIN"},
+                                                              {7, "SURFACE_SHUTIN"}};
+  for (const auto& [code, word] : codes) {
+    Shut(0, code);
+    ASSERT_EQ(Command(101), 0);
+    EXPECT_EQ(peer.TakeOrders(), Texts{Status("P1", word)}) << code;
+  }
+}
+
+TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
+  BeginRun({0});
+  Operate(0, 100.0, 0.0, 0.0);
+  ASSERT_EQ(Command(101), 0);
+  EXPECT_EQ(peer.TakeOrders().size(), 3u);
+  StepBy(1.0);
+  EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{1}"});
+  StepBy(1.0);
+  EXPECT_EQ(peer.TakeOrders().size(), 4u) << "the next step sends them again";
+}
+
+TEST_F(Step, ClosesUnconnectedWellsWhereTheCaseAsksForIt) {
+  BeginRun({0});
+  Operate(0, 100.0, 0.0, 0.0);
+  Operate(1, 100.0, 0.0, 0.0);
+  Set("CaseDetails.CloseUnconnectedWells", "1");
+  Command(101);
+  EXPECT_EQ(peer.TakeOrders().front(),
+            Status("P1, P2, W1, G1",
+                   "OPEN, ALL_COMPLETIONS_SHUTIN, ALL_COMPLETIONS_SHUTIN, ALL_COMPLETIONS_SHUTIN"));
+}
+
+TEST_F(Step, PassesTheDowntimeOn) {
+  BeginRun({0});
+  auto record = std::make_unique<_tGetSetData>();
+  record->oilRate[0] = 100.0;
+  record->downFraction = 0.25;
+  Command(53, record.get());
+  Command(101);
+  EXPECT_EQ(peer.TakeOrders()[1], Uptime("P1", "0.75"));
+}
+
+TEST_F(Step, ReadsTheConnectedWellsOnly) {
+  BeginRun({0, 2});
+  ASSERT_EQ(Command(63), 0) << Error();
+  auto record = std::make_unique<_tGetSetData>();
+  ASSERT_EQ(ReadInflow(0, *record), 0);
+  EXPECT_EQ(record->pointCount, 10);
+  ASSERT_EQ(ReadInflow(1, *record), 0);
+  EXPECT_EQ(record->pointCount, 0);
+  EXPECT_EQ(record->isShut, 1);
+}
+
+TEST_F(Step, NeedsARunningSimulator) {
+  for (const uint32_t command : {63u, 101u}) {
+    EXPECT_EQ(Command(command), 1);
+    EXPECT_EQ(Error(), "The simulation process is not running.");
+  }
+  EXPECT_EQ(StepBy(1.0), 1);
+  EXPECT_EQ(Error(), "The simulation process is not running.");
+}
+
+TEST_F(Step, EndsTheRunWhereTheSimulationEnds) {
+  peer.lastDay = 15.0;
+  BeginRun({0});
+  EXPECT_EQ(StepBy(10.0), 0);
+  EXPECT_EQ(StepBy(10.0), 1);
+  EXPECT_EQ(Error(), "The Intersect simulation ended");
+  EXPECT_EQ(Get("CurrentElapsedDays"), "10");
+}
+
+TEST_F(Step, RefusesALengthThatIsNoNumber) {
+  BeginRun({0});
+  for (const double length :
+       {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+    EXPECT_EQ(StepBy(length), 1);
+    EXPECT_EQ(Error(), "The length of the step is no number");
+  }
+  EXPECT_EQ(peer.TakeOrders(), Texts{});
+}
+
+TEST_F(Step, SaysWhereAConnectionBrokeAndStartsAnew) {
+  struct Break {
+    std::string message;
+    uint32_t command;
+    std::string failure;
+  };
+  const std::vector<Break> breaks = {
+      {"QWELLS", 63, "Connection to simulator failed while getting well data (SetTimestepData): <"},
+      {"SETWELLS", 101, "Connection to simulator failed (Timestep): <"},
+      {"CONTINUE_UNTIL", 49, "Connection to simulator failed (Timestep): <"}};
+  BeginRun({0});
+  for (const Break& broken : breaks) {
+    Operate(0, 100.0, 0.0, 0.0);
+    peer.CutAt(broken.message);
+    TimestepRecord record = {};
+    record.stepDays = 1.0;
+    EXPECT_EQ(Command(broken.command, &record), 1) << broken.message;
+    EXPECT_EQ(Error().substr(0, broken.failure.size()), broken.failure);
+    EXPECT_EQ(Get("IsRunning"), "1") << "the host decides whether to stop";
+    peer.CutAt("");
+    EXPECT_EQ(Command(56), 0);
+    ASSERT_EQ(StartRun({0}), 0) << Error();
+  }
+  EXPECT_EQ(StepBy(1.0), 0) << Error();
+}
+
+class CompositionalStep : public StepTest {
+ protected:
+  CompositionalStep() { peer.components = {"C1", "C2"}; }
+
+  /// One step up to the host's answer: the wells are read and their inflow handed out.
+  void ReadAll(std::vector<int32_t> wells) {
+    BeginRun(wells);
+    ASSERT_EQ(Command(63), 0) << Error();
+    auto record = std::make_unique<_tGetSetData>();
+    for (const int32_t well : wells) ASSERT_EQ(ReadInflow(well, *record), 0);
+    peer.TakeOrders();
+  }
+};
+
+TEST_F(CompositionalStep, TakesTheRatesFromTheInflowAtTheHostsPressure) {
+  ReadAll({0});
+  Operate(0, 1.0, 1.0, 1.0, 2500.0);
+  ASSERT_EQ(Command(101), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders()[2], kConstraints + Constraint("P1", "LIQUID_PRODUCTION_RATE", "500"));
+}
+
+TEST_F(CompositionalStep, ShutsAWellThatIsDeadAtTheHostsPressure) {
+  ReadAll({0, 1});
+  Operate(0, 1.0, 1.0, 1.0, 3000.0);  // no flow at the reservoir's pressure
+  Operate(1, 1.0, 1.0, 1.0, 2500.0);
+  ASSERT_EQ(Command(101), 0);
+  const Texts orders = peer.TakeOrders();
+  EXPECT_EQ(orders[0], Status("P1, P2", "ALL_COMPLETIONS_SHUTIN, OPEN"));
+  EXPECT_EQ(orders[1], Uptime("P2", "1"));
+}
+
+TEST_F(CompositionalStep, SendsTheCompositionOfAnInjectedGas) {
+  ReadAll({3});
+  auto record = std::make_unique<_tGetSetData>();
+  record->well = 3;
+  record->gasRate[0] = 0.5;
+  record->pressure[0] = 3000.0;
+  record->fluid.componentCount = 2;
+  record->moleFractions[0][0] = 0.75;
+  record->moleFractions[0][1] = 0.25;
+  Command(53, record.get());
+  // A gas injector's inflow makes no difference between pressures, so any is as good.
+  ASSERT_EQ(Command(101), 0);
+  EXPECT_EQ(peer.TakeOrders().back(),
+            "SET SETWSTRE STNAME{G1_ginj} STCMPVALUES{0.75, 0.25} "
+            "STCMPNAMES{TOTAL_MOLE_FRACTION[1], TOTAL_MOLE_FRACTION[2]} STPHASE{}");
+}
+
+}  // namespace
+}  // namespace gantry::test
