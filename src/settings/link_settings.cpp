@@ -80,7 +80,7 @@ std::string LinkSettings::GetCaseDirectory() const {
 }
 
 std::string LinkSettings::GetCaseBaseName() const {
-  const std::string name = FileName.substr(GetCaseDirectory().size());
+  std::string name = FileName.substr(GetCaseDirectory().size());
   const size_t extension = name.rfind('.');
   if (extension == std::string::npos || extension == 0) return name;
   return name.substr(0, extension);

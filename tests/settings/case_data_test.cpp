@@ -107,6 +107,13 @@ TEST(CaseData, IsWrittenByteForByteAsDocumented) {
   EXPECT_EQ(std::string(block.begin(), block.end()), expected + std::string(16, '~'));
 }
 
+TEST(CaseData, ACaseWithNothingInItHas61Bytes) {
+  Case c;
+  std::vector<char> block(61);
+  EXPECT_EQ(WriteCaseData(block, c.Data()), CaseDataOutcome::kDone);
+  EXPECT_EQ(WriteCaseData({block.data(), 60}, c.Data()), CaseDataOutcome::kFailed);
+}
+
 TEST(CaseData, ManyWellsAreFoundByAnIndependentReader) {
   Case c;
   c.settings.FileName = "D:\\F\xe4lle\\a.afi";

@@ -115,7 +115,7 @@ class PosixReplacement : public ReplacementFile {
 };
 
 bool CopyContent(NativeFile& from, NativeFile& to) {
-  std::array<char, 65536> piece;
+  std::array<char, 65536> piece = {};
   while (true) {
     const ssize_t got = ::read(static_cast<int>(from.Handle()), piece.data(), piece.size());
     if (got < 0 && errno == EINTR) continue;
