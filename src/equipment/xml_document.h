@@ -17,8 +17,8 @@ class CXMLDocument : public CXMLElement {
   CXMLDocument();
 
   std::string GetDateStamp() const override { return DateStamp; }
-  virtual void Reserved5() {}
-  virtual void Reserved6() {}
+  virtual void FifthSlot() {}
+  virtual void SixthSlot() {}
   /// False with a text when the file can't be written, false without one when a write failed.
   virtual bool SaveToFile(const std::string& path, std::string& error);
   virtual bool WriteStream(std::ostream& out, bool unused);

@@ -25,7 +25,7 @@ class CXMLElement {
 
   /// The stamp of the document that the node stands in; empty outside one.
   virtual std::string GetDateStamp() const;
-  virtual void Reserved() {}
+  virtual void SecondSlot() {}
   /// Writes the node with all below it.
   virtual void Write(std::ostream& out, CXMLDocument& document, bool indent) const;
   virtual CXMLElement& AddChild(std::unique_ptr<CXMLElement> child);

@@ -19,8 +19,16 @@ bool TakeSign(std::string_view& text) {
   return negative;
 }
 
+bool IsHexadecimalDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+/// Whether "0x" with a digit behind it begins the text; without one the 0 alone is the number.
 bool IsHexadecimal(std::string_view text) {
-  return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+  if (!text.starts_with("0x") && !text.starts_with("0X")) return false;
+  text.remove_prefix(2);
+  if (text.starts_with('.')) text.remove_prefix(1);
+  return !text.empty() && IsHexadecimalDigit(text.front());
 }
 
 /// Whether a number that no double can hold is too large rather than too small: weighs the place of
@@ -51,8 +59,7 @@ double ReadDouble(std::string_view text) {
   const auto [end, failure] =
       std::from_chars(text.data(), text.data() + text.size(), value,
                       hexadecimal ? std::chars_format::hex : std::chars_format::general);
-  // Of "0x" without digits the 0 is the number, so that a minus still counts.
-  if (failure == std::errc::invalid_argument && !hexadecimal) return 0.0;
+  if (failure == std::errc::invalid_argument) return 0.0;
   if (failure == std::errc::result_out_of_range) {
     const std::string_view number = text.substr(0, static_cast<size_t>(end - text.data()));
     value = IsTooLarge(number, hexadecimal) ? std::numeric_limits<double>::infinity() : 0.0;

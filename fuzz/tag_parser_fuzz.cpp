@@ -1,0 +1,97 @@
+// Text paths, commands and values of any content. The input is a path, a line feed and a
+// value. Whatever comes, the reply stays within its field and terminated, and numbers read as the
+// C library reads them.
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "host/text/number_text.h"
+#include "settings/link_settings.h"
+#include "settings/source.h"
+#include "settings/static_well_data.h"
+
+namespace {
+
+using namespace gantry;
+
+constexpr size_t kReplySize = 512;
+constexpr char kGuard = '#';
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+StaticWellDataCollection SomeWells() {
+  StaticWellDataCollection wells;
+  for (const char* name : {"P1", "", "W]{}[(\"x\")"}) wells.Items.emplace_back().Name = name;
+  return wells;
+}
+
+/// The walk that the model takes.
+void Walk(TagParser& parser) {
+  LinkSettings settings;
+  StaticWellDataCollection wells = SomeWells();
+  SourceList sources;
+  sources.Items.resize(2);
+  std::vector<double> numbers(3);
+  parser.MatchWord("Intersect");
+  const bool handled =
+      settings.Handle(parser, nullptr) || wells.Handle(parser, false, nullptr, {}) ||
+      sources.Handle(parser, false, nullptr, "Well") || parser.DoubleArrayItem(numbers, "Numbers");
+  Require(!handled || parser.ErrorText.empty());
+}
+
+void ReadPath(const std::string& path) {
+  std::array<char, kReplySize + 16> field;
+  field.fill(kGuard);
+  TagParser parser = TagParser::ForReading(path, std::span(field).first(kReplySize));
+  Walk(parser);
+  for (size_t i = kReplySize; i < field.size(); ++i) Require(field[i] == kGuard);
+  const bool answered = field[0] != kGuard || field[1] != kGuard;
+  Require(!answered || std::memchr(field.data(), '\0', kReplySize) != nullptr);
+}
+
+void WritePath(const std::string& path, const std::string& value) {
+  TagParser parser = TagParser::ForWriting(path, value.c_str());
+  Walk(parser);
+  std::array<double, 4> numbers = {};
+  std::string error;
+  Require(parser.ParseValueArray(numbers, error) == error.empty());
+}
+
+void RunCommand(const std::string& text) {
+  TagParser parser = TagParser::ForCommand(text);
+  CExtDataServerCmdArgumentCollection arguments;
+  parser.MatchWord("Intersect");
+  const CommandMatch match = parser.MatchCommand("RunToTime", arguments, 1, 3);
+  Require((match == CommandMatch::kMalformed) == !parser.ErrorText.empty());
+  Require(arguments.Size() <= 3);
+  for (const auto& argument : arguments) Require(std::strlen(argument->Text) < 256);
+}
+
+void ReadNumbers(const std::string& text) {
+  const double expected = std::strtod(text.c_str(), nullptr);
+  const double actual = ReadDouble(text.c_str());
+  Require(std::isnan(expected)
+              ? std::isnan(actual)
+              : std::bit_cast<uint64_t>(actual) == std::bit_cast<uint64_t>(expected));
+  ReadInteger(text);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const std::string input(reinterpret_cast<const char*>(data), size);
+  const size_t lineFeed = std::min(input.find('\n'), size);
+  const std::string path = input.substr(0, lineFeed);
+  const std::string value = input.substr(std::min(lineFeed + 1, size));
+  ReadPath(path);
+  WritePath(path, value);
+  RunCommand(path);
+  ReadNumbers(value);
+  return 0;
+}
