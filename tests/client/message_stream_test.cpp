@@ -1,0 +1,268 @@
+#include "client/message_stream.h"
+
+#include <algorithm>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "support/memory_connection.h"
+#include "support/raised.h"
+#include "support/wire_entries.h"
+
+namespace gantry {
+namespace {
+
+using test::Entries;
+using test::Frame;
+using test::HeaderBytes;
+using test::Ints;
+using test::Marker;
+using test::MemoryConnection;
+using test::Numbers;
+using test::Payload;
+using test::Raised;
+using test::Texts;
+using test::Word;
+
+constexpr const char* kShort = "length_error: Not enough data read from network";
+constexpr const char* kStillReceiving =
+    "logic_error: Cannot receive a message as the previous message is still on going.";
+
+struct Wire {
+  explicit Wire(std::string incoming = {}) : connection(std::move(incoming)) {}
+
+  MemoryConnection connection;
+  MessageStream stream{connection};
+};
+
+TEST(Codec, WritesTheSetupMessageToTheByte) {
+  Wire wire;
+  wire.stream.CreateOutgoingMessage()
+      .AppendMarker("SETUP")
+      .AppendString("VERSION", "V2")
+      .AppendMarker("END")
+      .Send();
+  const std::string zero(8, '\0');
+  EXPECT_EQ(wire.connection.outgoing, Word(64) + Word(64) + "\5SETUP" + zero + "MESS" +
+                                          "\7VERSION" + Word(1) + "CSTR" + Word(2) + "V2" +
+                                          "\3END" + zero + "MESS");
+}
+
+TEST(Codec, WritesEveryKindOfArray) {
+  const Texts texts = {"", "two"};
+  const Ints ints = {-1, 7};
+  const Numbers numbers = {0.25, -1e300};
+  Wire wire;
+  wire.stream.CreateOutgoingMessage()
+      .AppendInts("I", ints)
+      .AppendDoubles("D", numbers)
+      .AppendStrings("S", texts)
+      .AppendStrings("", {})
+      .AppendInt("ONE", 1)
+      .AppendDouble("HALF", 0.5)
+      .AppendEncoded(EncodedEntries().AppendStrings("E", texts))
+      .Send();
+  EXPECT_EQ(wire.connection.outgoing, Frame({{"I", ints},
+                                             {"D", numbers},
+                                             {"S", texts},
+                                             {"", Texts{}},
+                                             {"ONE", Ints{1}},
+                                             {"HALF", Numbers{0.5}},
+                                             {"E", texts}}));
+}
+
+TEST(Codec, ReadsEveryKindOfArrayBack) {
+  Wire wire(Frame({"REPLY", {"I", Ints{-1, 7}}, {"D", Numbers{0.25}}, {"S", Texts{"", "two"}}}));
+  IncomingMessage message = wire.stream.ReceiveMessage();
+  message.ExpectMarker("REPLY");
+  EXPECT_EQ(message.ReadInts("I"), (Ints{-1, 7}));
+  EXPECT_EQ(message.ReadDoubles("D", 1), Numbers{0.25});
+  EXPECT_EQ(message.ReadStrings("S", 2), (Texts{"", "two"}));
+  message.EndOfMessage();
+}
+
+struct Cut {
+  size_t payload;
+  std::vector<size_t> writes;
+};
+
+class Chunks : public testing::TestWithParam<Cut> {};
+
+TEST_P(Chunks, AreCutAt65536Bytes) {
+  Wire wire;
+  OutgoingMessage message = wire.stream.CreateOutgoingMessage();
+  if (GetParam().payload > 0) {
+    // An entry's header of 14 bytes and one element's length word of 8.
+    message.AppendString("N", std::string(GetParam().payload - 22, 'x'));
+  }
+  message.Send();
+  EXPECT_EQ(wire.connection.writes, GetParam().writes);
+  wire.stream.CreateOutgoingMessage();
+
+  Wire back(wire.connection.outgoing);
+  back.stream.ReceiveMessage();
+  EXPECT_EQ(back.connection.position, wire.connection.outgoing.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(Codec, Chunks,
+                         testing::Values(Cut{0, {16}}, Cut{65535, {16, 65535}},
+                                         Cut{65536, {16, 65536}}, Cut{65537, {16, 65536, 8, 1}},
+                                         Cut{131073, {16, 65536, 8, 65536, 8, 1}}));
+
+TEST(Codec, AssemblesChunksOfAnyLength) {
+  const std::string payload = Payload({"READY", "END"});
+  std::string frame = Word(payload.size()) + Word(0);  // an empty first chunk is let pass
+  for (const char byte : payload) frame += Word(1) + byte;
+  Wire wire(frame);
+  IncomingMessage message = wire.stream.ReceiveMessage();
+  message.ExpectMarker("READY");
+  message.ExpectMarker("END");
+  message.EndOfMessage();
+}
+
+TEST(Codec, TakesNamesOf255BytesAndNoLongerOnes) {
+  const std::string name(255, 'n');
+  Wire wire;
+  wire.stream.CreateOutgoingMessage().AppendMarker(name).Send();
+  Wire back(wire.connection.outgoing);
+  EXPECT_EQ(back.stream.ReceiveMessage().ReadHeader().name, name);
+
+  OutgoingMessage message = wire.stream.CreateOutgoingMessage();
+  EXPECT_EQ(Raised([&] { message.AppendMarker(name + "n"); }),
+            "logic_error: Size of header name (256) exceeds the allowed limit (255).");
+  EXPECT_EQ(Raised([&] { wire.stream.CreateOutgoingMessage(); }), "nothing raised")
+      << "nothing has been written";
+}
+
+TEST(Codec, RefusesASecondMessageBeforeTheFirstHasEnded) {
+  Wire wire(Frame(Entries{"READY"}));
+  wire.stream.CreateOutgoingMessage().AppendMarker("HALF");
+  EXPECT_EQ(Raised([&] { wire.stream.CreateOutgoingMessage(); }),
+            "logic_error: Cannot create a new out-going message as the previous message is still "
+            "on going.");
+  EXPECT_EQ(Raised([&] { wire.stream.ReceiveMessage(); }), kStillReceiving);
+}
+
+struct BadFrame {
+  const char* what;
+  std::string bytes;
+  const char* failure;
+};
+
+class BadFrames : public testing::TestWithParam<BadFrame> {};
+
+TEST_P(BadFrames, AreRefused) {
+  Wire wire(GetParam().bytes);
+  EXPECT_EQ(Raised([&] { wire.stream.ReceiveMessage(); }), GetParam().failure);
+  EXPECT_EQ(Raised([&] { wire.stream.ReceiveMessage(); }), kStillReceiving);
+  EXPECT_LE(wire.connection.largestRead, size_t{64} << 20) << "storage was found for a mere claim";
+}
+
+const std::string kAbsurd = Word(uint64_t{1} << 62);
+
+INSTANTIATE_TEST_SUITE_P(
+    Codec, BadFrames,
+    testing::Values(BadFrame{"zero second chunk", Word(10) + Word(4) + "1234" + Word(0),
+                             "length_error: Incorrect zero chunk length received."},
+                    BadFrame{
+                        "overrun", Word(20) + Word(10) + "0123456789" + Word(70000),
+                        "length_error: Incorrect length in header (received: 70000 vs allowed:10)"},
+                    BadFrame{"first chunk too long", Word(5) + Word(6),
+                             "length_error: Incorrect length in header (received: 6 vs allowed:5)"},
+                    BadFrame{"peer closes inside", Word(5) + Word(5) + "123",
+                             "exception: read: Connection reset by peer"},
+                    BadFrame{"absurd frame", kAbsurd + kAbsurd + "few",
+                             "exception: read: Connection reset by peer"}),
+    [](const auto& test) {
+      std::string name = test.param.what;
+      std::replace(name.begin(), name.end(), ' ', '_');
+      return name;
+    });
+
+struct BadPayload {
+  const char* what;
+  std::string payload;
+  std::function<void(IncomingMessage&)> read;
+  const char* failure;
+};
+
+class BadPayloads : public testing::TestWithParam<BadPayload> {};
+
+TEST_P(BadPayloads, AreRefusedAndEndTheSession) {
+  Wire wire(Frame(GetParam().payload));
+  IncomingMessage message = wire.stream.ReceiveMessage();
+  EXPECT_EQ(Raised([&] { GetParam().read(message); }), GetParam().failure);
+  EXPECT_EQ(Raised([&] { wire.stream.ReceiveMessage(); }), kStillReceiving);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Codec, BadPayloads,
+    testing::Values(
+        BadPayload{"header cut", HeaderBytes("NAME", 0, "ME"),
+                   [](IncomingMessage& m) { m.ReadHeader(); }, kShort},
+        BadPayload{"unknown tag", HeaderBytes("NAME", 0, "LONG"),
+                   [](IncomingMessage& m) { m.ReadHeader(); },
+                   "invalid_argument: Unknown type: LONG"},
+        BadPayload{"ints cut", HeaderBytes("I", 2, "INTE") + "1234567",
+                   [](IncomingMessage& m) { m.ReadInts("I"); }, kShort},
+        BadPayload{"absurd count of doubles", HeaderBytes("D", uint64_t{1} << 61, "DOUB"),
+                   [](IncomingMessage& m) { m.ReadDoubles("D"); }, kShort},
+        BadPayload{"absurd count of strings", HeaderBytes("S", uint64_t{1} << 61, "CSTR"),
+                   [](IncomingMessage& m) { m.ReadStrings("S"); }, kShort},
+        BadPayload{"absurd string", HeaderBytes("S", 1, "CSTR") + Word(~uint64_t{0}) + "text",
+                   [](IncomingMessage& m) { m.ReadStrings("S"); }, kShort},
+        BadPayload{"surplus entry", Payload({"READY", "END", "MORE"}),
+                   [](IncomingMessage& m) {
+                     m.ExpectMarker("READY");
+                     m.ExpectMarker("END");
+                     m.EndOfMessage();
+                   },
+                   "length_error: Received message is longer than expected (received: 51 vs "
+                   "expected: 34)"},
+        BadPayload{"other name", Payload(Entries{"REPLY"}),
+                   [](IncomingMessage& m) { m.ExpectMarker("READY"); },
+                   "length_error: Incorrect header (received: REPLY-0-MESS vs expected: "
+                   "READY-0-MESS)"},
+        BadPayload{"other count", Payload({{"DATE", Ints{1, 2}}}),
+                   [](IncomingMessage& m) { m.ReadInts("DATE", 6); },
+                   "length_error: Incorrect header (received: DATE-2-INTE vs expected: "
+                   "DATE-6-INTE)"},
+        BadPayload{"other type", Payload({{"DATE", Ints{1, 2}}}),
+                   [](IncomingMessage& m) { m.ReadDoubles("DATE"); },
+                   "length_error: Incorrect header (received: DATE-2-INTE vs expected: "
+                   "DATE-2-DOUB)"},
+        BadPayload{"marker with a count", Payload({{"END", Marker{1}}}),
+                   [](IncomingMessage& m) { IncomingMessage::CheckMarker(m.ReadHeader()); },
+                   "length_error: Incorrect header (received: END-1-MESS vs expected: END-0-MESS)"},
+        BadPayload{"other name, type left open", Payload({{"ITEM", Texts{"a", "b"}}}),
+                   [](IncomingMessage& m) {
+                     IncomingMessage::CheckNameAndCount(m.ReadHeader(), "ITEM", 1);
+                   },
+                   "length_error: Incorrect header (received: ITEM-2-CSTR vs expected: "
+                   "ITEM-1-...)"},
+        BadPayload{"type of a header in hand", Payload({{"D", Numbers{1.5}}}),
+                   [](IncomingMessage& m) { m.ReadStrings(m.ReadHeader()); },
+                   "invalid_argument: Incorrect header (received: DOUB vs expected: CSTR )"}),
+    [](const auto& test) {
+      std::string name = test.param.what;
+      std::replace_if(
+          name.begin(), name.end(), [](char c) { return c == ' ' || c == ','; }, '_');
+      return name;
+    });
+
+TEST(Codec, ReceivesAnEmptyFrameAsAnEmptyMessage) {
+  Wire wire(Word(0) + Word(99));
+  IncomingMessage message = wire.stream.ReceiveMessage();
+  EXPECT_EQ(Raised([&] { message.ReadHeader(); }), kShort);
+}
+
+TEST(Codec, ReceivesFramesBeyondWhatIsBelievedOnAClaim) {
+  const std::string text((size_t{64} << 20) + 100, 'x');
+  Wire wire(Frame({{"BIG", Texts{text}}}));
+  IncomingMessage message = wire.stream.ReceiveMessage();
+  EXPECT_EQ(message.ReadStrings("BIG", 1).front(), text);
+  message.EndOfMessage();
+}
+
+}  // namespace
+}  // namespace gantry

@@ -1,0 +1,53 @@
+#include "client/unit_converter.h"
+
+#include <gtest/gtest.h>
+
+namespace gantry {
+namespace {
+
+const UnitConverter kMetric(true);
+const UnitConverter kField(false);
+
+TEST(UnitConverter, GivesTheSettledNumbers) {
+  EXPECT_EQ(kMetric.FromSimulator(1.01325, kPressure), 1.01325 / 0.0689476 - 14.696);
+  EXPECT_EQ(kField.FromSimulator(100.0, kPressure), 100.0 - 14.696);
+  EXPECT_EQ(kMetric.FromSimulator(0.0, kTemperature), 32.0);
+  EXPECT_EQ(kField.FromSimulator(0.0, kTemperature), 0.0);
+  EXPECT_EQ(kMetric.ToSimulator(100000.0, kLiquidRate), 100000.0 * 0.158987);
+  EXPECT_EQ(kMetric.ToSimulator(1.0, kGasRate), 28174.0);
+  EXPECT_EQ(kField.ToSimulator(1.0, kGasOilRatio), 0.001);
+}
+
+TEST(UnitConverter, LeavesValuesWithoutAUnitAlone) {
+  for (const int32_t code : {-1, 13, 1 << 30}) {
+    EXPECT_EQ(kMetric.FromSimulator(-0.1, code), -0.1);
+    EXPECT_EQ(kMetric.ToSimulator(-0.1, code), -0.1);
+  }
+}
+
+TEST(UnitConverter, ConvertsThereAndBackAloneAndInSequences) {
+  for (const UnitConverter& units : {kMetric, kField}) {
+    for (int32_t code = -1; code < kUnitFamilyCount; ++code) {
+      std::array<double, 3> values = {-40.0, 0.0, 123456.789};
+      const std::array<double, 3> before = values;
+      units.FromSimulator(values, code);
+      EXPECT_EQ(values[2], units.FromSimulator(before[2], code));
+      units.ToSimulator(values, code);
+      for (size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], before[i], 1e-9) << code;
+    }
+  }
+}
+
+TEST(UnitFamilies, CarryTheHostsNamesAndNumbers) {
+  EXPECT_STREQ(UnitFamilyName(-1), "None");
+  EXPECT_EQ(UnitFamilyUserCode(-1), 60051u);
+  EXPECT_STREQ(UnitFamilyName(kPressureDifference), "Pressure difference");
+  const std::array<uint32_t, 13> codes = {60052, 60053, 60061, 60059, 60062, 60063, 60054,
+                                          60058, 60056, 60055, 60057, 60060, 60064};
+  for (int32_t code = 0; code < kUnitFamilyCount; ++code) {
+    EXPECT_EQ(UnitFamilyUserCode(code), codes[static_cast<size_t>(code)]);
+  }
+}
+
+}  // namespace
+}  // namespace gantry
