@@ -105,7 +105,7 @@ std::string Payload(const Entries& entries) {
   return payload;
 }
 
-std::string Frame(const std::string& payload) {
+std::string FrameOf(const std::string& payload) {
   std::string frame = Word(payload.size());
   if (payload.empty()) return frame + Word(0);
   for (size_t offset = 0; offset < payload.size(); offset += kChunk) {
@@ -115,7 +115,7 @@ std::string Frame(const std::string& payload) {
   return frame;
 }
 
-std::string Frame(const Entries& entries) { return Frame(Payload(entries)); }
+std::string Frame(const Entries& entries) { return FrameOf(Payload(entries)); }
 
 Entries Decode(const std::string& payload) {
   Entries entries;

@@ -37,7 +37,7 @@ std::string Word(uint64_t value);
 std::string HeaderBytes(const std::string& name, uint64_t count, const std::string& tag);
 std::string Payload(const Entries& entries);
 /// A payload cut into chunks of 65536 bytes.
-std::string Frame(const std::string& payload);
+std::string FrameOf(const std::string& payload);
 std::string Frame(const Entries& entries);
 
 /// Throws runtime_error for a payload that breaks the format.
