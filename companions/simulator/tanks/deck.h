@@ -1,13 +1,14 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "simulator/tanks/black_oil.h"
+#include "simulator/tanks/compositional_fluid.h"
 #include "simulator/tanks/deck_units.h"
 #include "simulator/tanks/rock_fluid.h"
 #include "simulator/tanks/well_words.h"
@@ -35,6 +36,7 @@ struct TankData {
 
 struct WellData {
   std::string name;
+  std::string place;  ///< "file:line" in the deck
   size_t tank = 0;
   WellType type = WellType::kProducer;
   WellStatus status = WellStatus::kOpen;
@@ -56,6 +58,7 @@ struct Deck {
   std::array<int32_t, 3> startDate{};  ///< year, month, day
   std::optional<double> endTime;       ///< days
   std::string reportedVersion;
+  std::optional<CompositionalData> compositional;  ///< when not, the fluid is the black oil
   BlackOilData blackOil;
   RockFluidData rockFluid;
   std::vector<TankData> tanks;

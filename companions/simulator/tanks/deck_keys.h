@@ -80,6 +80,26 @@ inline constexpr std::array kBlackOilKeys = std::to_array<FieldKey<BlackOilData>
      &BlackOilData::oilViscosityGradient},
 });
 
+inline constexpr std::array kComponentKeys = std::to_array<FieldKey<ComponentData>>({
+    {{"molecular_weight", Quantity::kNumber, 1, 2000, {}, ""}, &ComponentData::molecularWeight},
+    {{"critical_temperature", Quantity::kTemperature, -450, 2500, {}, ""},
+     &ComponentData::criticalTemperature},
+    {{"critical_pressure", Quantity::kPressure, 10, 5000, {}, ""},
+     &ComponentData::criticalPressure},
+    {{"critical_volume", Quantity::kCriticalVolume, 0.1, 200, {}, ""},
+     &ComponentData::criticalVolume},
+    {{"acentric_factor", Quantity::kNumber, -0.5, 3, {}, ""}, &ComponentData::acentricFactor},
+    {{"boiling_point", Quantity::kTemperature, -459, 2000, {}, ""}, &ComponentData::boilingPoint},
+    {{"volume_shift", Quantity::kNumber, -1, 1, 0.0, "as a share of b"},
+     &ComponentData::volumeShift},
+    {{"parachor", Quantity::kNumber, 0, 10000, 0.0, ""}, &ComponentData::parachor},
+});
+
+inline constexpr NumberKey kBinaryInteraction = {
+    "binary_interaction", Quantity::kNumber, -1, 1, {}, "the lower triangle, row by row"};
+inline constexpr NumberKey kComposition = {
+    "composition", Quantity::kNumber, 0, 1, {}, "mole fractions; compositional only"};
+
 inline constexpr NumberKey kEndTime = {
     "end_time", Quantity::kNumber, 1e-6, 1e7, {}, "days; without it the run has no end"};
 

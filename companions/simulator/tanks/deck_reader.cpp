@@ -1,5 +1,7 @@
 #include "simulator/tanks/deck_reader.h"
 
+#include <cmath>
+#include <numeric>
 #include <unordered_map>
 
 #include <fmt/format.h>
@@ -66,6 +68,62 @@ BlackOilData ReadBlackOil(const DeckTable& table, const DeckUnits& units) {
   return data;
 }
 
+EosData ReadEos(const DeckTable& table, const DeckUnits& units) {
+  EosData data;
+  data.name = table.Text("eos", data.name);
+  if (data.name != "PENG_ROBINSON" && data.name != "SOAVE_REDLICH_KWONG") {
+    table.Fail("eos", "'eos' must be \"PENG_ROBINSON\" or \"SOAVE_REDLICH_KWONG\"");
+  }
+  for (const DeckTable& component : table.Tables("component")) {
+    ComponentData& read = data.components.emplace_back();
+    read.name = component.Text("name");
+    ReadNumbers(component, kComponentKeys, units, read);
+    component.RejectUnknownKeys();
+  }
+  const size_t count = data.components.size();
+  if (count < 2 || count > 100) {
+    table.Fail("component", "a compositional fluid has from 2 to 100 [[fluid.component]]");
+  }
+  const size_t pairs = count * (count - 1) / 2;
+  data.binaryInteraction.resize(pairs);
+  if (!table.Has(kBinaryInteraction.name)) return data;
+  data.binaryInteraction = table.Numbers(kBinaryInteraction, units);
+  if (data.binaryInteraction.size() != pairs) {
+    table.Fail(
+        kBinaryInteraction.name,
+        fmt::format("'binary_interaction' needs {} numbers for {} components", pairs, count));
+  }
+  return data;
+}
+
+/// Mole fractions that add up to 1, as near as a deck is written.
+std::vector<double> ReadComposition(const DeckTable& table, const Deck& deck) {
+  std::vector<double> fractions = table.Numbers(kComposition, deck.units);
+  const size_t count = deck.compositional->eos.components.size();
+  if (fractions.size() != count) {
+    table.Fail(kComposition.name, fmt::format("'composition' needs {} fractions", count));
+  }
+  const double sum = std::accumulate(fractions.begin(), fractions.end(), 0.0);
+  if (std::abs(sum - 1.0) > 1e-3) {
+    table.Fail(kComposition.name, fmt::format("'composition' adds up to {:g}, not to 1", sum));
+  }
+  for (double& fraction : fractions) fraction /= sum;
+  return fractions;
+}
+
+void ReadFluid(const DeckTable& table, Deck& deck) {
+  const std::string model = table.Text("model", "black_oil");
+  if (model == "compositional") {
+    deck.compositional = {ReadEos(table, deck.units), ReadWater(table, deck.units)};
+  } else if (model == "black_oil") {
+    deck.blackOil = ReadBlackOil(table, deck.units);
+    deck.blackOil.water = ReadWater(table, deck.units);
+  } else {
+    table.Fail("model", "'model' must be \"black_oil\" or \"compositional\"");
+  }
+  table.RejectUnknownKeys();
+}
+
 void RequireSaturations(const DeckTable& table, std::string_view key,
                         const std::vector<std::vector<double>>& columns) {
   for (const std::vector<double>& column : columns) {
@@ -104,12 +162,20 @@ bool ReadFront(const DeckTable& table) {
   return word == "front";
 }
 
-TankData ReadTank(const DeckTable& table, const DeckUnits& units) {
+TankData ReadTank(const DeckTable& table, const Deck& deck) {
+  const DeckUnits& units = deck.units;
   TankData tank;
   tank.name = table.Text("name");
   ReadNumbers(table, kInitialKeys, units, tank.initial);
   ReadNumbers(table, kTankKeys, units, tank);
-  if (table.Has(kDissolvedGas.name)) {
+  if (deck.compositional) {
+    if (tank.initial.gasSaturation > 0.0) {
+      table.Fail("gas_saturation",
+                 "the composition tells the gas: 'gas_saturation' is for black oil");
+    }
+    tank.initial.composition = ReadComposition(table, deck);
+  }
+  if (!deck.compositional && table.Has(kDissolvedGas.name)) {
     tank.initial.dissolvedGas = table.Number(kDissolvedGas, units);
   }
   if (tank.initial.waterSaturation + tank.initial.gasSaturation > 1.0) {
@@ -163,9 +229,10 @@ void ReadLimits(const DeckTable& table, const DeckUnits& units, WellData& well) 
   }
 }
 
-WellData ReadWell(const DeckTable& table, const DeckUnits& units,
+WellData ReadWell(const DeckTable& table, const Deck& deck,
                   const std::unordered_map<std::string, size_t>& tanks) {
   WellData well;
+  well.place = table.Place();
   well.name = table.Text("name");
   if (well.name.empty() || well.name == "*") table.Fail("name", "a well can't have this name");
   const std::string tank = table.Text("tank");
@@ -179,9 +246,14 @@ WellData ReadWell(const DeckTable& table, const DeckUnits& units,
   const auto known = FindStatus(status);
   if (!known) table.Fail("status", fmt::format("'{}' is no status of a well", status));
   well.status = *known;
-  ReadNumbers(table, kWellKeys, units, well);
-  ReadIndex(table, units, well);
-  ReadLimits(table, units, well);
+  ReadNumbers(table, kWellKeys, deck.units, well);
+  ReadIndex(table, deck.units, well);
+  ReadLimits(table, deck.units, well);
+  if (deck.compositional && well.type == WellType::kGasInjector) {
+    well.injectedComposition.assign(deck.compositional->eos.components.size(), 0.0);
+    well.injectedComposition.front() = 1.0;
+    if (table.Has(kComposition.name)) well.injectedComposition = ReadComposition(table, deck);
+  }
   table.RejectUnknownKeys();
   return well;
 }
@@ -206,21 +278,18 @@ void ReadHead(const DeckTable& root, Deck& deck) {
 Deck BuildDeck(const DeckTable& root) {
   Deck deck;
   ReadHead(root, deck);
-  const DeckTable fluid = root.Table("fluid");
-  deck.blackOil = ReadBlackOil(fluid, deck.units);
-  deck.blackOil.water = ReadWater(fluid, deck.units);
-  fluid.RejectUnknownKeys();
+  ReadFluid(root.Table("fluid"), deck);
   const DeckTable rockFluid = root.Table("rock_fluid");
   deck.rockFluid = ReadRockFluid(rockFluid);
   rockFluid.RejectUnknownKeys();
   std::unordered_map<std::string, size_t> tanks;
   for (const DeckTable& table : root.Tables("tank")) {
-    deck.tanks.push_back(ReadTank(table, deck.units));
+    deck.tanks.push_back(ReadTank(table, deck));
     AddName(table, tanks, deck.tanks.back().name, "tank");
   }
   std::unordered_map<std::string, size_t> wells;
   for (const DeckTable& table : root.Tables("well")) {
-    deck.wells.push_back(ReadWell(table, deck.units, tanks));
+    deck.wells.push_back(ReadWell(table, deck, tanks));
     AddName(table, wells, deck.wells.back().name, "well");
   }
   root.RejectUnknownKeys();

@@ -14,7 +14,7 @@ namespace {
 
 using toml::node;
 
-std::string Place(const std::string& file, const toml::source_region& region) {
+std::string PlaceOf(const std::string& file, const toml::source_region& region) {
   return fmt::format("{}:{}", file, region.begin.line);
 }
 
@@ -48,7 +48,7 @@ struct DeckTable::Node {
   std::set<std::string, std::less<>> asked;
 
   [[noreturn]] void Fail(const node& at, const std::string& reason) const {
-    throw DeckError(Place(*fileName, at.source()) + ": " + reason);
+    throw DeckError(PlaceOf(*fileName, at.source()) + ": " + reason);
   }
   const node* Find(std::string_view key) {
     asked.emplace(key);
@@ -97,7 +97,7 @@ DeckTable DeckTable::ReadText(std::string_view text, const std::string& fileName
     return DeckTable(std::make_shared<Node>(
         Node{std::move(table), std::make_shared<const std::string>(fileName), root, {}}));
   } catch (const toml::parse_error& error) {
-    throw DeckError(Place(fileName, error.source()) + ": " + std::string(error.description()));
+    throw DeckError(PlaceOf(fileName, error.source()) + ": " + std::string(error.description()));
   }
 }
 
@@ -185,11 +185,13 @@ std::vector<DeckTable> DeckTable::Tables(std::string_view key) const {
 void DeckTable::RejectUnknownKeys() const {
   for (const auto& [key, value] : *node_->table) {
     if (!node_->asked.contains(key.str())) {
-      throw DeckError(Place(*node_->fileName, key.source()) +
+      throw DeckError(PlaceOf(*node_->fileName, key.source()) +
                       fmt::format(": unknown key '{}'", key.str()));
     }
   }
 }
+
+std::string DeckTable::Place() const { return PlaceOf(*node_->fileName, node_->table->source()); }
 
 void DeckTable::Fail(std::string_view key, const std::string& reason) const {
   const node* found = node_->table->get(key);

@@ -63,6 +63,8 @@ class DeckTable {
 
   /// The keys that nobody has asked for are faults, at the deck's end.
   void RejectUnknownKeys() const;
+  /// "file:line" of the table.
+  std::string Place() const;
   [[noreturn]] void Fail(std::string_view key, const std::string& reason) const;
 
  private:

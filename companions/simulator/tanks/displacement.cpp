@@ -61,6 +61,7 @@ Displacement::Displacement(const std::function<double(double)>& fractionalFlow,
 FrontView Displacement::At(double averageSaturation) const {
   const double displaced = averageSaturation - initial_;
   const double atBreakthrough = sweep_ * (averageAtFront_ - initial_);
+  if (atBreakthrough <= 0.0) return {0.0, initial_};
   const double ratio = displaced / atBreakthrough;
   if (ratio <= 1.0 - kFrontWidth) return {0.0, initial_};
   const double arrived = std::min(1.0, (ratio - (1.0 - kFrontWidth)) / kFrontWidth);

@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <cmath>
 
+#include <fmt/format.h>
+
 #include "simulator/tanks/constants.h"
+#include "simulator/tanks/deck_table.h"
 
 namespace gantry::simulator {
 
 namespace {
 
-constexpr double kLongestStep = 31.0;        // days
+constexpr double kLongestStep = 31.0;  // days
+constexpr double kShortestStep = 0.01;
 constexpr double kLargestThroughput = 0.01;  // of the pore volume in one step
 constexpr double kTimeTolerance = 1e-9;      // days
 constexpr double kHighestPressure = 30000.0;
@@ -56,11 +60,16 @@ double FallingRoot(Function function, double guess, double low, double high) {
   return 0.5 * (left + right);
 }
 
+std::unique_ptr<ReservoirFluid> MakeFluid(const Deck& deck) {
+  if (deck.compositional) return std::make_unique<CompositionalFluid>(*deck.compositional);
+  return std::make_unique<BlackOil>(deck.blackOil);
+}
+
 }  // namespace
 
 TankRun::TankRun(const Deck& deck)
     : deck_(&deck),
-      fluid_(std::make_unique<BlackOil>(deck.blackOil)),
+      fluid_(MakeFluid(deck)),
       rockFluid_(deck.rockFluid),
       wellsOfTank_(deck.tanks.size()) {
   tanks_.reserve(deck.tanks.size());
@@ -69,6 +78,9 @@ TankRun::TankRun(const Deck& deck)
   for (const WellData& well : deck.wells) {
     wellsOfTank_[well.tank].push_back(wells_.size());
     wells_.emplace_back(well, tanks_[well.tank]);
+    if (wells_.back().CanFlow()) continue;
+    throw DeckError(fmt::format("{}: the index of well '{}' is of {}, which its tank doesn't hold",
+                                well.place, well.name, well.indexIsOfGas ? "gas" : "oil"));
   }
 }
 
@@ -104,7 +116,8 @@ double TankRun::StepTank(size_t tank, double longest) {
       present.liquid + present.vapour + present.water + present.injectedVolume;
   double days = std::min(longest, kLongestStep);
   if (throughput > 0.0) {
-    days = std::min(days, kLargestThroughput * reservoir.State().Volume() / throughput);
+    const double limit = kLargestThroughput * reservoir.State().Volume() / throughput;
+    days = std::min(days, std::max(kShortestStep, limit));
   }
   // A step that would leave a sliver behind takes it along.
   if (longest - days < 0.1 * days) days = longest;

@@ -9,7 +9,7 @@ namespace gantry::simulator {
 /// All tanks and wells of a deck, and their way through time. Field units, days.
 class TankRun {
  public:
-  /// The deck must outlive the run. Throws runtime_error for a deck whose state can't exist.
+  /// The deck must outlive the run. Throws `DeckError` for a well that has nothing to flow.
   explicit TankRun(const Deck& deck);
 
   double Days() const { return days_; }

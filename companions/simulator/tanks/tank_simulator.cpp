@@ -10,6 +10,7 @@ namespace gantry::simulator {
 
 namespace {
 
+constexpr double kLastDay = 1e7;
 constexpr std::string_view kController = "USER";
 constexpr std::string_view kDeck = "DECK";
 
@@ -22,13 +23,56 @@ constexpr TextItem kTextItems[] = {
     {"STATUS", [](const Well& well) { return WordOf(well.Status()); }},
 };
 
+struct EosProperty {
+  std::string_view name;
+  Quantity quantity;
+  double ComponentData::*value;
+};
+constexpr EosProperty kEosProperties[] = {
+    {"Molecular weight", Quantity::kNumber, &ComponentData::molecularWeight},
+    {"TCrit", Quantity::kTemperature, &ComponentData::criticalTemperature},
+    {"PCrit", Quantity::kPressure, &ComponentData::criticalPressure},
+    {"VCRIT", Quantity::kCriticalVolume, &ComponentData::criticalVolume},
+    {"Acentric factor", Quantity::kNumber, &ComponentData::acentricFactor},
+    {"BP", Quantity::kTemperature, &ComponentData::boilingPoint},
+    {"VSHIFT", Quantity::kNumber, &ComponentData::volumeShift},
+    {"Parachor", Quantity::kNumber, &ComponentData::parachor},
+};
+
+ReservoirFluidRecord DescribeFluid(const EosData& data, const DeckUnits& units) {
+  const EquationOfState eos(data);
+  ReservoirFluidRecord record;
+  record.name = "FLUID";
+  record.eosName = data.name;
+  for (const ComponentData& component : data.components) {
+    record.componentNames.push_back(component.name);
+  }
+  for (const EosProperty& property : kEosProperties) {
+    record.propertyNames.emplace_back(property.name);
+    Doubles& values = record.propertyValues.emplace_back();
+    for (const ComponentData& component : data.components) {
+      values.push_back(units.FromField(component.*property.value, property.quantity));
+    }
+  }
+  const size_t count = data.components.size();
+  record.propertyNames.insert(record.propertyNames.end(), {"OMEGAA", "OMEGAB"});
+  record.propertyValues.emplace_back(count, eos.OmegaA());
+  record.propertyValues.emplace_back(count, eos.OmegaB());
+  record.binaryInteraction = data.binaryInteraction;
+  return record;
+}
+
 ModelDescription Describe(const Deck& deck) {
   ModelDescription description;
   description.version = deck.reportedVersion;
   description.unitSystem = deck.units.IsMetric() ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD";
   description.startDate = DateAfter(deck.startDate, 0.0);
-  description.fieldFluidModel = "BLACKOIL";
+  description.fieldFluidModel = deck.compositional ? "COMPOSITIONAL" : "BLACKOIL";
   description.reservoirFluidModel = description.fieldFluidModel;
+  if (deck.compositional) {
+    description.fluids.push_back(DescribeFluid(deck.compositional->eos, deck.units));
+    description.componentNames = description.fluids.front().componentNames;
+  }
   return description;
 }
 
@@ -53,7 +97,10 @@ double RateOf(WellType type, const WellVolumes& rates) {
 }  // namespace
 
 TankSimulator::TankSimulator(Deck deck)
-    : deck_(std::move(deck)), run_(deck_), items_(deck_.units, 0), description_(Describe(deck_)) {
+    : deck_(std::move(deck)),
+      run_(deck_),
+      items_(deck_.units, deck_.compositional ? deck_.compositional->eos.components.size() : 0),
+      description_(Describe(deck_)) {
   for (const WellData& well : deck_.wells) wellNames_.push_back(well.name);
 }
 
@@ -163,6 +210,7 @@ bool TankSimulator::CreateFluidSource(size_t well, const std::string& source, co
 
 void TankSimulator::SetFluidSource(const std::string& source, std::span<const std::string> items,
                                    std::span<const double> values, const std::string&) {
+  if (items.empty()) return;
   const auto found = wellOfSource_.find(source);
   if (found == wellOfSource_.end()) throw RequestRefused("Unknown fluid source " + source);
   std::vector<double> fractions(description_.componentNames.size());
@@ -185,7 +233,7 @@ void TankSimulator::SetFluidSource(const std::string& source, std::span<const st
 }
 
 void TankSimulator::ContinueUntil(double days) {
-  if (!std::isfinite(days)) throw RequestRefused("The time to run to is not a number");
+  if (!(days <= kLastDay)) throw RequestRefused("The time to run to is beyond all times");
   isRunning_ = true;
   run_.AdvanceTo(days);
 }

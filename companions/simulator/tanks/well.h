@@ -33,6 +33,8 @@ class Well {
   /// Both must outlive the well.
   Well(const WellData& data, const Tank& tank);
 
+  /// False when its index refers to a phase that the tank doesn't have.
+  bool CanFlow() const { return conductance_ > 0.0; }
   const WellData& Data() const { return *data_; }
   WellStatus Status() const { return status_; }
   double Uptime() const { return uptime_; }
