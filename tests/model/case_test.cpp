@@ -1,0 +1,136 @@
+// The case: its block, its dataset, and the file that keeps the model's state.
+
+#include "model/ext_model.h"
+#include "model/model_fixture.h"
+
+namespace gantry::test {
+namespace {
+
+class Case : public ModelTest {
+ protected:
+  Case() { peer.wells = {{.name = "P1"}, {.name = "G1", .type = "GAS_INJECTOR"}}; }
+
+  /// A second model that takes the first one's place, as when the host opens its file anew.
+  void Reopen() {
+    ExtDestroyInstance(model, &err);
+    ExtCreateInstance(&model, &err);
+  }
+  int32_t Save(uint32_t capacity = kCaseDataCapacity) {
+    return Command(12, record->block, capacity);
+  }
+  int32_t Load(const std::string& casePath = {}) {
+    record->length = kCaseDataCapacity;
+    record->casePath = casePath.c_str();
+    return Command(13, record.get());
+  }
+  int32_t SetStoreFile(std::string path, bool load) { return Command(20, path.data(), load); }
+
+  std::unique_ptr<CaseDataRecord> record = std::make_unique<CaseDataRecord>();
+};
+
+TEST_F(Case, OpensWithItsWellsAndWithoutASimulator) {
+  StartSimulator();
+  Set("StaticWell[{G1}].OpMode", "2");
+  Set("StaticWell[{P1}].Connected", "1");
+  ASSERT_EQ(Save(), 0) << Error();
+  Reopen();
+  ASSERT_EQ(Load(), 0) << Error();
+  EXPECT_EQ(Get("StaticWell[1].Name"), "G1");
+  EXPECT_EQ(Get("StaticWell[1].OpMode"), "2");
+  EXPECT_EQ(Get("StaticWell[0].Connected"), "0");
+  EXPECT_EQ(Command(23), 0);
+  EXPECT_EQ(Command(23), 0) << "and again until something clears it";
+  EXPECT_EQ(Get("IsRunning"), "0");
+  EXPECT_EQ(StartRun({0}), 0) << Error();
+  EXPECT_EQ(Get("IsRunning"), "1");
+  EXPECT_EQ(Get("StaticWell[1].OpMode"), "2");
+}
+
+TEST_F(Case, StartsByCommandAfterALoad) {
+  NameCase();
+  peer.Start();
+  Save();
+  Reopen();
+  Load();
+  EXPECT_EQ(Do("Intersect.StartIX()"), 0) << Error();
+  EXPECT_EQ(Get("IsRunning"), "1");
+}
+
+TEST_F(Case, ThatDoesntFitOrIsBrokenIsRefused) {
+  EXPECT_EQ(Save(20), 1);
+  EXPECT_EQ(Error(), "Failed in writing all case data - buffer overflow");
+  Save();
+  record->length = 30;
+  EXPECT_EQ(Command(13, record.get()), 1);
+  EXPECT_EQ(Error(), "Failed in reading all case data - buffer overflow");
+  record->block[8] = 5;
+  EXPECT_EQ(Load(), 1);
+  EXPECT_EQ(Error(), "Unable to read case data - version too new");
+  EXPECT_EQ(Command(23), 1) << "a failed load leaves the next start alone";
+}
+
+TEST_F(Case, FindsItsDatasetBesideItself) {
+  const std::string moved = folder.Write("moved/FIELD.afi", "").string();
+  Set("CaseDetails.FileName", "/no/such/folder/FIELD.afi");
+  Save();
+  Reopen();
+  ASSERT_EQ(Load((folder / "moved" / "case.dat").string()), 0);
+  EXPECT_EQ(Get("CaseDetails.FileName"), moved);
+  Reopen();
+  record->keepDatasetPath = 1;
+  Load((folder / "moved" / "case.dat").string());
+  EXPECT_EQ(Get("CaseDetails.FileName"), "/no/such/folder/FIELD.afi");
+}
+
+TEST_F(Case, MovesItsDatasetWithTheHostsFolder) {
+  Set("CaseDetails.FileName", "/old/FIELD.x.afi");
+  char newFolder[] = "/new/place";
+  EXPECT_EQ(Command(10, newFolder), 0);
+  EXPECT_EQ(Get("CaseDetails.FileName"), "/new/place/FIELD.x.afi");
+}
+
+TEST_F(Case, TakesADatasetFromTheHostOnlyForThisMachine) {
+  SetDataFileRecord file = {};
+  std::strcpy(file.path, "/a/FIELD.afi");
+  EXPECT_EQ(Command(136, &file), 0);
+  EXPECT_EQ(Get("CaseDetails.FileName"), "/a/FIELD.afi");
+  for (const char* mode : {"1", "2"}) {
+    Set("CaseDetails.ConnectionMode", mode);
+    std::strcpy(file.path, "/b/FIELD.afi");
+    EXPECT_EQ(Command(136, &file), 0);
+    EXPECT_EQ(Get("CaseDetails.FileName"), "/a/FIELD.afi");
+  }
+}
+
+TEST_F(Case, ListsItsDatasetWithTheWayItRuns) {
+  Set("CaseDetails.FileName", "/a/FIELD.afi");
+  Set("CaseDetails.ConnectionMode", "1");
+  Set("CaseDetails.HeadNode", "head");
+  Set("CaseDetails.Parallel", "8");
+  auto row = std::make_unique<EnumDataFilesRow>();
+  ASSERT_EQ(Command(16, row.get()), 0);
+  EXPECT_STREQ(row->path, "/a/FIELD.afi");
+  EXPECT_EQ(row->isLocal, 0);
+  EXPECT_STREQ(row->options, "Linux|true|Parallel|8|HeadNode|head|HeadNodePort|7777");
+}
+
+TEST_F(Case, KeepsExportedVariablesInTheStoreFile) {
+  const std::string store = (folder / "case.store").string();
+  auto& parent = static_cast<CExtModel*>(model)->ExportedVariables.Add(
+      std::make_unique<CExportedVariableWellParent>());
+  parent.WellName = "P1";
+  parent.Variables.Add(std::make_unique<CExportedVariable>()).Label = "Oil rate";
+  EXPECT_EQ(SetStoreFile(store, true), 0) << "a file that isn't there yet is no failure";
+  ASSERT_EQ(Save(), 0);
+  Reopen();
+  PublishedVariableRow row = {};
+  row.handle = -1;
+  EXPECT_EQ(SetStoreFile(store, false), 0);
+  EXPECT_EQ(Command(103, &row), -1);
+  EXPECT_EQ(SetStoreFile(store, true), 0);
+  ASSERT_EQ(Command(103, &row), 0);
+  EXPECT_STREQ(row.fullName, "P1:Oil rate");
+}
+
+}  // namespace
+}  // namespace gantry::test

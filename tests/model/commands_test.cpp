@@ -1,0 +1,138 @@
+// The text interface: properties, commands and the description.
+
+#include "model/model_fixture.h"
+
+namespace gantry::test {
+namespace {
+
+class Commands : public ModelTest {
+ protected:
+  Commands() { peer.wells = {{.name = "P1"}, {.name = "P2"}}; }
+
+  /// The value at a whole path, or its error text in brackets.
+  std::string GetWhole(const std::string& path) {
+    GetPropertyRequest request = {};
+    request.path = path.c_str();
+    return Command(96, &request) == 0 ? request.value : "<" + Error() + ">";
+  }
+  std::string DoAndTell(const std::string& command) { return Do(command) == 0 ? "done" : Error(); }
+};
+
+TEST_F(Commands, AnswerForTheModelsOwnWordsInAnyCase) {
+  for (const char* path : {"Intersect.IsRunning", "intersect.ISRUNNING", "Intersect..IsRunning"}) {
+    EXPECT_EQ(GetWhole(path), "0") << path;
+  }
+  EXPECT_EQ(GetWhole("Intersect.Compositional"), "0");
+  EXPECT_EQ(GetWhole("Intersect.CurrentElapsedDays"), "-1");
+  EXPECT_EQ(GetWhole("Intersect.StaticWell.$Count"), "0");
+  for (const char* path : {"Other.Something", "Intersect.Something", "Intersect", "", "."}) {
+    EXPECT_EQ(GetWhole(path), "<>") << path;
+  }
+}
+
+TEST_F(Commands, CantSetTheModelsOwnWords) {
+  EXPECT_EQ(Set("IsRunning", "1"), 1);
+  EXPECT_EQ(Error(), "");
+  EXPECT_EQ(Set("CurrentElapsedDays", "9"), 1);
+}
+
+TEST_F(Commands, OfferWellsOnlyWhileASimulatorIsThere) {
+  EXPECT_EQ(Get("Well[0].Name"), "none");
+  peer.variables = {{"WATER_PRODUCTION_RATE", 158.987}, {"SKIN", 2.5}};
+  StartSimulator();
+  EXPECT_EQ(Get("Well[1].Name"), "P2");
+  EXPECT_EQ(Get("Well[{P2}].SKIN"), "2.5");
+  EXPECT_EQ(Get("Well[2].Name"), "none");
+  EXPECT_EQ(Set("Well[{P1}].SKIN", "4"), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders(),
+            Texts{"SET SETWCONSTRAINTS WELLNAME{P1} ITEMS{SKIN} VALUES{4} SETTERS{USER}"});
+  EXPECT_EQ(Set("StaticWell.Delete", "2"), 1);
+  EXPECT_EQ(Error(), "Attempting to remove an object at an invalid index");
+}
+
+TEST_F(Commands, TellWhyAVariableCouldntBeRead) {
+  StartSimulator();
+  peer.CutAt("QWELLS");
+  EXPECT_EQ(GetWhole("Intersect.Well[{P1}].SKIN").substr(0, 24), "<Error retrieving SKIN, ");
+}
+
+TEST_F(Commands, StartRunAndStopTheSimulator) {
+  NameCase();
+  peer.Start();
+  EXPECT_EQ(DoAndTell("Intersect.StopIX"), "Intersect is already not running");
+  EXPECT_EQ(DoAndTell("Intersect.StartIX()"), "done");
+  EXPECT_EQ(DoAndTell("intersect.startix"), "Intersect is already running");
+  EXPECT_EQ(Get("Well[{P2}].CurPressure"), "3000") << "all wells have been read";
+  peer.TakeOrders();
+  EXPECT_EQ(DoAndTell("Intersect.RunToTime(100)"), "done");
+  EXPECT_EQ(Get("CurrentElapsedDays"), "100");
+  EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{99}"})
+      << "before a run has set it, the count of what the simulator was told stands at -1";
+  EXPECT_EQ(DoAndTell("Intersect.StopIX()"), "done");
+  EXPECT_EQ(Get("IsRunning"), "0");
+}
+
+TEST_F(Commands, SayWhatIsWrongWithThem) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"Other.StartIX()", "Invalid prefix"},
+      {"", "Invalid prefix"},
+      {"Intersect.Nonsense()", "done"},
+      {"Intersect.StartIX(1)", "Bad number of arguments"},
+      {"Intersect.StopIX(1,2)", "Bad number of arguments"},
+      {"Intersect.RunToTime", "Bad argument"},
+      {"Intersect.RunToTime(1,2)", "Bad number of arguments"},
+      {"Intersect.RunToTime(1", "Syntax error"},
+      {"Intersect.RunToTime(-1)", "RunToTime called for a time which has already passed"},
+      {"Intersect.RunToTime(5)", "The simulation process is not running."},
+  };
+  for (const auto& [command, answer] : cases) EXPECT_EQ(DoAndTell(command), answer) << command;
+}
+
+TEST_F(Commands, HoldOrdersBackAfterATimeThatHasPassed) {
+  StartSimulator();
+  ASSERT_EQ(StartRun({0}), 0);
+  StepBy(100.0);
+  Operate(0, 100.0, 0.0, 0.0);
+  peer.TakeOrders();
+  EXPECT_EQ(DoAndTell("Intersect.RunToTime(100)"),
+            "RunToTime called for a time which has already passed");
+  StepBy(1.0);
+  EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{101}"});
+}
+
+TEST_F(Commands, DescribeTheDeckAndWhereItRuns) {
+  char text[600];
+  NameCase();
+  const std::string deck = (Case() / "FIELD.afi").string();
+  Command(129, text, sizeof text);
+  EXPECT_EQ(text, deck + "\n<Not currently running>");
+  peer.Start();
+  Command(23);
+  Command(129, text, sizeof text);
+  EXPECT_EQ(text, deck + "\nRunning on: Local host");
+}
+
+TEST_F(Commands, DescribeTheEquipmentInAFile) {
+  StartSimulator();
+  char label[] = "Model 1";
+  Command(21, label);
+  const std::string file = (folder / "equipment.xml").string();
+  const char* const names[] = {"P2", "NOBODY", nullptr};
+  ASSERT_EQ(ExtEquipXml(model, file.c_str(), 1, names), 0);
+  const std::string xml = TestFolder::Read(file);
+  EXPECT_NE(xml.find("<Alias>Model 1</Alias>"), std::string::npos);
+  EXPECT_NE(xml.find("<Label>P2</Label>"), std::string::npos);
+  EXPECT_EQ(xml.find("<Label>P1</Label>"), std::string::npos);
+  EXPECT_EQ(ExtEquipXml(model, (folder / "no/such/folder").string().c_str(), 0, nullptr), 1);
+}
+
+TEST_F(Commands, NameTheVariablesThatTheHostAsksFor) {
+  auto record = std::make_unique<VariableNamesRecord>();
+  ASSERT_EQ(Command(102, record.get()), 0);
+  EXPECT_STREQ(record->reservoirInjectionCumulative, "Well[{~}].RES_VOLUME_INJECTION_CUML_FIELD");
+  EXPECT_STREQ(record->gasInjectionRate, "Well[{~}].GAS_INJECTION_RATE_FIELD");
+  EXPECT_EQ(record->gasRateFactor, 1.0);
+}
+
+}  // namespace
+}  // namespace gantry::test
