@@ -1,5 +1,7 @@
 #include "host/case_model.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 namespace gantry::fieldrun {
@@ -11,6 +13,17 @@ CaseError::CaseError(const std::string& file, int line, const std::string& reaso
 int Located::LineOf(const std::string& key) const {
   const auto found = keyLines.find(key);
   return found == keyLines.end() ? line : found->second;
+}
+
+const TubingSpec* CaseModel::TubingOf(const WellSpec& well) const {
+  const auto found = std::find_if(tubings.begin(), tubings.end(), [&](const TubingSpec& tubing) {
+    return tubing.name == well.tubing;
+  });
+  return found == tubings.end() ? nullptr : &*found;
+}
+
+double CaseModel::ManifoldPressureOf(const WellSpec& well) const {
+  return well.manifoldPressure.value_or(network.manifoldPressure.value_or(0));
 }
 
 void CaseModel::Fail(int line, const std::string& reason) const {

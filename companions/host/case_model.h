@@ -116,6 +116,9 @@ struct CaseModel {
   std::vector<GroupSpec> groups;
 
   UnitSystem Units() const { return static_cast<UnitSystem>(general.units); }
+  /// Null for a well without a tubing.
+  const TubingSpec* TubingOf(const WellSpec& well) const;
+  double ManifoldPressureOf(const WellSpec& well) const;
   [[noreturn]] void Fail(int line, const std::string& reason) const;
 };
 

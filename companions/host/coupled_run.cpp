@@ -74,9 +74,7 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
 
   retired_.resize(start_.wells.size());
   for (const RunWell& well : start_.wells) {
-    const auto found = std::find_if(case_.tubings.begin(), case_.tubings.end(),
-                                    [&](const auto& t) { return t.name == well.spec->tubing; });
-    tubings_.push_back(found == case_.tubings.end() ? nullptr : &*found);
+    tubings_.push_back(case_.TubingOf(*well.spec));
   }
 }
 
@@ -159,9 +157,9 @@ void CoupledRun::Solve(StepRecord& record) {
     const bool isProducer = spec.Kind() == WellKind::kProducer;
     NetworkWell& well = wells.emplace_back(spec, InflowCurve(record.wells[i].inflow, isProducer));
     well.tubing = tubings_[i];
-    well.manifoldPressure =
-        spec.manifoldPressure.value_or(case_.network.manifoldPressure.value_or(0));
+    well.manifoldPressure = case_.ManifoldPressureOf(spec);
     well.gravities = TubingGravities(case_.network, inflow_[i].gravities);
+    record.wells[i].gravities = well.gravities;
     places.push_back(i);
   }
   record.groups = SolveNetwork(wells, case_.groups);

@@ -31,6 +31,7 @@ struct RunStart {
 struct WellStep {
   std::vector<InflowPoint> inflow;  ///< as the module gave it
   OperatingPoint point;             ///< as the network decided
+  Gravities gravities;              ///< that the tubing was computed with
   /// The state that the simulator reports when the step is over; none when it has ended by then.
   std::optional<InflowPoint> reported;
 

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include "host/coupled_run.h"
+#include "host/output_file.h"
 #include "host/progress.h"
+#include "host/report_html.h"
 #include "host/result_tables.h"
 #include "host/verbs.h"
 
@@ -62,11 +64,15 @@ void RunCase(const Session& session) {
   MakeFolder(caseModel.general.output);
   ResultTables tables(caseModel.general.output, caseModel.Units());
   Progress progress(caseModel.Units(), !options.quiet, !options.quiet && IsTerminal());
-  Listeners listeners({&tables, &progress});
+  RunHistory history;
+  Listeners listeners({&tables, &history, &progress});
   CoupledRun run(caseModel, model, listeners);
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
   const RunEnd end = run.Run();
+  OutputFile report(caseModel.general.output + "/report.html");
+  report.Write(ComposeReport(caseModel, history));
+  report.Finish();
   if (!end.failure.empty()) throw DriverFailure(end.failure);
   if (!options.quiet) fmt::print("Results: {}\n", caseModel.general.output);
 }

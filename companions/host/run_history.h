@@ -1,0 +1,67 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/field_totals.h"
+#include "host/run_record.h"
+
+namespace gantry::fieldrun {
+
+/// One well of one step, as short as the report needs it.
+struct WellMoment {
+  bool isOpen = false;
+  double pressure = 0;
+  Rates rates;
+};
+
+/// The inflow of a well in one step, with the operating point on it.
+struct InflowMoment {
+  Date date;
+  std::vector<InflowPoint> inflow;
+  OperatingPoint point;
+  Gravities gravities;
+};
+
+struct WellHistory {
+  std::vector<WellMoment> moments;  ///< one for each step
+  InflowMoment first;               ///< the first and the last step that had an inflow
+  InflowMoment last;
+  Rates total;  ///< STB, MMscf
+  double daysOpen = 0;
+  std::string limitedBy;  ///< in the last step
+};
+
+struct FieldMoment {
+  double endDays = 0;  ///< from the start of the run to the end of the step
+  FieldRates rates;
+  FieldCumulatives totals;
+};
+
+/// How often a group's limit was in force.
+struct GroupHistory {
+  std::string group;
+  std::string limit;
+  int steps = 0;
+  double mostBefore = 0;
+};
+
+/// What the report shows of a run, kept while it goes.
+class RunHistory : public RunListener {
+ public:
+  void Started(const RunStart& runStart) override;
+  void StepDone(const StepRecord& record) override;
+  void Ended(const RunEnd& runEnd) override { end = runEnd; }
+
+  RunStart start;
+  RunEnd end;
+  std::vector<FieldMoment> field;
+  std::vector<WellHistory> wells;  ///< in the order of start.wells
+  std::vector<GroupHistory> groups;
+
+ private:
+  void AddWell(size_t place, const StepRecord& record);
+  void AddGroup(const GroupLimitReport& report);
+};
+
+}  // namespace gantry::fieldrun
