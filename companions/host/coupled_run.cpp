@@ -82,6 +82,7 @@ RunEnd CoupledRun::Run() {
   RunEnd end;
   try {
     while (end.steps < start_.stepCount && !end.endedBySimulator) {
+      if (isInterrupted && isInterrupted()) throw DriverFailure("The run was interrupted");
       end.endedBySimulator = !RunStep(end.steps);
       ++end.steps;
     }

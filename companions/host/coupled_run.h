@@ -36,6 +36,8 @@ class CoupledRun {
 
   /// Called at the beginning of each step, when the simulator waits.
   std::function<void(size_t step)> atStep;
+  /// When set, asked before each step; true ends the run there, as a failure.
+  std::function<bool()> isInterrupted;
 
  private:
   void CheckCompositions() const;

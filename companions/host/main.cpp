@@ -1,7 +1,9 @@
 #include "host/options.h"
+#include "host/terminal.h"
 #include "host/verbs.h"
 
 int main(int argc, char** argv) {
+  gantry::fieldrun::IgnoreBrokenPipes();
   const auto parsed = gantry::fieldrun::ParseCommandLine(argc, argv);
   if (const int* status = std::get_if<int>(&parsed)) return *status;
   return gantry::fieldrun::RunVerb(std::get<gantry::fieldrun::Options>(parsed));

@@ -74,32 +74,35 @@ void ScaleDown(const Members& wells, const GroupLimit& limit, double most,
   for (size_t i = 0; i < wells.size(); ++i) Settle(*wells[i], openingAt(i, low), reason);
 }
 
-// What a well makes of the limited phase for each barrel of oil; of two without oil, the bigger.
+// What a well makes of the limited phase for each barrel of oil. Where that says nothing, for
+// injectors and for a limit on oil itself, all wells are alike.
 double Offence(const NetworkWell& well, const GroupLimit& limit) {
   const Rates rates = well.curve.At(well.opening).rates;
   const bool isProducer = well.spec->Kind() == WellKind::kProducer;
-  if (!isProducer || limit.limit == &GroupSpec::maxOil) return -rates.Size();
-  return rates.oil > 0 ? limit.rate(rates) / rates.oil : std::numeric_limits<double>::infinity();
+  if (!isProducer) return 1;
+  return rates.oil > 0 ? limit.rate(rates) / rates.oil : std::numeric_limits<double>::max();
 }
 
-// The worst wells give way first, as far as it takes.
+// The worst wells give way first, as far as it takes. Wells that are about as bad as each other
+// give way together, so that a small difference doesn't shut one and then the other.
 void CutWorst(const Members& wells, const GroupLimit& limit, double most,
               const std::string& reason) {
-  Members worstFirst = wells;
-  std::stable_sort(worstFirst.begin(), worstFirst.end(),
-                   [&](const NetworkWell* a, const NetworkWell* b) {
-                     return Offence(*a, limit) > Offence(*b, limit);
-                   });
+  constexpr double kAlike = 0.9;
+  std::vector<std::pair<double, NetworkWell*>> ranked;
+  for (NetworkWell* well : wells) ranked.emplace_back(Offence(*well, limit), well);
+  std::stable_sort(ranked.begin(), ranked.end(),
+                   [](const auto& a, const auto& b) { return a.first > b.first; });
   double excess = SumOf(wells, limit) - most;
-  for (NetworkWell* well : worstFirst) {
-    if (excess <= 0) return;
-    const double own = RateOf(*well, limit);
+  for (size_t first = 0; first < ranked.size() && excess > 0;) {
+    Members band;
+    const double worst = ranked[first].first;
+    while (first < ranked.size() && ranked[first].first >= kAlike * worst) {
+      band.push_back(ranked[first++].second);
+    }
+    const double own = SumOf(band, limit);
     if (own <= 0) continue;
-    const auto rate = [&](const InflowPoint& point) { return limit.rate(point.rates); };
-    const double left = std::max(own - excess, 0.0);
-    const double opening = left > 0 ? well->curve.LargestOpening(rate, left) : 0;
-    Settle(*well, std::min(opening, well->opening), reason);
-    excess -= own - left;
+    ScaleDown(band, limit, std::max(own - excess, 0.0), reason);
+    excess -= own - SumOf(band, limit);
   }
 }
 

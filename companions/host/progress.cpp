@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 namespace gantry::fieldrun {
 namespace {
@@ -13,8 +12,6 @@ using enum Quantity;
 constexpr size_t kBarWidth = 40;
 
 }  // namespace
-
-bool IsTerminal() { return ::isatty(::fileno(stderr)) != 0; }
 
 Progress::Progress(UnitSystem units, bool showsTable, bool showsBar)
     : units_(units), showsTable_(showsTable), showsBar_(showsBar) {}

@@ -29,7 +29,4 @@ class Progress : public RunListener {
   std::vector<RunWell> wells_;
 };
 
-/// True when the standard error of this process is a terminal.
-bool IsTerminal();
-
 }  // namespace gantry::fieldrun

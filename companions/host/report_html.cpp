@@ -110,6 +110,7 @@ template <class Value>
 ChartSeries Report::FieldSeries(const char* name, const char* colour, Quantity quantity,
                                 Value value) const {
   ChartSeries series{name, colour, {}, false};
+  series.points.emplace_back(0, Show(value(history_.field.front()), quantity));
   for (const FieldMoment& moment : history_.field) {
     series.points.emplace_back(moment.endDays, Show(value(moment), quantity));
   }
@@ -121,6 +122,7 @@ ChartSeries Report::WellSeries(size_t place, const char* name, const char* colou
                                Quantity quantity, Value value) const {
   ChartSeries series{name, colour, {}, false};
   const std::vector<WellMoment>& moments = history_.wells[place].moments;
+  series.points.emplace_back(0, Show(value(moments.front()), quantity));
   for (size_t i = 0; i < moments.size(); ++i) {
     series.points.emplace_back(history_.field[i].endDays, Show(value(moments[i]), quantity));
   }
@@ -273,6 +275,7 @@ Chart Report::InflowChart(size_t place) const {
   chart.yUnit = Unit(kPressure);
   chart.xTitle = (showsGas ? "gas, " + Unit(kGasRate) : "liquid, " + Unit(kLiquidRate));
   chart.startsAtZero = false;
+  if (spec.Kind() == WellKind::kProducer) chart.height = 560;  // stands beside two rows
   AddInflow(chart, well.first, "first", showsGas);
   AddInflow(chart, well.last, "last", showsGas);
   if (spec.Kind() == WellKind::kProducer) AddLift(chart, spec, well.last, showsGas);
@@ -294,10 +297,13 @@ std::string Report::RateCharts(size_t place) const {
     case WellKind::kProducer:
       break;
   }
+  const auto ratio = [](Moment m) { return m.rates.oil > 0 ? m.rates.gas * 1e6 / m.rates.oil : 0; };
   return ToHtml(OverTime("Liquid rates", kLiquidRate,
                          {WellSeries(place, "oil", "oil", kLiquidRate, oil),
                           WellSeries(place, "water", "water", kLiquidRate, water)})) +
-         ToHtml(OverTime("Gas rate", kGasRate, {WellSeries(place, "gas", "gas", kGasRate, gas)}));
+         ToHtml(OverTime("Gas rate", kGasRate, {WellSeries(place, "gas", "gas", kGasRate, gas)})) +
+         ToHtml(OverTime("Gas-oil ratio", kGasLiquidRatio,
+                         {WellSeries(place, "ratio", "gas", kGasLiquidRatio, ratio)}));
 }
 
 std::string Report::WellCard(size_t place) const {
@@ -310,8 +316,8 @@ std::string Report::WellCard(size_t place) const {
       "<div class=\"well\"><h3>{} <span class=\"soft\">{}</span></h3>\n"
       "<div class=\"charts\">\n",
       EscapeHtml(spec.name), KindName(spec.Kind()));
-  html += RateCharts(place) + ToHtml(pressure);
   if (!history_.wells[place].first.inflow.empty()) html += ToHtml(InflowChart(place));
+  html += RateCharts(place) + ToHtml(pressure);
   return html + "</div></div>\n";
 }
 

@@ -58,6 +58,7 @@ text.x { text-anchor: middle; }
 .legend .pressure::before { color: var(--pressure); }
 .well { padding: 14px; margin-top: 14px; }
 .well figure { border: 0; padding: 6px 0 0; }
+@media (min-width: 1000px) { .producer figure:first-child { grid-row: span 2; } }
 .wide { overflow-x: auto; }
 table { border-collapse: collapse; width: 100%; background: var(--card); font-size: 14px;
   font-variant-numeric: tabular-nums; }

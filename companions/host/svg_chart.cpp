@@ -10,7 +10,6 @@ namespace gantry::fieldrun {
 namespace {
 
 constexpr double kWidth = 480;
-constexpr double kHeight = 260;
 constexpr double kLeft = 52;
 constexpr double kRight = 14;
 constexpr double kTop = 10;
@@ -94,7 +93,7 @@ class Drawing {
     }
     for (const ChartMarker& marker : chart.markers) xs.Add(marker.x), ys.Add(marker.y);
     if (chart.startsAtZero) ys.Add(0);
-    if (!chart.dateOfX0) xs.Add(0);
+    xs.Add(0);
     x_ = chart.dateOfX0 ? DateAxis(*chart.dateOfX0, xs.low, xs.high)
                         : NumberAxis(xs.low, xs.high, true);
     y_ = NumberAxis(ys.low, ys.high, true);
@@ -102,7 +101,7 @@ class Drawing {
 
   std::string Svg() const {
     std::string svg = fmt::format("<svg viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"{}\">\n",
-                                  kWidth, kHeight, EscapeHtml(chart_.title));
+                                  kWidth, chart_.height, EscapeHtml(chart_.title));
     svg += Grid();
     for (const ChartSeries& series : chart_.series) svg += Line(series);
     for (const ChartMarker& marker : chart_.markers) {
@@ -117,7 +116,7 @@ class Drawing {
  private:
   double X(double value) const { return kLeft + x_.Part(value) * (kWidth - kLeft - kRight); }
   double Y(double value) const {
-    return kHeight - kBottom - y_.Part(value) * (kHeight - kTop - kBottom);
+    return chart_.height - kBottom - y_.Part(value) * (chart_.height - kTop - kBottom);
   }
 
   std::string Grid() const {
@@ -129,7 +128,7 @@ class Drawing {
           "<text class=\"y\" x=\"{}\" y=\"{:.1f}\">{}</text>\n",
           kLeft, kWidth - kRight, y, y, kLeft - 7, y + 4, tick.label);
     }
-    const double base = kHeight - kBottom;
+    const double base = chart_.height - kBottom;
     for (const Tick& tick : x_.ticks) {
       const double x = X(tick.value);
       svg += fmt::format(
@@ -142,7 +141,7 @@ class Drawing {
     const std::string xTitle = chart_.dateOfX0 && x_.high - x_.low < 60 ? "days" : chart_.xTitle;
     if (xTitle.empty()) return svg;
     return svg + fmt::format("<text class=\"title\" x=\"{}\" y=\"{}\">{}</text>\n", kWidth - kRight,
-                             kHeight - 4, EscapeHtml(xTitle));
+                             chart_.height - 4, EscapeHtml(xTitle));
   }
 
   std::string Line(const ChartSeries& series) const {

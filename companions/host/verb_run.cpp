@@ -1,3 +1,4 @@
+#include <csignal>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -7,12 +8,22 @@
 #include "host/progress.h"
 #include "host/report_html.h"
 #include "host/result_tables.h"
+#include "host/terminal.h"
 #include "host/verbs.h"
 
 namespace gantry::fieldrun {
 namespace {
 
 namespace fs = std::filesystem;
+
+// Set by the first request to stop; the step under way is finished and what was run is reported.
+// A second request ends the program at once.
+volatile std::sig_atomic_t stopRequested = 0;
+
+void RequestStop(int signal) {
+  stopRequested = 1;
+  std::signal(signal, SIG_DFL);
+}
 
 // Passes what happens in a run on to all who follow it.
 class Listeners : public RunListener {
@@ -67,6 +78,9 @@ void RunCase(const Session& session) {
   RunHistory history;
   Listeners listeners({&tables, &history, &progress});
   CoupledRun run(caseModel, model, listeners);
+  run.isInterrupted = [] { return stopRequested != 0; };
+  std::signal(SIGINT, RequestStop);
+  std::signal(SIGTERM, RequestStop);
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
   const RunEnd end = run.Run();

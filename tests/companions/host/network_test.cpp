@@ -261,6 +261,18 @@ TEST_F(Group, RanksTheWorstWellsFirst) {
   EXPECT_FALSE(wells_[2].Point().isOpen);
 }
 
+TEST_F(Group, LetsWellsThatAreAlikeGiveWayTogether) {
+  // Two wells whose water cuts differ by a hair share the cut; a ranking by the hair would shut one.
+  std::vector<NetworkWell> wells;
+  wells.emplace_back(specs_[0], StraightInflow(3000, 2, 0.500, 500));
+  wells.emplace_back(specs_[1], StraightInflow(3000, 2, 0.501, 500));
+  group_.method = 1;
+  group_.maxWater = 2000;
+  SolveNetwork(wells, {group_});
+  EXPECT_NEAR(wells[0].Point().rates.water, 1000, 5);
+  EXPECT_NEAR(wells[1].Point().rates.water, 1000, 5);
+}
+
 TEST_F(Group, MeetsEveryLimitOfEveryGroup) {
   GroupSpec pair;
   pair.name = "pair";
