@@ -1,25 +1,16 @@
 #include "client/v2017_2/ext_connector_local.h"
 
-#include <stdexcept>
-
-#include "client/item_names.h"
+#include "client/v2017_2/injection_sources.h"
 
 namespace gantry::v2017_2 {
 
 bool CExtConnectorLocal::SetInjectionSource(const std::string& well, const std::string& source) {
-  return client_.value().create_fluid_source_external(well, source, "GAS");
+  return AttachInjectionSource(client_.value(), well, source);
 }
 
 void CExtConnectorLocal::SetWellInjectionComposition(const Strings& sources,
                                                      const std::vector<Doubles>& fractions) {
-  if (sources.size() != fractions.size()) {
-    throw std::runtime_error("Inconsistent data sent to SetWellInjectionComposition");
-  }
-  for (size_t i = 0; i < sources.size(); ++i) {
-    Strings names;
-    AppendMoleFractionItems(static_cast<int32_t>(fractions[i].size()), names);
-    client_.value().set_composition_of_fluid_source_external(sources[i], fractions[i], names, "");
-  }
+  SetSourceCompositions(client_.value(), sources, fractions);
 }
 
 }  // namespace gantry::v2017_2

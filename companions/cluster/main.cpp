@@ -1,0 +1,29 @@
+#include <cstdio>
+#include <exception>
+
+#include <fmt/format.h>
+
+#include "cluster/factory.h"
+#include "cluster/log.h"
+#include "cluster/options.h"
+
+int main(int argc, char** argv) {
+  using namespace gantry::cluster;
+  Options options;
+  int exitStatus = 0;
+  if (!ParseOptions(argc, argv, options, exitStatus)) return exitStatus;
+  try {
+    const Log log = options.logFile.empty() ? Log() : Log(options.logFile);
+    Factory factory(options, log);
+    const std::string where = fmt::format("listens on {}:{}", options.address, factory.Port());
+    log.Write(where);
+    std::puts(("runfactory " + where).c_str());
+    std::fflush(stdout);
+    factory.Run();
+    log.Write("has stopped");
+  } catch (const std::exception& failure) {
+    std::fputs(("runfactory: " + std::string(failure.what()) + "\n").c_str(), stderr);
+    return 1;
+  }
+  return 0;
+}

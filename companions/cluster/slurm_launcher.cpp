@@ -1,0 +1,182 @@
+#include <algorithm>
+#include <cctype>
+
+#include <fcntl.h>
+
+#include "cluster/launcher.h"
+#include "cluster/program.h"
+
+namespace gantry::cluster {
+
+namespace {
+
+constexpr int kCommandSeconds = 30;
+constexpr int kPatienceRounds = 10;
+constexpr int kRoundMilliseconds = 500;
+
+/// The batch script: its arguments are the simulator's command, which it runs as one step.
+constexpr std::string_view kBatchScript = "#!/bin/sh\nexec srun \"$@\"\n";
+
+std::string Trimmed(const std::string& text) {
+  const size_t begin = text.find_first_not_of(" \n");
+  if (begin == std::string::npos) return {};
+  return text.substr(begin, text.find_last_not_of(" \n") - begin + 1);
+}
+
+/// Runs a command of Slurm; its last line of output is the reason when it fails.
+std::string AskSlurm(const std::vector<std::string>& command) {
+  try {
+    const Outcome outcome = RunProgram(command, kCommandSeconds);
+    const std::string output = Trimmed(outcome.output);
+    if (outcome.exitStatus == 0) return output;
+    throw LaunchFailed("Slurm's " + command.front() +
+                       " failed: " + output.substr(output.rfind('\n') + 1));
+  } catch (const LaunchFailed&) {
+    throw;
+  } catch (const std::runtime_error& failure) {
+    throw LaunchFailed(std::string("The run factory ") + failure.what());
+  }
+}
+
+struct JobState {
+  std::string state;  ///< empty when Slurm knows the job no longer
+  std::string node;
+};
+
+JobState StateOf(const std::string& job) {
+  const std::string line =
+      AskSlurm({"squeue", "--noheader", "--states=all", "--jobs=" + job, "--format=%T|%B"});
+  const size_t bar = line.find('|');
+  if (bar == std::string::npos) return {};
+  return {line.substr(0, bar), Trimmed(line.substr(bar + 1))};
+}
+
+bool IsWaiting(const std::string& state) {
+  return state == "PENDING" || state == "CONFIGURING" || state == "REQUEUED";
+}
+
+bool IsAlive(const std::string& state) {
+  return IsWaiting(state) || state == "RUNNING" || state == "COMPLETING" || state == "SUSPENDED";
+}
+
+/// The case's name as a job's name: what Slurm's listings show without quoting.
+std::string JobNameOf(std::string name) {
+  std::replace_if(
+      name.begin(), name.end(),
+      [](unsigned char character) {
+        return std::isalnum(character) == 0 && character != '.' && character != '-';
+      },
+      '_');
+  return name;
+}
+
+/// A path in which Slurm replaces no patterns.
+std::string Literal(const std::string& path) {
+  std::string literal;
+  for (const char character : path) {
+    literal += character;
+    if (character == '%') literal += '%';
+  }
+  return literal;
+}
+
+class SlurmJob : public Job {
+ public:
+  explicit SlurmJob(std::string number) : number_(std::move(number)) {}
+
+  std::string Name() const override { return number_; }
+
+  std::string Node() override {
+    const JobState now = StateOf(number_);
+    if (IsWaiting(now.state)) return {};
+    if (now.state == "RUNNING") return now.node;
+    Fail(now.state);
+  }
+
+  void Check() override {
+    const JobState now = StateOf(number_);
+    if (!IsAlive(now.state)) Fail(now.state);
+  }
+
+ private:
+  [[noreturn]] void Fail(const std::string& state) const {
+    throw LaunchFailed("The simulator's job " + number_ + " has ended" +
+                       (state.empty() ? "" : " (" + state + ")"));
+  }
+
+  std::string number_;
+};
+
+/// Starts simulators through Slurm's own commands.
+class SlurmLauncher : public Launcher {
+ public:
+  explicit SlurmLauncher(const Options& options)
+      : simulator_(options.simulator), extra_(options.slurmOptions) {}
+
+  std::unique_ptr<Job> Start(const CaseLocation& location, const RunRequest& request,
+                             uint16_t port) override {
+    const ScriptFile script;
+    std::vector<std::string> command = {
+        "sbatch",
+        "--parsable",
+        "--no-requeue",
+        "--job-name=" + JobNameOf(location.baseName),
+        "--ntasks=" + std::to_string(std::max(1, request.parallel)),
+        "--chdir=" + location.path,
+        "--output=" + Literal(location.path + "/" + LogNameOf(location)),
+    };
+    command.insert(command.end(), extra_.begin(), extra_.end());
+    command.push_back(script.Path());
+    command.push_back(simulator_);
+    for (std::string& argument : SimulatorArguments(location, request, port)) {
+      command.push_back(std::move(argument));
+    }
+    const std::string answer = AskSlurm(command);
+    const std::string number = answer.substr(0, answer.find(';'));
+    const bool isNumber = !number.empty() && std::all_of(number.begin(), number.end(), ::isdigit);
+    if (!isNumber) throw LaunchFailed("Slurm's sbatch gave no job number: " + answer);
+    return std::make_unique<SlurmJob>(number);
+  }
+
+  void End(const std::string& name) override {
+    for (int round = 0; round < kPatienceRounds; ++round) {
+      if (!IsAlive(StateOf(name).state)) return;
+      ::usleep(kRoundMilliseconds * 1000);
+    }
+    AskSlurm({"scancel", name});
+  }
+
+ private:
+  /// The batch script in a file of its own, which sbatch has read by the time this dies.
+  class ScriptFile {
+   public:
+    ScriptFile() {
+      const char* folder = std::getenv("TMPDIR");
+      path_ = std::string(folder != nullptr ? folder : "/tmp") + "/runfactory-XXXXXX";
+      const UniqueFd file(::mkostemp(path_.data(), O_CLOEXEC));
+      const bool isWritten =
+          file && ::write(file.Get(), kBatchScript.data(), kBatchScript.size()) ==
+                      static_cast<ssize_t>(kBatchScript.size());
+      if (!isWritten) throw LaunchFailed("The run factory cannot write its batch script");
+    }
+    ~ScriptFile() { ::unlink(path_.c_str()); }
+    ScriptFile(const ScriptFile&) = delete;
+    ScriptFile& operator=(const ScriptFile&) = delete;
+
+    const std::string& Path() const { return path_; }
+
+   private:
+    std::string path_;
+  };
+
+  std::string simulator_;
+  std::vector<std::string> extra_;
+};
+
+}  // namespace
+
+std::unique_ptr<Launcher> MakeSlurmLauncher(const Options& options) {
+  return std::make_unique<SlurmLauncher>(options);
+}
+
+}  // namespace gantry::cluster
