@@ -5,55 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include "remote/passing_calls.h"
 #include "remote/wire_bytes.h"
 #include "support/scripted_peer.h"
 
 namespace gantry {
 namespace {
 
-using platform::SocketCalls;
 using platform::SocketHandle;
 using test::Framed;
 using test::Int;
+using test::PassingCalls;
 using test::ScriptedPeer;
-
-/// The system's calls, of which a test changes one.
-class PassingCalls : public SocketCalls {
- public:
-  bool StartUp() override { return System().StartUp(); }
-  void CleanUp() override { System().CleanUp(); }
-  SocketHandle OpenTcp() override { return System().OpenTcp(); }
-  void Close(SocketHandle socket) override { System().Close(socket); }
-  bool SetBlocking(SocketHandle socket, bool blocking) override {
-    return System().SetBlocking(socket, blocking);
-  }
-  std::optional<uint32_t> FindHost(const std::string& name) override {
-    return System().FindHost(name);
-  }
-  int Connect(SocketHandle socket, uint32_t address, uint16_t port) override {
-    return System().Connect(socket, address, port);
-  }
-  int Bind(SocketHandle socket, uint16_t port) override { return System().Bind(socket, port); }
-  int Listen(SocketHandle socket, int backlog) override { return System().Listen(socket, backlog); }
-  SocketHandle Accept(SocketHandle socket) override { return System().Accept(socket); }
-  int Select(SocketHandle socket, bool orWritable, std::optional<int> limit) override {
-    return System().Select(socket, orWritable, limit);
-  }
-  int64_t Send(SocketHandle socket, std::span<const std::byte> bytes) override {
-    return System().Send(socket, bytes);
-  }
-  int64_t Receive(SocketHandle socket, std::span<std::byte> bytes) override {
-    return System().Receive(socket, bytes);
-  }
-  int64_t Available(SocketHandle socket) override { return System().Available(socket); }
-  void PauseOnClosedPeer(SocketHandle socket) override { System().PauseOnClosedPeer(socket); }
-  int LastError() override { return System().LastError(); }
-  bool IsWouldBlock(int error) override { return System().IsWouldBlock(error); }
-  bool IsInProgress(int error) override { return System().IsInProgress(error); }
-
- private:
-  static SocketCalls& System() { return platform::SystemSockets(); }
-};
 
 /// What a call throws, the socket layer's own manner: plain and text objects.
 template <class Call>

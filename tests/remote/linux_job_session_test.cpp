@@ -1,0 +1,182 @@
+#include "remote/linux_job_session.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <gtest/gtest.h>
+
+#include "platform/user.h"
+#include "remote/passing_calls.h"
+#include "remote/wire_bytes.h"
+#include "settings/link_settings.h"
+#include "support/isolation.h"
+#include "support/scripted_peer.h"
+
+namespace gantry {
+namespace {
+
+using test::BareRequest;
+using test::Double;
+using test::Framed;
+using test::Int;
+using test::kAccepted;
+using test::Message;
+using test::ScriptedPeer;
+
+std::string UserInLowerCase() {
+  std::string name = platform::LogInName().value_or("");
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](unsigned char character) { return std::tolower(character); });
+  return name;
+}
+
+LinkSettings SettingsFor(const ScriptedPeer& peer) {
+  LinkSettings settings;
+  settings.HeadNode = "127.0.0.1";
+  settings.HeadNodePort = peer.Port();
+  settings.FileName = "/fields/north/NORTH.v2.afi";
+  settings.Parallel = 4;
+  settings.LinuxIXVersion = 20172;
+  settings.StdLogging = true;
+  return settings;
+}
+
+/// What a driver says between the version and the answer.
+std::string Description(const std::string& logging = "1") {
+  return Framed("1") + Framed("0") + Framed("/fields/north/") + Framed("NORTH.v2") + Framed("4") +
+         Framed("20172") + Framed(UserInLowerCase()) + Framed(logging);
+}
+
+/// The factory up to its answer.
+ScriptedPeer& Hear(ScriptedPeer& peer) {
+  return peer.ReplyBytes(Framed("3")).ExpectBytes(Description());
+}
+
+void PlaySession(ScriptedPeer& peer) {
+  peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, kAccepted));
+  peer.ExpectBytes(BareRequest(17)).ReplyBytes(Message(17, Double(2017.2) + kAccepted));
+  peer.ExpectBytes(BareRequest(3)).ReplyBytes(Message(3, Int(1) + kAccepted));
+  peer.ExpectBytes(BareRequest(4)).ReplyBytes(Message(4, Double(12.5) + kAccepted));
+  peer.ExpectBytes(BareRequest(65520)).ReplyBytes(Message(65520, kAccepted));
+}
+
+TEST(LinuxJobSession, HandsTheDialoguesConnectionToTheConnector) {
+  for (const char* answer : {"OK|node017", "OK|node017\n", "|OK| |node017"}) {
+    ScriptedPeer peer;
+    Hear(peer).ReplyBytes(Framed(answer));
+    PlaySession(peer);
+    peer.Start();
+    const LinkSettings settings = SettingsFor(peer);
+    CLinuxJobSession session(settings);
+    EXPECT_FALSE(session.IsRunning());
+    EXPECT_EQ(session.GetHostDescription(), "");
+    std::string message;
+    ASSERT_EQ(session.Start(message), 0) << message;
+    EXPECT_TRUE(session.IsRunning());
+    EXPECT_EQ(session.GetHostDescription(), "node017");
+    EXPECT_EQ(session.Connector->GetTimeDays(), 12.5);
+    EXPECT_EQ(session.Start(message), 1);
+    EXPECT_EQ(message,
+              "The current simulator process is still running. No new process is created.");
+  }
+}
+
+TEST(LinuxJobSession, TellsTheBatchScenario) {
+  test::SetEnvironment("LSB_JOBID", "77");
+  test::SetEnvironment("LSF_TESSEL_SCENARIO", "4");
+  ScriptedPeer peer;
+  peer.ReplyBytes(Framed("3")).ExpectBytes(Framed("1") + Framed("5") + Framed("/fields/north/"));
+  peer.ExpectBytes(Framed("NORTH.v2") + Framed("4") + Framed("20172"));
+  peer.ExpectBytes(Framed(UserInLowerCase()) + Framed("0")).ReplyBytes(Framed("no"));
+  peer.Start();
+  LinkSettings settings = SettingsFor(peer);
+  settings.StdLogging = false;
+  std::string message;
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message, "no");
+}
+
+TEST(LinuxJobSession, ShowsWhatTheFactoryAnswers) {
+  const std::vector<std::pair<std::string, std::string>> answers = {
+      {"OK", "OK"},
+      {"OK|a|b", "OK|a|b"},
+      {"ok|node017", "ok|node017"},
+      {"No licence today", "No licence today"},
+      {" | \n ", "Invalid response from simulator"},
+      {"", "Error connecting to run factory on host 127.0.0.1 (2)"},
+  };
+  for (const auto& [answer, text] : answers) {
+    ScriptedPeer peer;
+    Hear(peer).ReplyBytes(Framed(answer)).Start();
+    const LinkSettings settings = SettingsFor(peer);
+    CLinuxJobSession session(settings);
+    std::string message;
+    EXPECT_EQ(session.Start(message), 1);
+    EXPECT_EQ(message, text);
+    EXPECT_FALSE(session.IsRunning());
+  }
+}
+
+TEST(LinuxJobSession, DeclinesAFactoryOfAnotherVersion) {
+  const std::vector<std::pair<std::string, std::string>> versions = {
+      {"2", "(2 - expected = 3)"}, {"three", "(0 - expected = 3)"}};
+  for (const auto& [version, found] : versions) {
+    ScriptedPeer peer;
+    peer.ReplyBytes(Framed(version)).ExpectBytes(Framed("0")).Start();
+    const LinkSettings settings = SettingsFor(peer);
+    std::string message;
+    EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+    EXPECT_EQ(message, "Linux side executables are of a different version to KINSET " + found);
+  }
+}
+
+TEST(LinuxJobSession, TellsWhereTheConnectionBroke) {
+  ScriptedPeer silent;
+  silent.Start();
+  LinkSettings settings = SettingsFor(silent);
+  std::string message;
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message,
+            "Error connecting to run factory on host 127.0.0.1. Version number not returned");
+
+  ScriptedPeer closing;
+  Hear(closing).Start();
+  settings = SettingsFor(closing);
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message, "Error connecting to run factory on host 127.0.0.1 (2)");
+
+  settings.HeadNodePort = 1;
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message, "Error connecting to run factory on host 127.0.0.1, port 1. Is it running?");
+}
+
+TEST(LinuxJobSession, NamesAnIntegerThatIsThrown) {
+  class Integers : public test::PassingCalls {
+   public:
+    bool StartUp() override { throw 10061; }
+  } calls;
+  const platform::SocketCallsOverride override(calls);
+  LinkSettings settings;
+  settings.HeadNode = "head";
+  settings.HeadNodePort = 7777;
+  std::string message;
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message,
+            "Error connecting to run factory on host head, port 7777. Is it running? Error number: "
+            "10061");
+}
+
+TEST(LinuxJobSession, ReportsAConnectorThatCannotBeMade) {
+  ScriptedPeer peer;
+  Hear(peer).ReplyBytes(Framed("OK|node017"));
+  peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, test::kRefused)).Start();
+  const LinkSettings settings = SettingsFor(peer);
+  CLinuxJobSession session(settings);
+  std::string message;
+  EXPECT_EQ(session.Start(message), 1);
+  EXPECT_EQ(message, "Abnormal error: Unexpected acknowledgement from Intersect controller");
+  EXPECT_FALSE(session.IsRunning());
+}
+
+}  // namespace
+}  // namespace gantry
