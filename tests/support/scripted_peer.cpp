@@ -138,9 +138,17 @@ ScriptedPeer& ScriptedPeer::Answer(Entries request, Entries reply) {
   return Reply({"READY", "END"});
 }
 
-ScriptedPeer& ScriptedPeer::AnswerBy(std::function<Entries(const Entries&)> answer) {
+ScriptedPeer& ScriptedPeer::Serve(std::function<std::vector<Entries>(const Entries&)> answer) {
   play_->steps.emplace_back([answer = std::move(answer)](tcp::socket& socket) {
-    asio::write(socket, asio::buffer(Frame(answer(Decode(ReadPayload(socket))))));
+    try {
+      for (;;) {
+        const std::vector<Entries> messages = answer(Decode(ReadPayload(socket)));
+        if (messages.empty()) return;
+        for (const Entries& message : messages) asio::write(socket, asio::buffer(Frame(message)));
+      }
+    } catch (const boost::system::system_error&) {
+      // The client has gone, which it may do at any time.
+    }
   });
   return *this;
 }

@@ -43,8 +43,9 @@ class ScriptedPeer {
   ScriptedPeer& Greet(const std::string& position = "MODEL_DEFINITION");
   /// A query or a setter that answers with `reply` (which may be empty: no reply) and "READY".
   ScriptedPeer& Answer(Entries request, Entries reply = {});
-  /// The next frame is given to `answer`, whose entries go back.
-  ScriptedPeer& AnswerBy(std::function<Entries(const Entries&)> answer);
+  /// Every further frame is given to `answer`, whose messages go back, until the client closes. No
+  /// message at all hangs up.
+  ScriptedPeer& Serve(std::function<std::vector<Entries>(const Entries&)> answer);
   /// Closes the connection and waits for another one.
   ScriptedPeer& Reconnect();
 

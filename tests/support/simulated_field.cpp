@@ -1,0 +1,225 @@
+#include "support/simulated_field.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace gantry::test {
+
+namespace {
+
+constexpr double kGasOfLiquid = 100.0;
+constexpr double kWaterOfLiquid = 0.25;
+
+/// The numbers of a well that don't hang on its kind.
+const std::map<std::string, double> kFixedItems = {
+    {"TEMPERATURE", 80.0},
+    {"GAS_DENSITY", 1.0},
+    {"WATER_DENSITY", 1000.0},
+    {"OIL_DENSITY", 800.0},
+    {"TOTAL_MOLE_FRACTION[1]", 0.75},
+    {"TOTAL_MOLE_FRACTION[2]", 0.25},
+};
+
+/// What one unit of flow is in each rate of a kind of well.
+const std::map<std::string, std::map<std::string, double>> kRatesOfFlow = {
+    {"PRODUCER",
+     {{"OIL_PRODUCTION_RATE", 1.0 - kWaterOfLiquid},
+      {"WATER_PRODUCTION_RATE", kWaterOfLiquid},
+      {"LIQUID_PRODUCTION_RATE", 1.0},
+      {"GAS_PRODUCTION_RATE", kGasOfLiquid}}},
+    {"WATER_INJECTOR", {{"WATER_INJECTION_RATE", 1.0}}},
+    {"GAS_INJECTOR", {{"GAS_INJECTION_RATE", 1.0}}},
+};
+
+/// The strings, numbers or integers of the entry of that name; empty without it.
+template <class T>
+T Find(const Entries& message, const std::string& name) {
+  for (const Entry& entry : message) {
+    if (entry.name == name) return std::get<T>(entry.data);
+  }
+  return {};
+}
+
+Texts AskedWells(const SimulatedField& field, const Entries& request) {
+  Texts names = Find<Texts>(request, "WELNAMES");
+  if (names != Texts{"*"}) return names;
+  names.clear();
+  for (const SimulatedWell& well : field.wells) names.push_back(well.name);
+  return names;
+}
+
+Entry NumbersOf(const SimulatedWell& well, const Texts& items) {
+  Numbers values;
+  for (const std::string& item : items) values.push_back(well.Value(item));
+  return {"VALUES", values};
+}
+
+Entry WordsOf(const SimulatedWell& well, const Texts& items) {
+  Texts values;
+  for (const std::string& item : items) values.push_back(item == "TYPE" ? well.type : well.status);
+  return {"VALUES", values};
+}
+
+Entries TellWells(SimulatedField& field, const Entries& request) {
+  const bool asWords = request[1].name == "QWELLS_STR";
+  const Texts items = Find<Texts>(request, "QITEMS");
+  Entries reply = {"REPLY", {"QITEMS", items}};
+  for (const std::string& name : AskedWells(field, request)) {
+    const SimulatedWell& well = field.At(name);
+    reply.emplace_back("WELLNAME", Texts{name});
+    reply.push_back(asWords ? WordsOf(well, items) : NumbersOf(well, items));
+  }
+  reply.emplace_back("END");
+  return reply;
+}
+
+Entries TellReservoir(const SimulatedField& field, const Entries& request) {
+  const std::map<std::string, std::string> words = {
+      {"IX_VERSION", field.version},
+      {"UNIT_SYSTEM", field.isMetric ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD"},
+      {"FM_FLUID_MODEL", field.isCompositional ? "COMPOSITIONAL" : "BLACKOIL"},
+      {"RES_FLUID_MODEL", "unread"},
+  };
+  Entries reply = {"REPLY"};
+  for (const std::string& item : Find<Texts>(request, "QITEMS")) {
+    reply.emplace_back("QITEM", Texts{item});
+    if (item == "START_DATE") {
+      reply.emplace_back("VALUES", Ints{2019, 12, 31, 0, 0, 0});
+    } else {
+      reply.emplace_back("VALUES", Texts{words.at(item)});
+    }
+  }
+  reply.emplace_back("END");
+  return reply;
+}
+
+Entries TellFluid() {
+  return {"REPLY",
+          {"FLUIDMODELDNAME", Texts{"Fluid"}},
+          {"EOSNAME", Texts{"PR"}},
+          {"NCOMPS", Texts{"C1", "C2"}},
+          {"BIC", Numbers{0.5}},
+          {"EOSPROPNAME", Texts{"Molecular weight"}},
+          {"VALUES", Numbers{16.0, 30.0}},
+          {"EOSPROPNAME", Texts{"TCrit"}},
+          {"VALUES", Numbers{-82.0, 32.0}},
+          {"EOSPROPNAME", Texts{"PCrit"}},
+          {"VALUES", Numbers{46.0, 49.0}},
+          "END"};
+}
+
+void TakeConstraints(SimulatedField& field, const Entries& request) {
+  for (size_t i = 2; i + 1 < request.size(); i += 4) {
+    SimulatedWell& well = field.At(std::get<Texts>(request[i].data).front());
+    const Texts& items = std::get<Texts>(request[i + 1].data);
+    const Numbers& values = std::get<Numbers>(request[i + 2].data);
+    for (size_t j = 0; j < items.size(); ++j) well.constraints[items[j]] = values[j];
+  }
+}
+
+void TakeStatuses(SimulatedField& field, const Entries& request) {
+  const Texts names = Find<Texts>(request, "WELNAMES");
+  const Texts statuses = Find<Texts>(request, "VALUES");
+  for (size_t i = 0; i < names.size(); ++i) field.At(names[i]).status = statuses[i];
+}
+
+void TakeUptimes(SimulatedField& field, const Entries& request) {
+  const Texts names = Find<Texts>(request, "WELNAMES");
+  const Numbers fractions = Find<Numbers>(request, "VALUES");
+  for (size_t i = 0; i < names.size(); ++i) field.At(names[i]).uptime = fractions[i];
+}
+
+void TakeComposition(SimulatedField& field, const Entries& request) {
+  field.compositions[Find<Texts>(request, "STNAME").front()] =
+      Find<Numbers>(request, "STCMPVALUES");
+}
+
+Entries TakeSource(SimulatedField& field, const Entries& request) {
+  const std::string well = Find<Texts>(request, "WELLNAME").front();
+  const bool isInjector = field.At(well).type != "PRODUCER";
+  if (isInjector) field.sources[well] = Find<Texts>(request, "STNAME").front();
+  return {"REPLY", {"STRET", Ints{isInjector ? 1 : 0}}, "END"};
+}
+
+Entries Run(SimulatedField& field, const Entries& request) {
+  const Numbers until = Find<Numbers>(request, "TIME");
+  if (!until.empty()) field.days = until.front();
+  return {"STEP",
+          {"POSITION", Texts{field.days < field.endOfRun ? "BEGIN_NEWTON" : "END_SIMULATE"}},
+          {"TIME", Numbers{field.days}},
+          {"DATE", Ints{2020, 2, 29, 0, 0, 0}},
+          "END"};
+}
+
+Entries TellConstraints(SimulatedField& field, const Entries& request) {
+  Entries reply = {"REPLY"};
+  for (const std::string& name : AskedWells(field, request)) {
+    reply.insert(reply.end(), {{"WELLNAME", Texts{name}},
+                               {"ITEMS", Texts{}},
+                               {"VALUES", Numbers{}},
+                               {"SETTERS", Texts{}}});
+  }
+  reply.emplace_back("END");
+  return reply;
+}
+
+}  // namespace
+
+double SimulatedWell::Flow() const {
+  double flow = potential;
+  for (const auto& [item, rateOfFlow] : kRatesOfFlow.at(type)) {
+    const auto limit = constraints.find(item);
+    if (limit != constraints.end()) flow = std::min(flow, limit->second / rateOfFlow);
+  }
+  return status == "OPEN" ? flow : 0.0;
+}
+
+double SimulatedWell::Value(const std::string& item) const {
+  if (item == "UPTIME_FRACTION") return uptime;
+  if (item == "BOTTOM_HOLE_PRESSURE") return 250.0 - Flow() / 10.0;
+  if (item == "TUBING_HEAD_PRESSURE") return 150.0 - Flow() / 10.0;
+  if (const auto fixed = kFixedItems.find(item); fixed != kFixedItems.end()) return fixed->second;
+  const auto& rates = kRatesOfFlow.at(type);
+  const auto rate = rates.find(item);
+  return rate == rates.end() ? 0.0 : Flow() * rate->second;
+}
+
+SimulatedWell& SimulatedField::At(const std::string& name) {
+  for (SimulatedWell& well : wells) {
+    if (well.name == name) return well;
+  }
+  throw std::runtime_error("the field has no well " + name);
+}
+
+std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request) {
+  using Teller = Entries (*)(SimulatedField&, const Entries&);
+  using Taker = void (*)(SimulatedField&, const Entries&);
+  static const std::map<std::string, Teller> kTellers = {
+      {"QWELLS", TellWells},
+      {"QWELLS_STR", TellWells},
+      {"QRESVR", [](SimulatedField& f, const Entries& r) { return TellReservoir(f, r); }},
+      {"QRESVR_STR", [](SimulatedField& f, const Entries& r) { return TellReservoir(f, r); }},
+      {"QRFLUIDMODEL", [](SimulatedField&, const Entries&) { return TellFluid(); }},
+      {"QWCONSTRAINTS", TellConstraints},
+      {"CREATE_FLDSRCEXT", TakeSource},
+  };
+  static const std::map<std::string, Taker> kTakers = {
+      {"SETWCONSTRAINTS", TakeConstraints},
+      {"SETWSTATUS", TakeStatuses},
+      {"SETWELLS", TakeUptimes},
+      {"SETWSTRE", TakeComposition},
+  };
+  const Entries ready = {"READY", "END"};
+  ++field.requests;
+  if (field.isGone) return {};
+  if (request[0].name == "SHUTDOWN") return {{"FINISHED", "END"}};
+  if (request[0].name.starts_with("CONTINUE")) return {Run(field, request)};
+  const std::string& name = request[1].name;
+  if (const auto taker = kTakers.find(name); taker != kTakers.end()) {
+    taker->second(field, request);
+    return {ready};
+  }
+  return {kTellers.at(name)(field, request), ready};
+}
+
+}  // namespace gantry::test

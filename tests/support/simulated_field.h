@@ -1,0 +1,47 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "support/wire_entries.h"
+
+namespace gantry::test {
+
+/// One well of the simulated field, in the simulator's units. A producer's liquid is its potential
+/// or what its constraints allow, whichever is less; all else follows from the liquid.
+struct SimulatedWell {
+  std::string name;
+  std::string type = "PRODUCER";
+  std::string status = "SHUT";
+  double potential = 1000.0;  ///< liquid of a producer, the injected fluid of an injector
+  double uptime = 1.0;
+  std::map<std::string, double> constraints = {};
+
+  double Flow() const;
+  double Value(const std::string& item) const;
+};
+
+/// A field as a simulator knows it, in the simulator's units, and what it was told.
+struct SimulatedField {
+  std::string version = "2017.2";
+  bool isMetric = true;
+  bool isCompositional = true;
+  double days = 0.0;
+  double endOfRun = 100.0;
+  std::vector<SimulatedWell> wells = {{"P1"},
+                                      {"P2", "PRODUCER", "OPEN", 500.0},
+                                      {"W1", "WATER_INJECTOR", "OPEN", 800.0},
+                                      {"G1", "GAS_INJECTOR", "OPEN", 50000.0}};
+  std::map<std::string, std::string> sources;   ///< by well
+  std::map<std::string, Numbers> compositions;  ///< by source
+  int requests = 0;
+  bool isGone = false;  ///< hangs up at the next request
+
+  SimulatedWell& At(const std::string& name);
+};
+
+/// What the simulator of this field says to a request of the external-controller protocol.
+std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request);
+
+}  // namespace gantry::test
