@@ -15,6 +15,13 @@ using enum Quantity;
 
 constexpr size_t kMostWellCards = 40;
 
+// As the simulator's own choice of a well's controlling rate: by gas above 10000 scf/STB.
+bool FlowsMostlyGas(const std::vector<InflowPoint>& inflow) {
+  Rates sum;
+  for (const InflowPoint& point : inflow) sum += point.rates;
+  return sum.gas * 1e6 > 10000 * sum.Liquid();
+}
+
 // Composes the page. Holds what every part of it needs.
 class Report {
  public:
@@ -80,9 +87,10 @@ std::string Report::Head() const {
 }
 
 std::string Report::Tile(const std::string& name, double value, Quantity quantity) const {
-  return fmt::format("<div class=\"tile\"><b>{}</b><span>{}{}{}</span></div>\n",
-                     ShortNumber(Show(value, quantity)), name, quantity == kNone ? "" : ", ",
-                     Unit(quantity));
+  const std::string number = quantity == kNone ? fmt::format("{:.1f} %", 100 * value)
+                                               : ShortNumber(Show(value, quantity));
+  return fmt::format("<div class=\"tile\"><b>{}</b><span>{}{}{}</span></div>\n", number, name,
+                     quantity == kNone ? "" : ", ", Unit(quantity));
 }
 
 std::string Report::Tiles() const {
@@ -268,14 +276,13 @@ void Report::AddLift(Chart& chart, const WellSpec& spec, const InflowMoment& mom
 Chart Report::InflowChart(size_t place) const {
   const WellSpec& spec = *history_.start.wells[place].spec;
   const WellHistory& well = history_.wells[place];
-  const bool showsGas = spec.Kind() == WellKind::kGasInjector ||
-                        (spec.Kind() == WellKind::kProducer && spec.control == 3);
+  const bool showsGas = FlowsMostlyGas(well.first.inflow);
   Chart chart;
-  chart.title = "Inflow and operating points";
+  chart.title = "Inflow, first and last";
   chart.yUnit = Unit(kPressure);
   chart.xTitle = (showsGas ? "gas, " + Unit(kGasRate) : "liquid, " + Unit(kLiquidRate));
   chart.startsAtZero = false;
-  if (spec.Kind() == WellKind::kProducer) chart.height = 560;  // stands beside two rows
+  if (spec.Kind() == WellKind::kProducer) chart.height = 500;  // stands beside two rows
   AddInflow(chart, well.first, "first", showsGas);
   AddInflow(chart, well.last, "last", showsGas);
   if (spec.Kind() == WellKind::kProducer) AddLift(chart, spec, well.last, showsGas);
@@ -314,8 +321,9 @@ std::string Report::WellCard(size_t place) const {
   pressure.startsAtZero = false;
   std::string html = fmt::format(
       "<div class=\"well\"><h3>{} <span class=\"soft\">{}</span></h3>\n"
-      "<div class=\"charts\">\n",
-      EscapeHtml(spec.name), KindName(spec.Kind()));
+      "<div class=\"charts{}\">\n",
+      EscapeHtml(spec.name), KindName(spec.Kind()),
+      spec.Kind() == WellKind::kProducer ? " producer" : "");
   if (!history_.wells[place].first.inflow.empty()) html += ToHtml(InflowChart(place));
   html += RateCharts(place) + ToHtml(pressure);
   return html + "</div></div>\n";

@@ -9,7 +9,7 @@
 namespace gantry::fieldrun {
 namespace {
 
-constexpr double kWidth = 480;
+constexpr double kWidth = 400;
 constexpr double kLeft = 52;
 constexpr double kRight = 14;
 constexpr double kTop = 10;
@@ -44,7 +44,8 @@ Axis NumberAxis(double low, double high, bool isWidened) {
   const double step = NiceStep(high - low, 5);
   Axis axis{low, high, {}};
   if (isWidened) axis.low = std::floor(low / step + 1e-9) * step;
-  if (isWidened) axis.high = std::ceil(high / step - 1e-9) * step;
+  // A curve along the upper edge would be lost there.
+  if (isWidened) axis.high = std::ceil(high / step + 0.02) * step;
   const double first = std::ceil(axis.low / step - 1e-9);
   for (double i = first; i * step <= axis.high + 1e-9 * step; ++i) {
     axis.ticks.push_back({i * step, ShortNumber(std::abs(i) < 0.5 ? 0 : i * step)});

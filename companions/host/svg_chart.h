@@ -31,7 +31,7 @@ struct Chart {
   std::string xTitle;            ///< below the axis, where it isn't time
   std::optional<Date> dateOfX0;  ///< x counts days from here: the axis shows dates
   bool startsAtZero = true;      ///< the y axis includes 0
-  double height = 260;           ///< to a width of 480
+  double height = 230;           ///< to a width of 400
   std::vector<ChartSeries> series;
   std::vector<ChartMarker> markers;
 };
