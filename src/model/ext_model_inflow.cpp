@@ -73,6 +73,11 @@ int32_t ShutState(int32_t shutInCode) {
   return shutInCode == -1 || shutInCode == 2 ? kShutCompletions : kShutSurface;
 }
 
+std::string NoSuchWell(const char* word, int32_t well, const char* operation) {
+  return FormatText("The requested well %s %" PRId64 " does not exist (function call %s).", word,
+                    int64_t{well} + 1, operation);
+}
+
 }  // namespace
 
 bool CExtModel::HasSource(int32_t well) const {
@@ -81,16 +86,11 @@ bool CExtModel::HasSource(int32_t well) const {
 
 int32_t CExtModel::GetIPR(_tGetSetData* record, ExtErrorBlock* err) {
   const int32_t well = record->well;
-  if (HasSource(well)) {
-    FillInflowRecord(Sources.Items[static_cast<size_t>(well)], *record);
-    if (Settings.IPRModel == 1) TransformInflow(Sources.Items[static_cast<size_t>(well)], *record);
-  }
-  // The library may have started the simulator anew, and so replaced the list.
-  if (!HasSource(well)) {
-    return Fail(err, FormatText("The requested well number %" PRId64
-                                " does not exist (function call GetIPR).",
-                                int64_t{well} + 1));
-  }
+  const auto missing = [&] { return Fail(err, NoSuchWell("number", well, "GetIPR")); };
+  if (!HasSource(well)) return missing();
+  FillInflowRecord(Sources.Items[static_cast<size_t>(well)], *record);
+  if (Settings.IPRModel == 1) TransformInflow(Sources.Items[static_cast<size_t>(well)], *record);
+  if (!HasSource(well)) return missing();  // the library may have started the simulator anew
   Source& source = Sources.Items[static_cast<size_t>(well)];
   KeepHostInflow(*record, source.HostIPR);
   record->hasStepped = CurrentElapsedDays > 0.0 ? 1 : 0;
@@ -133,11 +133,7 @@ void CExtModel::TransformInflow(const Source& source, _tGetSetData& record) {
 }
 
 int32_t CExtModel::SetOpPt(const _tGetSetData* record, ExtErrorBlock* err) {
-  if (!HasSource(record->well)) {
-    return Fail(err, FormatText("The requested well No. %" PRId64
-                                " does not exist (function call SetOpPt).",
-                                int64_t{record->well} + 1));
-  }
+  if (!HasSource(record->well)) return Fail(err, NoSuchWell("No.", record->well, "SetOpPt"));
   Source& source = Sources.Items[static_cast<size_t>(record->well)];
   source.RequestedStatus = record->isShut == 0 ? kOpen : ShutState(record->shutInCode);
   source.OnTimeFraction = 1.0 - record->downFraction;

@@ -103,8 +103,9 @@ int32_t ModelCallbacks::ReadCurrent(void* model, int32_t well, void* record, cha
   const CExtModel& self = ModelOf(model);
   if (!self.HasSource(well)) {
     ExtErrorBlock err = {};
-    return Tell(Fail(&err, FormatText("The requested well number %d does not exist", well)), err,
-                text);
+    const std::string reason =
+        "The requested well number " + std::to_string(int64_t{well} + 1) + " does not exist";
+    return Tell(Fail(&err, reason), err, text);
   }
   const IPRPoint& current = self.Sources.Items[static_cast<size_t>(well)].Current;
   auto& state = *static_cast<_tGetSetData*>(record);

@@ -16,7 +16,7 @@ constexpr size_t kHostCapacity = 256;
 
 int ReadNumber(const char* variable) {
   const auto text = platform::ReadEnvironment(variable, kNumberCapacity);
-  return text ? std::atoi(text->c_str()) : -1;
+  return text && !text->empty() ? std::atoi(text->c_str()) : -1;
 }
 
 std::string ReadUpperCase(const char* variable) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
@@ -38,7 +39,9 @@ std::optional<int32_t> ReleaseCode(const std::string& token) {
   if (token.size() < 6 || std::tolower(static_cast<unsigned char>(token[0])) != 'v') {
     return std::nullopt;
   }
-  const int year = std::atoi(token.substr(1, 4).c_str());
+  int year = 0;
+  const char* const end = token.data() + 5;
+  if (std::from_chars(token.data() + 1, end, year).ptr != end) return std::nullopt;
   const int release = std::tolower(static_cast<unsigned char>(token[5])) - 'a' + 1;
   if (year <= 0 || release < 1 || release > 2) return std::nullopt;
   return year * 10 + release;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -42,6 +43,12 @@ class ModelTest : public ::testing::Test {
   void NameCase() {
     Set("CaseDetails.SimExeName", HELD_SIMULATOR);
     Set("CaseDetails.FileName", (Case() / "FIELD.afi").string());
+  }
+
+  /// The arguments that the simulator's process was started with, one line each.
+  std::string Arguments() const {
+    while (!std::filesystem::exists(Case() / "started.txt")) std::this_thread::yield();
+    return TestFolder::Read(Case() / "started.txt");
   }
 
   int32_t Command(uint32_t number, void* data = nullptr, uint32_t value = 0) {

@@ -61,9 +61,8 @@ TEST_F(Start, StartsTheProcessInTheFolderOfTheCase) {
   app.Config.CmdLine = "-x \"two words\"";
   Set("CaseDetails.StdLogging", "1");
   StartSimulator();
-  EXPECT_EQ(TestFolder::Read(Case() / "started.txt"),
-            "FIELD\n--dopt=external_controller_port:" + std::to_string(peer.Port()) +
-                "\n--dopt=external_controller_logger\n-x\ntwo words\n");
+  EXPECT_EQ(Arguments(), "FIELD\n--dopt=external_controller_port:" + std::to_string(peer.Port()) +
+                             "\n--dopt=external_controller_logger\n-x\ntwo words\n");
 }
 
 TEST_F(Start, ReportsAProcessThatCantBeStarted) {

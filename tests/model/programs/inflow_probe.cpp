@@ -1,0 +1,90 @@
+#include "inflow_probe.h"
+
+#include <memory>
+#include <sstream>
+
+#include "host/boundary/records.h"
+#include "probe_file.h"
+
+using gantry::_tGetSetData;
+
+namespace {
+
+InflowProbe probe;
+constexpr char kState[] = "probe's state";
+
+void Note(const std::string& call) { probe.calls.push_back(call); }
+
+}  // namespace
+
+extern "C" {
+
+InflowProbe* TheInflowProbe() { return &probe; }
+
+void* CreateIPRModel(void* model) {
+  probe.model = model;
+  return &probe;
+}
+
+void DestroyIPRModel(void*) { Note("destroy"); }
+
+void SetIPRCallbacks(void*, double (*elapsedDays)(void*), int32_t (*restart)(void*, char*),
+                     int32_t (*imposeRate)(void*, int32_t, double, char*),
+                     int32_t (*advance)(void*, double, char*),
+                     int32_t (*readInflow)(void*, int32_t, void*, char*),
+                     int32_t (*readCurrent)(void*, int32_t, void*, char*)) {
+  probe.elapsedDays = elapsedDays;
+  probe.restart = restart;
+  probe.imposeRate = imposeRate;
+  probe.advance = advance;
+  probe.readInflow = readInflow;
+  probe.readCurrent = readCurrent;
+}
+
+void StartIPRAddWell(void*) { Note("wells:"); }
+
+void AddIPRWell(void*, int32_t index, const char* name, bool isProducer, bool second) {
+  std::ostringstream text;
+  text << index << ' ' << name << (isProducer ? " producer" : " injector")
+       << (second ? " second" : "");
+  Note(text.str());
+}
+
+void EndIPRAddWell(void*) { Note("end"); }
+
+int32_t TransformIPR(void*, const char* wellName, const void* stateRecord, void* inflowRecord) {
+  const auto& state = *static_cast<const _tGetSetData*>(stateRecord);
+  auto& inflow = *static_cast<_tGetSetData*>(inflowRecord);
+  std::ostringstream text;
+  text << "transform " << wellName << ' ' << state.size << ' ' << state.pressure[0] << ' '
+       << state.oilRate[0];
+  Note(text.str());
+  char reason[260] = {};
+  if (probe.restartsInside) probe.restart(probe.model, reason);
+  if (const int32_t other = probe.readsInside; other >= 0) {
+    probe.readsInside = -1;
+    const auto record = std::make_unique<_tGetSetData>();
+    probe.readInflow(probe.model, other, record.get(), reason);
+    probe.stateOilAfterRead = state.oilRate[0];
+  }
+  if (probe.pointsAfter < 0) return 0;
+  inflow.pointCount = probe.pointsAfter;
+  inflow.oilRate[0] *= 2.0;
+  return 0;
+}
+
+int32_t SetupIPR(void*, void*) { return 0; }
+
+int32_t SaveIPR(void*, intptr_t file) {
+  WriteToFile(file, kState, sizeof kState);
+  return 0;
+}
+
+int32_t LoadIPR(void*, intptr_t file) {
+  char state[sizeof kState] = {};
+  ReadFromFile(file, state, sizeof state);
+  Note(std::string("loaded ") + state);
+  return 0;
+}
+
+}  // extern "C"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// An inflow library that does what a test tells it and writes down what it was told. The test
+/// finds it by its one further export.
+struct InflowProbe {
+  std::vector<std::string> calls;
+  void* model = nullptr;  ///< the model that made the library's last handle
+
+  // The model's callbacks.
+  double (*elapsedDays)(void*) = nullptr;
+  int32_t (*restart)(void*, char*) = nullptr;
+  int32_t (*imposeRate)(void*, int32_t, double, char*) = nullptr;
+  int32_t (*advance)(void*, double, char*) = nullptr;
+  int32_t (*readInflow)(void*, int32_t, void*, char*) = nullptr;
+  int32_t (*readCurrent)(void*, int32_t, void*, char*) = nullptr;
+
+  // What a transformation does.
+  int32_t pointsAfter = -1;      ///< the number of points that it leaves, when not negative
+  bool restartsInside = false;   ///< it starts the simulator anew
+  int32_t readsInside = -1;      ///< it reads the inflow of another well
+  double stateOilAfterRead = 0;  ///< the state record's oil rate after that
+};
+
+extern "C" InflowProbe* TheInflowProbe();

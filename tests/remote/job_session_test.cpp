@@ -1,0 +1,86 @@
+#include "remote/job_session.h"
+
+#include <gtest/gtest.h>
+
+#include "remote/job_slot.h"
+#include "remote/version_code.h"
+#include "settings/link_settings.h"
+#include "support/isolation.h"
+#include "support/test_folder.h"
+
+namespace gantry::test {
+namespace {
+
+TEST(VersionCode, ComesFromTheFirstTokenOfThePathThatHasOne) {
+  const std::vector<std::pair<std::string, int32_t>> cases = {
+      {"C:\\IX\\2017.2\\bin\\ix.exe", 20172},
+      {"/opt/ix/2016.2/bin/ix", 20162},
+      {"C:\\IX\\v2016a\\ix.exe", 20161},
+      {"/opt/V2017B-extra/ix", 20172},
+      {"/opt/v2017c/2018.1/ix", 20181},
+      {"/opt/v20x7a/ix", 100000},
+      {"C:\\Simulators\\ix.exe", 100000},
+      {"/opt/ 2017 .2 /ix", 20172},
+      {"/opt/2e3/ix", 20000},
+      {"/opt/e3/ix", 100000},
+      {"/opt/2017_2/ix", 100000},
+      {"/opt/1e300/ix", 2147483647},
+      {"2016.1", 20161},
+      {"", 100000},
+      {"//\\\\", 100000},
+  };
+  for (const auto& [path, code] : cases) EXPECT_EQ(VersionCodeFromPath(path), code) << path;
+}
+
+class JobSlot : public ::testing::Test {
+ protected:
+  ~JobSlot() override {
+    for (const char* name : {"OVC_JOBID", "OVC_JOBSLOT", "OVC_HOST"}) SetEnvironment(name, "");
+  }
+
+  TestFolder folder;
+};
+
+TEST_F(JobSlot, CopiesTheDatasetToANameOfItsOwn) {
+  const std::string deck = folder.Write("run.v2.afi", "deck").string();
+  EXPECT_EQ(DatasetForJobSlot(deck), deck) << "outside a slot";
+  SetEnvironment("OVC_JOBID", "0");
+  SetEnvironment("OVC_JOBSLOT", "3");
+  SetEnvironment("OVC_HOST", "node7");
+  const std::string copy = (folder / "run.v2_NODE7_3.afi").string();
+  EXPECT_EQ(DatasetForJobSlot(deck), copy);
+  EXPECT_EQ(TestFolder::Read(copy), "deck");
+  EXPECT_EQ(DatasetForJobSlot(copy), (folder / "run.v2_NODE7_3_NODE7_3.afi").string());
+}
+
+TEST_F(JobSlot, KeepsTheDatasetWhereItCantBeCopied) {
+  SetEnvironment("OVC_JOBID", "12");
+  const std::string nowhere = (folder / "no.such/deck").string();
+  EXPECT_EQ(DatasetForJobSlot(nowhere), nowhere);
+}
+
+class SessionOfNothing : public CJobSession {
+ public:
+  using CJobSession::CJobSession;
+  using CJobSession::ScenarioNumber;
+  std::string GetHostDescription() override { return {}; }
+  int32_t Start(std::string&) override { return 1; }
+};
+
+TEST(JobSession, KnowsItsScenarioInABatchJob) {
+  const LinkSettings settings;
+  struct Case {
+    const char* scenario;
+    int32_t number;
+  };
+  EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, 0);
+  SetEnvironment("LSB_JOBID", "77");
+  for (const Case& c : {Case{"", 0}, {"0", 1}, {"4", 5}, {"0123456789012345", 0}}) {
+    SetEnvironment("LSF_TESSEL_SCENARIO", c.scenario);
+    EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, c.number) << c.scenario;
+  }
+  EXPECT_FALSE(SessionOfNothing(settings).StopIfRunning());
+}
+
+}  // namespace
+}  // namespace gantry::test
