@@ -1,0 +1,119 @@
+// What the host sees when a simulator goes wrong, and that the same model runs again afterwards.
+
+#include <fstream>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "client/tcp_connection.h"
+#include "integration/real_run.h"
+
+namespace gantry::test {
+namespace {
+
+using fieldrun::DriverFailure;
+using fieldrun::DriverModel;
+
+constexpr const char* kExample = "five_spot/FIVE_SPOT.afi";
+
+class Failure : public ::testing::Test {
+ protected:
+  /// The text with which a start fails; empty when it doesn't.
+  std::string StartFailure() {
+    try {
+      model_->StartSimulator();
+      return {};
+    } catch (const DriverFailure& failure) {
+      return failure.what();
+    }
+  }
+
+  /// The same model, with the machine's own simulator and a sound deck.
+  void ExpectToRunAgain() {
+    EXPECT_EQ(model_->Get("Intersect.IsRunning"), "0");
+    model_->Set("Intersect.CaseDetails.SimExeName", "");
+    model_->Set("Intersect.CaseDetails.FileName", deck_.string());
+    ASSERT_EQ(StartRunOfAllWells(*model_).size(), 5u);
+    model_->ReadWells();
+    EXPECT_EQ(model_->Inflow(0).points.size(), 10u);
+    EXPECT_TRUE(model_->Step(30.0));
+  }
+
+  RealRun run_;
+  std::filesystem::path deck_ = run_.Deck(kExample, 100.0);
+  std::unique_ptr<DriverModel> model_ = run_.Model(deck_);
+};
+
+TEST_F(Failure, OfAMissingOrUnusableSimulatorIsToldAtOnce) {
+  const std::filesystem::path plain = run_.Folder().Write("plain", "#!/bin/sh\n");
+  for (const auto& simulator : {run_.Folder() / "missing", plain, run_.Folder().Path()}) {
+    model_->Set("Intersect.CaseDetails.SimExeName", simulator.string());
+    EXPECT_EQ(StartFailure(), "Could not start the simulator process: <Could not start IX process>")
+        << simulator;
+  }
+  ExpectToRunAgain();
+}
+
+struct Fault {
+  std::string name;
+  std::string text;  ///< with which the failure begins
+};
+
+class FaultySimulator : public Failure, public ::testing::WithParamInterface<Fault> {};
+
+TEST_P(FaultySimulator, EndsTheStartWithAReasonAndNothingIsLost) {
+  const std::string folder = (run_.Folder() / "").string();
+  model_->Set("Intersect.CaseDetails.SimExeName", RealRun::FaultySimulator());
+  model_->Set("Intersect.CaseDetails.FileName", folder + GetParam().name + ".afi");
+  const std::string failure = StartFailure();
+  EXPECT_EQ(failure.substr(0, GetParam().text.size()), GetParam().text);
+  ExpectToRunAgain();
+}
+
+std::string NameOfFault(const ::testing::TestParamInfo<Fault>& info) { return info.param.name; }
+
+void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
+
+const std::string kStart = "Could not start the simulator process: <Abnormal error: ";
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, FaultySimulator,
+    ::testing::Values(Fault{"closes", kStart},
+                      Fault{"garbage", kStart + "Incorrect length in header (received: "},
+                      Fault{"absurd", kStart + "read: "}, Fault{"short", kStart + "read: "},
+                      Fault{"refuses", kStart + "no licence>"},
+                      Fault{"position",
+                            kStart + "Incorrect algorithmic position received (HALFWAY)>"},
+                      Fault{"vanishes", kStart + "read: "}),
+    NameOfFault);
+
+TEST_F(Failure, OfAPortThatAnotherProgramHoldsIsTold) {
+  {
+    TcpListener holder(static_cast<uint16_t>(run_.FirstPort()));
+    std::jthread closesAtOnce([&] { holder.Accept(60); });
+    EXPECT_EQ(StartFailure().substr(0, kStart.size()), kStart);
+  }
+  ExpectToRunAgain();
+}
+
+TEST_F(Failure, OfADeckWhoseWellsHaveChangedLeavesTheModelUsable) {
+  model_->StartSimulator();
+  model_->CloseSimulator();
+  std::string text = TestFolder::Read(deck_);
+  text.replace(text.find("\"P4\""), 4, "\"P9\"");
+  const std::filesystem::path changed = run_.Folder().Write("changed/FIVE_SPOT.afi", text);
+  model_->Set("Intersect.CaseDetails.FileName", changed.string());
+  try {
+    model_->StartRun({0}, 0.0, [](const std::string&) {});
+    FAIL() << "the change was not noticed";
+  } catch (const DriverFailure& failure) {
+    EXPECT_STREQ(failure.what(),
+                 "Well 'P9' is not known in the Tessel model - refresh the model by starting the "
+                 "simulation from the data entry screen");
+  }
+  model_->CloseSimulator();
+  ExpectToRunAgain();
+}
+
+}  // namespace
+}  // namespace gantry::test

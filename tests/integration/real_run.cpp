@@ -1,0 +1,92 @@
+#include "integration/real_run.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <numeric>
+#include <regex>
+#include <stdexcept>
+
+#include <boost/system/system_error.hpp>
+#include <unistd.h>
+
+#include "client/tcp_connection.h"
+#include "platform/registry.h"
+
+namespace gantry::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kMachineKey = R"(Software\Orvale\Tessel\ExtensionDlls100_64\Intersect)";
+
+bool IsFree(int port) {
+  try {
+    const TcpListener listener(static_cast<uint16_t>(port));
+    return true;
+  } catch (const boost::system::system_error&) {
+    return false;
+  }
+}
+
+void WriteMachineSettings(const fs::path& simulator, int firstPort, int ports) {
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kMachineKey);
+  key->WriteText("SimExecutable", simulator.string());
+  key->WriteNumber("StartPort", static_cast<uint32_t>(firstPort));
+  key->WriteNumber("EndPort", static_cast<uint32_t>(firstPort + ports - 1));
+}
+
+}  // namespace
+
+// Below the range from which systems give ports to connections, and each test process begins at a
+// place of its own: so nobody takes a port between this look and its use.
+int FreePorts(int count) {
+  constexpr int kFirst = 10000;
+  constexpr int kBlocks = 2500;
+  constexpr int kBlockSize = 8;
+  const int start = static_cast<int>(::getpid()) % kBlocks;
+  for (int tries = 0; tries < kBlocks; ++tries) {
+    std::vector<int> ports(static_cast<size_t>(count));
+    std::iota(ports.begin(), ports.end(), kFirst + (start + tries) % kBlocks * kBlockSize);
+    if (std::ranges::all_of(ports, IsFree)) return ports.front();
+  }
+  throw std::runtime_error("no free ports");
+}
+
+RealRun::RealRun(const std::string& version, int ports) : firstPort_(FreePorts(ports)) {
+  const fs::path simulator = folder_ / version / "bin" / "tanksim";
+  fs::create_directories(simulator.parent_path());
+  fs::create_symlink(GANTRY_TANKSIM, simulator);
+  WriteMachineSettings(simulator, firstPort_, ports);
+  module_ = fieldrun::ModuleApi::Load(GANTRY_MODULE);
+}
+
+fs::path RealRun::Deck(const std::string& example, double endDays) {
+  const fs::path source = fs::path(GANTRY_EXAMPLES) / example;
+  const std::string text = TestFolder::Read(source);
+  const std::regex endTime("(^|\n)end_time *=[^\n]*");
+  const std::string name = "case" + std::to_string(++decks_) + "/" + source.filename().string();
+  return folder_.Write(name, "end_time = " + std::to_string(endDays) + "\n" +
+                                 std::regex_replace(text, endTime, "$1"));
+}
+
+std::unique_ptr<fieldrun::DriverModel> RealRun::Model(const fs::path& deck,
+                                                      const std::string& simulator) {
+  auto model = std::make_unique<fieldrun::DriverModel>(*module_);
+  model->Set("Intersect.CaseDetails.FileName", deck.string());
+  model->Set("Intersect.CaseDetails.SimExeName", simulator);
+  return model;
+}
+
+std::string RealRun::FaultySimulator() { return GANTRY_FAULTY_SIMULATOR; }
+
+std::vector<fieldrun::DriverWell> StartRunOfAllWells(fieldrun::DriverModel& model) {
+  model.StartSimulator();
+  std::vector<fieldrun::DriverWell> wells = model.Wells();
+  std::vector<int32_t> all(wells.size());
+  std::iota(all.begin(), all.end(), 0);
+  model.StartRun(all, 0.0, [](const std::string&) {});
+  return wells;
+}
+
+}  // namespace gantry::test
