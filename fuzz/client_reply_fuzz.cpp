@@ -1,0 +1,68 @@
+// What a simulator may answer. The input's first byte picks the operation, the rest is all that the
+// peer ever says. Every outcome but a standard exception or a result is a fault.
+
+#include <array>
+#include <string>
+
+#include "client/inflow_sweep.h"
+#include "client/simulator_model.h"
+#include "client/simulator_wells.h"
+#include "client/v2017_2/intersect_client.h"
+#include "support/memory_connection.h"
+
+namespace {
+
+using gantry::Strings;
+using Client = gantry::v2017_2::IntersectClient;
+
+const Strings kWells = {"P1", "P2"};
+
+void Sweep(Client& client) {
+  std::vector<gantry::ConnectorWellRecord> records(kWells.size());
+  for (size_t i = 0; i < kWells.size(); ++i) records[i].name = kWells[i];
+  gantry::MeasureInflow(client, kWells, {.componentCount = 1}, records);
+}
+
+void ReadWells(Client& client) {
+  std::vector<gantry::ConnectorWellRecord> records;
+  gantry::QueryWellData(client, kWells, records);
+}
+
+void ReadStartDate(Client& client) {
+  int32_t day = 0, month = 0, year = 0;
+  gantry::QueryStartDate(client, day, month, year);
+}
+
+constexpr std::array<void (*)(Client&), 15> kOperations = {
+    [](Client& client) { client.connect("", 0, 0); },
+    [](Client& client) { client.receive_position(); },
+    Sweep,
+    ReadWells,
+    ReadStartDate,
+    [](Client& client) { gantry::QueryWellStatuses(client); },
+    [](Client& client) {
+      gantry::QueryWellVariables(client, "P1", {"A", "B"});
+    },
+    [](Client& client) { gantry::QueryVersion(client); },
+    [](Client& client) { gantry::QueryMetricFlag(client); },
+    [](Client& client) { gantry::QueryCompositionalFlag(client); },
+    [](Client& client) { gantry::QueryEOSProperties(client); },
+    [](Client& client) { client.get_constraints_for_wells(kWells); },
+    [](Client& client) { client.get_ipr_data_for_wells(kWells, kWells, 3, 1.0); },
+    [](Client& client) { client.get_fm_fluid_model(); },
+    [](Client& client) { client.create_fluid_source_external("P1", "S", "GAS"); },
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size == 0) return 0;
+  Client client(std::make_unique<gantry::test::MemoryConnection>(
+      std::string(reinterpret_cast<const char*>(data) + 1, size - 1)));
+  try {
+    kOperations[data[0] % kOperations.size()](client);
+  } catch (const std::exception&) {
+    // Refused, as it should be.
+  }
+  return 0;
+}
