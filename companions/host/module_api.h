@@ -22,19 +22,21 @@ class ModuleApi {
   ModuleApi(const ModuleApi&) = delete;
   ModuleApi& operator=(const ModuleApi&) = delete;
 
-  int32_t (*ExtIdentify)(void* identityRecord, ExtErrorBlock* err);
-  int32_t (*ExtCreateInstance)(void** outModel, ExtErrorBlock* err);
-  int32_t (*ExtDestroyInstance)(void* model, ExtErrorBlock* err);
+  int32_t (*ExtIdentify)(void* identityRecord, ExtErrorBlock* err) = nullptr;
+  int32_t (*ExtCreateInstance)(void** outModel, ExtErrorBlock* err) = nullptr;
+  int32_t (*ExtDestroyInstance)(void* model, ExtErrorBlock* err) = nullptr;
   int32_t (*ExtCmd)(void* model, void* window, uint32_t command, void* data, uint32_t value,
-                    ExtErrorBlock* err);
-  int32_t (*ExtConfigure)(void* parentWindow);
-  void (*ExtCopyConfigure)(void* rootKey, const char* baseKeyPath);
-  void (*ExtHelp)();
-  int32_t (*ExtConnectToApp)(void* model, uint32_t first, uint32_t second, ExtErrorBlock* err);
-  int32_t (*ExtStartApp)(void* model, uint32_t value, ExtErrorBlock* err);
-  int32_t (*ExtStopApp)(void* model);
-  int32_t (*ExtEquipXml)(void* model, const char* path, uint32_t flag, const char* const* names);
-  int32_t (*ExtCreateUnit)(int32_t index, void* unitRecord);
+                    ExtErrorBlock* err) = nullptr;
+  int32_t (*ExtConfigure)(void* parentWindow) = nullptr;
+  void (*ExtCopyConfigure)(void* rootKey, const char* baseKeyPath) = nullptr;
+  void (*ExtHelp)() = nullptr;
+  int32_t (*ExtConnectToApp)(void* model, uint32_t first, uint32_t second,
+                             ExtErrorBlock* err) = nullptr;
+  int32_t (*ExtStartApp)(void* model, uint32_t value, ExtErrorBlock* err) = nullptr;
+  int32_t (*ExtStopApp)(void* model) = nullptr;
+  int32_t (*ExtEquipXml)(void* model, const char* path, uint32_t flag,
+                         const char* const* names) = nullptr;
+  int32_t (*ExtCreateUnit)(int32_t index, void* unitRecord) = nullptr;
 
  private:
   explicit ModuleApi(std::unique_ptr<platform::DynamicLibrary> library);

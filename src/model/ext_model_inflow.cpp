@@ -37,10 +37,10 @@ void FillPoints(const Source& source, std::span<const IPRPoint> points, _tGetSet
   const IPRTable table(points, source.SourceType == kProducer);
   for (size_t i = 0; i < points.size(); ++i) {
     const IPRTable::RowValues row = table.Row(static_cast<int32_t>(i));
-    record.oilRate[i] = row[IPRTable::kOil];
-    record.waterRate[i] = row[IPRTable::kWater];
-    record.gasRate[i] = row[IPRTable::kGas];
-    record.pressure[i] = row[IPRTable::kPressure];
+    record.oilRate[i] = row[IPRTable::kOilColumn];
+    record.waterRate[i] = row[IPRTable::kWaterColumn];
+    record.gasRate[i] = row[IPRTable::kGasColumn];
+    record.pressure[i] = row[IPRTable::kPressureColumn];
     record.pointValue[i] = source.PointValue;
     record.massRate[i] = MassRate(record.oilRate[i], record.gasRate[i], record);
   }

@@ -100,7 +100,7 @@ class LoadedInflowLibrary : public InflowLibrary {
 
 std::unique_ptr<InflowLibrary> OpenAt(const std::string& path) {
   auto library = platform::DynamicLibrary::Open(path);
-  InflowFunctions functions;
+  InflowFunctions functions = {};
   if (library == nullptr || !BindAll(*library, functions)) return nullptr;
   return std::make_unique<LoadedInflowLibrary>(std::move(library), functions);
 }

@@ -47,18 +47,18 @@ IPRTable::IPRTable(std::span<const IPRPoint> points, bool isProducer) : IsProduc
   Count = static_cast<int32_t>(count);
   for (size_t row = 0; row < count; ++row) {
     const IPRPoint& point = points[row];
-    columns_[kPressure][row] = point.Pressure;
-    columns_[kLiquid][row] = point.OilRate + point.WaterRate;
-    columns_[kOil][row] = point.OilRate;
-    columns_[kWater][row] = point.WaterRate;
-    columns_[kGas][row] = point.GasRate;
+    columns_[kPressureColumn][row] = point.Pressure;
+    columns_[kLiquidColumn][row] = point.OilRate + point.WaterRate;
+    columns_[kOilColumn][row] = point.OilRate;
+    columns_[kWaterColumn][row] = point.WaterRate;
+    columns_[kGasColumn][row] = point.GasRate;
   }
 }
 
 bool IPRTable::IsDead() const {
   const auto flows = [](double rate) { return std::abs(rate) > kNoFlow; };
-  return Count < 2 || (std::ranges::none_of(ColumnValues(kLiquid), flows) &&
-                       std::ranges::none_of(ColumnValues(kGas), flows));
+  return Count < 2 || (std::ranges::none_of(ColumnValues(kLiquidColumn), flows) &&
+                       std::ranges::none_of(ColumnValues(kGasColumn), flows));
 }
 
 IPRTable::RowValues IPRTable::Row(int32_t row) const {
@@ -80,7 +80,7 @@ double IPRTable::Interpolate(int32_t fromColumn, double value, int32_t toColumn)
 IPRTable::RowValues IPRTable::Evaluate(double pressure) const {
   RowValues values = {pressure};
   for (int32_t column = 1; column < kColumnCount; ++column) {
-    values[static_cast<size_t>(column)] = Interpolate(kPressure, pressure, column);
+    values[static_cast<size_t>(column)] = Interpolate(kPressureColumn, pressure, column);
   }
   return values;
 }

@@ -18,7 +18,14 @@ double InterpolateTable(std::span<const double> x, std::span<const double> y, do
 /// The inflow points of a well as columns, for evaluation. Units as in `IPRPoint`.
 class IPRTable {
  public:
-  enum Column : int32_t { kPressure, kLiquid, kOil, kWater, kGas, kColumnCount = 7 };
+  enum Column : int32_t {
+    kPressureColumn,
+    kLiquidColumn,
+    kOilColumn,
+    kWaterColumn,
+    kGasColumn,
+    kColumnCount = 7
+  };
   using RowValues = std::array<double, kColumnCount>;
 
   /// Takes the first 10 points.

@@ -86,9 +86,9 @@ bool Reevaluate(Source& source) {
   const IPRTable table(source.HostIPR, source.SourceType == kProducer);
   if (table.IsDead()) return false;
   const IPRTable::RowValues values = table.Evaluate(source.OpPoint.Pressure);
-  source.OpPoint.OilRate = values[IPRTable::kOil];
-  source.OpPoint.GasRate = values[IPRTable::kGas];
-  source.OpPoint.WaterRate = values[IPRTable::kWater];
+  source.OpPoint.OilRate = values[IPRTable::kOilColumn];
+  source.OpPoint.GasRate = values[IPRTable::kGasColumn];
+  source.OpPoint.WaterRate = values[IPRTable::kWaterColumn];
   return !(source.OpPoint.GasRate < kDeadGasRate && source.OpPoint.OilRate < kDeadLiquidRate &&
            source.OpPoint.WaterRate < kDeadLiquidRate);
 }

@@ -40,9 +40,9 @@ IPRPoint Point(double pressure, double oil, double water, double gas) {
 TEST(IPRTable, EvaluatesAllColumnsAtAPressure) {
   const IPRTable table(std::vector{Point(2000, 80, 20, 1), Point(3000, 0, 0, 0)}, true);
   EXPECT_EQ(table.Evaluate(2500), (IPRTable::RowValues{2500, 50, 40, 10, 0.5, 0, 0}));
-  EXPECT_EQ(table.Interpolate(IPRTable::kGas, 0.25, IPRTable::kPressure), 2750);
-  EXPECT_EQ(table.Interpolate(IPRTable::kGas, 0.25, IPRTable::kGas), 0.25);
-  EXPECT_EQ(table.Interpolate(IPRTable::kGas, 0.25, 7), kFailedInterpolation);
+  EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, IPRTable::kPressureColumn), 2750);
+  EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, IPRTable::kGasColumn), 0.25);
+  EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, 7), kFailedInterpolation);
 }
 
 TEST(IPRTable, IsDeadWithoutTwoPointsOrWithoutFlow) {
