@@ -132,9 +132,10 @@ void MessageStream::ReceiveFrame() {
   channel_.Read(std::as_writable_bytes(std::span(frame)));
   const uint64_t total = frame[0];
   if (total == 0) return;
-  // A plain frame finds its storage at once. A claim beyond what is sensible has to be borne out by
-  // bytes that arrive before more is found for it.
-  Grow(std::min(total, wire::kLargestUnprovenFrame));
+  // Storage that is there already is used at once. More is found for a claim of sensible size, and
+  // beyond that only as bytes bear the claim out.
+  const uint64_t ready = std::max<uint64_t>(storage_.size(), wire::kLargestUnprovenFrame);
+  Grow(std::min(total, ready));
   uint64_t received = 0;
   for (uint64_t length = frame[1];;) {
     if (length > total - received) {
