@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include "host/terminal.h"
+
 namespace gantry::fieldrun {
 namespace {
 
@@ -24,17 +26,17 @@ void Progress::Started(const RunStart& start) {
   stepCount_ = start.stepCount;
   wells_ = start.wells;
   if (!showsTable_) return;
-  fmt::print("{}\n{} wells, {} steps over {:g} days from {}{}\n\n", start.deck, start.wells.size(),
-             start.stepCount, start.totalDays, ToText(start.start),
+  fmt::print(UserOutput(), "{}\n{} wells, {} steps over {:g} days from {}{}\n\n", start.deck,
+             start.wells.size(), start.stepCount, start.totalDays, ToText(start.start),
              start.unconnectedWells == 0
                  ? ""
                  : fmt::format("; {} wells left to the simulator", start.unconnectedWells));
-  fmt::print("{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "step", "date",
-             "days", "oil", "water", "gas", "water inj", "gas inj", "open");
+  fmt::print(UserOutput(), "{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "step",
+             "date", "days", "oil", "water", "gas", "water inj", "gas inj", "open");
   const std::string_view liquid = UnitName(kLiquidRate, units_);
   const std::string_view gas = UnitName(kGasRate, units_);
-  fmt::print("{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "", "", "", liquid,
-             liquid, gas, liquid, gas, "wells");
+  fmt::print(UserOutput(), "{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "", "",
+             "", liquid, liquid, gas, liquid, gas, "wells");
 }
 
 void Progress::StepBegins(size_t step) {
@@ -52,11 +54,12 @@ void Progress::StepDone(const StepRecord& record) {
   const auto liquid = [&](double rate) { return FromInternal(rate, kLiquidRate, units_); };
   const auto gas = [&](double rate) { return FromInternal(rate, kGasRate, units_); };
   const int open = rates.openProducers + rates.openInjectors;
-  fmt::print("{:>5} {:>10} {:>9.1f} {:>10.1f} {:>10.1f} {:>10.3f} {:>10.1f} {:>10.3f} {:>6}\n",
+  fmt::print(UserOutput(),
+             "{:>5} {:>10} {:>9.1f} {:>10.1f} {:>10.1f} {:>10.3f} {:>10.1f} {:>10.3f} {:>6}\n",
              record.step + 1, ToText(record.date), record.length, liquid(rates.produced.oil),
              liquid(rates.produced.water), gas(rates.produced.gas), liquid(rates.injected.water),
              gas(rates.injected.gas), open);
-  std::fflush(stdout);
+  std::fflush(UserOutput());
 }
 
 void Progress::Ended(const RunEnd& end) {
@@ -64,12 +67,12 @@ void Progress::Ended(const RunEnd& end) {
   if (!showsTable_ || !end.failure.empty()) return;
   const char* how =
       end.endedBySimulator ? "the simulator has come to its own end" : "the run is complete";
-  fmt::print("\n{} steps: {}\n", end.steps, how);
+  fmt::print(UserOutput(), "\n{} steps: {}\n", end.steps, how);
 }
 
 void Progress::Notice(const std::string& text) {
   ClearBar();
-  if (showsTable_) fmt::print("{}\n", text);
+  if (showsTable_) fmt::print(UserOutput(), "{}\n", text);
 }
 
 }  // namespace gantry::fieldrun

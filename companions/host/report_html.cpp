@@ -87,8 +87,8 @@ std::string Report::Head() const {
 }
 
 std::string Report::Tile(const std::string& name, double value, Quantity quantity) const {
-  const std::string number = quantity == kNone ? fmt::format("{:.1f} %", 100 * value)
-                                               : ShortNumber(Show(value, quantity));
+  const std::string number =
+      quantity == kNone ? fmt::format("{:.1f} %", 100 * value) : ShortNumber(Show(value, quantity));
   return fmt::format("<div class=\"tile\"><b>{}</b><span>{}{}{}</span></div>\n", number, name,
                      quantity == kNone ? "" : ", ", Unit(quantity));
 }

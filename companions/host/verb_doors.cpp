@@ -7,6 +7,7 @@
 
 #include "host/coupled_run.h"
 #include "host/output_file.h"
+#include "host/terminal.h"
 #include "host/verbs.h"
 
 namespace gantry::fieldrun {
@@ -78,10 +79,11 @@ void GetProperties(const Session& session) {
   PrintedRow values;
   for (const std::string& path : session.options.paths) values.push_back({path, model.Get(path)});
   if (session.options.json) {
-    fmt::print("{}", ToJson(values));
+    fmt::print(UserOutput(), "{}", ToJson(values));
     return;
   }
-  for (const auto& [path, value] : values) fmt::print("{}\n", std::get<std::string>(value));
+  for (const auto& [path, value] : values)
+    fmt::print(UserOutput(), "{}\n", std::get<std::string>(value));
 }
 
 void SetOneProperty(const Session& session) {

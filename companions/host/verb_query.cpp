@@ -4,6 +4,7 @@
 
 #include "host/coupled_run.h"
 #include "host/result_tables.h"
+#include "host/terminal.h"
 #include "host/verbs.h"
 
 namespace gantry::fieldrun {
@@ -15,7 +16,7 @@ void ShowIdentity(const Session& session) {
                        {"interface", int64_t{identity.interfaceNumber}},
                        {"kind", static_cast<int64_t>(identity.moduleKind)}};
   if (session.options.json) {
-    fmt::print("{}", ToJson(row));
+    fmt::print(UserOutput(), "{}", ToJson(row));
   } else {
     Print({row}, false);
   }

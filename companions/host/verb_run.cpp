@@ -88,7 +88,7 @@ void RunCase(const Session& session) {
   report.Write(ComposeReport(caseModel, history));
   report.Finish();
   if (!end.failure.empty()) throw DriverFailure(end.failure);
-  if (!options.quiet) fmt::print("Results: {}\n", caseModel.general.output);
+  if (!options.quiet) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
 }
 
 }  // namespace gantry::fieldrun

@@ -7,6 +7,7 @@
 
 #include "host/case_keys.h"
 #include "host/case_reader.h"
+#include "host/terminal.h"
 #include "platform/dynamic_library.h"
 #include "platform/files.h"
 #include "platform/registry.h"
@@ -60,7 +61,7 @@ CaseModel ReadCaseOf(const Options& options) {
 
 void Print(const std::vector<PrintedRow>& rows, bool asJson) {
   if (asJson) {
-    fmt::print("{}", ToJson(rows));
+    fmt::print(UserOutput(), "{}", ToJson(rows));
     return;
   }
   std::vector<size_t> widths;
@@ -76,15 +77,16 @@ void Print(const std::vector<PrintedRow>& rows, bool asJson) {
       const std::string text = isHeading ? row[i].first : ValueText(row[i].second);
       line += fmt::format("{:<{}}  ", text, widths[i]);
     }
-    fmt::print("{}\n", line.substr(0, line.find_last_not_of(' ') + 1));
+    fmt::print(UserOutput(), "{}\n", line.substr(0, line.find_last_not_of(' ') + 1));
   };
   if (!rows.empty()) printLine(rows.front(), true);
   for (const PrintedRow& row : rows) printLine(row, false);
 }
 
 int RunVerb(const Options& options) {
+  UserOutput();  // from here on, before any simulator can write among the results
   if (options.verb == Verb::kReference) {
-    fmt::print("{}", CaseReference());
+    fmt::print(UserOutput(), "{}", CaseReference());
     return kDone;
   }
   try {

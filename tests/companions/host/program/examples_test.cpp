@@ -1,0 +1,91 @@
+// The examples, run to their ends with the module and the reference simulator.
+
+#include <gtest/gtest.h>
+
+#include "program.h"
+
+namespace gantry::fieldrun::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Example : public ::testing::Test {
+ protected:
+  void RunToTheEnd(const std::string& name) {
+    const Outcome outcome =
+        RunFieldrun(folder_, {"run", ExampleCase(name), "--output", (folder_ / "out").string()});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find("Results: "), std::string::npos);
+    for (const char* file : {"wells.csv", "inflow.csv", "field.csv", "report.html"}) {
+      EXPECT_TRUE(fs::exists(folder_ / "out" / file)) << file;
+    }
+    const auto files = fs::directory_iterator(folder_ / "out");
+    EXPECT_EQ(std::distance(fs::begin(files), fs::end(files)), 4) << "something is left behind";
+  }
+  Table Read(const char* file) const { return Table(folder_ / "out" / file); }
+
+  gantry::test::TestFolder folder_;
+};
+
+TEST_F(Example, OdehHoldsThePublishedPlateauForTheFirstYears) {
+  RunToTheEnd("odeh");
+  const Table field = Read("field.csv");
+  ASSERT_EQ(field.Rows(), 120U);
+  for (size_t month = 0; month < 24; ++month) {
+    EXPECT_NEAR(field.Number(month, "oil (STB/d)"), 20000, 1) << "month " << month + 1;
+    EXPECT_NEAR(field.Number(month, "gas-oil ratio (scf/STB)"), 1270, 15) << "month " << month + 1;
+    EXPECT_NEAR(field.Number(month, "gas injected (MMscf/d)"), 100, 1e-3);
+  }
+  EXPECT_LT(field.Number(119, "oil (STB/d)"), 15000);
+  EXPECT_GT(field.Number(119, "gas-oil ratio (scf/STB)"), 5000);
+}
+
+TEST_F(Example, FiveSpotFloodsWithinTheLimitsOfItsGroups) {
+  RunToTheEnd("five_spot");
+  const Table field = Read("field.csv");
+  ASSERT_EQ(field.Rows(), 120U);
+  for (size_t month = 0; month < field.Rows(); ++month) {
+    const double oil = field.Number(month, "oil (Sm3/d)");
+    const double water = field.Number(month, "water (Sm3/d)");
+    // The simulator holds a rate, and the mixture may drift from what the inflow promised.
+    EXPECT_LE(oil + water, 1100 * 1.02) << "month " << month + 1;
+    EXPECT_LE(field.Number(month, "water injected (Sm3/d)"), 1000.01) << "month " << month + 1;
+  }
+  EXPECT_LT(field.Number(0, "water cut"), 0.01);
+  EXPECT_GT(field.Number(119, "water cut"), 0.6);
+  EXPECT_GT(field.Number(119, "total oil (Sm3)"), 1e6);
+}
+
+TEST_F(Example, GasCyclingSendsItsGasAndMakesLeanerGas) {
+  RunToTheEnd("gas_cycling");
+  const Table field = Read("field.csv");
+  ASSERT_EQ(field.Rows(), 96U);
+  EXPECT_NEAR(field.Number(0, "gas injected (MMscf/d)"), 24, 1e-3);
+  EXPECT_LE(field.Number(0, "gas (MMscf/d)"), 32.01);
+  EXPECT_LT(field.Number(95, "oil (STB/d)"), 0.6 * field.Number(0, "oil (STB/d)"));
+}
+
+TEST_F(Example, WellsStandOnTheirInflow) {
+  RunToTheEnd("five_spot");
+  const Table wells = Read("wells.csv");
+  const Table inflow = Read("inflow.csv");
+  ASSERT_EQ(wells.Rows(), 600U);
+  ASSERT_EQ(inflow.Rows(), 6000U);
+  // An operating point lies between two measured points in pressure and in rate alike.
+  for (size_t row = 0; row < wells.Rows(); row += 7) {
+    if (wells.Text(row, "open") != "1") continue;
+    const double pressure = wells.Number(row, "pressure (bara)");
+    double lowest = 1e9;
+    double highest = -1e9;
+    for (size_t point = 10 * row; point < 10 * row + 10; ++point) {
+      ASSERT_EQ(inflow.Text(point, "well"), wells.Text(row, "well"));
+      lowest = std::min(lowest, inflow.Number(point, "pressure (bara)"));
+      highest = std::max(highest, inflow.Number(point, "pressure (bara)"));
+    }
+    EXPECT_GE(pressure, lowest - 1e-3);
+    EXPECT_LE(pressure, highest + 1e-3);
+  }
+}
+
+}  // namespace
+}  // namespace gantry::fieldrun::test

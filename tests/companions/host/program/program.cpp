@@ -1,0 +1,75 @@
+#include "program.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+namespace gantry::fieldrun::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Quote(const std::string& argument) {
+  std::string quoted = "'";
+  for (const char c : argument) quoted += c == '\'' ? "'\\''" : std::string(1, c);
+  return quoted + "'";
+}
+
+std::vector<std::string> Split(const std::string& line) {
+  std::vector<std::string> fields;
+  std::istringstream stream(line);
+  for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
+  if (line.ends_with(',')) fields.emplace_back();
+  return fields;
+}
+
+}  // namespace
+
+Outcome RunFieldrun(const gantry::test::TestFolder& folder,
+                    const std::vector<std::string>& arguments) {
+  const fs::path out = folder / "standard-output";
+  const fs::path err = folder / "standard-error";
+  std::string command = Quote(FIELDRUN);
+  for (const std::string& argument : arguments) command += " " + Quote(argument);
+  command += " >" + Quote(out) + " 2>" + Quote(err) + " </dev/null";
+  const int status = std::system(command.c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, gantry::test::TestFolder::Read(out),
+          gantry::test::TestFolder::Read(err)};
+}
+
+std::string ExampleCase(const std::string& name) {
+  return (fs::path(EXAMPLES) / name / "case.toml").string();
+}
+
+std::string ChangedExample(const gantry::test::TestFolder& folder, const std::string& name,
+                           const std::string& part, const std::string& replacement) {
+  fs::copy(fs::path(EXAMPLES) / name, folder / name, fs::copy_options::recursive);
+  std::string text = gantry::test::TestFolder::Read(folder / name / "case.toml");
+  const size_t place = text.find(part);
+  EXPECT_NE(place, std::string::npos) << "the example has changed: no " << part;
+  if (place != std::string::npos) text.replace(place, part.size(), replacement);
+  return folder.Write(name + "/case.toml", text).string();
+}
+
+Table::Table(const fs::path& file) {
+  std::istringstream stream(gantry::test::TestFolder::Read(file));
+  std::string line;
+  std::getline(stream, line);
+  columns_ = Split(line);
+  while (std::getline(stream, line)) rows_.push_back(Split(line));
+}
+
+std::string Table::Text(size_t row, const std::string& column) const {
+  const auto found = std::find(columns_.begin(), columns_.end(), column);
+  EXPECT_NE(found, columns_.end()) << "no column " << column;
+  return rows_.at(row).at(static_cast<size_t>(found - columns_.begin()));
+}
+
+double Table::Number(size_t row, const std::string& column) const {
+  return std::stod(Text(row, column));
+}
+
+}  // namespace gantry::fieldrun::test

@@ -1,0 +1,176 @@
+// fieldrun as its user meets it: command lines, exit statuses, messages and files.
+
+#include "program.h"
+
+#include <regex>
+
+#include <gtest/gtest.h>
+
+namespace gantry::fieldrun::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Program : public ::testing::Test {
+ protected:
+  Outcome Run(const std::vector<std::string>& arguments) { return RunFieldrun(folder_, arguments); }
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+
+  gantry::test::TestFolder folder_;
+};
+
+TEST_F(Program, CallsTheModuleInTheOrderOfARun) {
+  const Outcome outcome = Run({"run", ExampleCase("gas_cycling"), "-o", Path("out"), "-n", "2",
+                               "--trace", Path("trace"), "--quiet"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(outcome.out, "");
+  const std::string trace = gantry::test::TestFolder::Read(folder_ / "trace");
+  std::string order;
+  std::string last;
+  static const std::regex kCall(R"((?:^|\n)(Ext[A-Za-z]+)\((\d+ )?)");
+  for (std::sregex_iterator call(trace.begin(), trace.end(), kCall), end; call != end; ++call) {
+    std::string name = (*call)[2].matched ? (*call)[2].str() : (*call)[1].str() + " ";
+    if (name != last) order += name;
+    last = name;
+  }
+  // Three wells; a repeated call counts once. The last read is the result of the second step.
+  EXPECT_EQ(order,
+            "ExtIdentify ExtCreateUnit ExtCreateInstance 21 20 97 23 2 9 11 97 96 129 19 48 "
+            "63 50 53 101 49 63 50 53 101 49 63 50 56 ExtDestroyInstance ")
+      << order;
+  EXPECT_NE(trace.find("composition=[0.02 0.86 0.09 0.03 0 0]"), std::string::npos);
+}
+
+TEST_F(Program, TellsABadCommandLineWithStatusTwo) {
+  const std::vector<std::vector<std::string>> kLines{{},
+                                                     {"fly"},
+                                                     {"run"},
+                                                     {"units", "--quick"},
+                                                     {"run", "a.toml", "--steps", "0"},
+                                                     {"run", "a.toml", "--steps", "many"}};
+  for (const auto& line : kLines) {
+    const Outcome outcome = Run(line);
+    EXPECT_EQ(outcome.status, 2) << outcome.err;
+    EXPECT_NE(outcome.err, "");
+  }
+}
+
+TEST_F(Program, ShowsHelpForEveryCommand) {
+  for (const char* verb : {"run", "wells", "identify", "units", "get", "set", "do", "save", "load",
+                           "variables", "describe", "configure", "edit", "export", "reference"}) {
+    const Outcome outcome = Run({verb, "--help"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find("--help"), std::string::npos) << verb;
+  }
+}
+
+TEST_F(Program, NamesTheLineOfACaseThatDoesntFitItsSimulator) {
+  const struct {
+    std::string part, replacement, complaint;
+  } kCases[] = {
+      {"name = \"INJ\"", "name = \"inj\"", R"(case\.toml:\d+: the simulator has no well "inj")"},
+      {"kind = \"gas_injector\"\ngas_rate", "kind = \"water_injector\"\nwater_rate",
+       R"(case\.toml:\d+: well "INJ" is a gas injector in the simulator)"},
+      {"gas_rate = 100", "gas_rate = 100\ncomposition = [1.0]",
+       R"(case\.toml:\d+: composition means nothing for a black-oil dataset)"},
+      {"[time]\n", "[time]\nstart = 2014-12-31\n",
+       R"(case\.toml:\d+: start lies before the simulator's date, 2015-01-01)"},
+      {"[time]\n", "[tyme]\n", R"(case\.toml:\d+: a case has no section "tyme")"},
+  };
+  for (const auto& c : kCases) {
+    fs::remove_all(folder_ / "odeh");
+    const std::string file = ChangedExample(folder_, "odeh", c.part, c.replacement);
+    const Outcome outcome = Run({"run", file, "-n", "1"});
+    EXPECT_EQ(outcome.status, 2) << outcome.err;
+    EXPECT_TRUE(std::regex_search(outcome.err, std::regex(c.complaint))) << outcome.err;
+    EXPECT_FALSE(fs::exists(folder_ / "odeh/results/wells.csv"));
+  }
+}
+
+TEST_F(Program, FailsWithTheModulesOwnText) {
+  const std::string odeh = ExampleCase("odeh");
+  const Outcome missing =
+      Run({"run", odeh, "-o", Path("out"), "--simulator", Path("no-simulator")});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_NE(missing.err.find("Could not start the simulator process: <"), std::string::npos)
+      << missing.err;
+  EXPECT_FALSE(fs::exists(folder_ / "out/wells.csv"));
+
+  const Outcome noModule = Run({"identify", "--module", Path("libNone.so")});
+  EXPECT_EQ(noModule.status, 1);
+  EXPECT_NE(noModule.err.find("libNone.so"), std::string::npos);
+
+  const Outcome noProperty = Run({"get", odeh, "Intersect.CaseDetails.Nothing"});
+  EXPECT_EQ(noProperty.status, 1);
+  EXPECT_NE(noProperty.err.find("Intersect.CaseDetails.Nothing"), std::string::npos);
+
+  const Outcome badCommand = Run({"do", odeh, "Other.StartIX()"});
+  EXPECT_EQ(badCommand.status, 1);
+  EXPECT_NE(badCommand.err.find("Invalid prefix"), std::string::npos);
+}
+
+TEST_F(Program, TellsOfAResultFolderThatCantBeMade) {
+  folder_.Write("taken", "");
+  const Outcome outcome = Run({"run", ExampleCase("odeh"), "-o", Path("taken")});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.err.find("taken"), std::string::npos) << outcome.err;
+  EXPECT_EQ(gantry::test::TestFolder::Read(folder_ / "taken"), "");
+}
+
+TEST_F(Program, ListsTheWellsOfACase) {
+  const Outcome outcome = Run({"wells", ExampleCase("odeh"), "--json"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_TRUE(std::regex_search(
+      outcome.out, std::regex(R"("well": "INJ",\s+"kind": "gas injector",\s+"connected": true)")))
+      << outcome.out;
+}
+
+TEST_F(Program, ReachesPropertiesAndCommandsOfARunningSimulator) {
+  const std::string odeh = ExampleCase("odeh");
+  const Outcome idle = Run({"get", odeh, "Intersect.IsRunning"});
+  EXPECT_EQ(idle.out, "0\n") << idle.err;
+  const Outcome running =
+      Run({"get", odeh, "--start", "--json", "Intersect.IsRunning", "Intersect.Well.$Count"});
+  ASSERT_EQ(running.status, 0) << running.err;
+  EXPECT_EQ(running.out,
+            "{\n  \"Intersect.IsRunning\": \"1\",\n  \"Intersect.Well.$Count\": \"2\"\n}\n");
+  EXPECT_EQ(Run({"do", odeh, "--start", "Intersect.RunToTime(31)"}).status, 0);
+}
+
+TEST_F(Program, SavesACaseAndLoadsItAgain) {
+  const std::string odeh = ExampleCase("odeh");
+  const Outcome set = Run({"set", odeh, "Intersect.CaseDetails.Parallel", "7", "--start", "--save",
+                           Path("case.block")});
+  ASSERT_EQ(set.status, 0) << set.err;
+  const Outcome load = Run({"load", Path("case.block")});
+  ASSERT_EQ(load.status, 0) << load.err;
+  EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(Parallel +7\n)"))) << load.out;
+  EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(well PROD +producer\n)"))) << load.out;
+
+  folder_.Write("torn.block", gantry::test::TestFolder::Read(folder_ / "case.block").substr(0, 40));
+  const Outcome torn = Run({"load", Path("torn.block")});
+  EXPECT_EQ(torn.status, 1);
+  EXPECT_NE(torn.err.find("Failed in reading all case data - buffer overflow"), std::string::npos);
+}
+
+TEST_F(Program, WritesTheDescriptionOfChosenWells) {
+  const Outcome outcome = Run({"describe", ExampleCase("odeh"), Path("d.xml"), "--start", "--well",
+                               "PROD", "--no-variables"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const std::string xml = gantry::test::TestFolder::Read(folder_ / "d.xml");
+  EXPECT_NE(xml.find("PROD"), std::string::npos);
+  EXPECT_EQ(xml.find("INJ"), std::string::npos);
+}
+
+TEST_F(Program, SaysThatADialogCantBeShown) {
+  const Outcome edit = Run({"edit", ExampleCase("odeh")});
+  EXPECT_EQ(edit.status, 1);
+  EXPECT_NE(edit.err.find("Edit command failed due to bad parent window handle."),
+            std::string::npos)
+      << edit.err;
+  EXPECT_EQ(Run({"export", ExampleCase("odeh")}).status, 1);
+  EXPECT_EQ(Run({"configure"}).status, 1);
+}
+
+}  // namespace
+}  // namespace gantry::fieldrun::test
