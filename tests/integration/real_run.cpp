@@ -6,11 +6,8 @@
 #include <regex>
 #include <stdexcept>
 
-#include <boost/system/system_error.hpp>
-#include <unistd.h>
-
-#include "client/tcp_connection.h"
 #include "platform/registry.h"
+#include "support/free_ports.h"
 
 namespace gantry::test {
 
@@ -20,15 +17,6 @@ namespace {
 
 constexpr const char* kMachineKey = R"(Software\Orvale\Tessel\ExtensionDlls100_64\Intersect)";
 
-bool IsFree(int port) {
-  try {
-    const TcpListener listener(static_cast<uint16_t>(port));
-    return true;
-  } catch (const boost::system::system_error&) {
-    return false;
-  }
-}
-
 void WriteMachineSettings(const fs::path& simulator, int firstPort, int ports) {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kMachineKey);
   key->WriteText("SimExecutable", simulator.string());
@@ -37,21 +25,6 @@ void WriteMachineSettings(const fs::path& simulator, int firstPort, int ports) {
 }
 
 }  // namespace
-
-// Below the range from which systems give ports to connections, and each test process begins at a
-// place of its own: so nobody takes a port between this look and its use.
-int FreePorts(int count) {
-  constexpr int kFirst = 10000;
-  constexpr int kBlocks = 2500;
-  constexpr int kBlockSize = 8;
-  const int start = static_cast<int>(::getpid()) % kBlocks;
-  for (int tries = 0; tries < kBlocks; ++tries) {
-    std::vector<int> ports(static_cast<size_t>(count));
-    std::iota(ports.begin(), ports.end(), kFirst + (start + tries) % kBlocks * kBlockSize);
-    if (std::ranges::all_of(ports, IsFree)) return ports.front();
-  }
-  throw std::runtime_error("no free ports");
-}
 
 RealRun::RealRun(const std::string& version, int ports) : firstPort_(FreePorts(ports)) {
   const fs::path simulator = folder_ / version / "bin" / "tanksim";

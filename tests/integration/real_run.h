@@ -43,7 +43,4 @@ class RealRun {
 /// All wells of a started model, connected, with the run started at the deck's own date.
 std::vector<fieldrun::DriverWell> StartRunOfAllWells(fieldrun::DriverModel& model);
 
-/// The first of `count` ports in a row that are free now.
-int FreePorts(int count);
-
 }  // namespace gantry::test

@@ -7,6 +7,10 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "platform/registry.h"
+#include "settings/machine_config.h"
+#include "support/free_ports.h"
+
 namespace gantry::fieldrun::test {
 namespace {
 
@@ -26,10 +30,21 @@ std::vector<std::string> Split(const std::string& line) {
   return fields;
 }
 
+// Settings and locks stand in the test's folder, so that tests that run side by side wouldn't know
+// of each other's ports.
+void UseFreePorts() {
+  constexpr int kPorts = 4;
+  static const int kFirst = gantry::test::FreePorts(kPorts);
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  key->WriteNumber("StartPort", static_cast<uint32_t>(kFirst));
+  key->WriteNumber("EndPort", static_cast<uint32_t>(kFirst + kPorts - 1));
+}
+
 }  // namespace
 
 Outcome RunFieldrun(const gantry::test::TestFolder& folder,
                     const std::vector<std::string>& arguments) {
+  UseFreePorts();
   const fs::path out = folder / "standard-output";
   const fs::path err = folder / "standard-error";
   std::string command = Quote(FIELDRUN);
