@@ -1,6 +1,8 @@
 // tanksim: a small reference simulator that an external controller drives. docs/tanksim.md
 
+#include <charconv>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,7 +21,6 @@ namespace {
 using namespace gantry;
 using namespace gantry::simulator;
 
-constexpr int kSecondsForController = 120;
 constexpr int kFailed = 1;
 constexpr int kBadCommandLine = 2;
 
@@ -27,21 +28,35 @@ struct Arguments {
   std::string base;
   uint16_t port = 0;
   bool logsMessages = false;
+  int secondsForController = 120;
 };
 
-/// Takes one "NAME" or "NAME:VALUE" of --dopt; names that it doesn't know are for others.
+/// A whole number within a range, or nothing.
+std::optional<int> ReadNumber(const std::string& text, int least, int most) {
+  int number = 0;
+  const char* end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  if (read.ec != std::errc() || read.ptr != end || number < least || number > most) return {};
+  return number;
+}
+
+/// Takes one "NAME" or "NAME:VALUE" of --dopt; names that it doesn't know are for others. Returns
+/// what is wrong with it.
 std::string TakeDriverOption(const std::string& option, Arguments& arguments) {
   const size_t colon = option.find(':');
   const std::string name = option.substr(0, colon);
-  if (name == "external_controller_logger") arguments.logsMessages = true;
-  if (name != "external_controller_port") return {};
   const std::string value = colon == std::string::npos ? "" : option.substr(colon + 1);
-  unsigned port = 0;
-  char rest = 0;
-  if (std::sscanf(value.c_str(), "%u%c", &port, &rest) != 1 || port < 1 || port > 65535) {
-    return "external_controller_port needs a port from 1 to 65535, not '" + value + "'";
+  if (name == "external_controller_logger") arguments.logsMessages = true;
+  if (name == "external_controller_port") {
+    const auto port = ReadNumber(value, 1, 65535);
+    if (!port) return name + " needs a port from 1 to 65535, not '" + value + "'";
+    arguments.port = static_cast<uint16_t>(*port);
   }
-  arguments.port = static_cast<uint16_t>(port);
+  if (name == "external_controller_wait") {
+    const auto seconds = ReadNumber(value, 0, 86400);
+    if (!seconds) return name + " needs seconds from 0 to 86400, not '" + value + "'";
+    arguments.secondsForController = *seconds;
+  }
   return {};
 }
 
@@ -52,12 +67,10 @@ int Fail(const std::string& reason) {
 
 int Serve(TankSimulator& simulator, const Arguments& arguments) {
   TcpListener listener(arguments.port);
-  fmt::print("tanksim: {} waits for its controller on port {}\n", arguments.base, arguments.port);
-  std::fflush(stdout);
-  const std::unique_ptr<TcpConnection> connection = listener.Accept(kSecondsForController);
+  const std::unique_ptr<TcpConnection> connection = listener.Accept(arguments.secondsForController);
   if (!connection) {
     return Fail(fmt::format("no controller came to port {} within {} seconds", arguments.port,
-                            kSecondsForController));
+                            arguments.secondsForController));
   }
   std::unique_ptr<MessageLog> log;
   if (arguments.logsMessages) {
@@ -71,7 +84,6 @@ int Serve(TankSimulator& simulator, const Arguments& arguments) {
   } catch (const std::exception& error) {
     return Fail(std::string("session ended: ") + error.what());
   }
-  fmt::print("tanksim: {} ended at {:g} days\n", arguments.base, simulator.Position().days);
   return 0;
 }
 
@@ -97,9 +109,10 @@ int main(int argc, char** argv) {
   Arguments arguments;
   std::vector<std::string> driverOptions;
   app.add_option("BASE", arguments.base, "the deck is BASE.afi")->required();
-  app.add_option("--dopt", driverOptions,
-                 "external_controller_port:PORT (needed), external_controller_logger; others are "
-                 "ignored")
+  app.add_option(
+         "--dopt", driverOptions,
+         "external_controller_port:PORT (needed), external_controller_logger (messages go to "
+         "BASE.ecreplay), external_controller_wait:SECONDS (120); others are ignored")
       ->allow_extra_args(false);
   app.set_version_flag("--version", "tanksim " TANKSIM_VERSION);
   try {

@@ -176,16 +176,16 @@ PhaseResult EquationOfState::MakePhase(const Mixing& mixing, std::vector<double>
   return phase;
 }
 
-bool EquationOfState::IsLiquid(const std::vector<double>& fractions, double temperature) const {
-  // The volume-weighted critical temperature of Li (Canadian Journal of Chemical Engineering 1971).
+bool EquationOfState::IsLiquid(const PhaseResult& phase, double temperature) const {
   double volume = 0.0;
   double weighted = 0.0;
-  for (size_t i = 0; i < fractions.size(); ++i) {
+  for (size_t i = 0; i < phase.fractions.size(); ++i) {
     const ComponentData& component = data_.components[i];
-    volume += fractions[i] * component.criticalVolume;
-    weighted += fractions[i] * component.criticalVolume * Rankine(component.criticalTemperature);
+    const double share = phase.fractions[i] * component.criticalVolume;
+    volume += share;
+    weighted += share * Rankine(component.criticalTemperature);
   }
-  return Rankine(temperature) < weighted / volume;
+  return Rankine(temperature) < weighted / volume && phase.molarVolume < volume;
 }
 
 FlashResult EquationOfState::Flash(const std::vector<double>& fractions, double pressure,
@@ -235,8 +235,8 @@ FlashResult EquationOfState::Flash(const std::vector<double>& fractions, double 
     result.vapour = MakePhase(mixing, std::move(vapour), share, Root::kVapour);
     return result;
   }
-  PhaseResult& only = IsLiquid(fractions, temperature) ? result.liquid : result.vapour;
-  only = MakePhase(mixing, fractions, 1.0, Root::kStable);
+  PhaseResult only = MakePhase(mixing, fractions, 1.0, Root::kStable);
+  (IsLiquid(only, temperature) ? result.liquid : result.vapour) = std::move(only);
   return result;
 }
 

@@ -50,7 +50,9 @@ class EquationOfState {
 
   /// The phases of a mixture at rest, by successive substitution from Wilson's ratios, with a
   /// phase share that may pass 0 and 1 on the way (Whitson and Michelsen, Fluid Phase Equilibria
-  /// 53, 1989). A single phase is liquid when it is below its pseudo-critical temperature.
+  /// 53, 1989). A single phase is liquid when it is denser than at its pseudo-critical point and
+  /// colder than the volume-weighted critical temperature of Li (Canadian Journal of Chemical
+  /// Engineering 49, 1971).
   FlashResult Flash(const std::vector<double>& fractions, double pressure,
                     double temperature) const;
 
@@ -69,7 +71,7 @@ class EquationOfState {
   Mixing Prepare(double pressure, double temperature) const;
   PhaseState Solve(const Mixing& mixing, const std::vector<double>& fractions, Root root) const;
   double Interaction(size_t i, size_t j) const;
-  bool IsLiquid(const std::vector<double>& fractions, double temperature) const;
+  bool IsLiquid(const PhaseResult& phase, double temperature) const;
   PhaseResult MakePhase(const Mixing& mixing, std::vector<double> fractions, double share,
                         Root root) const;
 

@@ -1,0 +1,332 @@
+#include "simulator/server/controller_session.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "client/v2016_2/intersect_client.h"
+#include "client/v2017_2/intersect_client.h"
+#include "sample_deck.h"
+#include "served_simulator.h"
+
+namespace gantry::simulator::test {
+namespace {
+
+using gantry::test::Describe;
+using gantry::test::Entries;
+using gantry::test::Frame;
+using gantry::test::Ints;
+using gantry::test::Numbers;
+using gantry::test::Texts;
+using gantry::test::Word;
+
+const Entries kReady = {"READY", "END"};
+
+Entries WellQuery(const Texts& items, const Texts& wells, const char* name = "QWELLS") {
+  return {"QUERY", name, {"QITEMS", items}, {"WELNAMES", wells}, "END"};
+}
+
+Entries StatusSetter(const Texts& wells, const Texts& statuses) {
+  return {"SET",
+          "SETWSTATUS",
+          {"WCLOSURE", Texts{"USER"}},
+          {"SETITEM", Texts{"STATUS"}},
+          {"WELNAMES", wells},
+          {"VALUES", statuses},
+          "END"};
+}
+
+Entries UptimeSetter(const Texts& wells, const Numbers& fractions) {
+  return {"SET",
+          "SETWELLS",
+          {"SETITEM", Texts{"UPTIME_FRACTION"}},
+          {"WELNAMES", wells},
+          {"VALUES", fractions},
+          "END"};
+}
+
+Entries ConstraintSetter(const std::string& well, const std::string& item, double value) {
+  return {"SET",
+          "SETWCONSTRAINTS",
+          {"WELLNAME", Texts{well}},
+          {"ITEMS", Texts{item}},
+          {"VALUES", Numbers{value}},
+          {"SETTERS", Texts{"USER"}},
+          "END"};
+}
+
+/// A session past its handshake. The controller goes before the simulator waits for its end.
+class Session : public testing::Test {
+ protected:
+  void SetUp() override { controller.Greet(); }
+
+  Entries AskThenReady(const Entries& request) {
+    const Entries reply = controller.Ask(request);
+    EXPECT_EQ(Describe(controller.Receive()), Describe(kReady));
+    return reply;
+  }
+  double Number(const std::string& well, const std::string& item) {
+    const Entries reply = AskThenReady(WellQuery({item}, {well}));
+    return std::get<Numbers>(reply.at(3).data).at(0);
+  }
+
+  ServedSimulator simulator{SampleDeck()};
+  RawController controller{simulator.Port()};
+};
+
+TEST(SessionStart, AnswersTheSetUpByteForByte) {
+  ServedSimulator simulator(SampleDeck());
+  RawController controller(simulator.Port());
+  controller.SendBytes(Word(64) + Word(64) + "\x05SETUP" + Word(0) + "MESS" + "\x07VERSION" +
+                       Word(1) + "CSTR" + Word(2) + "V2" + "\x03" + "END" + Word(0) + "MESS");
+  const std::string started = Word(55) + Word(55) + "\x07STARTED" + Word(0) + "MESS" + "\x06" +
+                              "ERRORS" + Word(0) + "CSTR" + "\x03" + "END" + Word(0) + "MESS";
+  EXPECT_EQ(controller.ReceiveBytes(started.size()), started);
+  EXPECT_EQ(Describe(controller.Receive()), Describe({"STEP",
+                                                      {"POSITION", Texts{"MODEL_DEFINITION"}},
+                                                      {"TIME", Numbers{0.0}},
+                                                      {"DATE", Ints{2020, 1, 31, 0, 0, 0}},
+                                                      "END"}));
+}
+
+TEST(SessionStart, RefusesAnotherProtocolInItsErrors) {
+  ServedSimulator simulator(SampleDeck());
+  {
+    RawController controller(simulator.Port());
+    const Entries reply = controller.Ask({"SETUP", {"VERSION", Texts{"V3"}}, "END"});
+    EXPECT_EQ(reply.at(0).name, "STARTED");
+    ASSERT_EQ(reply.at(1).name, "ERRORS");
+    EXPECT_NE(std::get<Texts>(reply.at(1).data).at(0).find("\"V3\""), std::string::npos);
+  }
+  EXPECT_NE(simulator.Failure().find("\"V3\""), std::string::npos);
+}
+
+TEST(SessionStart, RefusesAnotherMessageInItsErrors) {
+  ServedSimulator simulator(SampleDeck());
+  RawController controller(simulator.Port());
+  const Entries reply = controller.Ask({"CONTINUE", "END"});
+  EXPECT_NE(std::get<Texts>(reply.at(1).data).at(0).find("Incorrect header (received: CONTINUE"),
+            std::string::npos);
+}
+
+TEST_F(Session, GoesThroughItsPositionsToTheEnd) {
+  const auto step = [](const char* position, double days, Ints date) {
+    return Describe(
+        {"STEP", {"POSITION", Texts{position}}, {"TIME", Numbers{days}}, {"DATE", date}, "END"});
+  };
+  const auto until = [&](double days) {
+    return Describe(controller.Ask({"CONTINUE_UNTIL", {"TIME", Numbers{days}}, "END"}));
+  };
+  EXPECT_EQ(Describe(controller.Ask({"CONTINUE", "END"})),
+            step("BEGIN_NEWTON", 0.0, {2020, 1, 31, 0, 0, 0}));
+  EXPECT_EQ(until(30.25), step("BEGIN_NEWTON", 30.25, {2020, 3, 1, 6, 0, 0}));
+  EXPECT_EQ(until(30.25), step("BEGIN_NEWTON", 30.25, {2020, 3, 1, 6, 0, 0}));
+  EXPECT_EQ(until(1000.0), step("END_SIMULATE", 400.0, {2021, 3, 6, 0, 0, 0}));
+  EXPECT_EQ(Describe(controller.Ask({"SHUTDOWN", "END"})), Describe({"FINISHED", "END"}));
+  EXPECT_EQ(simulator.Failure(), "");
+}
+
+TEST_F(Session, DescribesABlackOilModel) {
+  const Texts items = {"IX_VERSION", "UNIT_SYSTEM", "FM_FLUID_MODEL", "NO_SUCH_ITEM"};
+  EXPECT_EQ(Describe(AskThenReady({"QUERY", "QRESVR_STR", {"QITEMS", items}, "END"})),
+            Describe({"REPLY",
+                      {"QITEM", Texts{"IX_VERSION"}},
+                      {"VALUES", Texts{"2017.2"}},
+                      {"QITEM", Texts{"UNIT_SYSTEM"}},
+                      {"VALUES", Texts{"ECLIPSE_FIELD"}},
+                      {"QITEM", Texts{"FM_FLUID_MODEL"}},
+                      {"VALUES", Texts{"BLACKOIL"}},
+                      "END"}));
+  EXPECT_EQ(Describe(AskThenReady({"QUERY", "QRESVR", {"QITEMS", Texts{"START_DATE"}}, "END"})),
+            Describe({"REPLY",
+                      {"QITEM", Texts{"START_DATE"}},
+                      {"VALUES", Ints{2020, 1, 31, 0, 0, 0}},
+                      "END"}));
+  for (const char* query : {"QFMFLUIDMODEL", "QRFLUIDMODEL"}) {
+    EXPECT_EQ(Describe(AskThenReady({"QUERY", query, "END"})), Describe({"REPLY", "END"}));
+  }
+}
+
+TEST_F(Session, AnswersForAllWellsInTheOrderOfTheDeck) {
+  EXPECT_EQ(Describe(AskThenReady(WellQuery({"TYPE", "STATUS"}, {"*"}, "QWELLS_STR"))),
+            Describe({"REPLY",
+                      {"QITEMS", Texts{"TYPE", "STATUS"}},
+                      {"WELLNAME", Texts{"P"}},
+                      {"VALUES", Texts{"PRODUCER", "OPEN"}},
+                      {"WELLNAME", Texts{"W"}},
+                      {"VALUES", Texts{"WATER_INJECTOR", "OPEN"}},
+                      {"WELLNAME", Texts{"G"}},
+                      {"VALUES", Texts{"GAS_INJECTOR", "OPEN"}},
+                      "END"}));
+}
+
+TEST_F(Session, LeavesOutWhatItDoesNotKnow) {
+  EXPECT_EQ(Describe(AskThenReady(WellQuery({"NO_SUCH_ITEM", "UPTIME_FRACTION"}, {"NOBODY", "W"}))),
+            Describe({"REPLY",
+                      {"QITEMS", Texts{"UPTIME_FRACTION"}},
+                      {"WELLNAME", Texts{"W"}},
+                      {"VALUES", Numbers{1.0}},
+                      "END"}));
+}
+
+TEST_F(Session, HoldsAConstraintAtOnceAndForgetsItWithTheNextList) {
+  controller.Ask({"CONTINUE", "END"});
+  const double most = Number("P", "OIL_PRODUCTION_RATE");
+  EXPECT_EQ(Describe(controller.Ask(ConstraintSetter("P", "LIQUID_PRODUCTION_RATE", 500.0))),
+            Describe(kReady));
+  EXPECT_NEAR(Number("P", "LIQUID_PRODUCTION_RATE"), 500.0, 1e-6);
+  controller.Ask(ConstraintSetter("P", "GAS_PRODUCTION_RATE", 1e9));
+  EXPECT_EQ(Number("P", "OIL_PRODUCTION_RATE"), most);
+}
+
+TEST_F(Session, TellsAllConstraintsWithTheirSetters) {
+  controller.Ask(ConstraintSetter("W", "WATER_INJECTION_RATE", 750.0));
+  EXPECT_EQ(Describe(AskThenReady({"QUERY", "QWCONSTRAINTS", {"WELNAMES", Texts{"W"}}, "END"})),
+            Describe({"REPLY",
+                      {"WELLNAME", Texts{"W"}},
+                      {"ITEMS", Texts{"BOTTOM_HOLE_PRESSURE", "WATER_INJECTION_RATE"}},
+                      {"VALUES", Numbers{5000.0, 750.0}},
+                      {"SETTERS", Texts{"DECK", "USER"}},
+                      "END"}));
+}
+
+TEST_F(Session, ShutsAndOpensAndAbandonsWells) {
+  const auto status = [&] {
+    const Entries reply = AskThenReady(WellQuery({"STATUS"}, {"P"}, "QWELLS_STR"));
+    return std::get<Texts>(reply.at(3).data).at(0);
+  };
+  controller.Ask(StatusSetter({"P"}, {"SURFACE_SHUTIN"}));
+  EXPECT_EQ(status(), "SURFACE_SHUTIN");
+  EXPECT_EQ(Number("P", "OIL_PRODUCTION_RATE"), 0.0);
+  EXPECT_NEAR(Number("P", "BOTTOM_HOLE_PRESSURE"), 3200.0, 1e-6);
+  controller.Ask(StatusSetter({"P"}, {"OPEN"}));
+  EXPECT_GT(Number("P", "OIL_PRODUCTION_RATE"), 0.0);
+  controller.Ask(StatusSetter({"P"}, {"ALL_COMPLETIONS_ABANDONED"}));
+  controller.Ask(StatusSetter({"P"}, {"OPEN"}));
+  EXPECT_EQ(status(), "ALL_COMPLETIONS_ABANDONED");
+}
+
+TEST_F(Session, KeepsUptimeWithinAWholeDay) {
+  controller.Ask(UptimeSetter({"P", "W"}, {0.5, 1.0 + 1e-12}));
+  EXPECT_EQ(Number("P", "UPTIME_FRACTION"), 0.5);
+  EXPECT_EQ(Number("W", "UPTIME_FRACTION"), 1.0);
+  EXPECT_EQ(Describe(controller.Ask(UptimeSetter({}, {}))), Describe(kReady));
+}
+
+TEST_F(Session, MeasuresInflowItself) {
+  const Entries reply = AskThenReady({"QUERY",
+                                      "QIPRDATA",
+                                      {"WELNAMES", Texts{"P"}},
+                                      {"PRESSURETYPES", Texts{"BOTTOM_HOLE_PRESSURE"}},
+                                      {"NPOINTS", Ints{4}},
+                                      {"SKEWNESS", Numbers{1.0}},
+                                      "END"});
+  ASSERT_EQ(reply.at(reply.size() - 3), gantry::test::Entry("ITEM", Texts{"BOTTOM_HOLE_PRESSURE"}));
+  const Numbers pressures = std::get<Numbers>(reply.at(reply.size() - 2).data);
+  ASSERT_EQ(pressures.size(), 4u);
+  EXPECT_NEAR(pressures.front(), 500.0, 1e-6);
+  EXPECT_TRUE(std::ranges::is_sorted(pressures));
+}
+
+TEST_F(Session, HasNoFluidSourcesInABlackOilModel) {
+  EXPECT_EQ(Describe(AskThenReady({"SET",
+                                   "CREATE_FLDSRCEXT",
+                                   {"WELLNAME", Texts{"G"}},
+                                   {"STNAME", Texts{"G_ginj"}},
+                                   {"STPHASE", Texts{"GAS"}},
+                                   "END"})),
+            Describe({"REPLY", {"STRET", Ints{0}}, "END"}));
+}
+
+TEST(SessionEnd, ComesWhenTheControllerHasGone) {
+  ServedSimulator simulator(SampleDeck());
+  RawController(simulator.Port()).Greet();
+  EXPECT_NE(simulator.Failure().find("read"), std::string::npos);
+}
+
+struct BadMessage {
+  const char* name;
+  std::string bytes;
+  std::string reason;
+};
+
+class Refusal : public testing::TestWithParam<BadMessage> {};
+
+TEST_P(Refusal, ReachesTheControllerAndEndsTheSession) {
+  ServedSimulator simulator(SampleDeck());
+  {
+    RawController controller(simulator.Port());
+    controller.Greet();
+    controller.SendBytes(GetParam().bytes);
+    EXPECT_EQ(controller.Receive().at(0).name.substr(0, 7), "ERROR: ");
+  }
+  EXPECT_EQ(simulator.Failure(), GetParam().reason);
+}
+
+const std::string kBoundlessCount =
+    gantry::test::FrameOf(gantry::test::Payload(Entries{"QUERY", "QWELLS"}) +
+                          gantry::test::HeaderBytes("QITEMS", uint64_t{1} << 60, "CSTR"));
+const std::string kTooFewValues = Frame(UptimeSetter({"P", "W"}, {0.5}));
+const std::string kUnknownWell = Frame(UptimeSetter({"X"}, {0.5}));
+const std::string kUnknownStatus = Frame(StatusSetter({"P"}, {"ASLEEP"}));
+const double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+
+INSTANTIATE_TEST_SUITE_P(
+    Messages, Refusal,
+    testing::Values(
+        BadMessage{"UnknownVerb", Frame(Entries{"DANCE", "END"}), "Unknown message DANCE"},
+        BadMessage{"UnknownQuery", Frame(Entries{"QUERY", "QDREAMS", "END"}),
+                   "Unknown message QUERY QDREAMS"},
+        BadMessage{"Empty", Word(0) + Word(0), "Not enough data read from network"},
+        BadMessage{"SurplusEntry", Frame(Entries{"CONTINUE", "END", "END"}),
+                   "Received message is longer than expected (received: 53 vs expected: 37)"},
+        BadMessage{"CountBeyondThePayload", kBoundlessCount, "Not enough data read from network"},
+        BadMessage{"FewerValuesThanWells", kTooFewValues,
+                   "Incorrect header (received: VALUES-1-DOUB vs expected: VALUES-2-DOUB)"},
+        BadMessage{"UnknownWell", kUnknownWell, "Unknown well X"},
+        BadMessage{"UnknownStatus", kUnknownStatus, "Unknown well status ASLEEP"},
+        BadMessage{"UnknownConstraint", Frame(ConstraintSetter("P", "NOISE", 1.0)),
+                   "Unknown constraint item NOISE"},
+        BadMessage{"ConstraintThatIsNoNumber",
+                   Frame(ConstraintSetter("P", "OIL_PRODUCTION_RATE", kNotANumber)),
+                   "OIL_PRODUCTION_RATE of well P is not a number"},
+        BadMessage{"EndlessTime", Frame(Entries{"CONTINUE_UNTIL", {"TIME", Numbers{1e300}}, "END"}),
+                   "The time to run to is beyond all times"}),
+    [](const auto& test) { return test.param.name; });
+
+template <class Client>
+class BothClients : public testing::Test {};
+using Clients = testing::Types<v2016_2::IntersectClient, v2017_2::IntersectClient>;
+TYPED_TEST_SUITE(BothClients, Clients);
+
+TYPED_TEST(BothClients, DriveAWholeRun) {
+  ServedSimulator simulator(SampleDeck(true));
+  {
+    TypeParam client;
+    client.connect("localhost", simulator.Port(), 5);
+    EXPECT_EQ(client.query_reservoir_as_strings({"UNIT_SYSTEM"}).values[0][0], "ECLIPSE_METRIC");
+    EXPECT_TRUE(client.get_res_fluid_models().empty());
+    EXPECT_TRUE(client.get_fm_fluid_model().empty());
+    client.continue_simulation();
+    EXPECT_EQ(client.position(), AlgorithmicPosition::BEGIN_NEWTON);
+    client.set_status_for_wells({"P", "W"}, {"OPEN", "OPEN"}, "USER");
+    client.set_uptime_fractions_for_wells({"P"}, {0.9});
+    client.set_constraints_for_wells({"P", "W", "G"},
+                                     {{"LIQUID_PRODUCTION_RATE"}, {"WATER_INJECTION_RATE"}, {}},
+                                     {{80.0}, {100.0}, {}}, {{"USER"}, {"USER"}, {}});
+    const auto rates = client.query_wells({"W", "P"}, {"WATER_INJECTION_RATE", "WATER_CUT"});
+    EXPECT_EQ(rates.wells, (Strings{"W", "P"}));
+    EXPECT_NEAR(rates.values[0][0], 100.0, 1e-6);
+    const auto inflow = client.get_ipr_data_for_wells({"P"}, {"TUBING_HEAD_PRESSURE"}, 3, 2.5);
+    EXPECT_EQ(inflow.values.at(0).back().size(), 3u);
+    EXPECT_EQ(client.get_constraints_for_wells({"P"}).items.at(0).size(), 2u);
+    client.continue_simulation_until(1e6);
+    EXPECT_EQ(client.position(), AlgorithmicPosition::END_SIMULATE);
+    client.shutdown();
+  }
+  EXPECT_EQ(simulator.Failure(), "");
+}
+
+}  // namespace
+}  // namespace gantry::simulator::test

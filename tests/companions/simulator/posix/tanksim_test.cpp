@@ -1,0 +1,154 @@
+// The program itself: its command line, its exit codes, its way with a controller that goes.
+
+#include <cstdlib>
+#include <future>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "client/v2017_2/intersect_client.h"
+#include "sample_deck.h"
+#include "support/test_folder.h"
+
+namespace gantry::simulator::test {
+namespace {
+
+struct Outcome {
+  int exitCode = -1;
+  std::string output;
+  std::string errors;
+};
+
+/// A port that nobody listened on a moment ago.
+uint16_t FreePort() { return TcpListener(0).Port(); }
+
+class Tanksim : public testing::Test {
+ protected:
+  Outcome Run(const std::string& arguments) const {
+    const std::string command = fmt::format("cd '{0}' && '{1}' {2} >out.txt 2>err.txt",
+                                            folder.Path().string(), GANTRY_TANKSIM, arguments);
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, folder.Read(folder / "out.txt"),
+            folder.Read(folder / "err.txt")};
+  }
+  std::future<Outcome> Start(const std::string& arguments) const {
+    return std::async(std::launch::async, [=, this] { return Run(arguments); });
+  }
+  static std::string PortOption(uint16_t port) {
+    return fmt::format("--dopt=external_controller_port:{}", port);
+  }
+  void WriteDeck() const { folder.Write("CASE.afi", SampleDeckText()); }
+
+  gantry::test::TestFolder folder;
+};
+
+TEST_F(Tanksim, RunsToAShutdownWithTheCommandLineOfTheDriver) {
+  WriteDeck();
+  const uint16_t port = FreePort();
+  auto simulator = Start("CASE " + PortOption(port) + " --dopt=other_tool:fast");
+  v2017_2::IntersectClient client;
+  client.connect("localhost", port, 10);
+  client.continue_simulation();
+  client.continue_simulation_until(10.0);
+  client.shutdown();
+  const Outcome outcome = simulator.get();
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.output + outcome.errors, "");
+  EXPECT_FALSE(std::filesystem::exists(folder / "CASE.ecreplay"));
+}
+
+TEST_F(Tanksim, LogsItsMessagesWhenAsked) {
+  WriteDeck();
+  const uint16_t port = FreePort();
+  auto simulator = Start("CASE " + PortOption(port) + " --dopt=external_controller_logger");
+  v2017_2::IntersectClient client;
+  client.connect("localhost", port, 10);
+  client.query_wells({"P"}, {"UPTIME_FRACTION"});
+  client.shutdown();
+  EXPECT_EQ(simulator.get().exitCode, 0);
+  EXPECT_EQ(folder.Read(folder / "CASE.ecreplay"),
+            "< SETUP VERSION[1] \"V2\" END\n"
+            "> STARTED ERRORS[0] END\n"
+            "> STEP POSITION[1] \"MODEL_DEFINITION\" TIME[1] 0 DATE[6] 2020 1 31 0 0 0 END\n"
+            "< QUERY QWELLS QITEMS[1] \"UPTIME_FRACTION\" WELNAMES[1] \"P\" END\n"
+            "> REPLY QITEMS[1] \"UPTIME_FRACTION\" WELLNAME[1] \"P\" VALUES[1] 1 END\n"
+            "> READY END\n"
+            "< SHUTDOWN END\n"
+            "> FINISHED END\n");
+}
+
+TEST_F(Tanksim, EndsWhenItsControllerGoes) {
+  WriteDeck();
+  const uint16_t port = FreePort();
+  auto simulator = Start("CASE " + PortOption(port));
+  {
+    v2017_2::IntersectClient client;
+    client.connect("localhost", port, 10);
+  }
+  const Outcome outcome = simulator.get();
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_NE(outcome.errors.find("the controller has gone without a shutdown"), std::string::npos);
+}
+
+TEST_F(Tanksim, EndsWhenNoControllerComes) {
+  WriteDeck();
+  const uint16_t port = FreePort();
+  const Outcome outcome = Run("CASE --dopt=external_controller_wait:0 " + PortOption(port));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.errors,
+            fmt::format("tanksim: no controller came to port {} within 0 seconds\n", port));
+}
+
+TEST_F(Tanksim, SaysThatItsPortIsTaken) {
+  WriteDeck();
+  const TcpListener other(0);
+  const Outcome outcome = Run("CASE " + PortOption(other.Port()));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(
+      outcome.errors,
+      fmt::format("tanksim: can't listen on port {}: Address already in use\n", other.Port()));
+}
+
+TEST_F(Tanksim, TellsWhereADeckIsBad) {
+  folder.Write("CASE.afi", "units = \"field\"\n\nstart_date = 5\n");
+  const Outcome outcome = Run("CASE " + PortOption(FreePort()));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.errors, "CASE.afi:3: 'start_date' must be a date such as 2015-01-31\n");
+  EXPECT_EQ(Run("MISSING " + PortOption(FreePort())).errors,
+            "MISSING.afi:1: the deck can't be read\n");
+}
+
+TEST_F(Tanksim, TellsWhichWellHasNothingToFlow) {
+  std::string text = SampleDeckText(false, "gas_saturation = 0.7");
+  folder.Write("CASE.afi", text);
+  const Outcome outcome = Run("CASE " + PortOption(FreePort()));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_NE(outcome.errors.find("the index of well 'P' is of oil, which its tank doesn't hold"),
+            std::string::npos);
+}
+
+TEST_F(Tanksim, RefusesABadCommandLine) {
+  WriteDeck();
+  const std::string commandLines[] = {"",
+                                      "CASE",
+                                      "CASE --dopt=external_controller_port",
+                                      "CASE --dopt=external_controller_port:0",
+                                      "CASE --dopt=external_controller_port:70000",
+                                      "CASE --dopt=external_controller_port:90x",
+                                      "CASE OTHER --dopt=external_controller_port:9001",
+                                      "CASE --fast --dopt=external_controller_port:9001"};
+  for (const std::string& arguments : commandLines) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.exitCode, 2) << arguments;
+    EXPECT_NE(outcome.errors, "") << arguments;
+  }
+}
+
+TEST_F(Tanksim, TellsItsUseAndVersion) {
+  EXPECT_EQ(Run("--help").exitCode, 0);
+  EXPECT_NE(Run("--help").output.find("external_controller_port"), std::string::npos);
+  EXPECT_EQ(Run("--version").output.substr(0, 8), "tanksim ");
+}
+
+}  // namespace
+}  // namespace gantry::simulator::test

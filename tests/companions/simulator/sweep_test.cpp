@@ -1,0 +1,112 @@
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "client/connector_base.h"
+#include "sample_deck.h"
+#include "served_simulator.h"
+
+namespace gantry::simulator::test {
+namespace {
+
+constexpr double kReservoirPressure = 3200.0 - 14.696;  // psig, of the sample
+
+/// What a host learns of the sample deck at its first timestep, in the host's units.
+std::vector<ConnectorWellRecord> Measure(Deck deck) {
+  ServedSimulator simulator(std::move(deck));
+  const auto connector = CreateLocalConnector(kMostRecentVersion, simulator.Port());
+  connector->AdvanceNewton();
+  std::vector<ConnectorWellRecord> records;
+  connector->GetWellDataAndIPR(0, {"P", "W", "G"}, records, true, 2.5);
+  connector->Shutdown();
+  return records;
+}
+
+TEST(Sweep, GivesCurvesThatRiseInPressureAsTheyFallInRate) {
+  const auto records = Measure(SampleDeck());
+  for (const ConnectorWellRecord& well : records) {
+    SCOPED_TRACE(well.name);
+    ASSERT_EQ(well.iprPressure.size(), 10u);
+    const bool produces = well.name == "P";
+    EXPECT_TRUE(produces ? std::is_sorted(well.iprPressure.begin(), well.iprPressure.end())
+                         : std::is_sorted(well.iprPressure.rbegin(), well.iprPressure.rend()));
+    for (const auto* rates : {&well.iprOilRate, &well.iprGasRate, &well.iprWaterRate}) {
+      EXPECT_TRUE(std::is_sorted(rates->rbegin(), rates->rend()));
+    }
+    EXPECT_NEAR(well.iprPressure.back(), kReservoirPressure, 20.0);
+  }
+}
+
+TEST(Sweep, BendsTheProducersCurveAsVogelDoes) {
+  const ConnectorWellRecord well = Measure(SampleDeck()).front();
+  // Straight above the bubble point of 2555 psia, and never steeper than there.
+  const double index = well.iprOilRate.back() / (kReservoirPressure - well.iprPressure.back());
+  for (size_t i = 0; i < well.iprPressure.size(); ++i) {
+    const double straight = index * (kReservoirPressure - well.iprPressure[i]);
+    if (well.iprPressure[i] > 2556.0 - 14.696) {
+      EXPECT_NEAR(well.iprOilRate[i], straight, 1e-6 * straight);
+    } else {
+      EXPECT_LT(well.iprOilRate[i], straight);
+      EXPECT_GT(well.iprOilRate[i], straight / 1.8);
+    }
+  }
+}
+
+TEST(Sweep, KeepsTheGasOilRatioAndLetsTheWaterCutGrowWithDrawdown) {
+  const ConnectorWellRecord well = Measure(SampleDeck()).front();
+  double cutBefore = 1.0;
+  for (size_t i = 0; i < well.iprPressure.size(); ++i) {
+    EXPECT_NEAR(well.iprGasRate[i] / well.iprOilRate[i], 0.0006, 1e-9);  // 0.6 Mscf/stb
+    const double cut = well.iprWaterRate[i] / (well.iprWaterRate[i] + well.iprOilRate[i]);
+    EXPECT_LE(cut, cutBefore + 1e-12);
+    cutBefore = cut;
+  }
+}
+
+TEST(Sweep, GivesTheSameInBothUnitSystems) {
+  const auto field = Measure(SampleDeck(false));
+  const auto metric = Measure(SampleDeck(true));
+  ASSERT_EQ(field.size(), metric.size());
+  const auto expectNear = [](const Doubles& a, const Doubles& b) {
+    ASSERT_EQ(a.size(), b.size());
+    for (size_t i = 0; i < a.size(); ++i) EXPECT_NEAR(a[i], b[i], 1e-6 * (1.0 + std::abs(a[i])));
+  };
+  for (size_t i = 0; i < field.size(); ++i) {
+    SCOPED_TRACE(field[i].name);
+    expectNear(field[i].iprPressure, metric[i].iprPressure);
+    expectNear(field[i].iprOilRate, metric[i].iprOilRate);
+    expectNear(field[i].iprGasRate, metric[i].iprGasRate);
+    expectNear(field[i].iprWaterRate, metric[i].iprWaterRate);
+    expectNear(field[i].iprTemperature, metric[i].iprTemperature);
+    expectNear(field[i].iprOilDensity, metric[i].iprOilDensity);
+    expectNear(field[i].iprGasDensity, metric[i].iprGasDensity);
+    EXPECT_NEAR(field[i].tubingHeadPressure, metric[i].tubingHeadPressure, 1e-4);
+  }
+}
+
+TEST(Sweep, GivesMoleFractionsOfWhatACompositionalWellFlows) {
+  ServedSimulator simulator(
+      ReadDeck(std::string(GANTRY_EXAMPLES) + "/gas_cycling/GAS_CYCLING.afi"));
+  const auto connector = CreateLocalConnector(kMostRecentVersion, simulator.Port());
+  EXPECT_TRUE(connector->GetCompositionalFlag());
+  EOSProperties eos;
+  connector->GetEOSProperties(eos);
+  EXPECT_EQ(eos.componentCount, 6);
+  EXPECT_EQ(eos.presentProperties, 1u | 2u | 4u | 8u | 16u | 64u | 128u | 256u | 512u | 1024u);
+  EXPECT_EQ(eos.binaryInteraction.size(), 15u);
+  connector->AdvanceNewton();
+  EXPECT_TRUE(connector->SetInjectionSource("GI1", "GI1_ginj"));
+  EXPECT_FALSE(connector->SetInjectionSource("GP1", "GP1_ginj"));
+  connector->SetWellInjectionComposition({"GI1_ginj"}, {{0.0, 3.0, 1.0, 0.0, 0.0, 0.0}});
+  std::vector<ConnectorWellRecord> records;
+  connector->GetWellDataAndIPR(6, {"GP1", "GI1"}, records, true, 2.5);
+  for (const Doubles& point : records[0].iprComposition) {
+    EXPECT_NEAR(point.at(1), 0.72, 1e-9);
+  }
+  EXPECT_EQ(records[1].iprComposition.at(0), (Doubles{0.0, 0.75, 0.25, 0.0, 0.0, 0.0}));
+  connector->Shutdown();
+}
+
+}  // namespace
+}  // namespace gantry::simulator::test
