@@ -53,7 +53,7 @@ double BlackOil::DissolvedGas(const Contents& contents, double pressure) const {
 
 Contents BlackOil::Fill(const InitialState& initial) const {
   const double dissolved = std::min(initial.dissolvedGas, dissolvedGas_.At(initial.pressure));
-  const double oilSaturation = 1.0 - initial.waterSaturation - initial.gasSaturation;
+  const double oilSaturation = std::max(0.0, 1.0 - initial.waterSaturation - initial.gasSaturation);
   const double oil = initial.poreVolume * oilSaturation / OilFactor(initial.pressure, dissolved);
   const double freeGas = initial.poreVolume * initial.gasSaturation / GasFactor(initial.pressure);
   Contents contents;

@@ -13,12 +13,17 @@ namespace {
 /// of Petroleum Technology, November 1970).
 constexpr double kDrainageTerm = 7.0;
 
+/// Below this a tank doesn't hold a phase.
+constexpr double kTraceSaturation = 1e-9;
+
 double FlowEfficiency(double skin) { return kDrainageTerm / std::max(0.5, kDrainageTerm + skin); }
 
 /// The surface volume that a well's index refers to moves at this rate for each unit of mobility.
 double ReferenceMobility(const WellData& data, const Tank& tank) {
   if (data.type != WellType::kProducer) return 1.0;
   const FluidState& state = tank.State();
+  const double held = data.indexIsOfGas ? state.gasVolume : state.oilVolume;
+  if (held <= kTraceSaturation * state.Volume()) return 0.0;
   return data.indexIsOfGas ? tank.ReferenceGasMobility() * state.vapour.gas
                            : tank.ReferenceOilMobility() * state.liquid.oil;
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "client/tcp_connection.h"
 #include "client/v2017_2/intersect_client.h"
 #include "sample_deck.h"
 #include "support/test_folder.h"
@@ -119,8 +120,7 @@ TEST_F(Tanksim, TellsWhereADeckIsBad) {
 }
 
 TEST_F(Tanksim, TellsWhichWellHasNothingToFlow) {
-  std::string text = SampleDeckText(false, "gas_saturation = 0.7");
-  folder.Write("CASE.afi", text);
+  folder.Write("CASE.afi", SampleDeckText(false, "gas_saturation = 0.7"));
   const Outcome outcome = Run("CASE " + PortOption(FreePort()));
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_NE(outcome.errors.find("the index of well 'P' is of oil, which its tank doesn't hold"),
