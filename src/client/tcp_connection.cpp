@@ -6,8 +6,6 @@
 
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/read.hpp>
-#include <boost/asio/write.hpp>
 
 namespace gantry {
 
@@ -18,6 +16,19 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kKnockInterval{500};
+
+/// Moves all bytes in as many parts as it takes. A signal that a handler of the host has dealt with
+/// doesn't end a wait that may last for hours.
+template <class Bytes, class Move>
+void MoveAll(Bytes bytes, const char* context, Move move) {
+  while (!bytes.empty()) {
+    boost::system::error_code failure;
+    bytes = bytes.subspan(move(bytes, failure));
+    if (failure && failure != asio::error::interrupted) {
+      throw boost::system::system_error(failure, context);
+    }
+  }
+}
 
 }  // namespace
 
@@ -63,11 +74,16 @@ void TcpConnection::Connect(const std::string& host, uint32_t port, uint32_t tim
 }
 
 void TcpConnection::Read(std::span<std::byte> bytes) {
-  asio::read(socket_->socket, asio::buffer(bytes.data(), bytes.size()));
+  MoveAll(bytes, "read", [this](std::span<std::byte> rest, boost::system::error_code& failure) {
+    return socket_->socket.read_some(asio::buffer(rest.data(), rest.size()), failure);
+  });
 }
 
 void TcpConnection::Write(std::span<const std::byte> bytes) {
-  asio::write(socket_->socket, asio::buffer(bytes.data(), bytes.size()));
+  MoveAll(bytes, "write",
+          [this](std::span<const std::byte> rest, boost::system::error_code& failure) {
+            return socket_->socket.write_some(asio::buffer(rest.data(), rest.size()), failure);
+          });
 }
 
 struct TcpListener::Acceptor {
