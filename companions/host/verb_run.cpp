@@ -8,6 +8,7 @@
 #include "host/progress.h"
 #include "host/report_html.h"
 #include "host/result_tables.h"
+#include "host/run_script.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
 
@@ -64,6 +65,7 @@ void MakeFolder(const std::string& folder) {
 void RunCase(const Session& session) {
   const Options& options = session.options;
   const CaseModel caseModel = ReadCaseOf(options);
+  const RunScript script = options.script.empty() ? RunScript() : RunScript::Read(options.script);
   const DriverIdentity identity = Identify(session.api, session.trace);
   Units(session.api, session.trace);
   DriverModel model(session.api, session.trace);
@@ -78,6 +80,7 @@ void RunCase(const Session& session) {
   RunHistory history;
   Listeners listeners({&tables, &history, &progress});
   CoupledRun run(caseModel, model, listeners);
+  run.atStep = [&](size_t step) { script.RunStep(step + 1, model, UserOutput()); };
   run.isInterrupted = [] { return stopRequested != 0; };
   std::signal(SIGINT, RequestStop);
   std::signal(SIGTERM, RequestStop);

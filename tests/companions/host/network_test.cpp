@@ -262,7 +262,8 @@ TEST_F(Group, RanksTheWorstWellsFirst) {
 }
 
 TEST_F(Group, LetsWellsThatAreAlikeGiveWayTogether) {
-  // Two wells whose water cuts differ by a hair share the cut; a ranking by the hair would shut one.
+  // Two wells whose water cuts differ by a hair share the cut; a ranking by the hair would shut
+  // one.
   std::vector<NetworkWell> wells;
   wells.emplace_back(specs_[0], StraightInflow(3000, 2, 0.500, 500));
   wells.emplace_back(specs_[1], StraightInflow(3000, 2, 0.501, 500));

@@ -162,6 +162,37 @@ TEST_F(Program, WritesTheDescriptionOfChosenWells) {
   EXPECT_EQ(xml.find("INJ"), std::string::npos);
 }
 
+TEST_F(Program, RunsAScriptBetweenTheSteps) {
+  folder_.Write("script",
+                "# a remark\n\n"
+                "* get Intersect.CurrentElapsedDays\n"
+                "2 set Intersect.StaticWell[{PROD}].OpMode 2\n"
+                "2 get Intersect.StaticWell[{PROD}].OpMode\n");
+  const std::string odeh = ExampleCase("odeh");
+  const std::vector<std::string> line{"run", odeh,        "-q",       "-n",          "2",
+                                      "-o",  Path("out"), "--script", Path("script")};
+  const Outcome outcome = Run(line);
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_EQ(outcome.out,
+            "step 1: Intersect.CurrentElapsedDays = 0\n"
+            "step 2: Intersect.CurrentElapsedDays = 31\n"
+            "step 2: Intersect.StaticWell[{PROD}].OpMode = 2\n");
+
+  folder_.Write("script", "2 do Intersect.RunToTime(1)\n");
+  const Outcome failed = Run(line);
+  EXPECT_EQ(failed.status, 1);
+  EXPECT_NE(failed.err.find("RunToTime called for a time which has already passed"),
+            std::string::npos);
+  EXPECT_EQ(Table(folder_ / "out/field.csv").Rows(), 1U) << "the step that was run is reported";
+
+  for (const char* bad : {"0 get X", "one get X", "1 fetch X", "1 get", "1 set X", "1 get X Y"}) {
+    folder_.Write("script", std::string("\n") + bad + "\n");
+    const Outcome refused = Run(line);
+    EXPECT_EQ(refused.status, 2) << bad;
+    EXPECT_NE(refused.err.find("script:2: "), std::string::npos) << refused.err;
+  }
+}
+
 TEST_F(Program, SaysThatADialogCantBeShown) {
   const Outcome edit = Run({"edit", ExampleCase("odeh")});
   EXPECT_EQ(edit.status, 1);
