@@ -86,6 +86,17 @@ struct Ladder {
   }
 };
 
+/// The simulator may have answered in an order of its own, so a record finds its well by its name.
+std::vector<size_t> WellsOf(const std::vector<ConnectorWellRecord>& records, const Strings& wells) {
+  Strings names;
+  names.reserve(records.size());
+  for (const ConnectorWellRecord& record : records) names.push_back(record.name);
+  std::vector<size_t> places = WellLookup(names).PlacesIn(wells);
+  const bool allFound = std::ranges::find(places, WellLookup::kMissing) == places.end();
+  if (!allFound || records.size() != wells.size()) FailInflow();
+  return places;
+}
+
 class Sweep {
  public:
   Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
@@ -108,6 +119,7 @@ class Sweep {
   const Strings& wells_;
   const InflowSweepRequest& request_;
   std::vector<ConnectorWellRecord>& records_;
+  std::vector<size_t> wellOfRecord_;  ///< the place of each record's well among `wells_`
   WellLookup lookup_;
   Strings items_;
   std::vector<size_t> itemPlaces_;
@@ -122,6 +134,7 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
       wells_(wells),
       request_(request),
       records_(records),
+      wellOfRecord_(WellsOf(records, wells)),
       lookup_(wells),
       items_(kResultItems.begin(), kResultItems.end()) {
   AppendMoleFractionItems(request.componentCount, items_);
@@ -173,10 +186,11 @@ void Sweep::ReadRung(bool isFirst) {
   FindItems(reply_.items);
   const std::vector<size_t>& places = lookup_.PlacesIn(reply_.wells);
   for (size_t i = 0; i < records_.size(); ++i) {
-    if (places[i] == WellLookup::kMissing) FailInflow();
-    const std::span<const double> row = reply_.values[places[i]];
-    AppendPoint(*ladders_[i].kind, row, records_[i]);
-    if (isFirst) NoteBaseRates(row, ladders_[i]);
+    const size_t well = wellOfRecord_[i];
+    if (places[well] == WellLookup::kMissing) FailInflow();
+    const std::span<const double> row = reply_.values[places[well]];
+    AppendPoint(*ladders_[well].kind, row, records_[i]);
+    if (isFirst) NoteBaseRates(row, ladders_[well]);
   }
 }
 
@@ -216,18 +230,11 @@ void Sweep::LimitTo(double fraction) {
   }
 }
 
-/// The ladder of a well is built from the record at the same position, so one list must mirror the
-/// other.
-void CheckRecords(const Strings& wells, const std::vector<ConnectorWellRecord>& records) {
-  if (!std::ranges::equal(wells, records, {}, {}, &ConnectorWellRecord::name)) FailInflow();
-}
-
 }  // namespace
 
 void MeasureInflow(IntersectClientBase& client, const Strings& wells,
                    const InflowSweepRequest& request, std::vector<ConnectorWellRecord>& records) {
   if (wells.empty()) return;
-  CheckRecords(wells, records);
   Sweep(client, wells, request, records).Run();
 }
 

@@ -22,8 +22,8 @@ struct InflowSweepRequest {
 };
 
 /// Measures the inflow of `wells` by forcing each through a ladder of ten rate constraints while
-/// the simulator stands still, and appends ten raw points (the simulator's units) to the record at
-/// the same position. The wells must be open. The constraints of the last rung stay in force.
+/// the simulator stands still, and appends ten raw points (the simulator's units) to the record of
+/// its name. The wells must be open. The constraints of the last rung stay in force.
 /// Throws runtime_error for answers of the right form with the wrong content.
 void MeasureInflow(IntersectClientBase& client, const Strings& wells,
                    const InflowSweepRequest& request, std::vector<ConnectorWellRecord>& records);

@@ -163,6 +163,16 @@ TYPED_TEST_P(ConnectorContract, MeasuresTheInflowOfEveryKindOfWell) {
   EXPECT_EQ(this->field.At("P1").status, "OPEN") << "a well must be open to flow";
 }
 
+TYPED_TEST_P(ConnectorContract, FindsARecordByItsNameInWhateverOrder) {
+  std::vector<ConnectorWellRecord> records(2);
+  records[0].name = "G1";
+  records[1].name = "P2";
+  this->Advance().GetWellIPRData(0, {"P2", "G1"}, records, true, 1.0);
+  const UnitConverter units = this->Units();
+  EXPECT_NEAR(records[0].iprGasRate[9], units.FromSimulator(5000.0, kGasRate), 1e-9);
+  EXPECT_NEAR(records[1].iprOilRate[9], units.FromSimulator(37.5, kLiquidRate), 1e-9);
+}
+
 TYPED_TEST_P(ConnectorContract, PacksThePointsBySkewnessAndTakesEitherPressure) {
   std::vector<ConnectorWellRecord> records;
   this->Advance().GetWellDataAndIPR(0, {"P2"}, records, false, 2.0);
@@ -227,6 +237,7 @@ TYPED_TEST_P(ConnectorContract, FailsWithATextWhenItsPeerHasGone) {
 REGISTER_TYPED_TEST_SUITE_P(ConnectorContract, KnowsTheRun, RefusesASimulatorThatIsTooOldOrTooNew,
                             ListsEveryWell, TellsTheEquationOfState, ReadsWellsInTheDriversUnits,
                             MeasuresTheInflowOfEveryKindOfWell,
+                            FindsARecordByItsNameInWhateverOrder,
                             PacksThePointsBySkewnessAndTakesEitherPressure,
                             SendsWhatTheHostDecidedInTheSimulatorsUnits,
                             AttachesInjectionSourcesWhereItsVersionCan, ReadsVariablesByTheirUnits,
