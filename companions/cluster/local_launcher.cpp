@@ -12,7 +12,7 @@ namespace gantry::cluster {
 namespace {
 
 constexpr const char* kHost = "localhost";
-constexpr int kPatienceMilliseconds = 5000;
+constexpr int kPatienceMilliseconds = 3000;
 constexpr off_t kLongestTail = 4096;
 
 /// The last line that a simulator said.

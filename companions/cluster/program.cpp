@@ -22,7 +22,7 @@ namespace gantry::cluster {
 namespace {
 
 constexpr size_t kMostOutput = 65536;
-constexpr int kTerminationMilliseconds = 5000;
+constexpr int kTerminationMilliseconds = 3000;
 
 using Clock = std::chrono::steady_clock;
 

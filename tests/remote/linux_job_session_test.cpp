@@ -94,6 +94,7 @@ TEST(LinuxJobSession, TellsTheBatchScenario) {
   std::string message;
   EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
   EXPECT_EQ(message, "no");
+  test::SetEnvironment("LSF_TESSEL_SCENARIO", "");
 }
 
 TEST(LinuxJobSession, ShowsWhatTheFactoryAnswers) {
