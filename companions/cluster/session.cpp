@@ -93,28 +93,28 @@ class Session {
 
   void AwaitSimulator(Job& job, const std::string& node, uint16_t port,
                       Clock::time_point deadline) {
-    try {
-      while (!TryToConnect(node, port)) {
-        job.Check();
-        if (Clock::now() > deadline) throw LaunchFailed("it doesn't listen");
-      }
-    } catch (const std::exception& failure) {
+    while (!TryToConnect(job, node, port)) {
       job.Check();
-      throw LaunchFailed(
-          fmt::format("The simulator on {}, port {} is not up: {}", node, port, failure.what()));
+      if (Clock::now() > deadline) FailToConnect(node, port, "it doesn't listen");
     }
   }
 
+  [[noreturn]] static void FailToConnect(const std::string& node, uint16_t port,
+                                         const std::string& why) {
+    throw LaunchFailed(fmt::format("The simulator on {}, port {} is not up: {}", node, port, why));
+  }
+
   /// Knocks for about a second; false when nobody has answered.
-  bool TryToConnect(const std::string& node, uint16_t port) {
+  bool TryToConnect(Job& job, const std::string& node, uint16_t port) {
     try {
       ConnectToModel(simulator_->Client(), node, port, 0);
       return true;
-    } catch (const boost::system::system_error&) {
-      throw;
-    } catch (const std::runtime_error&) {
-      if (simulator_->Client().position() != AlgorithmicPosition::UNCONNECTED) throw;
-      return false;
+    } catch (const boost::system::system_error& failure) {
+      job.Check();
+      FailToConnect(node, port, failure.what());
+    } catch (const std::runtime_error& failure) {
+      if (simulator_->Client().position() == AlgorithmicPosition::UNCONNECTED) return false;
+      FailToConnect(node, port, failure.what());
     }
   }
 
