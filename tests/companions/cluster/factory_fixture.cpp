@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 
 #include "cluster/program.h"
+#include "support/free_ports.h"
 
 namespace gantry::test {
 
@@ -28,11 +29,10 @@ RunningFactory::RunningFactory(const std::vector<std::string>& arguments) {
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   log_ = cluster::UniqueFd(ends[0]);
   const cluster::UniqueFd writeEnd(ends[1]);
-  // Tests that run side by side keep to ports of their own.
-  const int first = 20000 + ::getpid() % 1200 * 10;
+  const int first = FreePorts(8);
   cluster::Program program;
   program.arguments = {RUNFACTORY, "--listen", "127.0.0.1:0", "--ports",
-                       std::to_string(first) + "-" + std::to_string(first + 9)};
+                       std::to_string(first) + "-" + std::to_string(first + 7)};
   program.arguments.insert(program.arguments.end(), arguments.begin(), arguments.end());
   program.output = writeEnd.Get();
   process_ = cluster::StartProgram(program);
