@@ -117,7 +117,7 @@ ScriptedPeer& ScriptedPeer::ExpectAnyMessage() {
   return *this;
 }
 
-ScriptedPeer& ScriptedPeer::Reply(Entries entries) { return ReplyBytes(Frame(entries)); }
+ScriptedPeer& ScriptedPeer::Reply(const Entries& entries) { return ReplyBytes(Frame(entries)); }
 
 ScriptedPeer& ScriptedPeer::ReplyBytes(std::string bytes) {
   play_->steps.emplace_back([bytes = std::move(bytes)](tcp::socket& socket) {
@@ -132,9 +132,9 @@ ScriptedPeer& ScriptedPeer::Greet(const std::string& position) {
       .Reply(Step(position));
 }
 
-ScriptedPeer& ScriptedPeer::Answer(Entries request, Entries reply) {
+ScriptedPeer& ScriptedPeer::Answer(Entries request, const Entries& reply) {
   Expect(std::move(request));
-  if (!reply.empty()) Reply(std::move(reply));
+  if (!reply.empty()) Reply(reply);
   return Reply({"READY", "END"});
 }
 

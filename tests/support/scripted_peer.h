@@ -37,12 +37,12 @@ class ScriptedPeer {
   ScriptedPeer& ExpectBytes(std::string bytes);
   /// Any frame is taken.
   ScriptedPeer& ExpectAnyMessage();
-  ScriptedPeer& Reply(Entries entries);
+  ScriptedPeer& Reply(const Entries& entries);
   ScriptedPeer& ReplyBytes(std::string bytes);
   /// The handshake up to the given position: what a client's `connect` meets.
   ScriptedPeer& Greet(const std::string& position = "MODEL_DEFINITION");
   /// A query or a setter that answers with `reply` (which may be empty: no reply) and "READY".
-  ScriptedPeer& Answer(Entries request, Entries reply = {});
+  ScriptedPeer& Answer(Entries request, const Entries& reply = {});
   /// Every further frame is given to `answer`, whose messages go back, until the client closes. No
   /// message at all hangs up.
   ScriptedPeer& Serve(std::function<std::vector<Entries>(const Entries&)> answer);
