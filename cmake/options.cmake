@@ -41,3 +41,17 @@ if(GANTRY_SANITIZE)
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-tsan>)
   endif()
 endif()
+
+# gantry_export_only(LIBRARY): lets out only what the platform's list of exports names, which stands
+# as posix/LIBRARY.map or windows/LIBRARY.def beside the library's sources; the library's file is
+# named as a host on that platform looks it up.
+function(gantry_export_only library)
+  if(WIN32)
+    target_sources(${library} PRIVATE windows/${library}.def)
+    set_target_properties(${library} PROPERTIES PREFIX "")
+    return()
+  endif()
+  set(exports ${CMAKE_CURRENT_SOURCE_DIR}/posix/${library}.map)
+  target_link_options(${library} PRIVATE -Wl,--version-script=${exports})
+  set_target_properties(${library} PROPERTIES LINK_DEPENDS ${exports})
+endfunction()

@@ -238,7 +238,7 @@ void CompletePaths(CaseModel& model) {
   model.simulator.deck = FromFolder(folder, model.simulator.deck);
   model.simulator.storeFile = FromFolder(folder, model.simulator.storeFile);
   // A bare name is looked for along the search path by whoever starts it.
-  if (model.simulator.executable.find('/') != std::string::npos) {
+  if (fs::path(model.simulator.executable).has_parent_path()) {
     model.simulator.executable = FromFolder(folder, model.simulator.executable);
   }
 }

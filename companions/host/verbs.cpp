@@ -49,7 +49,7 @@ std::string DefaultSimulator() {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
   const std::string own = key ? key->ReadText("SimExecutable").value_or("") : "";
   if (platform::CanOpenForReading(own)) return "";
-  return (fs::path(platform::ModuleFolder()) / "tanksim").string();
+  return platform::ModuleFolder() + platform::ProgramFileName("tanksim");
 }
 
 CaseModel ReadCaseOf(const Options& options) {

@@ -26,4 +26,7 @@ std::string ModuleFolder();
 /// The file name of a dynamic library here: "lib" + name + ".so", or name + ".dll".
 std::string LibraryFileName(const std::string& name);
 
+/// The file name of a program here: the name as it is, or name + ".exe".
+std::string ProgramFileName(const std::string& name);
+
 }  // namespace gantry::platform

@@ -59,4 +59,6 @@ std::string ModuleFolder() {
 
 std::string LibraryFileName(const std::string& name) { return "lib" + name + ".so"; }
 
+std::string ProgramFileName(const std::string& name) { return name; }
+
 }  // namespace gantry::platform

@@ -42,4 +42,6 @@ std::string ModuleFolder() {
 
 std::string LibraryFileName(const std::string& name) { return name + ".dll"; }
 
+std::string ProgramFileName(const std::string& name) { return name + ".exe"; }
+
 }  // namespace gantry::platform

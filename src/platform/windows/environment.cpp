@@ -5,11 +5,13 @@
 namespace gantry::platform {
 
 std::optional<std::string> ReadEnvironment(const char* name, size_t capacity) {
-  std::string value(capacity, '\0');
   SetLastError(ERROR_SUCCESS);
-  const DWORD length = GetEnvironmentVariableA(name, value.data(), static_cast<DWORD>(capacity));
-  if (length == 0 && GetLastError() != ERROR_SUCCESS) return std::nullopt;
-  if (length >= capacity) return std::nullopt;
+  const DWORD size = GetEnvironmentVariableA(name, nullptr, 0);  // with its terminator
+  if (size == 0 && GetLastError() != ERROR_SUCCESS) return std::nullopt;
+  if (size > capacity) return std::nullopt;
+  std::string value(size, '\0');
+  const DWORD length = GetEnvironmentVariableA(name, value.data(), size);
+  if (length > size) return std::nullopt;  // it has grown meanwhile
   value.resize(length);
   return value;
 }
