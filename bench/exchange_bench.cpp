@@ -154,22 +154,27 @@ Result Measure(const std::filesystem::path& folder, const std::filesystem::path&
 void PrintHead() {
   std::puts(
       "One read of the wells and one whole step, the module beside a raw exchange of the same");
-  std::puts("frames. Milliseconds, median (least) of the repetitions; start is processor time.\n");
   std::puts(
-      " wells comps    MB |     read module            raw  ratio |"
-      "     step module            raw  ratio | of it 50+53 |   start");
+      "frames. Milliseconds, median of the repetitions (least in brackets), ratio of medians.");
+  std::puts("In a step, 50+53 is the exchange of the wells. Start is processor time.\n");
+  std::printf("%6s %5s %5s | %-17s %-17s %5s | %-17s %-17s %5s | %6s | %6s\n", "wells", "comps",
+              "MB", "read: module", "raw", "ratio", "step: module", "raw", "ratio", "50+53",
+              "start");
 }
 
 std::string Cell(Series& series) {
-  return FormatText("%8.2f (%8.2f)", series.Median(), series.Least());
+  return FormatText("%8.2f (%6.2f)", series.Median(), series.Least());
+}
+
+std::string Compare(Series& module, Series& raw) {
+  return FormatText("%s %s %5.2f", Cell(module).c_str(), Cell(raw).c_str(),
+                    module.Median() / raw.Median());
 }
 
 void Print(ModelSize size, Result& result) {
-  std::printf("%6d %5d %5.1f | %s %10.2f %6.2f | %s %10.2f %6.2f | %11.2f | %7.1f\n", size.wells,
-              size.components, result.megabytes, Cell(result.readModule).c_str(),
-              result.readRaw.Median(), result.readModule.Median() / result.readRaw.Median(),
-              Cell(result.stepModule).c_str(), result.stepRaw.Median(),
-              result.stepModule.Median() / result.stepRaw.Median(), result.wellExchange.Median(),
+  std::printf("%6d %5d %5.1f | %s | %s | %6.2f | %6.1f\n", size.wells, size.components,
+              result.megabytes, Compare(result.readModule, result.readRaw).c_str(),
+              Compare(result.stepModule, result.stepRaw).c_str(), result.wellExchange.Median(),
               result.start.Median());
   std::fflush(stdout);
 }
@@ -195,16 +200,21 @@ bool MeasureApart(const std::filesystem::path& folder, const std::filesystem::pa
   return status == 0;
 }
 
-int RunAll() {
+std::vector<ModelSize> AllSizes() {
+  std::vector<ModelSize> sizes;
+  for (const int components : kComponentCounts) {
+    for (const int wells : kWellCounts) sizes.push_back({wells, components});
+  }
+  return sizes;
+}
+
+int RunAll(const std::vector<ModelSize>& sizes) {
   std::string pattern = (std::filesystem::temp_directory_path() / "gantry-bench-XXXXXX").string();
   const std::filesystem::path folder = ::mkdtemp(pattern.data());
   const auto self = std::filesystem::read_symlink("/proc/self/exe");
   PrintHead();
   bool isWhole = true;
-  for (const int components : kComponentCounts) {
-    for (const int wells : kWellCounts)
-      isWhole = MeasureApart(folder, self, {wells, components}) && isWhole;
-  }
+  for (const ModelSize size : sizes) isWhole = MeasureApart(folder, self, size) && isWhole;
   std::filesystem::remove_all(folder);
   return isWhole ? EXIT_SUCCESS : EXIT_FAILURE;
 }
@@ -224,9 +234,12 @@ int main(int argc, char** argv) {
   using namespace gantry::bench;
   try {
     const uint16_t port = PortOf(argc, argv);
-    if (port == 0) return RunAll();
-    RunReplayPeer(port, SizeOf(argv[1]));
-    return EXIT_SUCCESS;
+    if (port != 0) {
+      RunReplayPeer(port, SizeOf(argv[1]));
+      return EXIT_SUCCESS;
+    }
+    // WELLS COMPONENTS: that size alone.
+    return argc == 3 ? RunAll({{std::stoi(argv[1]), std::stoi(argv[2])}}) : RunAll(AllSizes());
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "%s: %s\n", argv[0], failure.what());
     return EXIT_FAILURE;

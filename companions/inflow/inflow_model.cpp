@@ -39,9 +39,11 @@ double InflowModel::RatioOf(std::string_view wellName) const {
 
 void InflowModel::Transform(std::string_view wellName, const _tGetSetData& state,
                             _tGetSetData& inflow) const {
-  if (isCalculating_ || !names_.contains(wellName)) return;
+  if (isCalculating_) return;
+  const bool isWhole = !HasGaps(inflow);
+  if (isWhole && ratios_.empty()) return;  // a table of an untested case, by far the most common
   const double ratio = RatioOf(wellName);
-  if (ratio >= kGreatestRatio && !HasGaps(inflow)) return;
+  if ((isWhole && ratio >= kGreatestRatio) || !names_.contains(wellName)) return;
 
   InflowRows rows = ReadRows(inflow);
   TransformToRegion(rows, ratio, CurrentRate(state, MeasureOf(rows)));
