@@ -90,7 +90,9 @@ void Controller::GetWellIPRDataOfOne(MessageReader&, MessageWriter& results) {
   const ConnectorWellRecord& record = NextOf(inflow_);
   for (const InflowField& list : kInflowFields) PutDoubles(results, record.*list.field);
   if (!withCompositions_) return;
-  for (const Doubles& composition : record.iprComposition) PutDoubles(results, composition);
+  for (size_t i = 0; i < record.iprComposition.RowCount(); ++i) {
+    PutDoubles(results, record.iprComposition[i]);
+  }
 }
 
 void Controller::GetWellVariables(MessageReader& request, MessageWriter& results) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "client/query_results.h"
+
 namespace gantry {
 
 /// One well as a connector hands it to the model, in the driver's units: stock-tank barrels a day,
@@ -28,7 +30,8 @@ struct ConnectorWellRecord {
   std::vector<double> iprGasDensity;
   std::vector<double> iprOilDensity;
   std::vector<double> iprWaterDensity;
-  std::vector<std::vector<double>> iprComposition;  ///< mole fractions; empty without components
+  /// Mole fractions, a row for each point; no rows without components.
+  RowTable<double> iprComposition;
 };
 
 /// A well's words as the simulator spells them.

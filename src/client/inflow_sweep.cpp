@@ -177,7 +177,7 @@ void Sweep::ReserveRecords() {
       points->reserve(points->size() + kSweepRungs);
     }
     if (request_.componentCount <= 0) continue;
-    record.iprComposition.reserve(record.iprComposition.size() + kSweepRungs);
+    record.iprComposition.Reserve(kSweepRungs, kSweepRungs * (items_.size() - kFirstMoleFraction));
   }
 }
 
@@ -214,8 +214,9 @@ void Sweep::AppendPoint(const WellKind& kind, std::span<const double> row,
   record.iprGasDensity.push_back(At(row, kGasDensity));
   record.iprWaterDensity.push_back(At(row, kWaterDensity));
   if (request_.componentCount <= 0) return;
-  Doubles& fractions = record.iprComposition.emplace_back(items_.size() - kFirstMoleFraction);
-  for (size_t i = 0; i < fractions.size(); ++i) fractions[i] = At(row, kFirstMoleFraction + i);
+  Doubles& fractions = record.iprComposition.Flat();
+  for (size_t i = kFirstMoleFraction; i < items_.size(); ++i) fractions.push_back(At(row, i));
+  record.iprComposition.EndRow();
 }
 
 void Sweep::NoteBaseRates(std::span<const double> row, Ladder& ladder) {

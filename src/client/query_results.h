@@ -24,6 +24,10 @@ class RowTable {
   /// Elements are appended here, then closed as a row by `EndRow`.
   std::vector<T>& Flat() { return flat_; }
   void EndRow() { ends_.push_back(flat_.size()); }
+  void Reserve(size_t rows, size_t elements) {
+    ends_.reserve(rows);
+    flat_.reserve(elements);
+  }
   /// Drops the rows and keeps their storage.
   void Clear() {
     flat_.clear();

@@ -30,9 +30,9 @@ void FillInflow(std::vector<IPRPoint>& points, ConnectorWellRecord& record) {
     points[i].OilRate = at(record.iprOilRate, i);
     points[i].GasRate = at(record.iprGasRate, i);
     points[i].WaterRate = at(record.iprWaterRate, i);
-    if (i < record.iprComposition.size()) {
-      points[i].Composition = std::move(record.iprComposition[i]);
-    }
+    if (i >= record.iprComposition.RowCount()) continue;
+    const std::span<const double> composition = record.iprComposition[i];
+    points[i].Composition.assign(composition.begin(), composition.end());
   }
 }
 

@@ -98,7 +98,8 @@ void CExtConnectorRemote::ReadInflow(const std::string& well, const NameIndex& i
     }
     reply.Require(compositions, kEmptyListSize);
     for (size_t i = 0; i < compositions; ++i) {
-      GetDoubles(reply, record.iprComposition.emplace_back());
+      GetDoubles(reply, record.iprComposition.Flat());
+      record.iprComposition.EndRow();
     }
   });
 }

@@ -30,7 +30,7 @@ void PutTexts(MessageWriter& writer, const Strings& texts) {
   for (const std::string& text : texts) writer.PutText(text);
 }
 
-void PutDoubles(MessageWriter& writer, const Doubles& values) {
+void PutDoubles(MessageWriter& writer, std::span<const double> values) {
   PutCount(writer, values.size());
   writer.PutDoubleArray(values);
 }

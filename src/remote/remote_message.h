@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,7 @@ int32_t Send(const MessageWriter& writer, Socket& socket, Routine routine);
 
 // Each list and table stands behind its count.
 void PutTexts(MessageWriter& writer, const Strings& texts);
-void PutDoubles(MessageWriter& writer, const Doubles& values);
+void PutDoubles(MessageWriter& writer, std::span<const double> values);
 void PutTextRows(MessageWriter& writer, const std::vector<Strings>& rows);
 void PutDoubleRows(MessageWriter& writer, const std::vector<Doubles>& rows);
 

@@ -157,7 +157,7 @@ TEST(InflowSweep, ForcesRatesDownTheLadderAndTakesItemsInAnyOrder) {
   EXPECT_EQ(records[0].iprOilRate[0], -1.0);
   EXPECT_EQ(records[0].iprOilRate[10], units.FromSimulator(30.0, kLiquidRate));
   EXPECT_EQ(records[0].iprPressure, Doubles(10, units.FromSimulator(60.0, kPressure)));
-  EXPECT_EQ(records[0].iprComposition, std::vector(10, Doubles{1.0}));
+  EXPECT_EQ(RowsOf(records[0].iprComposition), std::vector(10, Doubles{1.0}));
 }
 
 /// The answer at which a read of one well goes wrong.

@@ -9,6 +9,7 @@
 #include "remote/routine_table.h"
 #include "remote/socket.h"
 #include "remote/wire_bytes.h"
+#include "support/row_tables.h"
 #include "support/scripted_peer.h"
 
 namespace gantry {
@@ -21,6 +22,7 @@ using test::Int;
 using test::kAccepted;
 using test::kRefused;
 using test::Message;
+using test::RowsOf;
 using test::ScriptedPeer;
 using test::Text;
 using test::TextList;
@@ -302,7 +304,7 @@ TEST(RemoteConnector, AddsTheInflowToTheRecordsOfTheirNames) {
   EXPECT_EQ(b.iprGasDensity, (Doubles{6.0 / 16.0185, 7.0 / 16.0185}));
   EXPECT_EQ(b.iprOilDensity, (Doubles{7.0 / 16.0185, 8.0 / 16.0185}));
   EXPECT_EQ(b.iprWaterDensity, (Doubles{8.0 / 16.0185, 9.0 / 16.0185}));
-  EXPECT_EQ(b.iprComposition, (std::vector<Doubles>{{0.1, 0.9}, {0.2, 0.8}}));
+  EXPECT_EQ(RowsOf(b.iprComposition), (std::vector<Doubles>{{0.1, 0.9}, {0.2, 0.8}}));
   EXPECT_EQ(records[1].iprOilRate, b.iprOilRate);
 }
 

@@ -6,9 +6,12 @@
 #include "client/connector_base.h"
 #include "sample_deck.h"
 #include "served_simulator.h"
+#include "support/row_tables.h"
 
 namespace gantry::simulator::test {
 namespace {
+
+using gantry::test::RowsOf;
 
 constexpr double kReservoirPressure = 3200.0 - 14.696;  // psig, of the sample
 
@@ -101,10 +104,10 @@ TEST(Sweep, GivesMoleFractionsOfWhatACompositionalWellFlows) {
   connector->SetWellInjectionComposition({"GI1_ginj"}, {{0.0, 3.0, 1.0, 0.0, 0.0, 0.0}});
   std::vector<ConnectorWellRecord> records;
   connector->GetWellDataAndIPR(6, {"GP1", "GI1"}, records, true, 2.5);
-  for (const Doubles& point : records[0].iprComposition) {
+  for (const Doubles& point : RowsOf(records[0].iprComposition)) {
     EXPECT_NEAR(point.at(1), 0.72, 1e-9);
   }
-  EXPECT_EQ(records[1].iprComposition.at(0), (Doubles{0.0, 0.75, 0.25, 0.0, 0.0, 0.0}));
+  EXPECT_EQ(RowsOf(records[1].iprComposition).at(0), (Doubles{0.0, 0.75, 0.25, 0.0, 0.0, 0.0}));
   connector->Shutdown();
 }
 
