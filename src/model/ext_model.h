@@ -88,6 +88,8 @@ class CExtModel : public CExtInterface {
   int32_t Edit(void* window, uint32_t* changed, ExtErrorBlock* err) override;
   int32_t EditPublishedVariables(void* window, ExtErrorBlock* err) override;
   int32_t DrawIcon(void* window, void* deviceContext) override;
+  /// The inflow library's own settings, over a window of the case's dialog.
+  void SetUpInflow(void* window);
 
   // What this driver has no use for.
   int32_t QueryByIndex(uint32_t, ExtErrorBlock*) override { return -999; }

@@ -1,24 +1,28 @@
 #pragma once
 
+#include "platform/dialog_window.h"
+
 namespace gantry {
 
 class CExtModel;
 
 /// The dialogs through which a user works on the module, as the host opens them: each is shown
-/// modally over a window of the host and returns when it is closed. One implementation exists for
-/// each toolkit; the rest of the driver knows only this.
+/// modally over a window of the host and returns when it is closed.
 class Dialogs {
  public:
-  virtual ~Dialogs() = default;
+  explicit Dialogs(platform::DialogToolkit& toolkit) : toolkit_(toolkit) {}
 
   /// The machine's configuration.
-  virtual void Configure(void* parent) = 0;
-  /// The case settings; true when the dialog ended accepted.
-  virtual bool EditCase(void* parent, CExtModel& model) = 0;
-  /// The choice of exported variables; true when the dialog ended accepted.
-  virtual bool EditExportedVariables(void* parent, CExtModel& model) = 0;
+  void Configure(void* parent);
+  /// The case settings; true when the user goes on with a run.
+  bool EditCase(void* parent, CExtModel& model);
+  /// The choice of exported variables; true when it was accepted.
+  bool EditExportedVariables(void* parent, CExtModel& model);
   /// The picture of the simulator on the host's schematic, stretched over the window.
-  virtual void DrawIcon(void* window, void* deviceContext) = 0;
+  void DrawIcon(void* window, void* deviceContext);
+
+ private:
+  platform::DialogToolkit& toolkit_;
 };
 
 /// The dialogs over `parent`. Null when that is no window, or when there are no dialogs here: both

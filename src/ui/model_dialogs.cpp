@@ -24,6 +24,8 @@ int32_t CExtModel::EditPublishedVariables(void* window, ExtErrorBlock* /*err*/) 
   return dialogs != nullptr && dialogs->EditExportedVariables(window, *this) ? 0 : 1;
 }
 
+void CExtModel::SetUpInflow(void* window) { Inflow->SetupIPR(window, InflowHandle); }
+
 int32_t CExtModel::DrawIcon(void* window, void* deviceContext) {
   if (window == nullptr || deviceContext == nullptr) return 1;
   if (Dialogs* const dialogs = DialogsFor(window)) dialogs->DrawIcon(window, deviceContext);

@@ -56,6 +56,11 @@ class CExtCollection {
     return item;
   }
   void RemoveAll() { items_.clear(); }
+  /// Destroys the items for which `predicate`, given the owning pointer, holds.
+  template <class Predicate>
+  void RemoveIf(Predicate predicate) {
+    std::erase_if(items_, predicate);
+  }
 
   auto begin() { return items_.begin(); }
   auto end() { return items_.end(); }

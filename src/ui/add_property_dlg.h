@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/dialog_window.h"
+#include "settings/machine_config.h"
+
+namespace gantry {
+
+/// "Add property": appends one exposed well property to the configuration with "OK", at once.
+class CAddProperty : public platform::DialogHandler {
+ public:
+  explicit CAddProperty(CIXConfig& config) : config_(config) {}
+
+  const platform::DialogTemplate& Template() const override;
+  void OnOpen(platform::DialogWindow& window) override;
+  void OnButton(platform::DialogWindow& window, int id) override;
+
+ private:
+  void Accept(platform::DialogWindow& window);
+
+  CIXConfig& config_;
+};
+
+}  // namespace gantry

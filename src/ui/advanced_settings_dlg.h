@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/dialog_window.h"
+#include "settings/link_settings.h"
+
+namespace gantry {
+
+/// "Advanced settings": the one setting of a case that few need.
+class CIXAdvancedSettings : public platform::DialogHandler {
+ public:
+  explicit CIXAdvancedSettings(LinkSettings& settings) : settings_(settings) {}
+
+  const platform::DialogTemplate& Template() const override;
+  void OnOpen(platform::DialogWindow& window) override;
+  void OnButton(platform::DialogWindow& window, int id) override;
+
+ private:
+  LinkSettings& settings_;
+};
+
+}  // namespace gantry

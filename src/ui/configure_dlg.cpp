@@ -1,0 +1,105 @@
+#include "ui/configure_dlg.h"
+
+#include <utility>
+
+#include "client/unit_converter.h"
+#include "host/text/number_text.h"
+#include "ui/add_property_dlg.h"
+#include "ui/browse.h"
+#include "ui/dialog_templates.h"
+
+namespace gantry {
+
+using platform::DialogWindow;
+
+namespace {
+
+constexpr int32_t kFirstBadPort = 65001;
+constexpr int32_t kDefaultStartPort = 9001;
+constexpr int32_t kDefaultEndPort = 9101;
+constexpr int32_t kPortRange = 100;
+
+constexpr platform::FileRequest kSimulatorFile{"exe", "IX executable file (*.exe)|*.exe|"};
+constexpr platform::FileRequest kMpiFile{"exe", "MPI executable file - mpiexec (*.exe)|*.exe|"};
+
+bool IsUsablePort(int32_t port) { return port != 0 && port < kFirstBadPort; }
+
+}  // namespace
+
+void CorrectPorts(int32_t& startPort, int32_t& endPort) {
+  if (!IsUsablePort(startPort)) startPort = kDefaultStartPort;
+  if (!IsUsablePort(endPort)) endPort = kDefaultEndPort;
+  if (endPort < startPort) endPort = startPort + kPortRange;
+}
+
+const platform::DialogTemplate& CConfigureDlg::Template() const { return kConfigureTemplate; }
+
+void CConfigureDlg::OnOpen(DialogWindow& window) {
+  using namespace configure_id;
+  window.SetText(kSimExecutable, config_.SimExecutable);
+  window.SetText(kMPIExecutable, config_.MPIExecutable);
+  window.SetText(kCmdLine, config_.CmdLine);
+  window.SetText(kStartPort, FormatInteger(config_.StartPort));
+  window.SetText(kEndPort, FormatInteger(config_.EndPort));
+  window.SetColumns(kProperties, {{"IX property", 180}, {"Display name", 180}, {"Unit", 110}});
+  FillProperties(window);
+}
+
+void CConfigureDlg::OnButton(DialogWindow& window, int id) {
+  using namespace configure_id;
+  switch (id) {
+    case kBrowseSimulator:
+      BrowseInto(window, kSimExecutable, kSimulatorFile);
+      return;
+    case kBrowseMpi:
+      BrowseInto(window, kMPIExecutable, kMpiFile);
+      return;
+    case kDelete:
+      return DeleteSelected(window);
+    case kAdd:
+      return AddProperty(window);
+    case platform::kOkButton:
+      return Accept(window);
+    case platform::kCancelButton:
+      return window.Close(platform::kCancelButton);
+    default:
+      return;  // "Help" has nothing to show
+  }
+}
+
+void CConfigureDlg::FillProperties(DialogWindow& window) const {
+  std::vector<std::vector<std::string>> rows;
+  rows.reserve(config_.UserProperties.size());
+  for (const auto& property : config_.UserProperties) {
+    rows.push_back(
+        {property->Property, property->DisplayName, UnitFamilyName(property->UnitFamily)});
+  }
+  window.SetRows(configure_id::kProperties, rows, platform::kVariablePicture);
+}
+
+void CConfigureDlg::DeleteSelected(DialogWindow& window) {
+  auto& properties = config_.UserProperties;
+  const std::vector<size_t> selected = window.SelectedRows(configure_id::kProperties);
+  if (selected.empty()) return;
+  for (const size_t row : selected) properties[row].reset();
+  std::erase(properties, nullptr);
+  FillProperties(window);
+}
+
+void CConfigureDlg::AddProperty(DialogWindow& window) {
+  CAddProperty dialog(config_);
+  if (window.RunDialog(dialog) == platform::kOkButton) FillProperties(window);
+}
+
+void CConfigureDlg::Accept(DialogWindow& window) {
+  using namespace configure_id;
+  config_.SimExecutable = window.Text(kSimExecutable);
+  config_.MPIExecutable = window.Text(kMPIExecutable);
+  config_.CmdLine = window.Text(kCmdLine);
+  config_.StartPort = ReadInteger(window.Text(kStartPort));
+  config_.EndPort = ReadInteger(window.Text(kEndPort));
+  CorrectPorts(config_.StartPort, config_.EndPort);
+  window.Close(platform::kOkButton);
+}
+
+}  // namespace gantry

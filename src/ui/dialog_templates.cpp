@@ -1,0 +1,146 @@
+#include "ui/dialog_templates.h"
+
+#include <array>
+
+#include "platform/dialog_window.h"
+
+namespace gantry {
+
+using platform::ControlRow;
+using platform::DialogTemplate;
+using platform::kCancelButton;
+using platform::kDefaultButton;
+using platform::kDigitsOnly;
+using platform::kNoControl;
+using platform::kOkButton;
+using platform::kPathLabel;
+using platform::kPlainStyle;
+using platform::kRightLabel;
+using enum platform::ControlKind;
+
+// clang-format off
+namespace {
+
+constexpr std::array kConfigureControls = {
+    ControlRow{kGroup, kNoControl, "Default local (Windows) executable paths", {7, 7, 346, 101}},
+    ControlRow{kLabel, kNoControl, "Intersect", {16, 22, 44, 8}},
+    ControlRow{kEdit, configure_id::kSimExecutable, "", {62, 20, 260, 13}, kPlainStyle,
+               "Default simulator executable for local use."},
+    ControlRow{kButton, configure_id::kBrowseSimulator, ". . .", {325, 20, 20, 13}},
+    ControlRow{kLabel, kNoControl, "mpiexec", {16, 39, 44, 8}},
+    ControlRow{kEdit, configure_id::kMPIExecutable, "", {62, 37, 260, 13}, kPlainStyle,
+               "Default mpiexec executable for local use with parallel runs."},
+    ControlRow{kButton, configure_id::kBrowseMpi, ". . .", {325, 37, 20, 13}},
+    ControlRow{kLabel, kNoControl,
+               "Addional command line arguments to ix.exe (e.g. --use-sim-ul)", {16, 56, 328, 8}},
+    ControlRow{kEdit, configure_id::kCmdLine, "", {16, 67, 329, 13}},
+    ControlRow{kLabel, kNoControl, "Communication port range", {16, 88, 104, 8}},
+    ControlRow{kEdit, configure_id::kStartPort, "", {122, 86, 40, 13}},
+    ControlRow{kLabel, kNoControl, "to", {168, 88, 12, 8}},
+    ControlRow{kEdit, configure_id::kEndPort, "", {182, 86, 40, 13}},
+    ControlRow{kGroup, kNoControl, "Additional exposed properties", {7, 113, 346, 126}},
+    ControlRow{kListView, configure_id::kProperties, "", {16, 126, 328, 88}},
+    ControlRow{kButton, configure_id::kDelete, "Delete", {16, 218, 50, 14}},
+    ControlRow{kButton, configure_id::kAdd, "Add", {70, 218, 50, 14}},
+    ControlRow{kButton, kOkButton, "OK", {195, 246, 50, 14}, kDefaultButton},
+    ControlRow{kButton, kCancelButton, "Cancel", {249, 246, 50, 14}},
+    ControlRow{kButton, configure_id::kHelp, "Help", {303, 246, 50, 14}},
+};
+
+constexpr std::array kAddPropertyControls = {
+    ControlRow{kLabel, kNoControl, "IX well property", {7, 7, 230, 8}},
+    ControlRow{kEdit, add_property_id::kProperty, "", {7, 17, 236, 13}},
+    ControlRow{kLabel, kNoControl, "Display name", {7, 36, 230, 8}},
+    ControlRow{kEdit, add_property_id::kDisplayName, "", {7, 46, 236, 13}},
+    ControlRow{kLabel, kNoControl, "IX unit", {7, 68, 28, 8}},
+    ControlRow{kDropList, add_property_id::kUnit, "", {38, 66, 92, 13}},
+    ControlRow{kLabel, kNoControl, "Type", {138, 68, 20, 8}},
+    ControlRow{kDropList, add_property_id::kType, "", {160, 66, 83, 13}},
+    ControlRow{kButton, kOkButton, "OK", {139, 88, 50, 14}, kDefaultButton},
+    ControlRow{kButton, kCancelButton, "Cancel", {193, 88, 50, 14}},
+};
+
+constexpr std::array kAdvancedControls = {
+    ControlRow{kCheckBox, advanced_id::kStdLogging,
+               "Output standard log file (.ecreplay) to data directory", {7, 9, 246, 10}},
+    ControlRow{kButton, kOkButton, "OK", {149, 31, 50, 14}, kDefaultButton},
+    ControlRow{kButton, kCancelButton, "Cancel", {203, 31, 50, 14}},
+};
+
+constexpr std::array kCaseSettingsControls = {
+    ControlRow{kLabel, kNoControl, "Computer", {7, 9, 60, 8}},
+    ControlRow{kDropList, case_settings_id::kComputer, "", {90, 7, 110, 13}},
+    ControlRow{kButton, case_settings_id::kConfiguration, "Configuration", {263, 7, 60, 14}},
+    ControlRow{kGroup, kNoControl, "Linux settings", {7, 26, 316, 50}},
+    ControlRow{kLabel, kNoControl, "Head node  ", {16, 40, 60, 8}},
+    ControlRow{kEdit, case_settings_id::kHeadNode, "", {90, 38, 138, 13}, kPlainStyle,
+               "The location of a running cluster daemon."},
+    ControlRow{kLabel, kNoControl, "Port  ", {236, 40, 24, 8}, kRightLabel},
+    ControlRow{kEdit, case_settings_id::kHeadNodePort, "", {263, 38, 51, 13}, kDigitsOnly},
+    ControlRow{kLabel, kNoControl, "IX API version  ", {16, 58, 70, 8}},
+    ControlRow{kDropList, case_settings_id::kLinuxVersion, "", {90, 56, 90, 13}},
+    ControlRow{kLabel, kNoControl, "Intersect executable", {7, 86, 81, 8}},
+    ControlRow{kEdit, case_settings_id::kSimExeName, "", {90, 84, 210, 13}, kPlainStyle,
+               "CMG simulator, locatable by target computer."},
+    ControlRow{kButton, case_settings_id::kBrowseSimulator, "...", {303, 84, 20, 13}},
+    ControlRow{kLabel, case_settings_id::kDefaultSimulator, "", {90, 100, 233, 8}, kPathLabel},
+    ControlRow{kLabel, kNoControl, "Dataset", {7, 115, 81, 8}},
+    ControlRow{kEdit, case_settings_id::kFileName, "", {90, 113, 210, 13}, kPlainStyle,
+               "Dataset, locatable by target computer."},
+    ControlRow{kButton, case_settings_id::kBrowseDataset, "...", {303, 113, 20, 13}},
+    ControlRow{kLabel, kNoControl, "Parallel processors (1 - serial run)", {7, 134, 138, 8}},
+    ControlRow{kEdit, case_settings_id::kParallel, "", {148, 132, 36, 13}},
+    ControlRow{kGroup, kNoControl, "Well control", {7, 150, 316, 84}},
+    ControlRow{kLabel, kNoControl, "IPR model", {16, 164, 106, 8}},
+    ControlRow{kDropList, case_settings_id::kIPRModel, "", {124, 162, 126, 13}},
+    ControlRow{kButton, case_settings_id::kCalculate, "Calculate", {259, 162, 55, 14}},
+    ControlRow{kLabel, kNoControl, "Control mode", {16, 182, 106, 8}},
+    ControlRow{kDropList, case_settings_id::kControlMode, "", {124, 180, 126, 13}},
+    ControlRow{kCheckBox, case_settings_id::kCloseUnconnected, "Close unconnected wells",
+               {124, 199, 126, 10}, kPlainStyle,
+               "Any wells that are not connected in the Tessel schematic will be closed"},
+    ControlRow{kLabel, kNoControl, "Well downtime (efficiency)", {16, 216, 106, 8}},
+    ControlRow{kDropList, case_settings_id::kDowntime, "", {124, 214, 126, 13}},
+    ControlRow{kButton, case_settings_id::kStartStop, "Start", {7, 241, 50, 14}, kPlainStyle,
+               "Start/Stop initialization of the reservoir model."},
+    ControlRow{kButton, case_settings_id::kAdvanced, "Advanced", {61, 241, 50, 14}},
+    ControlRow{kButton, kOkButton, "OK", {165, 241, 50, 14}, kDefaultButton,
+               "Save the current settings."},
+    ControlRow{kButton, kCancelButton, "Cancel", {219, 241, 50, 14}},
+    ControlRow{kButton, case_settings_id::kHelp, "Help", {273, 241, 50, 14}},
+};
+
+// The check box stands above the tree: it keeps to the top and right edges.
+constexpr std::array kExportVariablesControls = {
+    ControlRow{kLabel, kNoControl, "Wells", {7, 7, 100, 8}},
+    ControlRow{kListBox, export_id::kWells, "", {7, 18, 104, 212}},
+    ControlRow{kButton, export_id::kAllWells, "All", {7, 234, 50, 14}},
+    ControlRow{kButton, export_id::kInvertWells, "Invert", {61, 234, 50, 14}},
+    ControlRow{kLabel, kNoControl, "Properties", {119, 7, 100, 8}},
+    ControlRow{kListBox, export_id::kProperties, "", {119, 18, 130, 212}},
+    ControlRow{kButton, export_id::kAllProperties, "All", {119, 234, 50, 14}},
+    ControlRow{kButton, export_id::kInvertProperties, "Invert", {173, 234, 50, 14}},
+    ControlRow{kButton, export_id::kAdd, "Add ->", {256, 110, 44, 14}},
+    ControlRow{kLabel, kNoControl, "Variables", {307, 7, 44, 8}},
+    ControlRow{kCheckBox, export_id::kSameName, "Select all properties with this name",
+               {355, 6, 164, 10}},
+    ControlRow{kTree, export_id::kVariables, "", {307, 18, 212, 212}},
+    ControlRow{kButton, export_id::kDelete, "Delete", {307, 234, 50, 14}},
+    ControlRow{kButton, export_id::kCollapseAll, "Collapse all", {361, 234, 58, 14}},
+    ControlRow{kButton, export_id::kExpandAll, "Expand all", {423, 234, 58, 14}},
+    ControlRow{kButton, kOkButton, "OK", {415, 256, 50, 14}, kDefaultButton},
+    ControlRow{kButton, kCancelButton, "Cancel", {469, 256, 50, 14}},
+};
+
+}  // namespace
+
+const DialogTemplate kConfigureTemplate = {1059, "Configure", 360, 267, kConfigureControls};
+const DialogTemplate kAddPropertyTemplate = {1077, "Add property", 250, 109, kAddPropertyControls};
+const DialogTemplate kAdvancedTemplate = {1081, "Advanced settings", 260, 52, kAdvancedControls};
+const DialogTemplate kCaseSettingsTemplate = {1003, "Intersect Case Settings", 330, 262,
+                                              kCaseSettingsControls};
+const DialogTemplate kExportVariablesTemplate = {1074, "Export variables", 526, 277,
+                                                 kExportVariablesControls, true};
+// clang-format on
+
+}  // namespace gantry

@@ -1,0 +1,222 @@
+#include "ui/export_variables_dlg.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "settings/well_variable_catalogue.h"
+#include "ui/dialog_templates.h"
+#include "ui/variable_tree.h"
+
+namespace gantry {
+
+using namespace export_id;
+using platform::DialogWindow;
+using platform::TreeItem;
+using platform::TreePlace;
+
+namespace {
+
+constexpr uint32_t kFullHeight = kAnchorLeft | kAnchorTop | kAnchorBottom;
+constexpr uint32_t kBottomLeft = kAnchorLeft | kAnchorBottom;
+constexpr uint32_t kTopRight = kAnchorTop | kAnchorRight;
+constexpr uint32_t kBottomRight = kAnchorRight | kAnchorBottom;
+constexpr uint32_t kWhole = kAnchorLeft | kAnchorTop | kAnchorRight | kAnchorBottom;
+
+struct AnchorRow {
+  int id;
+  uint32_t anchors;
+};
+constexpr std::array<AnchorRow, 13> kAnchors = {{{kWells, kFullHeight},
+                                                 {kAllWells, kBottomLeft},
+                                                 {kInvertWells, kBottomLeft},
+                                                 {kProperties, kFullHeight},
+                                                 {kAllProperties, kBottomLeft},
+                                                 {kInvertProperties, kBottomLeft},
+                                                 {kVariables, kWhole},
+                                                 {kDelete, kBottomLeft},
+                                                 {kCollapseAll, kBottomLeft},
+                                                 {kExpandAll, kBottomLeft},
+                                                 {kSameName, kTopRight},
+                                                 {platform::kOkButton, kBottomRight},
+                                                 {platform::kCancelButton, kBottomRight}}};
+
+OfferedProperty Offer(CExportedVariable variable) {
+  std::string text = DisplayText(variable.Label, variable.Kind);
+  return {std::move(text), std::move(variable)};
+}
+
+std::vector<std::string> SortedNames(const StaticWellDataCollection& wells) {
+  std::vector<std::string> names = wells.Names(false);
+  std::ranges::stable_sort(names, SortsBefore);
+  return names;
+}
+
+/// The parents by name; the first of a name counts. The names stay in place while it is used.
+class ParentIndex {
+ public:
+  explicit ParentIndex(CExportedVariables& variables) : variables_(variables) {
+    for (const auto& parent : variables) parents_.emplace(parent->WellName, parent.get());
+  }
+
+  CExportedVariableWellParent& FindOrAdd(const std::string& name) {
+    if (const auto found = parents_.find(name); found != parents_.end()) return *found->second;
+    auto parent = std::make_unique<CExportedVariableWellParent>();
+    parent->WellName = name;
+    CExportedVariableWellParent& added = variables_.Add(std::move(parent));
+    parents_.emplace(added.WellName, &added);
+    return added;
+  }
+
+ private:
+  CExportedVariables& variables_;
+  std::unordered_map<std::string_view, CExportedVariableWellParent*> parents_;
+};
+
+/// What is checked: wells as a whole, and single variables of other wells.
+std::unordered_set<uintptr_t> CheckedData(const std::vector<TreeItem>& items) {
+  std::unordered_set<uintptr_t> checked;
+  for (const TreeItem& item : items) {
+    if (item.isChecked) checked.insert(item.data);
+    for (const TreeItem& child : item.children) {
+      if (child.isChecked) checked.insert(child.data);
+    }
+  }
+  return checked;
+}
+
+/// The children with this text, but for the one at `except`.
+std::vector<TreePlace> Namesakes(const std::vector<TreeItem>& items, const TreePlace& except) {
+  const std::string& text = items[except.parent].children[*except.child].text;
+  std::vector<TreePlace> places;
+  for (size_t parent = 0; parent < items.size(); ++parent) {
+    for (size_t child = 0; child < items[parent].children.size(); ++child) {
+      const TreePlace place{parent, child};
+      if (place != except && items[parent].children[child].text == text) places.push_back(place);
+    }
+  }
+  return places;
+}
+
+}  // namespace
+
+std::vector<OfferedProperty> OfferedProperties(bool hasComponents, const CIXConfig& config) {
+  std::vector<OfferedProperty> properties;
+  for (const WellVariable& row : WellVariableCatalogue) {
+    if (row.kind != 0 || hasComponents) properties.push_back(Offer(CExportedVariable(row)));
+  }
+  for (const auto& property : config.UserProperties) {
+    properties.push_back(Offer(CExportedVariable(*property)));
+  }
+  std::ranges::stable_sort(properties, SortsBefore, &OfferedProperty::text);
+  return properties;
+}
+
+CExportVariablesDlg::CExportVariablesDlg(CExportedVariables& target,
+                                         const StaticWellDataCollection& wells, bool hasComponents,
+                                         const CIXConfig& config)
+    : target_(target),
+      working_(target),
+      wells_(SortedNames(wells)),
+      properties_(OfferedProperties(hasComponents, config)) {}
+
+const platform::DialogTemplate& CExportVariablesDlg::Template() const {
+  return kExportVariablesTemplate;
+}
+
+void CExportVariablesDlg::OnOpen(DialogWindow& window) {
+  for (const AnchorRow& row : kAnchors) Register(row.id, row.anchors);
+  CExtResizableDlg::OnOpen(window);
+  window.SetItems(kWells, wells_);
+  std::vector<std::string> texts;
+  for (const OfferedProperty& property : properties_) texts.push_back(property.text);
+  window.SetItems(kProperties, texts);
+  FillTree(window);
+}
+
+void CExportVariablesDlg::OnButton(DialogWindow& window, int id) {
+  switch (id) {
+    case kAllWells:
+      return window.SelectAll(kWells);
+    case kInvertWells:
+      return window.InvertSelection(kWells);
+    case kAllProperties:
+      return window.SelectAll(kProperties);
+    case kInvertProperties:
+      return window.InvertSelection(kProperties);
+    case kAdd:
+      return AddSelected(window);
+    case kDelete:
+      return DeleteChecked(window);
+    case kCollapseAll:
+      return window.ExpandTree(kVariables, false);
+    case kExpandAll:
+      return window.ExpandTree(kVariables, true);
+    case platform::kOkButton:
+      return Accept(window);
+    case platform::kCancelButton:
+      return window.Close(platform::kCancelButton);
+    default:
+      return;
+  }
+}
+
+void CExportVariablesDlg::FillTree(DialogWindow& window) {
+  VariableTree tree;
+  for (const auto& parent : working_) {
+    for (const auto& variable : parent->Variables) tree.Enter(*parent, *variable);
+  }
+  window.SetTree(kVariables, tree.Take());
+}
+
+void CExportVariablesDlg::AddSelected(DialogWindow& window) {
+  const std::vector<size_t> wells = window.SelectedRows(kWells);
+  const std::vector<size_t> properties = window.SelectedRows(kProperties);
+  if (wells.empty() || properties.empty()) return;
+  VariableTree tree(window.Tree(kVariables));
+  ParentIndex parents(working_);
+  for (const size_t well : wells) {
+    CExportedVariableWellParent& parent = parents.FindOrAdd(wells_[well]);
+    std::unordered_set<std::string_view> labels;
+    for (const auto& variable : parent.Variables) labels.insert(variable->Label);
+    for (const size_t property : properties) {
+      const CExportedVariable& offered = properties_[property].variable;
+      if (!labels.insert(offered.Label).second) continue;
+      tree.Enter(parent, parent.Variables.Add(std::make_unique<CExportedVariable>(offered)));
+    }
+  }
+  window.SetTree(kVariables, tree.Take());
+}
+
+void CExportVariablesDlg::DeleteChecked(DialogWindow& window) {
+  const std::unordered_set<uintptr_t> checked = CheckedData(window.Tree(kVariables));
+  if (checked.empty()) return;
+  const auto isChecked = [&](const auto& object) {
+    return checked.contains(reinterpret_cast<uintptr_t>(object.get()));
+  };
+  Disable(window, kVariables);
+  for (const auto& parent : working_) {
+    if (!isChecked(parent)) parent->Variables.RemoveIf(isChecked);
+  }
+  working_.RemoveIf(
+      [&](const auto& parent) { return isChecked(parent) || parent->Variables.IsEmpty(); });
+  FillTree(window);
+  EnableAgain(window, kVariables);
+}
+
+void CExportVariablesDlg::OnTreeCheck(DialogWindow& window, int id, const TreePlace& place) {
+  if (id != kVariables || !place.child || !window.IsChecked(kSameName)) return;
+  const std::vector<TreeItem> items = window.Tree(kVariables);
+  const bool wasChecked = items[place.parent].children[*place.child].isChecked;
+  window.SetTreeChecked(kVariables, Namesakes(items, place), !wasChecked);
+}
+
+void CExportVariablesDlg::Accept(DialogWindow& window) {
+  target_ = working_;
+  window.Close(platform::kOkButton);
+}
+
+}  // namespace gantry

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/dialog_window.h"
+
+namespace gantry {
+
+/// Shows a topic of the host's help, kept in "Tessel.chm" beside the module. Topics 0 and 0x20000
+/// are none; the bit 0x20000 of any other is no part of its number.
+void ShowHelpTopic(platform::DialogWindow& window, uint32_t topic);
+
+}  // namespace gantry

@@ -1,0 +1,169 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/dialog_window.h"
+
+namespace gantry::test {
+
+/// A dialog window without a display: what a control shows is kept by its id, and the test plays
+/// the user. An id that the template doesn't have is a fault.
+class MemoryWindow : public platform::DialogWindow {
+ public:
+  struct Control {
+    const platform::ControlRow* row = nullptr;
+    std::string text;
+    std::string toolTip;
+    bool isEnabled = true;
+    bool isChecked = false;
+    bool isCaretBehindText = false;
+    int selection = -1;
+    std::vector<std::string> items;
+    std::vector<platform::ListColumn> columns;
+    std::vector<std::vector<std::string>> rows;
+    std::set<size_t> selectedRows;
+    std::vector<platform::TreeItem> tree;
+    platform::PixelRect rect;
+  };
+
+  explicit MemoryWindow(platform::DialogHandler& opened) : handler(opened) {
+    for (const platform::ControlRow& row : handler.Template().controls) {
+      if (row.id == platform::kNoControl) continue;
+      Control& control = controls[row.id];
+      control.row = &row;
+      control.text = row.caption;
+      control.toolTip = row.toolTip != nullptr ? row.toolTip : "";
+      control.rect = {row.place.left, row.place.top, row.place.left + row.place.width,
+                      row.place.top + row.place.height};
+    }
+    handler.OnOpen(*this);
+    handler.OnSize(*this, size);
+  }
+
+  // The user.
+  void Press(int id) {
+    if (At(id).isEnabled) handler.OnButton(*this, id);
+  }
+  void Choose(int id, int index) {
+    At(id).selection = index;
+    handler.OnSelection(*this, id);
+  }
+  void Mark(int id, std::set<size_t> rows) { At(id).selectedRows = std::move(rows); }
+  /// By text, as the user sees them.
+  void MarkItems(int id, const std::vector<std::string>& texts) {
+    Control& control = At(id);
+    control.selectedRows.clear();
+    for (size_t i = 0; i < control.items.size(); ++i) {
+      if (std::ranges::count(texts, control.items[i]) != 0) control.selectedRows.insert(i);
+    }
+  }
+  void ClickCheckBox(int id, platform::TreePlace place) {
+    handler.OnTreeCheck(*this, id, place);
+    platform::TreeItem& item = ItemAt(id, place);
+    item.isChecked = !item.isChecked;
+  }
+  void Drag(int edge, platform::PixelSize newSize) {
+    handler.OnSizing(edge);
+    size = newSize;
+    handler.OnSize(*this, size);
+  }
+
+  Control& At(int id) { return controls.at(id); }
+  platform::TreeItem& ItemAt(int id, platform::TreePlace place) {
+    platform::TreeItem& parent = At(id).tree.at(place.parent);
+    return place.child ? parent.children.at(*place.child) : parent;
+  }
+
+  // The window.
+  void Close(int closedWith) override { result = closedWith; }
+  void* Handle() override { return this; }
+  platform::PixelSize ClientSize() override { return size; }
+  void Redraw() override {}
+  void Enable(int id, bool isEnabled) override { At(id).isEnabled = isEnabled; }
+  void SetToolTip(int id, const std::string& text) override { At(id).toolTip = text; }
+  platform::PixelRect Rect(int id) override { return At(id).rect; }
+  void Move(int id, const platform::PixelRect& rect) override { At(id).rect = rect; }
+  void Focus(int id) override { focus = id; }
+  std::string Text(int id) override { return At(id).text; }
+  void SetText(int id, const std::string& text) override {
+    At(id).text = text;
+    At(id).isCaretBehindText = false;
+  }
+  void PutCaretBehindText(int id) override { At(id).isCaretBehindText = true; }
+  bool IsChecked(int id) override { return At(id).isChecked; }
+  void SetChecked(int id, bool isChecked) override { At(id).isChecked = isChecked; }
+  void SetItems(int id, const std::vector<std::string>& items) override { At(id).items = items; }
+  int Selection(int id) override { return At(id).selection; }
+  void Select(int id, int index) override {
+    const bool isItem = index >= 0 && index < static_cast<int>(At(id).items.size());
+    At(id).selection = isItem ? index : -1;
+  }
+  void SetColumns(int id, const std::vector<platform::ListColumn>& columns) override {
+    At(id).columns = columns;
+  }
+  void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int) override {
+    At(id).rows = rows;
+    At(id).selectedRows.clear();
+  }
+  std::vector<size_t> SelectedRows(int id) override {
+    return {At(id).selectedRows.begin(), At(id).selectedRows.end()};
+  }
+  void SelectAll(int id) override {
+    for (size_t i = 0; i < At(id).items.size(); ++i) At(id).selectedRows.insert(i);
+  }
+  void InvertSelection(int id) override {
+    std::set<size_t>& selected = At(id).selectedRows;
+    for (size_t i = 0; i < At(id).items.size(); ++i) {
+      if (selected.erase(i) == 0) selected.insert(i);
+    }
+  }
+  void SetTree(int id, std::vector<platform::TreeItem> items) override {
+    At(id).tree = std::move(items);
+  }
+  std::vector<platform::TreeItem> Tree(int id) override { return At(id).tree; }
+  void SetTreeChecked(int id, const std::vector<platform::TreePlace>& places,
+                      bool isChecked) override {
+    for (const auto& place : places) ItemAt(id, place).isChecked = isChecked;
+  }
+  void ExpandTree(int id, bool isExpanded) override {
+    for (auto& item : At(id).tree) item.isExpanded = isExpanded;
+  }
+  void ShowMessage(const std::string& text) override { messages.push_back(text); }
+  std::optional<std::string> AskForFile(const platform::FileRequest& request) override {
+    fileRequest = request;
+    return pickedFile;
+  }
+  int RunDialog(platform::DialogHandler& nested) override {
+    MemoryWindow window(nested);
+    if (inNested) inNested(window);
+    return window.result.value_or(platform::kCancelButton);
+  }
+  void ShowHelp(const std::string&, uint32_t topic) override { helpTopic = topic; }
+  void SetWaitCursor(bool waiting) override { isWaiting = waiting; }
+  void Pause(int milliseconds) override {
+    pauses.push_back(milliseconds);
+    wasWaitingInPauses = wasWaitingInPauses && isWaiting;
+  }
+
+  platform::DialogHandler& handler;
+  std::map<int, Control> controls;
+  platform::PixelSize size{500, 300};
+  std::optional<int> result;
+  int focus = 0;
+  std::vector<std::string> messages;
+  std::optional<platform::FileRequest> fileRequest;
+  std::optional<std::string> pickedFile;
+  std::function<void(MemoryWindow&)> inNested;  ///< plays the user in a dialog over this one
+  uint32_t helpTopic = 0;
+  bool isWaiting = false;
+  std::vector<int> pauses;
+  bool wasWaitingInPauses = true;
+};
+
+}  // namespace gantry::test
