@@ -7,6 +7,8 @@
 namespace gantry::fieldrun {
 namespace {
 
+constexpr const char* kInterrupted = "The run was interrupted";
+
 /// The module's gravities, where they can be those of surface fluids; the case's own come first.
 Gravities TubingGravities(const NetworkSpec& network, const Gravities& reported) {
   const auto choose = [](const std::optional<double>& own, double value, double low, double high,
@@ -82,7 +84,7 @@ RunEnd CoupledRun::Run() {
   RunEnd end;
   try {
     while (end.steps < start_.stepCount && !end.endedBySimulator) {
-      if (isInterrupted && isInterrupted()) throw DriverFailure("The run was interrupted");
+      if (isInterrupted && isInterrupted()) throw DriverFailure(kInterrupted);
       end.endedBySimulator = !RunStep(end.steps);
       ++end.steps;
     }
@@ -91,7 +93,8 @@ RunEnd CoupledRun::Run() {
       ReadInflow(after);  // only to learn what the last step has made
     }
   } catch (const DriverFailure& failure) {
-    end.failure = failure.what();
+    // What stops this program from a terminal stops the simulator too: its loss is no news then.
+    end.failure = isInterrupted && isInterrupted() ? kInterrupted : failure.what();
   }
   ReportLast();
   model_.CloseSimulator();

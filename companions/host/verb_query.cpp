@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
@@ -37,14 +37,16 @@ void ListWells(const Session& session) {
   ApplySettings(model, caseModel, DefaultSimulator());
   model.StartSimulator();
   const std::vector<DriverWell> wells = model.Wells();
+  std::unordered_set<std::string> connected;
+  for (const WellSpec& spec : caseModel.wells) {
+    if (spec.connected) connected.insert(spec.name);
+  }
   std::vector<PrintedRow> rows;
   for (const DriverWell& well : wells) {
     const WellKind kind = KindInSimulator(model, well);
-    const auto inCase =
-        std::any_of(caseModel.wells.begin(), caseModel.wells.end(),
-                    [&](const WellSpec& spec) { return spec.name == well.name && spec.connected; });
-    rows.push_back(
-        {{"well", well.name}, {"kind", std::string(KindName(kind))}, {"connected", inCase}});
+    rows.push_back({{"well", well.name},
+                    {"kind", std::string(KindName(kind))},
+                    {"connected", connected.contains(well.name)}});
   }
   Print(rows, session.options.json);
   model.CloseSimulator();
