@@ -114,6 +114,13 @@ int main(int argc, char** argv) {
          "external_controller_port:PORT (needed), external_controller_logger (messages go to "
          "BASE.ecreplay), external_controller_wait:SECONDS (120); others are ignored")
       ->allow_extra_args(false);
+  app.add_flag_callback(
+      "--deck-keys",
+      [] {
+        fmt::print("{}", DeckReference());
+        throw CLI::Success();
+      },
+      "show the numbers of a deck with units and ranges");
   app.set_version_flag("--version", "tanksim " TANKSIM_VERSION);
   try {
     app.parse(argc, argv);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -102,6 +103,31 @@ TEST(Deck, OfACompositionalFluidNeedsAWholeComposition) {
             std::string::npos);
   EXPECT_NE(with("composition = [0.1, 0.1, 0.1, 0.1, 0.1, 0.1]").find("adds up to 0.6, not to 1"),
             std::string::npos);
+}
+
+TEST(Deck, OfTheDocumentationRuns) {
+  std::ifstream file(GANTRY_DOCS "/tanksim.md");
+  const std::string page{std::istreambuf_iterator<char>(file), {}};
+  const size_t begin = page.find("```toml\n") + 8;
+  const std::string text = page.substr(begin, page.find("```", begin) - begin);
+  EXPECT_EQ(FaultOf(text), "");
+}
+
+/// The first word of each indented line of the reference is a key.
+TEST(Deck, HasAllItsNumbersInItsDocumentation) {
+  std::ifstream file(GANTRY_DOCS "/tanksim.md");
+  const std::string page{std::istreambuf_iterator<char>(file), {}};
+  std::istringstream reference(DeckReference());
+  std::string line;
+  std::getline(reference, line);
+  int keys = 0;
+  while (std::getline(reference, line)) {
+    if (line.substr(0, 2) != "  ") continue;
+    const std::string key = line.substr(2, line.find(' ', 2) - 2);
+    EXPECT_NE(page.find("`" + key + "`"), std::string::npos) << key;
+    ++keys;
+  }
+  EXPECT_GT(keys, 40);
 }
 
 }  // namespace

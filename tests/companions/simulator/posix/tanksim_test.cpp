@@ -147,6 +147,8 @@ TEST_F(Tanksim, RefusesABadCommandLine) {
 TEST_F(Tanksim, TellsItsUseAndVersion) {
   EXPECT_EQ(Run("--help").exitCode, 0);
   EXPECT_NE(Run("--help").output.find("external_controller_port"), std::string::npos);
+  EXPECT_NE(Run("--deck-keys").output.find("gas_productivity_index"), std::string::npos);
+  EXPECT_EQ(Run("--deck-keys").exitCode, 0);
   EXPECT_EQ(Run("--version").output.substr(0, 8), "tanksim ");
 }
 
