@@ -12,6 +12,7 @@ namespace gantry::simulator {
 namespace {
 
 constexpr int kMostSubstitutions = 300;
+constexpr int kPatientSubstitutions = 20;  // before a share far beyond 0 to 1 settles it
 constexpr double kConverged = 1e-13;
 constexpr double kTrivial = 1e-4;  // sum of squares of ln K at which both phases are one
 
@@ -188,51 +189,63 @@ bool EquationOfState::IsLiquid(const PhaseResult& phase, double temperature) con
   return Rankine(temperature) < weighted / volume && phase.molarVolume < volume;
 }
 
+std::vector<double> EquationOfState::WilsonRatios(double pressure, double temperature) const {
+  std::vector<double> ratios;
+  for (const ComponentData& component : data_.components) {
+    ratios.push_back(
+        component.criticalPressure / pressure *
+        std::exp(5.37 * (1.0 + component.acentricFactor) *
+                 (1.0 - Rankine(component.criticalTemperature) / Rankine(temperature))));
+  }
+  return ratios;
+}
+
+bool EquationOfState::Substitute(const Mixing& mixing, const std::vector<double>& fractions,
+                                 Split& split) const {
+  const size_t count = fractions.size();
+  split.vapourShare = VapourShare(fractions, split.ratios);
+  for (size_t i = 0; i < count; ++i) {
+    split.liquid[i] = fractions[i] / (1.0 + split.vapourShare * (split.ratios[i] - 1.0));
+    split.vapour[i] = split.ratios[i] * split.liquid[i];
+  }
+  Normalise(split.liquid);
+  Normalise(split.vapour);
+  const PhaseState inLiquid = Solve(mixing, split.liquid, Root::kLiquid);
+  const PhaseState inVapour = Solve(mixing, split.vapour, Root::kVapour);
+  double change = 0.0;
+  double spread = 0.0;
+  for (size_t i = 0; i < count; ++i) {
+    const double logRatio = inLiquid.logFugacity[i] - inVapour.logFugacity[i];
+    change += Square(logRatio - std::log(split.ratios[i]));
+    spread += Square(logRatio);
+    split.ratios[i] = std::exp(logRatio);
+  }
+  split.isTwoPhase = spread >= kTrivial && split.vapourShare > 0.0 && split.vapourShare < 1.0;
+  return spread >= kTrivial && change >= kConverged;
+}
+
 FlashResult EquationOfState::Flash(const std::vector<double>& fractions, double pressure,
                                    double temperature) const {
   const Mixing mixing = Prepare(pressure, temperature);
-  const size_t count = fractions.size();
-  std::vector<double> ratios(count);
-  for (size_t i = 0; i < count; ++i) {
-    const ComponentData& component = data_.components[i];
-    ratios[i] = component.criticalPressure / pressure *
-                std::exp(5.37 * (1.0 + component.acentricFactor) *
-                         (1.0 - Rankine(component.criticalTemperature) / Rankine(temperature)));
-  }
-  double share = -1.0;
-  std::vector<double> liquid(count);
-  std::vector<double> vapour(count);
-  bool isTwoPhase = false;
+  Split split;
+  split.ratios = WilsonRatios(pressure, temperature);
+  split.liquid.resize(fractions.size());
+  split.vapour.resize(fractions.size());
   for (int step = 0; step < kMostSubstitutions; ++step) {
-    const auto [least, most] = std::ranges::minmax(ratios);
-    if (least >= 1.0 || most <= 1.0) break;
-    share = VapourShare(fractions, ratios);
-    for (size_t i = 0; i < count; ++i) {
-      liquid[i] = fractions[i] / (1.0 + share * (ratios[i] - 1.0));
-      vapour[i] = ratios[i] * liquid[i];
+    const auto [least, most] = std::ranges::minmax(split.ratios);
+    if (least >= 1.0 || most <= 1.0) {
+      split.isTwoPhase = false;
+      break;
     }
-    Normalise(liquid);
-    Normalise(vapour);
-    const PhaseState inLiquid = Solve(mixing, liquid, Root::kLiquid);
-    const PhaseState inVapour = Solve(mixing, vapour, Root::kVapour);
-    double change = 0.0;
-    double spread = 0.0;
-    for (size_t i = 0; i < count; ++i) {
-      const double logRatio = inLiquid.logFugacity[i] - inVapour.logFugacity[i];
-      change += Square(logRatio - std::log(ratios[i]));
-      spread += Square(logRatio);
-      ratios[i] = std::exp(logRatio);
-    }
-    if (spread < kTrivial) break;
-    isTwoPhase = share > 0.0 && share < 1.0;
-    if (change < kConverged) break;
-    if (step > 20 && (share < -1.0 || share > 2.0)) break;
+    if (!Substitute(mixing, fractions, split)) break;
+    const bool isFarAway = split.vapourShare < -1.0 || split.vapourShare > 2.0;
+    if (isFarAway && step > kPatientSubstitutions) break;
   }
   FlashResult result;
-  const auto [least, most] = std::ranges::minmax(ratios);
-  if (isTwoPhase && least < 1.0 && most > 1.0) {
-    result.liquid = MakePhase(mixing, std::move(liquid), 1.0 - share, Root::kLiquid);
-    result.vapour = MakePhase(mixing, std::move(vapour), share, Root::kVapour);
+  if (split.isTwoPhase) {
+    const double share = split.vapourShare;
+    result.liquid = MakePhase(mixing, std::move(split.liquid), 1.0 - share, Root::kLiquid);
+    result.vapour = MakePhase(mixing, std::move(split.vapour), share, Root::kVapour);
     return result;
   }
   PhaseResult only = MakePhase(mixing, fractions, 1.0, Root::kStable);

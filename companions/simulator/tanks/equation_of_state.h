@@ -66,10 +66,21 @@ class EquationOfState {
     double compressibility = 0.0;
     std::vector<double> logFugacity;
   };
+  /// A trial of two phases.
+  struct Split {
+    std::vector<double> ratios;  ///< of vapour to liquid fractions
+    std::vector<double> liquid;
+    std::vector<double> vapour;
+    double vapourShare = 0.0;
+    bool isTwoPhase = false;
+  };
   enum class Root { kLiquid, kVapour, kStable };
 
   Mixing Prepare(double pressure, double temperature) const;
   PhaseState Solve(const Mixing& mixing, const std::vector<double>& fractions, Root root) const;
+  std::vector<double> WilsonRatios(double pressure, double temperature) const;
+  /// One step; false when the next one would change nothing.
+  bool Substitute(const Mixing& mixing, const std::vector<double>& fractions, Split& split) const;
   double Interaction(size_t i, size_t j) const;
   bool IsLiquid(const PhaseResult& phase, double temperature) const;
   PhaseResult MakePhase(const Mixing& mixing, std::vector<double> fractions, double share,
