@@ -1,11 +1,27 @@
 #include "simulator/tanks/deck_table.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <set>
 #include <sstream>
 
 #include <fmt/format.h>
+
+namespace {
+
+/// What the parser has taken for granted and doesn't hold, such as the first letter of "[*]".
+struct ParserFault {};
+
+constexpr void CheckParser(bool holds) {
+  if (!holds) throw ParserFault();
+}
+
+}  // namespace
+
+// The parser asserts such things of its input; a deck must not end the process by them.
+#undef NDEBUG
+#define TOML_ASSERT(expression) CheckParser(static_cast<bool>(expression))
 #include <toml++/toml.h>
 
 namespace gantry::simulator {
@@ -37,6 +53,28 @@ bool IsInOrder(ColumnKey::Order order, double before, double after) {
 std::string_view WordOf(ColumnKey::Order order) {
   static constexpr std::string_view kWords[] = {"", "rise", "not fall", "fall", "not rise"};
   return kWords[static_cast<size_t>(order)];
+}
+
+/// The line at which the parser stumbles. Lines before it don't trouble it, so halving finds it.
+size_t LineOfParserFault(std::string_view text) {
+  std::vector<size_t> ends;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\n') ends.push_back(i + 1);
+  }
+  ends.push_back(text.size());
+  const auto stumbles = [&](size_t end) {
+    try {
+      static_cast<void>(toml::parse(text.substr(0, end)));
+    } catch (const ParserFault&) {
+      return true;
+    } catch (const toml::parse_error&) {
+      return false;
+    }
+    return false;
+  };
+  const auto first = std::partition_point(ends.begin(), ends.end() - 1,
+                                          [&](size_t end) { return !stumbles(end); });
+  return static_cast<size_t>(first - ends.begin()) + 1;
 }
 
 }  // namespace
@@ -98,6 +136,8 @@ DeckTable DeckTable::ReadText(std::string_view text, const std::string& fileName
         Node{std::move(table), std::make_shared<const std::string>(fileName), root, {}}));
   } catch (const toml::parse_error& error) {
     throw DeckError(PlaceOf(fileName, error.source()) + ": " + std::string(error.description()));
+  } catch (const ParserFault&) {
+    throw DeckError(fmt::format("{}:{}: this is no TOML", fileName, LineOfParserFault(text)));
   }
 }
 

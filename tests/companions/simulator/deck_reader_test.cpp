@@ -45,6 +45,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         BadDeck{"NoToml", "units = \"field\"", "units = = 1",
                 "Error while parsing value: could not determine value type"},
+        BadDeck{"HeaderThatIsNoKey", "[rock_fluid]", "[*rock_fluid]", "this is no TOML"},
         BadDeck{"UnknownUnits", "\"field\"", "\"imperial\"",
                 "'units' must be \"field\" or \"metric\""},
         BadDeck{"WrongKind", "end_time = 400.0", "end_time = \"soon\"",
