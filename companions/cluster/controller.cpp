@@ -60,6 +60,16 @@ const Controller::Entry Controller::kEntries[] = {
 Controller::Controller(Simulator& simulator, Report report)
     : simulator_(simulator), report_(std::move(report)) {}
 
+bool Controller::Serve(DriverConnection& driver) {
+  while (!hasShutDown_) {
+    const std::span<const std::byte> request = driver.Receive();
+    if (request.empty()) return false;
+    const auto routine = static_cast<uint32_t>(MessageReader(request).GetInt());
+    driver.SendReply(routine, Answer(request).Bytes());
+  }
+  return true;
+}
+
 MessageWriter Controller::Answer(std::span<const std::byte> request) {
   MessageReader reader(request);
   try {

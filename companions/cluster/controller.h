@@ -14,6 +14,8 @@
 
 namespace gantry::cluster {
 
+class DriverConnection;
+
 /// Answers a driver's routines by driving its simulator. Numbers are in the simulator's units: the
 /// driver converts. What the simulator can't do is refused by its acknowledgement, with the reason
 /// in the log, since the format has no place for one. One thread.
@@ -24,10 +26,12 @@ class Controller {
   /// `simulator` stands connected at its model definition.
   Controller(Simulator& simulator, Report report);
 
-  /// Answers one request, routine number included, with the results behind the number of the reply.
-  /// Throws `DriverBroken` for what no driver sends.
+  /// Answers requests until the driver has shut the simulator down (true) or closed its connection
+  /// (false). Throws `DriverBroken`.
+  bool Serve(DriverConnection& driver);
+  /// The results of one request, which holds its routine's number; they stand behind the same
+  /// number in the reply. Throws `DriverBroken` for what no driver sends.
   MessageWriter Answer(std::span<const std::byte> request);
-  bool HasShutDown() const { return hasShutDown_; }
 
  private:
   using Handler = void (Controller::*)(MessageReader& request, MessageWriter& results);

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstring>
-#include <optional>
 #include <thread>
 
 #include <boost/system/system_error.hpp>
@@ -120,17 +119,9 @@ class Session {
 
   void Serve() {
     Controller controller(*simulator_, [this](const std::string& text) { Note(text); });
-    while (!controller.HasShutDown()) {
-      const std::span<const std::byte> request = driver_.Receive();
-      if (request.empty()) {
-        Note("the driver has closed its connection");
-        return;
-      }
-      uint32_t routine = 0;
-      std::memcpy(&routine, request.data(), sizeof routine);
-      driver_.SendReply(routine, controller.Answer(request).Bytes());
-    }
-    Note("the driver has shut the simulator down");
+    const bool isShutDown = controller.Serve(driver_);
+    Note(isShutDown ? "the driver has shut the simulator down"
+                    : "the driver has closed its connection");
   }
 
   SessionTask task_;
