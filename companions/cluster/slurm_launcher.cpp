@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <cctype>
+#include <chrono>
+#include <thread>
 
 #include <fcntl.h>
 
@@ -11,8 +13,10 @@ namespace gantry::cluster {
 namespace {
 
 constexpr int kCommandSeconds = 30;
+constexpr std::chrono::milliseconds kRound{500};
+/// How often a job is looked at before it is cancelled, and then until it has left its nodes.
 constexpr int kPatienceRounds = 10;
-constexpr int kRoundMilliseconds = 500;
+constexpr int kCancelRounds = 60;
 
 /// The batch script: its arguments are the simulator's command, which it runs as one step.
 constexpr std::string_view kBatchScript = "#!/bin/sh\nexec srun \"$@\"\n";
@@ -139,11 +143,9 @@ class SlurmLauncher : public Launcher {
   }
 
   void End(const std::string& name) override {
-    for (int round = 0; round < kPatienceRounds; ++round) {
-      if (!IsAlive(StateOf(name).state)) return;
-      ::usleep(kRoundMilliseconds * 1000);
-    }
+    if (EndsWithin(name, kPatienceRounds)) return;
     AskSlurm({"scancel", name});
+    EndsWithin(name, kCancelRounds);
   }
 
  private:
@@ -168,6 +170,14 @@ class SlurmLauncher : public Launcher {
    private:
     std::string path_;
   };
+
+  static bool EndsWithin(const std::string& job, int rounds) {
+    for (int round = 0; round < rounds; ++round) {
+      if (!IsAlive(StateOf(job).state)) return true;
+      std::this_thread::sleep_for(kRound);
+    }
+    return false;
+  }
 
   std::string simulator_;
   std::vector<std::string> extra_;

@@ -145,6 +145,24 @@ std::string FactoryTest::Refusal(const LinkSettings& settings) {
   return message;
 }
 
+void FactoryTest::CopyExample(const std::string& name) {
+  std::string text = TestFolder::Read(fs::path(EXAMPLES) / "five_spot" / (name + ".toml"));
+  const std::string key = "head_node_port = ";
+  if (const size_t place = text.find(key); place != std::string::npos) {
+    const size_t begin = place + key.size();
+    text.replace(begin, text.find('\n', begin) - begin, std::to_string(factory->Port()));
+  }
+  folder.Write("cases/" + name + ".toml", text);
+}
+
+void FactoryTest::RunFieldrun(const std::string& name) {
+  const cluster::Outcome outcome =
+      cluster::RunProgram({FIELDRUN, "run", (folder / ("cases/" + name + ".toml")).string(),
+                           "--output", (folder / name).string(), "--quiet"},
+                          100);
+  ASSERT_EQ(outcome.exitStatus, 0) << outcome.output;
+}
+
 pid_t FactoryTest::SimulatorOf(const std::string& session) {
   const std::string line = factory->AwaitLog(session);
   return std::stoi(line.substr(line.rfind(' ') + 1));

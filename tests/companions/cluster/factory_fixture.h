@@ -63,6 +63,11 @@ class FactoryTest : public ::testing::Test {
   /// The simulator of a session that has just been begun.
   pid_t SimulatorOf(const std::string& session);
 
+  /// Copies a case file of the five-spot example to the folder, its factory's port set.
+  void CopyExample(const std::string& name);
+  /// Runs it; the results are left in a folder of its name.
+  void RunFieldrun(const std::string& name);
+
   TestFolder folder;
   std::unique_ptr<RunningFactory> factory;
 };
