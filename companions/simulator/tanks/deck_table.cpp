@@ -77,6 +77,18 @@ size_t LineOfParserFault(std::string_view text) {
   return static_cast<size_t>(first - ends.begin()) + 1;
 }
 
+/// Only a comment may hold more than ASCII: the parser takes some of what is beyond for blanks.
+void RequireAscii(std::string_view text, const std::string& fileName) {
+  size_t line = 1;
+  bool isComment = false;
+  for (const char letter : text) {
+    if (letter == '\n') ++line;
+    isComment = letter == '#' || (isComment && letter != '\n');
+    if (isComment || static_cast<unsigned char>(letter) < 0x80) continue;
+    throw DeckError(fmt::format("{}:{}: only comments may go beyond ASCII", fileName, line));
+  }
+}
+
 }  // namespace
 
 struct DeckTable::Node {
@@ -129,6 +141,7 @@ struct DeckTable::Node {
 };
 
 DeckTable DeckTable::ReadText(std::string_view text, const std::string& fileName) {
+  RequireAscii(text, fileName);
   try {
     auto table = std::make_shared<const toml::table>(toml::parse(text, fileName));
     const toml::table* root = table.get();
