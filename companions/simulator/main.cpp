@@ -65,9 +65,14 @@ int Fail(const std::string& reason) {
   return kFailed;
 }
 
+/// The listener is gone once the controller has come: whoever knocks on the port while this
+/// simulator ends is to wait for the next one.
+std::unique_ptr<TcpConnection> AwaitController(const Arguments& arguments) {
+  return TcpListener(arguments.port).Accept(arguments.secondsForController);
+}
+
 int Serve(TankSimulator& simulator, const Arguments& arguments) {
-  TcpListener listener(arguments.port);
-  const std::unique_ptr<TcpConnection> connection = listener.Accept(arguments.secondsForController);
+  const std::unique_ptr<TcpConnection> connection = AwaitController(arguments);
   if (!connection) {
     return Fail(fmt::format("no controller came to port {} within {} seconds", arguments.port,
                             arguments.secondsForController));
