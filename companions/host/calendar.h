@@ -1,7 +1,7 @@
 #pragma once
 
-#include <compare>
 #include <string>
+#include <tuple>
 
 namespace gantry::fieldrun {
 
@@ -11,7 +11,10 @@ struct Date {
   int month = 1;
   int day = 1;
 
-  auto operator<=>(const Date&) const = default;
+  bool operator==(const Date&) const = default;
+  bool operator<(const Date& other) const {
+    return std::tie(year, month, day) < std::tie(other.year, other.month, other.day);
+  }
 };
 
 bool IsValid(const Date& date);

@@ -85,6 +85,7 @@ void DriverModel::DeletePublished(int handle) {
 void DriverModel::WriteEquipmentXml(const std::string& path, bool withVariables,
                                     const std::vector<std::string>& wells) {
   std::vector<const char*> names;
+  names.reserve(wells.size() + 1);
   for (const std::string& well : wells) names.push_back(well.c_str());
   names.push_back(nullptr);
   const uint32_t withoutVariables = withVariables ? 0 : 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/case_model.h"
@@ -19,7 +20,8 @@ struct OperatingPoint {
 
 /// One well of the network as the solver sees it in one step.
 struct NetworkWell {
-  NetworkWell(const WellSpec& wellSpec, InflowCurve inflow) : spec(&wellSpec), curve(inflow) {}
+  NetworkWell(const WellSpec& wellSpec, InflowCurve inflow)
+      : spec(&wellSpec), curve(std::move(inflow)) {}
 
   const WellSpec* spec;
   InflowCurve curve;

@@ -1,6 +1,7 @@
 #include "host/report_html.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <fmt/format.h>
 
@@ -71,7 +72,7 @@ bool Report::Has(WellKind kind) const {
 std::string Report::Head() const {
   const RunStart& start = history_.start;
   const double days = history_.field.empty() ? 0 : history_.field.back().endDays;
-  const Date end = FromDayNumber(DayNumber(start.start) + static_cast<int>(days + 0.5));
+  const Date end = FromDayNumber(DayNumber(start.start) + static_cast<int>(std::lround(days)));
   std::string html =
       fmt::format("<h1>{}</h1>\n<p class=\"soft\">{} to {} in {} steps, {} wells. {}.</p>\n",
                   EscapeHtml(model_.general.title), ToText(start.start), ToText(end),

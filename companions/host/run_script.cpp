@@ -16,7 +16,7 @@ constexpr const char* kBlanks = " \t\r";
 // Cuts the first word off a text, with the blanks around it.
 std::string TakeWord(std::string& text) {
   text.erase(0, std::min(text.find_first_not_of(kBlanks), text.size()));
-  const std::string word = text.substr(0, text.find_first_of(kBlanks));
+  std::string word = text.substr(0, text.find_first_of(kBlanks));
   text.erase(0, word.size());
   text.erase(0, std::min(text.find_first_not_of(kBlanks), text.size()));
   return word;
