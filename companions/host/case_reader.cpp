@@ -1,15 +1,16 @@
 #include "host/case_reader.h"
 
-#include <fmt/format.h>
-#define TOML_HEADER_ONLY 1
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <limits>
+#include <sstream>
 
-#include <toml++/toml.h>
+#include <fmt/format.h>
 
 #include "host/case_keys.h"
+#include "toml/checked_toml.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -250,10 +251,11 @@ CaseModel ReadCase(const std::string& path) {
   model.file = path;
   if (!fs::is_regular_file(path)) throw CaseError(path, 0, "no such case file");
   try {
-    Reader(model).ReadAll(toml::parse_file(path));
-  } catch (const toml::parse_error& error) {
-    throw CaseError(path, static_cast<int>(error.source().begin.line),
-                    std::string(error.description()));
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    Reader(model).ReadAll(toml_reader::Parse(text.str()));
+  } catch (const toml_reader::TomlError& error) {
+    throw CaseError(path, static_cast<int>(error.Line), error.what());
   }
   CompletePaths(model);
   CheckCase(model);

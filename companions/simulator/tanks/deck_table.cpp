@@ -8,21 +8,7 @@
 
 #include <fmt/format.h>
 
-namespace {
-
-/// What the parser has taken for granted and doesn't hold, such as the first letter of "[*]".
-struct ParserFault {};
-
-constexpr void CheckParser(bool holds) {
-  if (!holds) throw ParserFault();
-}
-
-}  // namespace
-
-// The parser asserts such things of its input; a deck must not end the process by them.
-#undef NDEBUG
-#define TOML_ASSERT(expression) CheckParser(static_cast<bool>(expression))
-#include <toml++/toml.h>
+#include "toml/checked_toml.h"
 
 namespace gantry::simulator {
 
@@ -53,40 +39,6 @@ bool IsInOrder(ColumnKey::Order order, double before, double after) {
 std::string_view WordOf(ColumnKey::Order order) {
   static constexpr std::string_view kWords[] = {"", "rise", "not fall", "fall", "not rise"};
   return kWords[static_cast<size_t>(order)];
-}
-
-/// The line at which the parser stumbles. Lines before it don't trouble it, so halving finds it.
-size_t LineOfParserFault(std::string_view text) {
-  std::vector<size_t> ends;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '\n') ends.push_back(i + 1);
-  }
-  ends.push_back(text.size());
-  const auto stumbles = [&](size_t end) {
-    try {
-      static_cast<void>(toml::parse(text.substr(0, end)));
-    } catch (const ParserFault&) {
-      return true;
-    } catch (const toml::parse_error&) {
-      return false;
-    }
-    return false;
-  };
-  const auto first = std::partition_point(ends.begin(), ends.end() - 1,
-                                          [&](size_t end) { return !stumbles(end); });
-  return static_cast<size_t>(first - ends.begin()) + 1;
-}
-
-/// Only a comment may hold more than ASCII: the parser takes some of what is beyond for blanks.
-void RequireAscii(std::string_view text, const std::string& fileName) {
-  size_t line = 1;
-  bool isComment = false;
-  for (const char letter : text) {
-    if (letter == '\n') ++line;
-    isComment = letter == '#' || (isComment && letter != '\n');
-    if (isComment || static_cast<unsigned char>(letter) < 0x80) continue;
-    throw DeckError(fmt::format("{}:{}: only comments may go beyond ASCII", fileName, line));
-  }
 }
 
 }  // namespace
@@ -141,16 +93,13 @@ struct DeckTable::Node {
 };
 
 DeckTable DeckTable::ReadText(std::string_view text, const std::string& fileName) {
-  RequireAscii(text, fileName);
   try {
-    auto table = std::make_shared<const toml::table>(toml::parse(text, fileName));
+    auto table = std::make_shared<const toml::table>(toml_reader::Parse(text));
     const toml::table* root = table.get();
     return DeckTable(std::make_shared<Node>(
         Node{std::move(table), std::make_shared<const std::string>(fileName), root, {}}));
-  } catch (const toml::parse_error& error) {
-    throw DeckError(PlaceOf(fileName, error.source()) + ": " + std::string(error.description()));
-  } catch (const ParserFault&) {
-    throw DeckError(fmt::format("{}:{}: this is no TOML", fileName, LineOfParserFault(text)));
+  } catch (const toml_reader::TomlError& error) {
+    throw DeckError(fmt::format("{}:{}: {}", fileName, error.Line, error.what()));
   }
 }
 

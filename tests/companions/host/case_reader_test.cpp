@@ -69,6 +69,8 @@ TEST_F(CaseReader, RefusesWhatCantRunWithTheLineAtFault) {
     std::string complaint;
   } kCases[] = {
       {"[simulator\n", ":1: "},
+      {"title = 1\n[*x]\n", ":2: this is no TOML"},
+      {"title = 'é'\nb\xE2\x80\xAF= 1\n", ":2: only texts and comments may go beyond ASCII"},
       {start + "[extra]\n", ":5: a case has no section \"extra\""},
       {start + "[[case]]\n", ":5: case must be a section, [case]"},
       {start + "[well]\nname = 'P'\n", ":5: well must be a list of sections, [[well]]"},

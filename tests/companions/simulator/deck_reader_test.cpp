@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "Error while parsing value: could not determine value type"},
         BadDeck{"HeaderThatIsNoKey", "[rock_fluid]", "[*rock_fluid]", "this is no TOML"},
         BadDeck{"BlankBeyondAscii",
-                "end_time =", "end_time\xE2\x80\xAF=", "only comments may go beyond ASCII"},
+                "end_time =", "end_time\xE2\x80\xAF=", "only texts and comments may go beyond ASCII"},
         BadDeck{"UnknownUnits", "\"field\"", "\"imperial\"",
                 "'units' must be \"field\" or \"metric\""},
         BadDeck{"WrongKind", "end_time = 400.0", "end_time = \"soon\"",
