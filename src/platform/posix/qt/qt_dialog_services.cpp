@@ -1,0 +1,67 @@
+// What a dialog asks of the toolkit beside its controls: messages, files, dialogs over it.
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QThread>
+#include <QUrl>
+
+#include "platform/posix/qt/qt_dialog.h"
+#include "platform/posix/qt/qt_text.h"
+
+namespace gantry::platform {
+
+namespace {
+
+/// The filters as this toolkit has them, the pattern within the name. Files of any name can be
+/// picked besides: executables have no extension here.
+QStringList NameFilters(const char* filters) {
+  const QString every = QStringLiteral("All files (*)");
+  const QStringList parts = QString::fromLatin1(filters).split(u'|', Qt::SkipEmptyParts);
+  QStringList names;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    if (parts[i + 1] != QStringLiteral("*.*")) names << parts[i];
+  }
+  return names << every;
+}
+
+}  // namespace
+
+void QtDialog::ShowMessage(const std::string& text) {
+  QMessageBox box(QMessageBox::Warning, windowTitle(), ToQt(text), QMessageBox::Ok, this);
+  box.exec();
+}
+
+std::optional<std::string> QtDialog::AskForFile(const FileRequest& request) {
+  QFileDialog dialog(this);
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.setNameFilters(NameFilters(request.filters));
+  dialog.setDefaultSuffix(QString::fromLatin1(request.defaultExtension));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
+}
+
+int QtDialog::RunDialog(DialogHandler& handler) { return QtDialog(handler, this).exec(); }
+
+void QtDialog::ShowHelp(const std::string& file, uint32_t /*topic*/) {
+  const QString path = QFile::decodeName(QByteArray::fromStdString(file));
+  if (QFile::exists(path)) QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+void QtDialog::SetWaitCursor(bool isWaiting) {
+  if (isWaiting) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+void QtDialog::Pause(int milliseconds) {
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  QThread::msleep(static_cast<unsigned long>(milliseconds));
+}
+
+}  // namespace gantry::platform

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QAbstractItemModel>
+#include <QIcon>
+#include <QTreeView>
+#include <functional>
+#include <vector>
+
+#include "platform/dialog_window.h"
+
+namespace gantry::platform {
+
+/// The two levels of a tree's items. The branches are the view's.
+class TreeModel : public QAbstractItemModel {
+ public:
+  using QAbstractItemModel::QAbstractItemModel;
+
+  void SetItems(std::vector<TreeItem> items);
+  const std::vector<TreeItem>& Items() const { return items_; }
+  void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
+  /// Called before the user's change of a check box takes effect.
+  std::function<void(const TreePlace&)> onCheck;
+
+  QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+  QModelIndex parent(const QModelIndex& child) const override;
+  int rowCount(const QModelIndex& parent) const override;
+  int columnCount(const QModelIndex& parent) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  TreePlace PlaceOf(const QModelIndex& index) const;
+  const TreeItem& ItemAt(const TreePlace& place) const;
+  TreeItem& ItemAt(const TreePlace& place);
+  const QIcon& IconOf(int picture) const;
+
+  std::vector<TreeItem> items_;
+};
+
+/// A tree with check boxes that stays fluid with hundreds of thousands of items.
+class TreeView : public QTreeView {
+ public:
+  explicit TreeView(QWidget* parent);
+
+  TreeModel& Model() { return *model_; }
+  /// Keeps the user's place in the tree.
+  void SetItems(std::vector<TreeItem> items);
+  /// As the user has left them, branches included.
+  std::vector<TreeItem> Items() const;
+  void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
+
+ private:
+  QModelIndex IndexOf(uintptr_t wanted) const;
+
+  TreeModel* model_;
+};
+
+}  // namespace gantry::platform
