@@ -1,0 +1,28 @@
+// What a driver may ask of the cluster's controller, one request after another, each behind two
+// bytes of length. The simulator is gone, so that a request of the right form is refused.
+
+#include <cstring>
+#include <span>
+
+#include "cluster/controller.h"
+#include "cluster/driver_connection.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using namespace gantry::cluster;
+  const std::unique_ptr<Simulator> simulator = MakeSimulator(20172);
+  Controller controller(*simulator, [](const std::string&) {});
+  std::span<const std::byte> rest = std::as_bytes(std::span(data, size));
+  try {
+    while (rest.size() > 2) {
+      uint16_t length = 0;
+      std::memcpy(&length, rest.data(), sizeof length);
+      rest = rest.subspan(2);
+      const auto request = rest.first(std::min<size_t>(length, rest.size()));
+      controller.Answer(request);
+      rest = rest.subspan(request.size());
+    }
+  } catch (const DriverBroken&) {
+    // No driver says this.
+  }
+  return 0;
+}
