@@ -150,8 +150,9 @@ void EndProgram(pid_t process, int patienceMilliseconds) {
     ::kill(-process, SIGTERM);
     WaitForExit(process, kTerminationMilliseconds);
   }
-  // Whatever it has left behind in its group.
+  // It, or whatever it has left behind in its group.
   ::kill(-process, SIGKILL);
+  WaitForExit(process, kTerminationMilliseconds);
 }
 
 }  // namespace gantry::cluster
