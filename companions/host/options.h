@@ -48,6 +48,7 @@ struct Options {
   std::vector<std::string> wells;
   std::vector<int> readHandles;
   std::vector<std::string> writes;
+  std::vector<std::string> additions;
   std::vector<int> deleteHandles;
   int steps = 0;
   bool start = false;

@@ -8,6 +8,7 @@
 #include "host/coupled_run.h"
 #include "host/output_file.h"
 #include "host/terminal.h"
+#include "host/variable_choice.h"
 #include "host/verbs.h"
 
 namespace gantry::fieldrun {
@@ -132,10 +133,15 @@ void ServeVariables(const Session& session) {
   const Options& options = session.options;
   std::vector<std::pair<int, std::string>> writes;
   for (const std::string& text : options.writes) writes.push_back(ParseWrite(text));
+  std::vector<VariableChoice> additions;
+  for (const std::string& text : options.additions) additions.push_back(ParseChoice(text));
   const CaseModel caseModel = ReadCaseOf(options);
   DriverModel model(session.api, session.trace);
   Prepare(model, caseModel, options);
   for (const int handle : options.deleteHandles) model.DeletePublished(handle);
+  Publish(model, additions, caseModel.simulator.storeFile);
+  const bool isChanged = !additions.empty() || !options.deleteHandles.empty();
+  if (isChanged && !caseModel.simulator.storeFile.empty()) model.SaveCase();
   for (const auto& [handle, value] : writes) model.WritePublished(handle, value);
   if (options.readHandles.empty()) return ListVariables(model, options.json);
   std::vector<PrintedRow> rows;

@@ -153,6 +153,25 @@ TEST_F(Program, SavesACaseAndLoadsItAgain) {
   EXPECT_NE(torn.err.find("Failed in reading all case data - buffer overflow"), std::string::npos);
 }
 
+TEST_F(Program, KeepsTheVariablesThatAreAddedAndDeleted) {
+  const std::string model =
+      "[simulator]\ndeck = \"deck.afi\"\nstore_file = \"case.state\"\n[time]\nsteps = 1\n";
+  folder_.Write("case.toml", model);
+  folder_.Write("deck.afi", "");
+  const std::string oil = "P1:Oil production rate";
+  const std::string cut = "P:2:WATER_CUT";  // by its key, of a well with a colon in its name
+  ASSERT_EQ(Run({"variables", Path("case.toml"), "--add", oil, "--add", cut}).status, 0);
+  ASSERT_EQ(Run({"variables", Path("case.toml"), "--add", oil}).status, 0);
+  const std::regex both(
+      R"(0 +P1:Oil production rate +P1 +30801 +yes\n1 +P:2:Water cut +P:2 .*no\n$)");
+  const Outcome kept = Run({"variables", Path("case.toml")});
+  EXPECT_TRUE(std::regex_search(kept.out, both)) << kept.out << kept.err;
+
+  ASSERT_EQ(Run({"variables", Path("case.toml"), "--delete", "-1"}).status, 0);
+  EXPECT_EQ(Run({"variables", Path("case.toml")}).out.find("Oil"), std::string::npos);
+  EXPECT_EQ(Run({"variables", Path("case.toml"), "--add", "P1:Colour"}).status, 2);
+}
+
 TEST_F(Program, WritesTheDescriptionOfChosenWells) {
   const Outcome outcome = Run({"describe", ExampleCase("odeh"), Path("d.xml"), "--start", "--well",
                                "PROD", "--no-variables"});
