@@ -25,9 +25,9 @@ constexpr size_t kEmptyEOS = (2 + kEOSFields.size()) * kEmptyList;
 /// How a routine is answered, and how long its results are when it is refused: so many zero bytes
 /// stand in front of the acknowledgement.
 struct Controller::Entry {
-  Routine number;
-  Handler answer;
-  size_t emptyResults;
+  Routine number{};
+  Handler answer = nullptr;
+  size_t emptyResults = 0;
   bool acknowledged = true;
 };
 

@@ -31,7 +31,7 @@ std::string Trimmed(const std::string& text) {
 std::string AskSlurm(const std::vector<std::string>& command) {
   try {
     const Outcome outcome = RunProgram(command, kCommandSeconds);
-    const std::string output = Trimmed(outcome.output);
+    std::string output = Trimmed(outcome.output);
     if (outcome.exitStatus == 0) return output;
     throw LaunchFailed("Slurm's " + command.front() +
                        " failed: " + output.substr(output.rfind('\n') + 1));

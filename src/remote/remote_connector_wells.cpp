@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <optional>
+
 #include "client/name_index.h"
 #include "client/record_fields.h"
 #include "remote/ext_connector_remote.h"
@@ -7,7 +10,7 @@ namespace gantry {
 namespace {
 
 constexpr size_t kEmptyListSize = 4;
-constexpr size_t kWellStatusSize = 3 * 4;  ///< of a well whose three texts are empty
+constexpr size_t kWellStatusSize = 3 * kEmptyListSize;  ///< of a well whose three texts are empty
 
 /// How many records a reply announces, in place of the number of wells asked for.
 size_t RecordCount(MessageReader& reply, size_t asked) {

@@ -36,9 +36,9 @@ enum class Routine : uint32_t {
 
 /// One routine: the connector's operation, its name on the wire and in messages.
 struct RoutineEntry {
-  Routine number;
-  const char* operation;
-  const char* name;
+  Routine number{};
+  const char* operation = nullptr;
+  const char* name = nullptr;
   bool namedInRefusal = true;  ///< whether the error for a refused acknowledgement names it
 };
 
