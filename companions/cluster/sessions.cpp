@@ -73,11 +73,10 @@ void Sessions::Begin(UniqueFd driver, const Dialogue& dialogue) {
     SendBriefly(driver.Get(), FramedText(reason));
     return;
   }
-  const int number = ++lastNumber_;
+  const int place = FreePlace();
   Session& session = sessions_.emplace_back();
-  session.number = number;
-  session.place = FreePlace();
-  session.label = fmt::format("session {} ({})", number, request.user);
+  session.place = place;
+  session.label = fmt::format("session {} ({})", ++lastNumber_, request.user);
   session.driver = std::move(driver);
   session.report = UniqueFd(ends[0]);
   Fork(session, request, UniqueFd(ends[1]));

@@ -39,7 +39,6 @@ class Sessions {
 
  private:
   struct Session {
-    int number = 0;
     int place = 0;
     std::string label;
     pid_t process = -1;  ///< of the session, then of what ends its simulator

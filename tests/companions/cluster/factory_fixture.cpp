@@ -29,10 +29,15 @@ RunningFactory::RunningFactory(const std::vector<std::string>& arguments) {
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   log_ = cluster::UniqueFd(ends[0]);
   const cluster::UniqueFd writeEnd(ends[1]);
-  const int first = FreePorts(8);
+  const int first = FreePorts(2);
   cluster::Program program;
-  program.arguments = {RUNFACTORY, "--listen", "127.0.0.1:0", "--ports",
-                       std::to_string(first) + "-" + std::to_string(first + 7)};
+  program.arguments = {RUNFACTORY,
+                       "--listen",
+                       "127.0.0.1:0",
+                       "--ports",
+                       std::to_string(first) + "-" + std::to_string(first + 1),
+                       "--max-sessions",
+                       "2"};
   program.arguments.insert(program.arguments.end(), arguments.begin(), arguments.end());
   program.output = writeEnd.Get();
   process_ = cluster::StartProgram(program);

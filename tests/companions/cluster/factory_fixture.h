@@ -17,7 +17,7 @@ namespace gantry::test {
 /// A running service, ended with the object. Its log is read line by line.
 class RunningFactory {
  public:
-  /// `arguments` stand behind those for the port, the ports and the dialogue.
+  /// It has two places and a port for the simulator of each. `arguments` say the rest.
   explicit RunningFactory(const std::vector<std::string>& arguments);
   ~RunningFactory();
   RunningFactory(const RunningFactory&) = delete;

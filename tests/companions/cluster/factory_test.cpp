@@ -72,7 +72,7 @@ TEST_F(FactoryTest, StartsParallelRunsThroughMpiexec) {
 }
 
 TEST_F(FactoryTest, ServesTwoDriversAtOnceAndNoMoreThanItHasPlacesFor) {
-  StartFactory({"--max-sessions", "2"});
+  StartFactory();
   const LinkSettings settings = SettingsFor("FIVE_SPOT");
   auto first = Begin(settings);
   const auto second = Begin(SettingsFor("ODEH"));
