@@ -1,7 +1,27 @@
 #include "platform/dialog_window.h"
+#include "platform/windows/win_dialog.h"
+#include "platform/windows/win_picture.h"
 
 namespace gantry::platform {
 
-DialogToolkit* DialogToolkit::Find() { return nullptr; }
+namespace {
+
+class WinToolkit : public DialogToolkit {
+ public:
+  int Run(DialogHandler& handler, void* parent) override {
+    return WinDialog(handler).Run(static_cast<HWND>(parent));
+  }
+
+  void Draw(Picture picture, void* window, void* deviceContext) override {
+    DrawOnWindow(picture, static_cast<HWND>(window), static_cast<HDC>(deviceContext));
+  }
+};
+
+}  // namespace
+
+DialogToolkit* DialogToolkit::Find() {
+  static WinToolkit toolkit;
+  return &toolkit;
+}
 
 }  // namespace gantry::platform
