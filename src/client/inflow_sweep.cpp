@@ -134,7 +134,6 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
       wells_(wells),
       request_(request),
       records_(records),
-      wellOfRecord_(WellsOf(records, wells)),
       lookup_(wells),
       items_(kResultItems.begin(), kResultItems.end()) {
   AppendMoleFractionItems(request.componentCount, items_);
@@ -143,6 +142,7 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
 
 void Sweep::Run() {
   FindKinds();
+  wellOfRecord_ = WellsOf(records_, wells_);
   ReserveRecords();
   for (Ladder& ladder : ladders_) ladder.Limit(request_.firstLiquidRate, request_.firstGasRate);
   for (int rung = 0; rung < kSweepRungs; ++rung) {

@@ -184,6 +184,11 @@ void ReadData(CExtConnectorBase& connector) {
   connector.GetWellData({"P"}, records);
 }
 
+void SweepWithoutRecord(CExtConnectorBase& connector) {
+  std::vector<ConnectorWellRecord> none;
+  connector.GetWellIPRData(0, {"P"}, none, true, 1.0);
+}
+
 void Sweep(CExtConnectorBase& connector) {
   std::vector<ConnectorWellRecord> records = RecordOf("P");
   connector.GetWellIPRData(0, {"P"}, records, true, 1.0);
@@ -236,7 +241,7 @@ INSTANTIATE_TEST_SUITE_P(
                        connector.GetWellStatus(statuses);
                      },
                      "Unexpected answer when querying the well statuses."},
-        WrongContent{"SweepWithoutType", Say({kReady, kNothing}), Sweep,
+        WrongContent{"SweepOfAnUnknownWell", Say({kReady, kNothing}), SweepWithoutRecord,
                      "Unexpected answer when querying the well status data."},
         WrongContent{"SweepWithEmptyType", Say({kReady, Wells({}, "P", {"VALUES", Texts{}})}),
                      Sweep, "Unexpected answer when querying the well status data."},
@@ -246,11 +251,7 @@ INSTANTIATE_TEST_SUITE_P(
                      Say({kReady, kIsProducer, kReady,
                           Wells(kRungItems, "Q", {"VALUES", Numbers(12, 1.0)})}),
                      Sweep, "Unexpected answer when querying the well IPR data."},
-        WrongContent{"SweepWithoutRecords", Say({kReady}),
-                     [](CExtConnectorBase& connector) {
-                       std::vector<ConnectorWellRecord> none;
-                       connector.GetWellIPRData(0, {"P"}, none, true, 1.0);
-                     },
+        WrongContent{"SweepWithoutRecords", Say({kReady, kIsProducer}), SweepWithoutRecord,
                      "Unexpected answer when querying the well IPR data."},
         WrongContent{"VariablesOfNoWell", Say({{"REPLY", {"QITEMS", Texts{"A"}}, "END"}}),
                      [](CExtConnectorBase& connector) {
