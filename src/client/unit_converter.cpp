@@ -39,30 +39,32 @@ uint32_t UnitFamilyUserCode(int32_t code) {
   return family == nullptr ? kNoUnitUserCode : family->userCode;
 }
 
-UnitScale UnitConverter::ScaleOf(int32_t code) const {
+const UnitScale* UnitConverter::ScaleOf(int32_t code) const {
   const UnitFamily* family = FamilyOf(code);
-  if (family == nullptr) return {0, 1};
-  return isMetric_ ? family->metric : family->field;
+  if (family == nullptr) return nullptr;
+  return isMetric_ ? &family->metric : &family->field;
 }
 
 double UnitConverter::FromSimulator(double value, int32_t code) const {
-  const UnitScale scale = ScaleOf(code);
-  return value / scale.factor - scale.offset;
+  FromSimulator(std::span(&value, 1), code);
+  return value;
 }
 
 double UnitConverter::ToSimulator(double value, int32_t code) const {
-  const UnitScale scale = ScaleOf(code);
-  return (value + scale.offset) * scale.factor;
+  ToSimulator(std::span(&value, 1), code);
+  return value;
 }
 
 void UnitConverter::FromSimulator(std::span<double> values, int32_t code) const {
-  const UnitScale scale = ScaleOf(code);
-  for (double& value : values) value = value / scale.factor - scale.offset;
+  const UnitScale* scale = ScaleOf(code);
+  if (scale == nullptr) return;
+  for (double& value : values) value = value / scale->factor - scale->offset;
 }
 
 void UnitConverter::ToSimulator(std::span<double> values, int32_t code) const {
-  const UnitScale scale = ScaleOf(code);
-  for (double& value : values) value = (value + scale.offset) * scale.factor;
+  const UnitScale* scale = ScaleOf(code);
+  if (scale == nullptr) return;
+  for (double& value : values) value = (value + scale->offset) * scale->factor;
 }
 
 }  // namespace gantry

@@ -62,7 +62,8 @@ class UnitConverter {
   void ToSimulator(std::span<double> values, int32_t code) const;
 
  private:
-  UnitScale ScaleOf(int32_t code) const;
+  /// Null for a code outside the table.
+  const UnitScale* ScaleOf(int32_t code) const;
 
   bool isMetric_;
 };

@@ -1,5 +1,7 @@
 #include "client/unit_converter.h"
 
+#include <bit>
+
 #include <gtest/gtest.h>
 
 namespace gantry {
@@ -20,8 +22,11 @@ TEST(UnitConverter, GivesTheSettledNumbers) {
 
 TEST(UnitConverter, LeavesValuesWithoutAUnitAlone) {
   for (const int32_t code : {-1, 13, 1 << 30}) {
-    EXPECT_EQ(kMetric.FromSimulator(-0.1, code), -0.1);
-    EXPECT_EQ(kMetric.ToSimulator(-0.1, code), -0.1);
+    for (const double value : {-0.1, -0.0}) {
+      const auto bits = std::bit_cast<uint64_t>(value);
+      EXPECT_EQ(std::bit_cast<uint64_t>(kMetric.FromSimulator(value, code)), bits) << value;
+      EXPECT_EQ(std::bit_cast<uint64_t>(kMetric.ToSimulator(value, code)), bits) << value;
+    }
   }
 }
 
