@@ -61,6 +61,7 @@ bool CExtConnectorLocalBase::GetMetricFlag() { return QueryMetricFlag(Client());
 bool CExtConnectorLocalBase::GetCompositionalFlag() { return QueryCompositionalFlag(Client()); }
 
 void CExtConnectorLocalBase::GetEOSProperties(EOSProperties& properties) {
+  properties = {};
   properties = QueryEOSProperties(Client());
   for (const EOSField& field : kEOSFields) {
     unitConverter->FromSimulator(std::span(properties.*field.field), field.code);
