@@ -15,7 +15,7 @@ int32_t ReadScenarioNumber() {
   const auto job = platform::ReadEnvironment("LSB_JOBID", std::numeric_limits<size_t>::max());
   const auto scenario = platform::ReadEnvironment("LSF_TESSEL_SCENARIO", kScenarioCapacity);
   if (!job || !scenario || scenario->empty()) return 0;
-  return static_cast<int32_t>(std::strtol(scenario->c_str(), nullptr, 10) + 1);
+  return static_cast<int32_t>(std::strtoll(scenario->c_str(), nullptr, 10) + 1);
 }
 
 }  // namespace

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 
 #include "client/connector_base.h"
+#include "host/text/number_text.h"
 
 namespace gantry {
 namespace {
@@ -30,7 +30,7 @@ bool IsNumeric(const std::string& token) {
 
 std::optional<int32_t> NumericCode(const std::string& token) {
   if (!IsNumeric(token)) return std::nullopt;
-  const double code = std::strtod(token.c_str(), nullptr) * 10.0;
+  const double code = ReadDouble(token) * 10.0;
   return static_cast<int32_t>(std::clamp(code, -2147483648.0, 2147483647.0));
 }
 

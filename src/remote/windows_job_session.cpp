@@ -106,6 +106,7 @@ int32_t CWindowsJobSession::Connect(int32_t port, std::string& message) {
                                      static_cast<uint32_t>(port));
     return 0;
   } catch (const std::exception& failure) {
+    Connector = nullptr;
     message = std::string("Abnormal error: ") + failure.what();
     return 1;
   }
