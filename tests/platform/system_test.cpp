@@ -32,7 +32,7 @@ TEST(DynamicLibrary, TheModulesFolderIsThatOfTheBinaryWhereverTheProcessGoes) {
 }
 
 TEST(Environment, AValueThatFillsTheReadersBufferCountsAsNotSet) {
-  test::SetEnvironment("GANTRY_TEST", "fifteen letters");
+  const test::ScopedVariable variable("GANTRY_TEST", "fifteen letters");
   EXPECT_EQ(ReadEnvironment("GANTRY_TEST", 16), "fifteen letters");
   EXPECT_FALSE(ReadEnvironment("GANTRY_TEST", 15));
   EXPECT_FALSE(ReadEnvironment("GANTRY_NO_SUCH_VARIABLE", 16));

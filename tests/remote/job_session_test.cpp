@@ -34,19 +34,18 @@ TEST(VersionCode, ComesFromTheFirstTokenOfThePathThatHasOne) {
 
 class JobSlot : public ::testing::Test {
  protected:
-  ~JobSlot() override {
-    for (const char* name : {"OVC_JOBID", "OVC_JOBSLOT", "OVC_HOST"}) SetEnvironment(name, "");
-  }
-
   TestFolder folder;
+  ScopedVariable job{"OVC_JOBID"};
+  ScopedVariable slot{"OVC_JOBSLOT"};
+  ScopedVariable host{"OVC_HOST"};
 };
 
 TEST_F(JobSlot, CopiesTheDatasetToANameOfItsOwn) {
   const std::string deck = folder.Write("run.v2.afi", "deck").string();
   EXPECT_EQ(DatasetForJobSlot(deck), deck) << "outside a slot";
-  SetEnvironment("OVC_JOBID", "0");
-  SetEnvironment("OVC_JOBSLOT", "3");
-  SetEnvironment("OVC_HOST", "node7");
+  job.Set("0");
+  slot.Set("3");
+  host.Set("node7");
   const std::string copy = (folder / "run.v2_NODE7_3.afi").string();
   EXPECT_EQ(DatasetForJobSlot(deck), copy);
   EXPECT_EQ(TestFolder::Read(copy), "deck");
@@ -54,7 +53,7 @@ TEST_F(JobSlot, CopiesTheDatasetToANameOfItsOwn) {
 }
 
 TEST_F(JobSlot, KeepsTheDatasetWhereItCantBeCopied) {
-  SetEnvironment("OVC_JOBID", "12");
+  job.Set("12");
   const std::string nowhere = (folder / "no.such/deck").string();
   EXPECT_EQ(DatasetForJobSlot(nowhere), nowhere);
 }
@@ -73,10 +72,12 @@ TEST(JobSession, KnowsItsScenarioInABatchJob) {
     const char* scenario;
     int32_t number;
   };
+  ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
+  ScopedVariable job("LSB_JOBID");
   EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, 0);
-  SetEnvironment("LSB_JOBID", "77");
+  job.Set("77");
   for (const Case& c : {Case{"", 0}, {"0", 1}, {"4", 5}, {"0123456789012345", 0}}) {
-    SetEnvironment("LSF_TESSEL_SCENARIO", c.scenario);
+    scenario.Set(c.scenario);
     EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, c.number) << c.scenario;
   }
   EXPECT_FALSE(SessionOfNothing(settings).StopIfRunning());

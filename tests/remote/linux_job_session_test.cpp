@@ -82,8 +82,8 @@ TEST(LinuxJobSession, HandsTheDialoguesConnectionToTheConnector) {
 }
 
 TEST(LinuxJobSession, TellsTheBatchScenario) {
-  test::SetEnvironment("LSB_JOBID", "77");
-  test::SetEnvironment("LSF_TESSEL_SCENARIO", "4");
+  const test::ScopedVariable job("LSB_JOBID", "77");
+  const test::ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
   ScriptedPeer peer;
   peer.ReplyBytes(Framed("3")).ExpectBytes(Framed("1") + Framed("5") + Framed("/fields/north/"));
   peer.ExpectBytes(Framed("NORTH.v2") + Framed("4") + Framed("20172"));
@@ -94,7 +94,6 @@ TEST(LinuxJobSession, TellsTheBatchScenario) {
   std::string message;
   EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
   EXPECT_EQ(message, "no");
-  test::SetEnvironment("LSF_TESSEL_SCENARIO", "");
 }
 
 TEST(LinuxJobSession, ShowsWhatTheFactoryAnswers) {
@@ -154,7 +153,7 @@ TEST(LinuxJobSession, TellsWhereTheConnectionBroke) {
 TEST(LinuxJobSession, NamesAnIntegerThatIsThrown) {
   class Integers : public test::PassingCalls {
    public:
-    bool StartUp() override { throw 10061; }
+    std::optional<uint32_t> FindHost(const std::string&) override { throw 10061; }
   } calls;
   const platform::SocketCallsOverride override(calls);
   LinkSettings settings;

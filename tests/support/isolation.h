@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 namespace gantry::test {
 
@@ -8,7 +10,22 @@ namespace gantry::test {
 /// `folder`.
 void IsolateSettings(const std::filesystem::path& folder);
 
-/// Sets a variable of this process's environment.
-void SetEnvironment(const char* name, const std::string& value);
+/// Sets a variable of this process's environment, or takes it out.
+void SetEnvironment(const char* name, const std::optional<std::string>& value);
+
+/// While it lives, a variable of the environment has another value, or none.
+class ScopedVariable {
+ public:
+  explicit ScopedVariable(const char* name, const std::optional<std::string>& value = {});
+  ~ScopedVariable() { SetEnvironment(name_, before_); }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+  void Set(const std::optional<std::string>& value) { SetEnvironment(name_, value); }
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
 
 }  // namespace gantry::test

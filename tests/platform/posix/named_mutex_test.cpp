@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "support/isolation.h"
 #include "support/test_folder.h"
 
 namespace gantry::platform {
@@ -76,8 +77,8 @@ TEST_F(Mutex, NoNameLeadsOutOfTheFolderAndNoTwoMeet) {
 }
 
 TEST_F(Mutex, WithoutARuntimeFolderUsesOneOfTheUsersOwnAndRefusesAnyOther) {
-  ::unsetenv("XDG_RUNTIME_DIR");
-  ::setenv("TMPDIR", folder_.Path().c_str(), 1);
+  const test::ScopedVariable runtime("XDG_RUNTIME_DIR");
+  const test::ScopedVariable temporary("TMPDIR", folder_.Path().string());
   const fs::path own = folder_ / ("gantry-" + std::to_string(::geteuid()));
   EXPECT_EQ(NamedMutex::TryAcquire("S").outcome, Outcome::kTaken);
   EXPECT_EQ(fs::status(own).permissions(), fs::perms::owner_all);
@@ -91,7 +92,6 @@ TEST_F(Mutex, WithoutARuntimeFolderUsesOneOfTheUsersOwnAndRefusesAnyOther) {
   fs::permissions(folder_ / "elsewhere", fs::perms::owner_all);
   fs::create_directory_symlink(folder_ / "elsewhere", own);
   EXPECT_EQ(NamedMutex::TryAcquire("S").outcome, Outcome::kUnavailable) << "a link";
-  ::unsetenv("TMPDIR");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "platform/dynamic_library.h"
+#include "support/isolation.h"
 
 namespace gantry::platform {
 namespace {
@@ -29,7 +30,7 @@ class OwnDisplay {
     char c = 0;
     while (::read(ready[0], &c, 1) == 1 && c != '\n') name_ += c;
     ::close(ready[0]);
-    if (!name_.empty()) ::setenv("DISPLAY", (":" + name_).c_str(), 1);
+    if (!name_.empty()) display_.Set(":" + name_);
   }
   ~OwnDisplay() { End(); }
   OwnDisplay(const OwnDisplay&) = delete;
@@ -46,6 +47,7 @@ class OwnDisplay {
  private:
   pid_t server_ = 0;
   std::string name_;
+  test::ScopedVariable display_{"DISPLAY"};
 };
 
 /// One window on the display, made through the display's own library.
@@ -93,9 +95,9 @@ TEST(Window, IsOneThatTheDisplayKnows) {
 }
 
 TEST(Window, WithoutADisplayNothingIsOne) {
-  ::unsetenv("DISPLAY");
+  test::ScopedVariable display("DISPLAY");
   EXPECT_FALSE(IsWindow(reinterpret_cast<void*>(1UL)));
-  ::setenv("DISPLAY", "no such display", 1);
+  display.Set("no such display");
   EXPECT_FALSE(IsWindow(reinterpret_cast<void*>(1UL)));
 }
 

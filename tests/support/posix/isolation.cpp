@@ -6,8 +6,8 @@ namespace gantry::test {
 
 namespace fs = std::filesystem;
 
-void SetEnvironment(const char* name, const std::string& value) {
-  ::setenv(name, value.c_str(), 1);
+void SetEnvironment(const char* name, const std::optional<std::string>& value) {
+  value ? ::setenv(name, value->c_str(), 1) : ::unsetenv(name);
 }
 
 void IsolateSettings(const fs::path& folder) {

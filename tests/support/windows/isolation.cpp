@@ -6,8 +6,8 @@
 
 namespace gantry::test {
 
-void SetEnvironment(const char* name, const std::string& value) {
-  ::_putenv_s(name, value.c_str());
+void SetEnvironment(const char* name, const std::optional<std::string>& value) {
+  ::_putenv_s(name, value.value_or("").c_str());
 }
 
 // The current user's root becomes a key of this process's own, which is volatile: it is gone with
