@@ -7,6 +7,7 @@
 #include <boost/system/system_error.hpp>
 #include <gtest/gtest.h>
 
+#include "support/free_ports.h"
 #include "support/raised.h"
 
 namespace gantry {
@@ -14,8 +15,7 @@ namespace {
 
 using test::Raised;
 
-/// A port on which nobody listens, for now.
-uint16_t FreePort() { return TcpListener(0).Port(); }
+uint16_t FreePort() { return static_cast<uint16_t>(test::FreePorts()); }
 
 TEST(Connecting, GivesUpOnceTheWholeSecondsExceedTheLimit) {
   const auto start = std::chrono::steady_clock::now();

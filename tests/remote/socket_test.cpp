@@ -336,7 +336,7 @@ TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
 }
 
 TEST(SocketServer, TakesOnePeerAfterAnother) {
-  const uint16_t port = static_cast<uint16_t>(test::FreePorts(1));
+  const uint16_t port = static_cast<uint16_t>(test::FreePorts());
   SocketServer server(port, 5);
   SocketClient client("127.0.0.1", port);
   const std::unique_ptr<Socket> accepted = server.Accept();
@@ -352,7 +352,7 @@ TEST(SocketServer, AcceptGivesNothingWhenNobodyWaitsAndThrowsOnFailure) {
     bool IsWouldBlock(int) override { return nobodyWaits; }
     bool nobodyWaits = true;
   } calls;
-  SocketServer server(static_cast<uint16_t>(test::FreePorts(1)), 5);
+  SocketServer server(static_cast<uint16_t>(test::FreePorts()), 5);
   const platform::SocketCallsOverride override(calls);
   EXPECT_EQ(server.Accept(), nullptr);
   calls.nobodyWaits = false;
@@ -360,7 +360,7 @@ TEST(SocketServer, AcceptGivesNothingWhenNobodyWaitsAndThrowsOnFailure) {
 }
 
 TEST(SocketServer, OnATakenPortIsInvalid) {
-  const uint16_t port = static_cast<uint16_t>(test::FreePorts(1));
+  const uint16_t port = static_cast<uint16_t>(test::FreePorts());
   EXPECT_EQ(IsPortFree(port), 0);
   const SocketServer server(port, 5);
   EXPECT_EQ(IsPortFree(port), -2);

@@ -2,8 +2,8 @@
 
 namespace gantry::test {
 
-/// The first of `count` neighbouring ports of the loopback that nobody listens on. Test processes
-/// that run side by side get different ones.
-int FreePorts(int count);
+/// The first of up to seven neighbouring ports that nobody uses. They are this caller's until the
+/// process ends: no other call gets them, of this process or of one that runs beside it.
+int FreePorts(int count = 1);
 
 }  // namespace gantry::test

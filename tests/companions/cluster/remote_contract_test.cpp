@@ -23,7 +23,7 @@ class RemoteRig {
   static constexpr bool kSetsInjection = kVersionCode >= kVersion2017_2;
 
   explicit RemoteRig(SimulatedField& field)
-      : port_(static_cast<uint16_t>(FreePorts(1))), listener_(port_, 1) {
+      : port_(static_cast<uint16_t>(FreePorts())), listener_(port_, 1) {
     peer_.Greet()
         .Serve([&field](const Entries& request) { return AnswerOnWire(field, request); })
         .Start();

@@ -9,6 +9,7 @@
 #include "client/tcp_connection.h"
 #include "client/v2017_2/intersect_client.h"
 #include "sample_deck.h"
+#include "support/free_ports.h"
 #include "support/test_folder.h"
 
 namespace gantry::simulator::test {
@@ -20,8 +21,7 @@ struct Outcome {
   std::string errors;
 };
 
-/// A port that nobody listened on a moment ago.
-uint16_t FreePort() { return TcpListener(0).Port(); }
+uint16_t FreePort() { return static_cast<uint16_t>(gantry::test::FreePorts()); }
 
 class Tanksim : public testing::Test {
  protected:
