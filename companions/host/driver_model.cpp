@@ -155,7 +155,7 @@ DriverModel::~DriverModel() {
 // An exception that the module lets out is its failure, not the host's end.
 int32_t DriverModel::CallGuarded(Command command, void* data, uint32_t value) {
   try {
-    return api_.ExtCmd(model_, nullptr, command, data, value, &error_);
+    return api_.ExtCmd(model_, window_, command, data, value, &error_);
   } catch (const std::exception& error) {
     const std::string text =
         fmt::format("The module failed in {}: {}", CommandName(command), error.what());

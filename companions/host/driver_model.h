@@ -122,8 +122,8 @@ class DriverModel {
   void DeletePublished(int handle);
   void WriteEquipmentXml(const std::string& path, bool withVariables,
                          const std::vector<std::string>& wells);
-  /// Opens a dialog without a parent window: 5 or 104.
-  void OpenDialog(Command command);
+  /// Opens a dialog (5 or 104) over a window; whether the user accepted it.
+  bool OpenDialog(Command command, void* window);
 
  private:
   /// One call of ExtCmd. `arguments` and `outcome` compose what the trace shows, and are called
@@ -134,11 +134,13 @@ class DriverModel {
   int32_t Call(Command command, void* data, uint32_t value, Arguments arguments);
   int32_t Call(Command command, void* data = nullptr, uint32_t value = 0);
   int32_t CallGuarded(Command command, void* data, uint32_t value);
+
   [[noreturn]] void Fail(const std::string& what) const;
 
   const ModuleApi& api_;
   CallTrace* trace_;
   void* model_ = nullptr;
+  void* window_ = nullptr;  ///< of the dialog that is being opened
   ExtErrorBlock error_{};
   std::unique_ptr<_tGetSetData> record_;
 };

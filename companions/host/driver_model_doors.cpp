@@ -101,10 +101,16 @@ void DriverModel::WriteEquipmentXml(const std::string& path, bool withVariables,
   if (result != 0) throw DriverFailure("The module couldn't write the description " + path);
 }
 
-void DriverModel::OpenDialog(Command command) {
+bool DriverModel::OpenDialog(Command command, void* window) {
   int32_t changed = 0;
+  window_ = window;
   const int32_t result = Call(command, &changed, 0, [] { return std::string(); });
-  if (result != 0) Fail(fmt::format("open its dialog ({})", CommandName(command)));
+  window_ = nullptr;
+  // A refusal comes with a text; a dialog that was cancelled has none.
+  if (result != 0 && !FieldText(error_.text).empty()) {
+    Fail(fmt::format("open its dialog ({})", CommandName(command)));
+  }
+  return result == 0;
 }
 
 }  // namespace gantry::fieldrun

@@ -31,19 +31,6 @@ void LoadInto(DriverModel& model, const std::string& path, bool keepDataset) {
   model.LoadCase(ReadFile(path), casePath, keepDataset);
 }
 
-// A model as the one-shot verbs want it: with the case's settings or a saved block, and with the
-// simulator started when the command line asks for it.
-void Prepare(DriverModel& model, const CaseModel& caseModel, const Options& options) {
-  model.SetLabel(caseModel.general.title);
-  model.SetStoreFile(caseModel.simulator.storeFile, true);
-  if (options.blockFile.empty()) {
-    ApplySettings(model, caseModel, DefaultSimulator());
-  } else {
-    LoadInto(model, options.blockFile, false);
-  }
-  if (options.start) model.Do("Intersect.StartIX()");
-}
-
 void SaveIfAsked(DriverModel& model, const Options& options) {
   if (!options.saveFile.empty()) WriteFile(options.saveFile, model.SaveCase());
 }
@@ -73,10 +60,21 @@ void ListVariables(DriverModel& model, bool asJson) {
 
 }  // namespace
 
+void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options& options) {
+  model.SetLabel(caseModel.general.title);
+  model.SetStoreFile(caseModel.simulator.storeFile, true);
+  if (options.blockFile.empty()) {
+    ApplySettings(model, caseModel, DefaultSimulator());
+  } else {
+    LoadInto(model, options.blockFile, false);
+  }
+  if (options.start) model.Do("Intersect.StartIX()");
+}
+
 void GetProperties(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
+  PrepareModel(model, caseModel, session.options);
   PrintedRow values;
   for (const std::string& path : session.options.paths) values.push_back({path, model.Get(path)});
   if (session.options.json) {
@@ -90,7 +88,7 @@ void GetProperties(const Session& session) {
 void SetOneProperty(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
+  PrepareModel(model, caseModel, session.options);
   model.Set(session.options.path, session.options.value);
   SaveIfAsked(model, session.options);
 }
@@ -98,7 +96,7 @@ void SetOneProperty(const Session& session) {
 void DoOneCommand(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
+  PrepareModel(model, caseModel, session.options);
   model.Do(session.options.command);
   SaveIfAsked(model, session.options);
 }
@@ -106,7 +104,7 @@ void DoOneCommand(const Session& session) {
 void SaveBlock(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
+  PrepareModel(model, caseModel, session.options);
   WriteFile(session.options.file, model.SaveCase());
 }
 
@@ -137,7 +135,7 @@ void ServeVariables(const Session& session) {
   for (const std::string& text : options.additions) additions.push_back(ParseChoice(text));
   const CaseModel caseModel = ReadCaseOf(options);
   DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, options);
+  PrepareModel(model, caseModel, options);
   for (const int handle : options.deleteHandles) model.DeletePublished(handle);
   Publish(model, additions, caseModel.simulator.storeFile);
   const bool isChanged = !additions.empty() || !options.deleteHandles.empty();
@@ -154,30 +152,9 @@ void ServeVariables(const Session& session) {
 void Describe(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
+  PrepareModel(model, caseModel, session.options);
   model.WriteEquipmentXml(session.options.file, !session.options.noVariables,
                           session.options.wells);
-}
-
-void OpenConfiguration(const Session& session) {
-  if (session.trace != nullptr) session.trace->Begin("ExtConfigure", "window=0");
-  const int32_t result = session.api.ExtConfigure(nullptr);
-  if (session.trace != nullptr) session.trace->End(result, "");
-  throw DriverFailure("The module shows no configuration dialog: no dialogs are available yet");
-}
-
-void OpenSettings(const Session& session) {
-  const CaseModel caseModel = ReadCaseOf(session.options);
-  DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
-  model.OpenDialog(kEdit);
-}
-
-void OpenExport(const Session& session) {
-  const CaseModel caseModel = ReadCaseOf(session.options);
-  DriverModel model(session.api, session.trace);
-  Prepare(model, caseModel, session.options);
-  model.OpenDialog(kEditPublishedVariables);
 }
 
 }  // namespace gantry::fieldrun

@@ -39,6 +39,10 @@ std::string DefaultSimulator();
 /// Reads the case of the command line, with what the command line puts in place of its words.
 CaseModel ReadCaseOf(const Options& options);
 
+/// A model as the one-shot verbs want it: with the case's settings or a saved block, and with the
+/// simulator started when the command line asks for it.
+void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options& options);
+
 /// Prints rows as JSON, or as `line` gives each.
 void Print(const std::vector<PrintedRow>& rows, bool asJson);
 

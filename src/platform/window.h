@@ -6,4 +6,8 @@ namespace gantry::platform {
 /// that the display knows. Null is no window, and without a display nothing is.
 bool IsWindow(void* window);
 
+/// What a program without a window of its own shows its dialogs over: the console's window on
+/// Windows, else the screen. Null without a display.
+void* ScreenWindow();
+
 }  // namespace gantry::platform

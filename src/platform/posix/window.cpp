@@ -20,6 +20,16 @@ struct xcb_get_window_attributes_cookie_t {
   unsigned int sequence;
 };
 
+struct xcb_setup_t;
+struct xcb_screen_t {
+  uint32_t root;  // what follows isn't asked for
+};
+struct xcb_screen_iterator_t {
+  xcb_screen_t* data;
+  int remaining;
+  int index;
+};
+
 struct Xcb {
   std::unique_ptr<DynamicLibrary> library = DynamicLibrary::Open("libxcb.so.1");
 
@@ -31,12 +41,17 @@ struct Xcb {
   void* (*get_window_attributes_reply)(xcb_connection_t*, xcb_get_window_attributes_cookie_t,
                                        xcb_generic_error_t** error) = nullptr;
 
+  const xcb_setup_t* (*get_setup)(xcb_connection_t*) = nullptr;
+  xcb_screen_iterator_t (*setup_roots_iterator)(const xcb_setup_t*) = nullptr;
+
   bool Load() {
     return library != nullptr && Find(connect, "xcb_connect") &&
            Find(connection_has_error, "xcb_connection_has_error") &&
            Find(disconnect, "xcb_disconnect") &&
            Find(get_window_attributes, "xcb_get_window_attributes") &&
-           Find(get_window_attributes_reply, "xcb_get_window_attributes_reply");
+           Find(get_window_attributes_reply, "xcb_get_window_attributes_reply") &&
+           Find(get_setup, "xcb_get_setup") &&
+           Find(setup_roots_iterator, "xcb_setup_roots_iterator");
   }
 
  private:
@@ -57,18 +72,34 @@ bool DisplayKnows(const Xcb& xcb, xcb_connection_t* connection, uint32_t window)
   return known;
 }
 
+/// Asks the display one thing; `none` where there is no display.
+template <class Answer, class Question>
+Answer AskDisplay(Answer none, Question question) {
+  if (std::getenv("DISPLAY") == nullptr) return none;
+  Xcb xcb;
+  if (!xcb.Load()) return none;
+  xcb_connection_t* connection = xcb.connect(nullptr, nullptr);
+  const Answer answer =
+      xcb.connection_has_error(connection) == 0 ? question(xcb, connection) : none;
+  xcb.disconnect(connection);
+  return answer;
+}
+
 }  // namespace
 
 bool IsWindow(void* window) {
   const auto id = reinterpret_cast<uintptr_t>(window);
-  if (id == 0 || id > UINT32_MAX || std::getenv("DISPLAY") == nullptr) return false;
-  Xcb xcb;
-  if (!xcb.Load()) return false;
-  xcb_connection_t* connection = xcb.connect(nullptr, nullptr);
-  const bool known = xcb.connection_has_error(connection) == 0 &&
-                     DisplayKnows(xcb, connection, static_cast<uint32_t>(id));
-  xcb.disconnect(connection);
-  return known;
+  if (id == 0 || id > UINT32_MAX) return false;
+  return AskDisplay(false, [id](const Xcb& xcb, xcb_connection_t* connection) {
+    return DisplayKnows(xcb, connection, static_cast<uint32_t>(id));
+  });
+}
+
+void* ScreenWindow() {
+  return AskDisplay<void*>(nullptr, [](const Xcb& xcb, xcb_connection_t* connection) {
+    const xcb_screen_t* screen = xcb.setup_roots_iterator(xcb.get_setup(connection)).data;
+    return screen != nullptr ? reinterpret_cast<void*>(uintptr_t{screen->root}) : nullptr;
+  });
 }
 
 }  // namespace gantry::platform

@@ -6,4 +6,9 @@ namespace gantry::platform {
 
 bool IsWindow(void* window) { return ::IsWindow(static_cast<HWND>(window)) != 0; }
 
+void* ScreenWindow() {
+  const HWND console = ::GetConsoleWindow();
+  return console != nullptr ? console : ::GetDesktopWindow();
+}
+
 }  // namespace gantry::platform
