@@ -14,15 +14,18 @@ namespace gantry::test {
 std::unique_ptr<PrivateDisplay> PrivateDisplay::Start(std::string& reason) {
   int ends[2];
   if (::pipe(ends) != 0) return nullptr;
-  std::string descriptor = std::to_string(ends[1]);
-  std::string words[] = {"Xvfb", "-displayfd",   descriptor,  "-screen",
+  // Ends with its last client, whatever becomes of this process, and holds none of its files.
+  std::string words[] = {"Xvfb", "-displayfd",   "3",         "-terminate", "-screen",
                          "0",    "1600x1200x24", "-nolisten", "tcp"};
   char* arguments[std::size(words) + 1] = {};
   for (size_t i = 0; i < std::size(words); ++i) arguments[i] = words[i].data();
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", 1, 0);
-  posix_spawn_file_actions_addclose(&actions, ends[0]);
+  for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
+    posix_spawn_file_actions_addopen(&actions, output, "/dev/null", 1, 0);
+  }
+  posix_spawn_file_actions_adddup2(&actions, ends[1], 3);
+  posix_spawn_file_actions_addclosefrom_np(&actions, 4);
   pid_t process = 0;
   const int failure = ::posix_spawnp(&process, "Xvfb", &actions, nullptr, arguments, environ);
   posix_spawn_file_actions_destroy(&actions);

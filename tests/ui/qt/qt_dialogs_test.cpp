@@ -76,7 +76,10 @@ class OpenDialog {
     At<QWidget>(id)->setFocus();
     QTest::keyClick(At<QWidget>(id), Qt::Key_Down);
   }
-  void Press(Qt::Key key) const { QTest::keyClick(QApplication::focusWidget(), key); }
+  void Press(Qt::Key key) const {
+    QWidget* const focus = dialog_.focusWidget();
+    QTest::keyClick(focus != nullptr ? focus : &dialog_, key);
+  }
   QWidget& Window() const { return dialog_; }
 
  private:

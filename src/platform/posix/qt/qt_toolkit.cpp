@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include <xcb/xcb.h>
+
 #include "platform/dialog_toolkit_library.h"
 #include "platform/posix/qt/qt_dialog.h"
 #include "platform/posix/qt/qt_picture.h"
@@ -21,12 +23,21 @@ bool HasDisplayPlugin() {
   return QPluginLoader(folder + QStringLiteral("/platforms/libqxcb.so")).load();
 }
 
+struct Disconnect {
+  void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
 /// The application object that Qt wants: the host's own, or one for the length of a dialog, so that
 /// nothing of the display is held in between.
 class ApplicationScope {
  public:
   ApplicationScope() {
     if (QCoreApplication::instance() != nullptr || !HasDisplayPlugin()) return;
+    // Qt ends the process over a display that refuses it. One with a client refuses no other: some
+    // are away for a moment when their last client leaves.
+    display_.reset(xcb_connect(nullptr, nullptr));
+    if (xcb_connection_has_error(display_.get()) != 0) return;
     const std::string locale = std::setlocale(LC_ALL, nullptr);
     own_ = std::make_unique<QApplication>(count_, arguments_);
     std::setlocale(LC_ALL, locale.c_str());  // the host's own business
@@ -45,6 +56,7 @@ class ApplicationScope {
   char platform_[4] = "xcb";
   char* arguments_[4] = {name_, platformOption_, platform_, nullptr};
   int count_ = 3;
+  Connection display_;
   std::unique_ptr<QApplication> own_;
 };
 
