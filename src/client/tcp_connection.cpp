@@ -7,6 +7,8 @@
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>
 
+#include "platform/sockets.h"
+
 namespace gantry {
 
 namespace asio = boost::asio;
@@ -46,6 +48,7 @@ struct TcpConnection::Socket {
     return false;
   }
 
+  platform::SocketLibrary library;
   asio::io_service service;
   tcp::socket socket;
 };
@@ -88,8 +91,10 @@ void TcpConnection::Write(std::span<const std::byte> bytes) {
 
 struct TcpListener::Acceptor {
   explicit Acceptor(uint16_t port)
-      : acceptor(service, tcp::endpoint(asio::ip::address_v4::loopback(), port)) {}
+      : acceptor(service, tcp::endpoint(asio::ip::address_v4::loopback(), port),
+                 platform::kListenerReusesAddress) {}
 
+  platform::SocketLibrary library;
   asio::io_service service;
   tcp::acceptor acceptor;
 };

@@ -1,5 +1,7 @@
 #include "platform/sockets.h"
 
+#include <stdexcept>
+
 namespace gantry::platform {
 
 namespace {
@@ -15,5 +17,11 @@ SocketCallsOverride::SocketCallsOverride(SocketCalls& calls) : previous_(replace
 }
 
 SocketCallsOverride::~SocketCallsOverride() { replacement = previous_; }
+
+SocketLibrary::SocketLibrary() {
+  if (!SystemSockets().StartUp()) throw std::runtime_error("The socket library can't be started");
+}
+
+SocketLibrary::~SocketLibrary() { SystemSockets().CleanUp(); }
 
 }  // namespace gantry::platform

@@ -68,4 +68,18 @@ class SocketCallsOverride {
 
 SocketCalls& SystemSockets();
 
+/// Whether a listener asks for the reuse of its address, so that it gets a port that connections of
+/// the past still hold. Not on Windows, where the same wish takes a port from who listens on it.
+extern const bool kListenerReusesAddress;
+
+/// Keeps the system's socket library started while it lives, beside whoever else has started it.
+/// Throws runtime_error when it won't start.
+class SocketLibrary {
+ public:
+  SocketLibrary();
+  ~SocketLibrary();
+  SocketLibrary(const SocketLibrary&) = delete;
+  SocketLibrary& operator=(const SocketLibrary&) = delete;
+};
+
 }  // namespace gantry::platform

@@ -12,6 +12,8 @@
 #include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
 
+#include "platform/sockets.h"
+
 namespace gantry::test {
 
 namespace asio = boost::asio;
@@ -219,6 +221,7 @@ struct FieldPeer::Play {
   }
 
   FieldPeer& field;
+  platform::SocketLibrary library;
   asio::io_context context;
   tcp::acceptor acceptor;
   std::thread thread;

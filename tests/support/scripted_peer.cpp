@@ -11,6 +11,8 @@
 #include <boost/asio/write.hpp>
 #include <gtest/gtest.h>
 
+#include "platform/sockets.h"
+
 namespace gantry::test {
 
 namespace asio = boost::asio;
@@ -82,6 +84,7 @@ struct ScriptedPeer::Play {
     acceptor.close(ignored);
   }
 
+  platform::SocketLibrary library;
   asio::io_context context;
   tcp::acceptor acceptor;
   tcp::socket socket;

@@ -14,6 +14,8 @@
 
 namespace gantry::platform {
 
+const bool kListenerReusesAddress = true;
+
 namespace {
 
 constexpr int kPauseMilliseconds = 100;

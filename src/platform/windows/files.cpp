@@ -1,5 +1,8 @@
 #include "platform/files.h"
 
+#include <algorithm>
+#include <atomic>
+
 #include "platform/windows/win32.h"
 
 namespace gantry::platform {
@@ -7,6 +10,19 @@ namespace gantry::platform {
 const char kPathSeparator = '\\';
 
 namespace {
+
+/// One call moves no more than 32 bits can count, and may move less than it was asked for.
+template <class Move>
+bool InPieces(size_t length, Move move) {
+  constexpr size_t kMost = size_t{1} << 30;
+  for (size_t done = 0; done < length;) {
+    DWORD moved = 0;
+    if (move(done, static_cast<DWORD>(std::min(length - done, kMost)), moved) == 0) return false;
+    if (moved == 0) return false;
+    done += moved;
+  }
+  return true;
+}
 
 class WindowsFile : public NativeFile {
  public:
@@ -18,15 +34,15 @@ class WindowsFile : public NativeFile {
   intptr_t Handle() const override { return reinterpret_cast<intptr_t>(handle_); }
 
   bool Write(const void* bytes, size_t length) override {
-    DWORD written = 0;
-    return WriteFile(handle_, bytes, static_cast<DWORD>(length), &written, nullptr) != 0 &&
-           written == length;
+    return InPieces(length, [&](size_t done, DWORD piece, DWORD& moved) {
+      return WriteFile(handle_, static_cast<const char*>(bytes) + done, piece, &moved, nullptr);
+    });
   }
 
   bool Read(void* bytes, size_t length) override {
-    DWORD read = 0;
-    return ReadFile(handle_, bytes, static_cast<DWORD>(length), &read, nullptr) != 0 &&
-           read == length;
+    return InPieces(length, [&](size_t done, DWORD piece, DWORD& moved) {
+      return ReadFile(handle_, static_cast<char*>(bytes) + done, piece, &moved, nullptr);
+    });
   }
 
   uint64_t Remaining() const override {
@@ -48,8 +64,23 @@ class WindowsFile : public NativeFile {
 };
 
 HANDLE OpenExisting(const std::string& path) {
-  return CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  return CreateFileA(path.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                     FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+/// A new file beside `path`, under a name that nobody has.
+HANDLE CreateBeside(const std::string& path, std::string& name) {
+  static std::atomic<unsigned> counter{0};
+  constexpr int kMostTries = 100;
+  for (int i = 0; i < kMostTries; ++i) {
+    name = path + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter) +
+           ".new";
+    HANDLE handle = CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
+                                nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return handle;
+  }
+  return INVALID_HANDLE_VALUE;
 }
 
 class WindowsReplacement : public ReplacementFile {
@@ -64,9 +95,11 @@ class WindowsReplacement : public ReplacementFile {
   NativeFile& File() override { return file_; }
 
   bool Commit() override {
+    if (committed_) return true;
     if (!file_.Flush()) return false;
     file_.Close();
-    committed_ = MoveFileExA(aside_.c_str(), path_.c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+    committed_ = MoveFileExA(aside_.c_str(), path_.c_str(),
+                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     return committed_;
   }
 
@@ -96,13 +129,15 @@ bool CopyFileOver(const std::string& from, const std::string& to) {
 std::unique_ptr<NativeFile> NativeFile::OpenForReading(const std::string& path) {
   HANDLE handle = OpenExisting(path);
   if (handle == INVALID_HANDLE_VALUE) return nullptr;
-  return std::make_unique<WindowsFile>(handle);
+  auto file = std::make_unique<WindowsFile>(handle);
+  return GetFileType(handle) == FILE_TYPE_DISK ? std::move(file) : nullptr;
 }
 
 std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path) {
-  const std::string aside = path + "." + std::to_string(GetCurrentProcessId()) + ".new";
-  HANDLE handle = CreateFileA(aside.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                              CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const DWORD old = GetFileAttributesA(path.c_str());
+  if (old != INVALID_FILE_ATTRIBUTES && (old & FILE_ATTRIBUTE_DIRECTORY) != 0) return nullptr;
+  std::string aside;
+  HANDLE handle = CreateBeside(path, aside);
   if (handle == INVALID_HANDLE_VALUE) return nullptr;
   return std::make_unique<WindowsReplacement>(handle, aside, path);
 }

@@ -23,8 +23,12 @@ class WindowsMutex : public NamedMutex {
 std::unique_ptr<NamedMutex> NamedMutex::Acquire(const std::string& name) {
   HANDLE handle = CreateMutexA(nullptr, FALSE, name.c_str());
   if (handle == nullptr) return nullptr;
-  WaitForSingleObject(handle, INFINITE);
-  return std::make_unique<WindowsMutex>(handle);
+  const DWORD outcome = WaitForSingleObject(handle, INFINITE);
+  if (outcome == WAIT_OBJECT_0 || outcome == WAIT_ABANDONED) {
+    return std::make_unique<WindowsMutex>(handle);
+  }
+  CloseHandle(handle);
+  return nullptr;
 }
 
 // A name counts as held as long as anybody has a handle on it, whichever thread owns the mutex.

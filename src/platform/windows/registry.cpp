@@ -26,7 +26,7 @@ class WindowsKey : public RegistryKey {
   std::optional<uint32_t> ReadNumber(const std::string& name) override {
     uint32_t number = 0;
     DWORD size = sizeof number;
-    if (!Query(name, REG_DWORD, &number, &size)) return std::nullopt;
+    if (!Query(name, REG_DWORD, &number, &size) || size != sizeof number) return std::nullopt;
     return number;
   }
 

@@ -5,11 +5,19 @@
 
 #include "platform/windows/win32.h"
 //
+#include <boost/asio/detail/winsock_init.hpp>
 #include <ws2tcpip.h>
 
 namespace gantry::platform {
 
+const bool kListenerReusesAddress = false;
+
 namespace {
+
+/// Made before every other global object: without it Boost.Asio starts the socket library from one
+/// of its own, which a DLL must not do while it is being loaded. Whoever uses Asio holds a
+/// `SocketLibrary` instead.
+[[gnu::init_priority(101)]] const boost::asio::detail::winsock_init<>::manual startedByItsUsers;
 
 constexpr WORD kLibraryVersion = 2;
 constexpr DWORD kPauseMilliseconds = 100;
