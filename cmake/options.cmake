@@ -13,8 +13,9 @@ endif()
 
 if(WIN32)
   add_compile_definitions(_WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
-  # The host's machine has nothing of ours but these files.
+  # The host's machine has nothing of ours but these files, under the names that it looks up.
   add_link_options(-static)
+  set(CMAKE_SHARED_LIBRARY_PREFIX "")
 endif()
 
 find_program(GANTRY_CCACHE ccache)
@@ -42,16 +43,21 @@ if(GANTRY_SANITIZE)
   endif()
 endif()
 
-# gantry_export_only(LIBRARY): lets out only what the platform's list of exports names, which stands
-# as posix/LIBRARY.map or windows/LIBRARY.def beside the library's sources; the library's file is
-# named as a host on that platform looks it up.
+# gantry_export_only(LIBRARY): lets out only what the platform's list of exports names:
+# posix/LIBRARY.map or windows/LIBRARY.def beside the library's sources.
 function(gantry_export_only library)
   if(WIN32)
     target_sources(${library} PRIVATE windows/${library}.def)
-    set_target_properties(${library} PROPERTIES PREFIX "")
     return()
   endif()
   set(exports ${CMAKE_CURRENT_SOURCE_DIR}/posix/${library}.map)
   target_link_options(${library} PRIVATE -Wl,--version-script=${exports})
   set_target_properties(${library} PROPERTIES LINK_DEPENDS ${exports})
+endfunction()
+
+# gantry_program(TARGET): makes a program read and write its texts in UTF-8 on every platform.
+function(gantry_program target)
+  if(WIN32)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows/program.rc)
+  endif()
 endfunction()

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "host/case_reader.h"
+#include "platform/file_path.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -31,7 +32,7 @@ void CheckSimulator(const CaseModel& model) {
   if (isCluster && simulator.headNode.empty()) {
     model.Fail(simulator.LineOf("connection"), "a cluster needs its head_node");
   }
-  if (!isCluster && !fs::is_regular_file(simulator.deck)) {
+  if (!isCluster && !fs::is_regular_file(platform::PathOf(simulator.deck))) {
     model.Fail(simulator.LineOf("deck"), fmt::format("no such dataset: {}", simulator.deck));
   }
 }

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "host/case_keys.h"
+#include "platform/file_path.h"
 #include "toml/checked_toml.h"
 
 namespace gantry::fieldrun {
@@ -227,19 +228,20 @@ void Reader::ReadAll(const toml::table& file) {
 }
 
 std::string FromFolder(const fs::path& folder, const std::string& path) {
-  return path.empty() ? path : (folder / path).lexically_normal().string();
+  return path.empty() ? path
+                      : platform::NameOf((folder / platform::PathOf(path)).lexically_normal());
 }
 
 void CompletePaths(CaseModel& model) {
-  const fs::path file = fs::absolute(model.file);
+  const fs::path file = fs::absolute(platform::PathOf(model.file));
   const fs::path folder = file.parent_path();
-  if (model.general.title.empty()) model.general.title = file.stem().string();
+  if (model.general.title.empty()) model.general.title = platform::NameOf(file.stem());
   if (model.general.output.empty()) model.general.output = "results";
   model.general.output = FromFolder(folder, model.general.output);
   model.simulator.deck = FromFolder(folder, model.simulator.deck);
   model.simulator.storeFile = FromFolder(folder, model.simulator.storeFile);
   // A bare name is looked for along the search path by whoever starts it.
-  if (fs::path(model.simulator.executable).has_parent_path()) {
+  if (platform::PathOf(model.simulator.executable).has_parent_path()) {
     model.simulator.executable = FromFolder(folder, model.simulator.executable);
   }
 }
@@ -249,7 +251,7 @@ void CompletePaths(CaseModel& model) {
 CaseModel ReadCase(const std::string& path) {
   CaseModel model;
   model.file = path;
-  if (!fs::is_regular_file(path)) throw CaseError(path, 0, "no such case file");
+  if (!fs::is_regular_file(platform::PathOf(path))) throw CaseError(path, 0, "no such case file");
   try {
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();

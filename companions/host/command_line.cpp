@@ -51,6 +51,7 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const* argv) {
       "Runs a field model in lock-step with a reservoir simulator, through its driver "
       "module.",
       "fieldrun");
+  app.allow_windows_style_options(false);  // a path may begin with a slash anywhere
   app.require_subcommand(1);
   for (const VerbRow& verb : Verbs()) {
     CLI::App* command = app.add_subcommand(std::string(verb.name), std::string(verb.meaning));

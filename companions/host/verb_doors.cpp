@@ -10,6 +10,7 @@
 #include "host/terminal.h"
 #include "host/variable_choice.h"
 #include "host/verbs.h"
+#include "platform/file_path.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -27,7 +28,7 @@ void WriteFile(const std::string& path, const std::string& content) {
 }
 
 void LoadInto(DriverModel& model, const std::string& path, bool keepDataset) {
-  const std::string casePath = std::filesystem::absolute(path).string();
+  const std::string casePath = platform::NameOf(std::filesystem::absolute(platform::PathOf(path)));
   model.LoadCase(ReadFile(path), casePath, keepDataset);
 }
 

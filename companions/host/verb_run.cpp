@@ -11,6 +11,7 @@
 #include "host/run_script.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
+#include "platform/file_path.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -53,7 +54,7 @@ class Listeners : public RunListener {
 
 void MakeFolder(const std::string& folder) {
   std::error_code error;
-  fs::create_directories(folder, error);
+  fs::create_directories(platform::PathOf(folder), error);
   if (error) {
     throw std::runtime_error(
         fmt::format("The folder {} can't be made: {}", folder, error.message()));

@@ -9,6 +9,7 @@
 #include "host/case_reader.h"
 #include "host/terminal.h"
 #include "platform/dynamic_library.h"
+#include "platform/file_path.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "settings/machine_config.h"
@@ -30,11 +31,10 @@ constexpr std::array<VerbFunction, 14> kFunctions{
 
 // Beside the program, as on Windows; else in the lib folder beside its own.
 std::string DefaultModule() {
-  const fs::path folder = platform::ModuleFolder();
+  const fs::path folder = platform::PathOf(platform::ModuleFolder());
   const std::string name = platform::LibraryFileName("Intersect");
-  const fs::path beside = folder / platform::LibraryFileName("Intersect");
-  if (fs::exists(beside)) return beside.string();
-  return (folder / ".." / "lib" / name).lexically_normal().string();
+  if (fs::exists(folder / name)) return platform::NameOf(folder / name);
+  return platform::NameOf((folder / ".." / "lib" / name).lexically_normal());
 }
 
 std::string ValueText(const PrintedValue& value) {
@@ -55,7 +55,8 @@ std::string DefaultSimulator() {
 CaseModel ReadCaseOf(const Options& options) {
   CaseModel model = ReadCase(options.caseFile);
   if (!options.simulator.empty()) model.simulator.executable = options.simulator;
-  if (!options.output.empty()) model.general.output = fs::absolute(options.output).string();
+  if (!options.output.empty())
+    model.general.output = platform::NameOf(fs::absolute(platform::PathOf(options.output)));
   return model;
 }
 

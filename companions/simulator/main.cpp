@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include "client/tcp_connection.h"
+#include "platform/file_path.h"
 #include "simulator/server/controller_session.h"
 #include "simulator/server/message_log.h"
 #include "simulator/tanks/deck_reader.h"
@@ -79,7 +80,7 @@ int Serve(TankSimulator& simulator, const Arguments& arguments) {
   }
   std::unique_ptr<MessageLog> log;
   if (arguments.logsMessages) {
-    log = std::make_unique<MessageLog>(*connection, arguments.base + ".ecreplay");
+    log = std::make_unique<MessageLog>(*connection, platform::PathOf(arguments.base + ".ecreplay"));
   }
   ByteChannel& channel = log ? static_cast<ByteChannel&>(*log) : *connection;
   try {
@@ -94,7 +95,7 @@ int Serve(TankSimulator& simulator, const Arguments& arguments) {
 
 int Run(const Arguments& arguments) {
   try {
-    TankSimulator simulator(ReadDeck(arguments.base + ".afi"));
+    TankSimulator simulator(ReadDeck(platform::PathOf(arguments.base + ".afi")));
     return Serve(simulator, arguments);
   } catch (const DeckError& error) {
     fmt::print(stderr, "{}\n", error.what());
@@ -111,6 +112,7 @@ int Run(const Arguments& arguments) {
 int main(int argc, char** argv) {
   CLI::App app("A reference reservoir simulator of tanks, driven by an external controller.",
                "tanksim");
+  app.allow_windows_style_options(false);  // a path may begin with a slash anywhere
   Arguments arguments;
   std::vector<std::string> driverOptions;
   app.add_option("BASE", arguments.base, "the deck is BASE.afi")->required();

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "client/message_stream.h"
+#include "platform/file_path.h"
 
 namespace gantry::simulator {
 
@@ -86,7 +87,7 @@ std::string Describe(std::span<const std::byte> frame) {
 
 MessageLog::MessageLog(ByteChannel& channel, const std::filesystem::path& file)
     : channel_(channel), file_(file, std::ios::binary) {
-  if (!file_) throw std::runtime_error("can't write the message log " + file.string());
+  if (!file_) throw std::runtime_error("can't write the message log " + platform::NameOf(file));
 }
 
 void MessageLog::Read(std::span<std::byte> bytes) {

@@ -10,6 +10,8 @@
 
 #include "toml/checked_toml.h"
 
+#include "platform/file_path.h"
+
 namespace gantry::simulator {
 
 namespace {
@@ -203,10 +205,11 @@ void DeckTable::Fail(std::string_view key, const std::string& reason) const {
 DeckTable DeckTable::ReadFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   std::ostringstream text;
+  const std::string name = platform::NameOf(file);
   if (!stream || std::filesystem::is_directory(file) || !(text << stream.rdbuf())) {
-    throw DeckError(file.string() + ":1: the deck can't be read");
+    throw DeckError(name + ":1: the deck can't be read");
   }
-  return ReadText(text.str(), file.string());
+  return ReadText(text.str(), name);
 }
 
 }  // namespace gantry::simulator
