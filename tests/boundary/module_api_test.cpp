@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/registry.h"
+#include "settings/machine_config.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
@@ -29,33 +31,28 @@ TEST(ModuleApi, NamesWhatALibraryLacks) {
       << failure;
 }
 
-/// The registry file of this test.
-std::string Registry(const test::TestFolder& folder) {
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path())) {
-    if (entry.path().filename() == "registry.reg") return test::TestFolder::Read(entry.path());
-  }
-  return {};
-}
-
-bool Holds(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
+/// The first port, as the registry holds it.
+std::optional<uint32_t> StoredPort() {
+  return platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey)
+      ->ReadNumber("StartPort");
 }
 
 TEST(ModuleApi, UnloadsTheModuleWithItsConfigurationSaved) {
   const test::TestFolder folder;
   auto module = ModuleApi::Load(MODULE);
   EXPECT_EQ(module->ExtCreateUnit(0, std::vector<char>(80).data()), 1);
-  EXPECT_FALSE(Holds(Registry(folder), "StartPort"));
+  EXPECT_EQ(StoredPort(), std::nullopt);
   module.reset();
-  EXPECT_TRUE(Holds(Registry(folder), "StartPort"));
+  EXPECT_EQ(StoredPort(), 9001u);
 }
 
 TEST(ModuleApi, CopiesAConfigurationFromAnotherPlace) {
   const test::TestFolder folder;
+  platform::RegistryKey::Create(platform::kCurrentUser, "Software\\Other\\Intersect")
+      ->WriteNumber("StartPort", 9500);
   const auto module = ModuleApi::Load(MODULE);
   module->ExtCopyConfigure(reinterpret_cast<void*>(uintptr_t{0x80000001}), "Software\\Other");
-  EXPECT_TRUE(Holds(Registry(folder), "ExtensionDlls100_64\\Intersect]"));
-  EXPECT_TRUE(Holds(Registry(folder), "\"StartPort\""));
+  EXPECT_EQ(StoredPort(), 9500u);
 }
 
 }  // namespace

@@ -146,8 +146,13 @@ TEST(Codec, RefusesASecondMessageBeforeTheFirstHasEnded) {
 struct BadFrame {
   const char* what;
   std::string bytes;
-  const char* failure;
+  std::string failure;
 };
+
+/// What a connection that has come to its end raises, in the system's words.
+const std::string kConnectionEnded =
+    "exception: read: " +
+    boost::system::errc::make_error_code(boost::system::errc::connection_reset).message();
 
 class BadFrames : public testing::TestWithParam<BadFrame> {};
 
@@ -169,10 +174,8 @@ INSTANTIATE_TEST_SUITE_P(
                         "length_error: Incorrect length in header (received: 70000 vs allowed:10)"},
                     BadFrame{"first chunk too long", Word(5) + Word(6),
                              "length_error: Incorrect length in header (received: 6 vs allowed:5)"},
-                    BadFrame{"peer closes inside", Word(5) + Word(5) + "123",
-                             "exception: read: Connection reset by peer"},
-                    BadFrame{"absurd frame", kAbsurd + kAbsurd + "few",
-                             "exception: read: Connection reset by peer"}),
+                    BadFrame{"peer closes inside", Word(5) + Word(5) + "123", kConnectionEnded},
+                    BadFrame{"absurd frame", kAbsurd + kAbsurd + "few", kConnectionEnded}),
     [](const auto& test) {
       std::string name = test.param.what;
       std::replace(name.begin(), name.end(), ' ', '_');

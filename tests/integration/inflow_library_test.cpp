@@ -2,14 +2,13 @@
 
 #include <cstring>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "inflow_calc.h"
 #include "integration/real_run.h"
 #include "model/ext_model.h"
 #include "model/inflow_callbacks.h"
+#include "open_file.h"
 #include "settings/gantry_app.h"
 
 namespace gantry::test {
@@ -18,9 +17,7 @@ namespace {
 /// The ratios that the library stores, by well.
 std::map<std::string, double> StoredRatios(void* handle, const std::filesystem::path& path) {
   constexpr size_t kHeadSize = 16;
-  const int file = ::open(path.c_str(), O_RDWR | O_CREAT, 0600);
-  const int32_t saved = SaveIPR(handle, file);
-  ::close(file);
+  const int32_t saved = SaveIPR(handle, OpenFile(path).Handle());
   std::map<std::string, double> ratios;
   const std::string block = TestFolder::Read(path);
   if (saved != 0 || block.size() < kHeadSize + 4) return ratios;

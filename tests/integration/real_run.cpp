@@ -6,6 +6,7 @@
 #include <regex>
 #include <stdexcept>
 
+#include "platform/dynamic_library.h"
 #include "platform/registry.h"
 #include "support/free_ports.h"
 
@@ -27,9 +28,11 @@ void WriteMachineSettings(const fs::path& simulator, int firstPort, int ports) {
 }  // namespace
 
 RealRun::RealRun(const std::string& version, int ports) : firstPort_(FreePorts(ports)) {
-  const fs::path simulator = folder_ / version / "bin" / "tanksim";
+  const fs::path simulator = folder_ / version / "bin" / platform::ProgramFileName("tanksim");
   fs::create_directories(simulator.parent_path());
-  fs::create_symlink(GANTRY_TANKSIM, simulator);
+  std::error_code unknownHere;
+  fs::create_symlink(GANTRY_TANKSIM, simulator, unknownHere);
+  if (unknownHere) fs::copy_file(GANTRY_TANKSIM, simulator);
   WriteMachineSettings(simulator, firstPort_, ports);
   module_ = fieldrun::ModuleApi::Load(GANTRY_MODULE);
 }

@@ -1,6 +1,6 @@
-# cmake -DFIELDRUN=... -DCASE=... -DWORK=... -DPORT=... -P run_example.cmake: runs an example as its
-# user would, and fails unless it ends well and leaves its results. Settings and locks stand in the
-# work folder, and sessions use the ports from PORT on.
+# cmake [-DEMULATOR=...] -DFIELDRUN=... -DCASE=... -DWORK=... -DPORT=... -P run_example.cmake: runs an
+# example as its user would, and fails unless it ends well and leaves its results. Settings and locks
+# stand in the work folder, and sessions use the ports from PORT on; under an emulator both are its.
 
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK}/gantry)
@@ -16,7 +16,7 @@ file(WRITE ${WORK}/gantry/registry.reg "REGEDIT4\r\n\r\n"
 set(ENV{XDG_CONFIG_HOME} ${WORK})
 set(ENV{XDG_RUNTIME_DIR} ${WORK})
 
-execute_process(COMMAND ${FIELDRUN} run ${CASE} --output ${WORK}/results --quiet
+execute_process(COMMAND ${EMULATOR} ${FIELDRUN} run ${CASE} --output ${WORK}/results --quiet
                 RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "fieldrun ended with ${result}")

@@ -2,6 +2,7 @@
 
 #include "model/ext_model.h"
 #include "model/model_fixture.h"
+#include "platform/files.h"
 
 namespace gantry::test {
 namespace {
@@ -86,7 +87,8 @@ TEST_F(Case, MovesItsDatasetWithTheHostsFolder) {
   Set("CaseDetails.FileName", "/old/FIELD.x.afi");
   char newFolder[] = "/new/place";
   EXPECT_EQ(Command(10, newFolder), 0);
-  EXPECT_EQ(Get("CaseDetails.FileName"), "/new/place/FIELD.x.afi");
+  EXPECT_EQ(Get("CaseDetails.FileName"),
+            std::string("/new/place") + platform::kPathSeparator + "FIELD.x.afi");
 }
 
 TEST_F(Case, TakesADatasetFromTheHostOnlyForThisMachine) {

@@ -47,8 +47,12 @@ class ModelTest : public ::testing::Test {
 
   /// The arguments that the simulator's process was started with, one line each.
   std::string Arguments() const {
-    while (!std::filesystem::exists(Case() / "started.txt")) std::this_thread::yield();
-    return TestFolder::Read(Case() / "started.txt");
+    std::string arguments;  // which may be there before anybody else is let in
+    while (arguments.empty()) {
+      std::this_thread::yield();
+      arguments = TestFolder::Read(Case() / "started.txt");
+    }
+    return arguments;
   }
 
   int32_t Command(uint32_t number, void* data = nullptr, uint32_t value = 0) {

@@ -7,6 +7,7 @@
 
 #include "remote/passing_calls.h"
 #include "remote/wire_bytes.h"
+#include "socket_errors.h"
 #include "support/free_ports.h"
 #include "support/scripted_peer.h"
 
@@ -51,8 +52,11 @@ Frame ReceiveFrame(Socket& socket, size_t capacity) {
 TEST(Socket, LibraryIsStartedByTheFirstAndCleanedUpByTheLast) {
   class Counting : public PassingCalls {
    public:
-    bool StartUp() override { return ++starts < 3; }
-    void CleanUp() override { ++cleanUps; }
+    bool StartUp() override { return ++starts < 3 && PassingCalls::StartUp(); }
+    void CleanUp() override {
+      ++cleanUps;
+      PassingCalls::CleanUp();
+    }
     int starts = 0;
     int cleanUps = 0;
   } calls;
@@ -313,7 +317,7 @@ TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
   class Selecting : public PassingCalls {
    public:
     int Connect(SocketHandle, uint32_t, uint16_t) override { return platform::kSocketError; }
-    int LastError() override { return EINPROGRESS; }
+    int LastError() override { return test::kInProgressError; }
     int Select(SocketHandle, bool, std::optional<int> limit) override {
       waited = limit;
       return result;
@@ -322,7 +326,7 @@ TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
     std::optional<int> waited;
   } calls;
   const platform::SocketCallsOverride override(calls);
-  const std::string inProgress = std::to_string(EINPROGRESS);
+  const std::string inProgress = std::to_string(test::kInProgressError);
   const std::vector<std::pair<int, std::string>> cases = {
       {-1, "select() returned SOCKET_ERROR. Last error was " + inProgress},
       {0, "select() failed: time limit (7 secs) expired"},

@@ -24,7 +24,7 @@ TestFolder::~TestFolder() {
 }
 
 fs::path TestFolder::Write(const std::string& name, const std::string& content) const {
-  const fs::path file = path_ / name;
+  const fs::path file = (path_ / name).make_preferred();
   fs::create_directories(file.parent_path());
   std::ofstream(file, std::ios::binary) << content;
   return file;

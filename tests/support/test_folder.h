@@ -15,7 +15,9 @@ class TestFolder {
   TestFolder& operator=(const TestFolder&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+  std::filesystem::path operator/(const std::string& name) const {
+    return (path_ / name).make_preferred();
+  }
 
   /// Writes a file below the folder and returns its path.
   std::filesystem::path Write(const std::string& name, const std::string& content) const;

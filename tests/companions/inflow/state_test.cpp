@@ -1,29 +1,14 @@
 #include <cstring>
 #include <memory>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
+#include "open_file.h"
 #include "scripted_reservoir.h"
 #include "support/test_folder.h"
 
 namespace gantry::test {
 namespace {
-
-/// A file as the module hands it over: a descriptor with a position.
-class OpenFile {
- public:
-  explicit OpenFile(const std::filesystem::path& path)
-      : descriptor_(::open(path.c_str(), O_RDWR | O_CREAT, 0600)) {}
-  ~OpenFile() { ::close(descriptor_); }
-  intptr_t Handle() const { return descriptor_; }
-  off_t Position() const { return ::lseek(descriptor_, 0, SEEK_CUR); }
-  void MoveTo(off_t position) const { ::lseek(descriptor_, position, SEEK_SET); }
-
- private:
-  int descriptor_;
-};
 
 class StoredState : public ::testing::Test {
  protected:
@@ -52,7 +37,7 @@ class StoredState : public ::testing::Test {
   /// Loads `content` from the place where the block began, into a library that knows no ratio.
   struct Outcome {
     int32_t result;
-    off_t position;
+    int64_t position;
     bool isChanged;
   };
   Outcome Load(const std::string& content) {
@@ -64,11 +49,11 @@ class StoredState : public ::testing::Test {
     return {result, file.Position(), Answer(fresh) != before};
   }
 
-  static constexpr off_t kBefore = 12;
+  static constexpr int64_t kBefore = 12;
   TestFolder folder_;
   std::filesystem::path path_ = folder_ / "store";
   ScriptedReservoir saved_{{{"P1", 4000.0, 10.0, 5.0}}};
-  off_t end_ = 0;
+  int64_t end_ = 0;
   std::string content_;
 };
 

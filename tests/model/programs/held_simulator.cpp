@@ -7,7 +7,7 @@
 #include <thread>
 
 int main(int argc, char** argv) {
-  std::ofstream started("starting.txt");
+  std::ofstream started("starting.txt", std::ios::binary);
   for (int i = 1; i < argc; ++i) started << argv[i] << '\n';
   started.close();
   std::error_code gone;  // the test may be over by now, and its folder with it

@@ -1,0 +1,60 @@
+#include "platform/process.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/named_mutex.h"
+#include "platform/windows/child.h"
+
+namespace gantry::platform {
+namespace {
+
+using Outcome = NamedMutex::Outcome;
+
+TEST(Process, GetsItsCommandLineToTheLetterAndItsFolder) {
+  test::Child child;
+  const std::string line =
+      "\"" + child.Program() + "\" -np 4 C:\\IX\\ix.exe  \"a b\" x\\\"y --dopt=port:9001";
+  ASSERT_TRUE(child.Start(line));
+  EXPECT_EQ(child.Report(), line + "\n" + child.Folder() + "\n");
+}
+
+TEST(Process, RunsUntilItEndsByItself) {
+  test::Child child;
+  ASSERT_TRUE(child.Start("witness"));
+  child.Report();
+  EXPECT_TRUE(child.IsRunning());
+  child.End();
+  EXPECT_FALSE(child.IsRunning());
+}
+
+TEST(Process, IsNotStartedFromAPathThatIsNone) {
+  const test::Child child;
+  const std::string program = child.Program();
+  for (const std::string& none :
+       {"\"" + program + "\"", program.substr(0, 3) + "\"a b\".exe", program + ".missing",
+        child.Folder(), child.Folder() + "\\hold"}) {
+    EXPECT_EQ(StartProcess(none, "x", child.Folder()), nullptr) << none;
+  }
+  EXPECT_EQ(StartProcess(program, "x", child.Folder() + "\\missing"), nullptr);
+}
+
+TEST(Mutex, IsHeldForItsLifeAndSeenAsHeldByItsOwnProcess) {
+  auto first = NamedMutex::TryAcquire("GantryTest0");
+  EXPECT_EQ(first.outcome, Outcome::kTaken);
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest0").outcome, Outcome::kHeldElsewhere);
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest1").outcome, Outcome::kTaken);
+  first.mutex.reset();
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest0").outcome, Outcome::kTaken);
+}
+
+TEST(Mutex, DiesWithItsHolder) {
+  test::Child child;
+  ASSERT_TRUE(child.Start("witness mutex:GantryTest2"));
+  child.Report();
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest2").outcome, Outcome::kHeldElsewhere);
+  child.End();
+  EXPECT_NE(NamedMutex::Acquire("GantryTest2"), nullptr);
+}
+
+}  // namespace
+}  // namespace gantry::platform

@@ -1,0 +1,101 @@
+#include "platform/registry.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/windows/win32.h"
+//
+#include <aclapi.h>
+
+#include "settings/machine_config.h"
+#include "support/test_folder.h"
+
+namespace gantry::platform {
+namespace {
+
+constexpr char kPath[] = "Software\\Gantry test";
+
+/// A key as other programs see it.
+class RawKey {
+ public:
+  explicit RawKey(const std::string& path, REGSAM access = KEY_ALL_ACCESS) {
+    RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, access, nullptr, &key_,
+                    nullptr);
+  }
+  ~RawKey() { RegCloseKey(key_); }
+  RawKey(const RawKey&) = delete;
+  RawKey& operator=(const RawKey&) = delete;
+
+  bool Set(const char* name, DWORD type, const std::string& bytes) const {
+    return RegSetValueExA(key_, name, 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+                          static_cast<DWORD>(bytes.size())) == ERROR_SUCCESS;
+  }
+
+  /// From here on nobody may write.
+  bool MakeReadOnly() const {
+    char everyone[] = "EVERYONE";
+    EXPLICIT_ACCESSA read = {};
+    BuildExplicitAccessWithNameA(&read, everyone, KEY_READ | WRITE_DAC, SET_ACCESS, NO_INHERITANCE);
+    PACL list = nullptr;
+    if (SetEntriesInAclA(1, &read, nullptr, &list) != ERROR_SUCCESS) return false;
+    const DWORD outcome = SetSecurityInfo(key_, SE_REGISTRY_KEY, DACL_SECURITY_INFORMATION, nullptr,
+                                          nullptr, list, nullptr);
+    LocalFree(list);
+    return outcome == ERROR_SUCCESS;
+  }
+
+ private:
+  HKEY key_ = nullptr;
+};
+
+class Registry : public testing::Test {
+ protected:
+  test::TestFolder folder_;
+};
+
+bool HasKey(const char* path) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, path, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+  RegCloseKey(key);
+  return true;
+}
+
+TEST_F(Registry, OpeningCreatesTheKeyAndWritesReachItAtOnce) {
+  ASSERT_FALSE(HasKey(kPath));
+  const auto key = RegistryKey::Create(kCurrentUser, kPath);
+  ASSERT_NE(key, nullptr);
+  EXPECT_TRUE(HasKey(kPath));
+  EXPECT_FALSE(key->ReadText("Text"));
+  EXPECT_TRUE(key->WriteText("Text", "D:\\d\xE9p\xF4t \"1\"\\"));
+  EXPECT_TRUE(key->WriteNumber("Number", 0xFFFFFFFF));
+  const auto signExtended = RegistryKey::Create(~uintptr_t{0} << 32 | kCurrentUser, kPath);
+  EXPECT_EQ(signExtended->ReadText("Text"), "D:\\d\xE9p\xF4t \"1\"\\");
+  EXPECT_EQ(signExtended->ReadNumber("Number"), 0xFFFFFFFFu);
+}
+
+TEST_F(Registry, AValueOfAnotherTypeOrSizeReadsAsAbsent) {
+  const auto key = RegistryKey::Create(kCurrentUser, kPath);
+  const RawKey raw(kPath);
+  raw.Set("Number", REG_SZ, std::string("9001\0", 5));
+  raw.Set("Text", REG_EXPAND_SZ, std::string("%TEMP%\0", 7));
+  raw.Set("Short", REG_DWORD, "12");
+  raw.Set("Long", REG_DWORD, "12345678");
+  raw.Set("Open", REG_SZ, "no end");
+  EXPECT_FALSE(key->ReadNumber("Number"));
+  EXPECT_FALSE(key->ReadText("Text"));
+  EXPECT_FALSE(key->ReadNumber("Short"));
+  EXPECT_FALSE(key->ReadNumber("Long"));
+  EXPECT_EQ(key->ReadText("Open"), "no end");
+}
+
+TEST_F(Registry, AKeyThatMayNotBeWrittenIsRefusedAndLeavesTheDefaults) {
+  const RawKey raw(kRegistryKey);
+  raw.Set("StartPort", REG_DWORD, std::string("\x01\0\0\0", 4));
+  ASSERT_TRUE(raw.MakeReadOnly());
+  EXPECT_EQ(RegistryKey::Create(kCurrentUser, kRegistryKey), nullptr);
+  CIXConfig config;
+  EXPECT_EQ(config.StartPort, 9001);
+  config.Save();
+}
+
+}  // namespace
+}  // namespace gantry::platform
