@@ -63,10 +63,9 @@ void CExtModel::ReadClock() {
     throw std::runtime_error(FormatText("%d/%d/%d is no date", day, month, year));
   };
   CurrentElapsedDays = connector.GetTimeDays();
-  const CalendarDate present = read(&CExtConnectorBase::GetDate);
+  SimulationDate = read(&CExtConnectorBase::GetDate);
   const CalendarDate start = read(&CExtConnectorBase::GetStartDate);
-  SimulationDate = present;
-  StartElapsedDays = DaysBetween(start, present).value_or(0.0);
+  StartElapsedDays = DaysBetween(start, SimulationDate).value_or(0.0);
 }
 
 int32_t CExtModel::ReadStaticData(ExtErrorBlock* err) {
