@@ -1,6 +1,5 @@
 // The case: its block, its dataset, and the file that keeps the model's state.
 
-#include "model/ext_model.h"
 #include "model/model_fixture.h"
 #include "platform/files.h"
 
@@ -24,7 +23,6 @@ class Case : public ModelTest {
     record->casePath = casePath.c_str();
     return Command(13, record.get());
   }
-  int32_t SetStoreFile(std::string path, bool load) { return Command(20, path.data(), load); }
 
   std::unique_ptr<CaseDataRecord> record = std::make_unique<CaseDataRecord>();
 };
@@ -45,12 +43,6 @@ TEST_F(Case, OpensWithItsWellsAndWithoutASimulator) {
   EXPECT_EQ(StartRun({0}), 0) << Error();
   EXPECT_EQ(Get("IsRunning"), "1");
   EXPECT_EQ(Get("StaticWell[1].OpMode"), "2");
-}
-
-TEST_F(Case, StartsByCommandAfterALoad) {
-  NameCase();
-  peer.Start();
-  Save();
   Reopen();
   Load();
   EXPECT_EQ(Do("Intersect.StartIX()"), 0) << Error();
@@ -70,38 +62,27 @@ TEST_F(Case, ThatDoesntFitOrIsBrokenIsRefused) {
   EXPECT_EQ(Command(23), 1) << "a failed load leaves the next start alone";
 }
 
-TEST_F(Case, FindsItsDatasetBesideItself) {
-  const std::string moved = folder.Write("moved/FIELD.afi", "").string();
-  Set("CaseDetails.FileName", "/no/such/folder/FIELD.afi");
-  Save();
-  Reopen();
-  ASSERT_EQ(Load((folder / "moved" / "case.dat").string()), 0);
-  EXPECT_EQ(Get("CaseDetails.FileName"), moved);
-  Reopen();
-  record->keepDatasetPath = 1;
-  Load((folder / "moved" / "case.dat").string());
-  EXPECT_EQ(Get("CaseDetails.FileName"), "/no/such/folder/FIELD.afi");
-}
-
-TEST_F(Case, MovesItsDatasetWithTheHostsFolder) {
-  Set("CaseDetails.FileName", "/old/FIELD.x.afi");
+TEST_F(Case, FollowsItsDatasetWhereItMoves) {
+  const std::string moved = folder.Write("moved/FIELD.x.afi", "").string();
+  const std::string beside = (folder / "moved" / "case.dat").string();
   char newFolder[] = "/new/place";
+  SetDataFileRecord file = {};
+  std::strcpy(file.path, "/old/FIELD.x.afi");
+  EXPECT_EQ(Command(136, &file), 0);
   EXPECT_EQ(Command(10, newFolder), 0);
   EXPECT_EQ(Get("CaseDetails.FileName"),
             std::string("/new/place") + platform::kPathSeparator + "FIELD.x.afi");
-}
-
-TEST_F(Case, TakesADatasetFromTheHostOnlyForThisMachine) {
-  SetDataFileRecord file = {};
-  std::strcpy(file.path, "/a/FIELD.afi");
   EXPECT_EQ(Command(136, &file), 0);
-  EXPECT_EQ(Get("CaseDetails.FileName"), "/a/FIELD.afi");
-  for (const char* mode : {"1", "2"}) {
-    Set("CaseDetails.ConnectionMode", mode);
-    std::strcpy(file.path, "/b/FIELD.afi");
-    EXPECT_EQ(Command(136, &file), 0);
-    EXPECT_EQ(Get("CaseDetails.FileName"), "/a/FIELD.afi");
-  }
+  Save();
+  record->keepDatasetPath = 1;
+  Load(beside);
+  EXPECT_EQ(Get("CaseDetails.FileName"), file.path);
+  record->keepDatasetPath = 0;
+  Load(beside);
+  EXPECT_EQ(Get("CaseDetails.FileName"), moved);
+  Set("CaseDetails.ConnectionMode", "2");
+  EXPECT_EQ(Command(136, &file), 0);
+  EXPECT_EQ(Get("CaseDetails.FileName"), moved) << "only for a case on this machine";
 }
 
 TEST_F(Case, ListsItsDatasetWithTheWayItRuns) {
@@ -114,24 +95,6 @@ TEST_F(Case, ListsItsDatasetWithTheWayItRuns) {
   EXPECT_STREQ(row->path, "/a/FIELD.afi");
   EXPECT_EQ(row->isLocal, 0);
   EXPECT_STREQ(row->options, "Linux|true|Parallel|8|HeadNode|head|HeadNodePort|7777");
-}
-
-TEST_F(Case, KeepsExportedVariablesInTheStoreFile) {
-  const std::string store = (folder / "case.store").string();
-  auto& parent = static_cast<CExtModel*>(model)->ExportedVariables.Add(
-      std::make_unique<CExportedVariableWellParent>());
-  parent.WellName = "P1";
-  parent.Variables.Add(std::make_unique<CExportedVariable>()).Label = "Oil rate";
-  EXPECT_EQ(SetStoreFile(store, true), 0) << "a file that isn't there yet is no failure";
-  ASSERT_EQ(Save(), 0);
-  Reopen();
-  PublishedVariableRow row = {};
-  row.handle = -1;
-  EXPECT_EQ(SetStoreFile(store, false), 0);
-  EXPECT_EQ(Command(103, &row), -1);
-  EXPECT_EQ(SetStoreFile(store, true), 0);
-  ASSERT_EQ(Command(103, &row), 0);
-  EXPECT_STREQ(row.fullName, "P1:Oil rate");
 }
 
 }  // namespace

@@ -28,12 +28,8 @@ TEST_F(Commands, AnswerForTheModelsOwnWordsInAnyCase) {
   for (const char* path : {"Other.Something", "Intersect.Something", "Intersect", "", "."}) {
     EXPECT_EQ(GetWhole(path), "<>") << path;
   }
-}
-
-TEST_F(Commands, CantSetTheModelsOwnWords) {
-  EXPECT_EQ(Set("IsRunning", "1"), 1);
+  EXPECT_EQ(Set("CurrentElapsedDays", "9"), 1) << "they can't be set";
   EXPECT_EQ(Error(), "");
-  EXPECT_EQ(Set("CurrentElapsedDays", "9"), 1);
 }
 
 TEST_F(Commands, OfferWellsOnlyWhileASimulatorIsThere) {
@@ -48,10 +44,6 @@ TEST_F(Commands, OfferWellsOnlyWhileASimulatorIsThere) {
             Texts{"SET SETWCONSTRAINTS WELLNAME{P1} ITEMS{SKIN} VALUES{4} SETTERS{USER}"});
   EXPECT_EQ(Set("StaticWell.Delete", "2"), 1);
   EXPECT_EQ(Error(), "Attempting to remove an object at an invalid index");
-}
-
-TEST_F(Commands, TellWhyAVariableCouldntBeRead) {
-  StartSimulator();
   peer.CutAt("QWELLS");
   EXPECT_EQ(GetWhole("Intersect.Well[{P1}].SKIN").substr(0, 24), "<Error retrieving SKIN, ");
 }
@@ -110,6 +102,9 @@ TEST_F(Commands, DescribeTheDeckAndWhereItRuns) {
   Command(23);
   Command(129, text, sizeof text);
   EXPECT_EQ(text, deck + "\nRunning on: Local host");
+  std::memset(text, 'x', sizeof text);
+  Command(129, text, 4);
+  EXPECT_EQ(std::string(text, 5), deck.substr(0, 4) + "x") << "no terminator where it fills all";
 }
 
 TEST_F(Commands, DescribeTheEquipmentInAFile) {
@@ -124,14 +119,6 @@ TEST_F(Commands, DescribeTheEquipmentInAFile) {
   EXPECT_NE(xml.find("<Label>P2</Label>"), std::string::npos);
   EXPECT_EQ(xml.find("<Label>P1</Label>"), std::string::npos);
   EXPECT_EQ(ExtEquipXml(model, (folder / "no/such/folder").string().c_str(), 0, nullptr), 1);
-}
-
-TEST_F(Commands, NameTheVariablesThatTheHostAsksFor) {
-  auto record = std::make_unique<VariableNamesRecord>();
-  ASSERT_EQ(Command(102, record.get()), 0);
-  EXPECT_STREQ(record->reservoirInjectionCumulative, "Well[{~}].RES_VOLUME_INJECTION_CUML_FIELD");
-  EXPECT_STREQ(record->gasInjectionRate, "Well[{~}].GAS_INJECTION_RATE_FIELD");
-  EXPECT_EQ(record->gasRateFactor, 1.0);
 }
 
 }  // namespace

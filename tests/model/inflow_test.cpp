@@ -39,19 +39,15 @@ TEST_F(Inflow, GivesTheSweepOfAProducer) {
   EXPECT_EQ(record->hasStepped, 0u);
   EXPECT_EQ(record->size, 0x7e7e7e7eu) << "the host's own bytes stay";
   EXPECT_EQ(record->fluid.componentCount, 0x7e7e7e7e);
-}
 
-TEST_F(Inflow, TellsTheCurrentStateAndThatTimeHasPassed) {
-  ReadWells();
   Operate(0, 400.0, 100.0, 0.0);
   StepBy(1.0);
   Command(63);
   ASSERT_EQ(ReadInflow(0, *record), 0);
   EXPECT_EQ(record->hasStepped, 1u);
-  EXPECT_DOUBLE_EQ(record->currentPressure, 2500.0);
-  EXPECT_DOUBLE_EQ(record->currentOilRate, 400.0);
-  EXPECT_DOUBLE_EQ(record->currentWaterRate, 100.0);
-  EXPECT_DOUBLE_EQ(record->currentGasRate, 0.25);
+  EXPECT_EQ((Numbers{record->currentPressure, record->currentOilRate, record->currentWaterRate,
+                     record->currentGasRate}),
+            (Numbers{2500.0, 400.0, 100.0, 0.25}));
 }
 
 TEST_F(Inflow, GivesUsableGravitiesForAWellWithoutDensities) {

@@ -45,13 +45,14 @@ class ModelTest : public ::testing::Test {
     Set("CaseDetails.FileName", (Case() / "FIELD.afi").string());
   }
 
-  /// The arguments that the simulator's process was started with, one line each.
+  /// The arguments that the simulator's process was last started with, one line each.
   std::string Arguments() const {
     std::string arguments;  // which may be there before anybody else is let in
     while (arguments.empty()) {
       std::this_thread::yield();
       arguments = TestFolder::Read(Case() / "started.txt");
     }
+    std::filesystem::remove(Case() / "started.txt");
     return arguments;
   }
 
@@ -103,13 +104,15 @@ class ModelTest : public ::testing::Test {
     return Command(50, &record);
   }
   /// An open well on an oil rate (of a producer), or a water or gas rate (of an injector).
-  int32_t Operate(int32_t well, double oil, double water, double gas, double pressure = 1000.0) {
+  int32_t Operate(int32_t well, double oil, double water, double gas, double pressure = 1000.0,
+                  double down = 0.0) {
     auto record = std::make_unique<_tGetSetData>();
     record->well = well;
     record->oilRate[0] = oil;
     record->waterRate[0] = water;
     record->gasRate[0] = gas;
     record->pressure[0] = pressure;
+    record->downFraction = down;
     return Command(53, record.get());
   }
 

@@ -106,6 +106,13 @@ TEST_F(Published, AreReadAndWrittenWhileTheSimulatorRuns) {
   EXPECT_EQ(Error(), "Attempting to set a read-only variable (Cuml)");
   EXPECT_EQ(Evaluate(2, value), 1);
   EXPECT_EQ(Error(), "Unexpected handle passed to EvalPublishedVariables");
+  peer.CutAt("QWELLS");
+  EXPECT_EQ(Evaluate(0, value), 1);
+  const std::string reading =
+      "Error retrieving Oil rate: Could not evaluate exported variables for P1, ";
+  EXPECT_EQ(Error().substr(0, reading.size()), reading);
+  EXPECT_EQ(Evaluate(0, value, true), 1);
+  EXPECT_EQ(Error().substr(0, 34), "Error writing to Oil rate: error: ");
 }
 
 TEST_F(Published, LeaveAConnectedWellAlone) {
@@ -119,19 +126,6 @@ TEST_F(Published, LeaveAConnectedWellAlone) {
   const std::string notice = "Could not set property on P1 as this well is connected";
   EXPECT_EQ(Told(), (Texts{notice, notice}));
   EXPECT_EQ(peer.TakeOrders(), Texts{});
-}
-
-TEST_F(Published, SayWhatFailed) {
-  Publish("P1", "Oil rate", 1, true);
-  std::string value = "1";
-  StartSimulator();
-  peer.CutAt("QWELLS");
-  EXPECT_EQ(Evaluate(0, value), 1);
-  const std::string reading =
-      "Error retrieving Oil rate: Could not evaluate exported variables for P1, ";
-  EXPECT_EQ(Error().substr(0, reading.size()), reading);
-  EXPECT_EQ(Evaluate(0, value, true), 1);
-  EXPECT_EQ(Error().substr(0, 34), "Error writing to Oil rate: error: ");
 }
 
 TEST_F(Published, LoseTheirComponentsWithAChangeOfFluid) {

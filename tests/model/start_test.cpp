@@ -57,21 +57,35 @@ TEST_F(Start, ShowsTheHostItsWellsAndItsDate) {
   EXPECT_EQ(date.number, kFieldStart + 60);
 }
 
-TEST_F(Start, StartsTheProcessInTheFolderOfTheCase) {
-  app.Config.CmdLine = "-x \"two words\"";
-  Set("CaseDetails.StdLogging", "1");
-  StartSimulator();
-  EXPECT_EQ(Arguments(), "FIELD\n--dopt=external_controller_port:" + std::to_string(peer.Port()) +
-                             "\n--dopt=external_controller_logger\n-x\ntwo words\n");
-}
-
-TEST_F(Start, ReportsAProcessThatCantBeStarted) {
-  Set("CaseDetails.SimExeName", (folder / "nowhere").string());
-  Set("CaseDetails.FileName", (Case() / "FIELD.afi").string());
+TEST_F(Start, LaunchesTheProcessAsCaseAndMachineSay) {
+  const std::string port = "--dopt=external_controller_port:" + std::to_string(peer.Port()) + "\n";
+  struct Launch {
+    std::string parallel, mpi, simulator, options, logging, arguments;
+  };
+  const std::vector<Launch> launches = {
+      {"1", "", HELD_SIMULATOR, "-x \"two words\"", "1",
+       "FIELD\n" + port + "--dopt=external_controller_logger\n-x\ntwo words\n"},
+      {"1", "", "", "   ", "0", "FIELD\n" + port},
+      {"4", HELD_SIMULATOR, "/the/simulator", "", "0",
+       "-localonly\n-np\n4\n/the/simulator\nFIELD\n" + port}};
+  app.Config.SimExecutable = HELD_SIMULATOR;
+  NameCase();
+  peer.Start();
+  for (const Launch& launch : launches) {
+    Set("CaseDetails.Parallel", launch.parallel);
+    Set("CaseDetails.SimExeName", launch.simulator);
+    Set("CaseDetails.StdLogging", launch.logging);
+    app.Config.MPIExecutable = launch.mpi;
+    app.Config.CmdLine = launch.options;
+    ASSERT_EQ(Command(23), 0) << Error();
+    EXPECT_EQ(Arguments(), launch.arguments);
+    Command(56);
+  }
+  app.Config.MPIExecutable = "   ";
   EXPECT_EQ(Command(23), 1);
-  EXPECT_EQ(Error(), "Could not start the simulator process: <Could not start IX process>");
-  EXPECT_EQ(Get("IsRunning"), "0");
-  StartSimulator();
+  EXPECT_EQ(Error(),
+            "Could not start the simulator process: <A path to mpiexec must be entered in the "
+            "configuration screen to run parallel jobs>");
 }
 
 TEST_F(Start, EndsWithoutASessionWhereverTheConnectionBreaksAndCanBeTriedAgain) {
@@ -89,14 +103,9 @@ TEST_F(Start, EndsWithoutASessionWhereverTheConnectionBreaksAndCanBeTriedAgain) 
   }
   peer.CutAt("");
   EXPECT_EQ(Command(23), 0) << Error();
-}
-
-TEST_F(Start, RefusesADateThatIsNone) {
-  peer.startDate = {2015, 13, 40, 0, 0, 0};
-  NameCase();
-  peer.Start();
+  peer.ChangeWells([this](auto&) { peer.startDate[1] = 13; });
   EXPECT_EQ(Command(23), 1);
-  EXPECT_EQ(Error(), "Simulator communication error: <40/13/2015 is no date>");
+  EXPECT_EQ(Error(), "Simulator communication error: <1/13/2015 is no date>");
 }
 
 TEST_F(Start, MarksTheWellsThatTheHostHasConnected) {
@@ -119,12 +128,9 @@ TEST_F(Start, RunsUpToTheHostsDateInStepsOfAMonthWithoutOrders) {
             "SET SETWSTATUS WCLOSURE{USER} SETITEM{STATUS} WELNAMES{P1} "
             "VALUES{ALL_COMPLETIONS_SHUTIN}")
       << "the step after it sends its orders";
-}
-
-TEST_F(Start, LeavesARemainderOfATenthOfADay) {
-  StartSimulator();
+  peer.TakeOrders();
   EXPECT_EQ(StartRun({}, kFieldStart + 30.09), 0);
-  EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{30}"});
+  EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{30}"}) << "and leaves less than 0.1 days";
 }
 
 TEST_F(Start, FailsWhenTheSimulationEndsOnTheWayOrTheDateIsNone) {
@@ -190,13 +196,6 @@ TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
   Command(56);
   peer.ChangeWells([](std::vector<PeerWell>& wells) { std::swap(wells[0], wells[2]); });
   EXPECT_EQ(StartRun({}), 0) << "two wells that change places are no difference: " << Error();
-}
-
-TEST_F(Start, EndsTheSessionWithTheModel) {
-  StartSimulator();
-  ExtDestroyInstance(model, &err);
-  model = nullptr;
-  EXPECT_EQ(peer.TakeOrders(), Texts{"SHUTDOWN"});
 }
 
 TEST_F(Start, TakesNeighbouringPortsForTwoModels) {
@@ -274,6 +273,12 @@ TEST_F(CompositionalStart, SetsUpGasInjectionWithAPlaceholder) {
   peer.CutAt("CREATE_FLDSRCEXT");
   EXPECT_EQ(StartRun({2}), 1);
   EXPECT_EQ(Error().substr(0, 44), "Connection to simulator failed (StartRun): <");
+  peer.CutAt("");
+  Command(56);
+  app.Config.SimExecutable = "/IX/2016.2/ix";
+  peer.TakeOrders();
+  EXPECT_EQ(StartRun({2}), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders(), (Texts{"CONTINUE"})) << "an older simulator knows no sources";
 }
 
 }  // namespace

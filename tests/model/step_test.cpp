@@ -46,18 +46,21 @@ using Step = StepTest;
 TEST_F(Step, SendsStatusUptimeAndConstraintsBeforeItRuns) {
   BeginRun({0, 1, 2, 3});
   Operate(0, 400.0, 100.0, 0.25);
-  Operate(2, 0.0, 700.0, 0.0);
+  Operate(2, 0.0, 700.0, 0.0, 1000.0, 0.25);
   Operate(3, 0.0, 0.0, 2.5);
   Shut(1, 1);
   ASSERT_EQ(StepBy(10.0), 0) << Error();
   EXPECT_EQ(peer.TakeOrders(),
             (Texts{Status("P1, P2, W1, G1", "OPEN, SURFACE_SHUTIN, OPEN, OPEN"),
-                   Uptime("P1, W1, G1", "1, 1, 1"),
+                   Uptime("P1, W1, G1", "1, 0.75, 1"),
                    kConstraints + Constraint("P1", "LIQUID_PRODUCTION_RATE", "500") +
                        Constraint("W1", "WATER_INJECTION_RATE", "700") +
                        Constraint("G1", "GAS_INJECTION_RATE", "2500"),
                    "CONTINUE_UNTIL TIME{10}"}));
   EXPECT_EQ(Get("CurrentElapsedDays"), "10");
+  EXPECT_EQ(StepBy(std::numeric_limits<double>::quiet_NaN()), 1);
+  EXPECT_EQ(Error(), "The length of the step is no number");
+  EXPECT_EQ(peer.TakeOrders(), Texts{});
 }
 
 TEST_F(Step, ShutsAWellByTheHostsCode) {
@@ -71,6 +74,11 @@ TEST_F(Step, ShutsAWellByTheHostsCode) {
     ASSERT_EQ(Command(101), 0);
     EXPECT_EQ(peer.TakeOrders(), Texts{Status("P1", word)}) << code;
   }
+  Set("CaseDetails.CloseUnconnectedWells", "1");
+  Command(101);
+  EXPECT_EQ(peer.TakeOrders().front(), Status("P1, P2, W1, G1",
+                                              "SURFACE_SHUTIN, ALL_COMPLETIONS_SHUTIN, "
+                                              "ALL_COMPLETIONS_SHUTIN, ALL_COMPLETIONS_SHUTIN"));
 }
 
 TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
@@ -82,27 +90,6 @@ TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
   EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{1}"});
   StepBy(1.0);
   EXPECT_EQ(peer.TakeOrders().size(), 4u) << "the next step sends them again";
-}
-
-TEST_F(Step, ClosesUnconnectedWellsWhereTheCaseAsksForIt) {
-  BeginRun({0});
-  Operate(0, 100.0, 0.0, 0.0);
-  Operate(1, 100.0, 0.0, 0.0);
-  Set("CaseDetails.CloseUnconnectedWells", "1");
-  Command(101);
-  EXPECT_EQ(peer.TakeOrders().front(),
-            Status("P1, P2, W1, G1",
-                   "OPEN, ALL_COMPLETIONS_SHUTIN, ALL_COMPLETIONS_SHUTIN, ALL_COMPLETIONS_SHUTIN"));
-}
-
-TEST_F(Step, PassesTheDowntimeOn) {
-  BeginRun({0});
-  auto record = std::make_unique<_tGetSetData>();
-  record->oilRate[0] = 100.0;
-  record->downFraction = 0.25;
-  Command(53, record.get());
-  Command(101);
-  EXPECT_EQ(peer.TakeOrders()[1], Uptime("P1", "0.75"));
 }
 
 TEST_F(Step, ReadsTheConnectedWellsOnly) {
@@ -132,16 +119,6 @@ TEST_F(Step, EndsTheRunWhereTheSimulationEnds) {
   EXPECT_EQ(StepBy(10.0), 1);
   EXPECT_EQ(Error(), "The Intersect simulation ended");
   EXPECT_EQ(Get("CurrentElapsedDays"), "10");
-}
-
-TEST_F(Step, RefusesALengthThatIsNoNumber) {
-  BeginRun({0});
-  for (const double length :
-       {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
-    EXPECT_EQ(StepBy(length), 1);
-    EXPECT_EQ(Error(), "The length of the step is no number");
-  }
-  EXPECT_EQ(peer.TakeOrders(), Texts{});
 }
 
 TEST_F(Step, SaysWhereAConnectionBrokeAndStartsAnew) {
@@ -184,21 +161,14 @@ class CompositionalStep : public StepTest {
   }
 };
 
-TEST_F(CompositionalStep, TakesTheRatesFromTheInflowAtTheHostsPressure) {
-  ReadAll({0});
-  Operate(0, 1.0, 1.0, 1.0, 2500.0);
-  ASSERT_EQ(Command(101), 0) << Error();
-  EXPECT_EQ(peer.TakeOrders()[2], kConstraints + Constraint("P1", "LIQUID_PRODUCTION_RATE", "500"));
-}
-
-TEST_F(CompositionalStep, ShutsAWellThatIsDeadAtTheHostsPressure) {
+TEST_F(CompositionalStep, TakesTheRatesFromTheInflowAtTheHostsPressureAndShutsADeadWell) {
   ReadAll({0, 1});
   Operate(0, 1.0, 1.0, 1.0, 3000.0);  // no flow at the reservoir's pressure
   Operate(1, 1.0, 1.0, 1.0, 2500.0);
-  ASSERT_EQ(Command(101), 0);
-  const Texts orders = peer.TakeOrders();
-  EXPECT_EQ(orders[0], Status("P1, P2", "ALL_COMPLETIONS_SHUTIN, OPEN"));
-  EXPECT_EQ(orders[1], Uptime("P2", "1"));
+  ASSERT_EQ(Command(101), 0) << Error();
+  EXPECT_EQ(peer.TakeOrders(),
+            (Texts{Status("P1, P2", "ALL_COMPLETIONS_SHUTIN, OPEN"), Uptime("P2", "1"),
+                   kConstraints + Constraint("P2", "LIQUID_PRODUCTION_RATE", "500")}));
 }
 
 TEST_F(CompositionalStep, SendsTheCompositionOfAnInjectedGas) {
