@@ -107,19 +107,5 @@ TEST_F(Commands, DescribeTheDeckAndWhereItRuns) {
   EXPECT_EQ(std::string(text, 5), deck.substr(0, 4) + "x") << "no terminator where it fills all";
 }
 
-TEST_F(Commands, DescribeTheEquipmentInAFile) {
-  StartSimulator();
-  char label[] = "Model 1";
-  Command(21, label);
-  const std::string file = (folder / "equipment.xml").string();
-  const char* const names[] = {"P2", "NOBODY", nullptr};
-  ASSERT_EQ(ExtEquipXml(model, file.c_str(), 1, names), 0);
-  const std::string xml = TestFolder::Read(file);
-  EXPECT_NE(xml.find("<Alias>Model 1</Alias>"), std::string::npos);
-  EXPECT_NE(xml.find("<Label>P2</Label>"), std::string::npos);
-  EXPECT_EQ(xml.find("<Label>P1</Label>"), std::string::npos);
-  EXPECT_EQ(ExtEquipXml(model, (folder / "no/such/folder").string().c_str(), 0, nullptr), 1);
-}
-
 }  // namespace
 }  // namespace gantry::test

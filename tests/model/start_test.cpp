@@ -142,24 +142,6 @@ TEST_F(Start, FailsWhenTheSimulationEndsOnTheWayOrTheDateIsNone) {
   EXPECT_EQ(Error(), "The start date of the run is out of range");
 }
 
-TEST_F(Start, StopsTheRunUpForAStopFromAnotherThread) {
-  StartSimulator();
-  std::thread stop;
-  static void* stopped = nullptr;
-  static std::thread* stopper = nullptr;
-  stopped = model;
-  stopper = &stop;
-  RunStartRecord record = {};
-  record.startDate = kFieldStart + 300000.0;
-  record.statusCallback = [](const char*, void*) {
-    *stopper = std::thread([] { ExtCmd(stopped, nullptr, 56, nullptr, 0, nullptr); });
-  };
-  EXPECT_EQ(Command(48, &record), 0) << Error();
-  stop.join();
-  EXPECT_EQ(Get("IsRunning"), "0");
-  EXPECT_LT(peer.TakeOrders().size(), 10000u);
-}
-
 TEST_F(Start, NoticesAProcessThatHasEnded) {
   StartSimulator();
   std::filesystem::remove(Case() / "hold");
@@ -196,26 +178,6 @@ TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
   Command(56);
   peer.ChangeWells([](std::vector<PeerWell>& wells) { std::swap(wells[0], wells[2]); });
   EXPECT_EQ(StartRun({}), 0) << "two wells that change places are no difference: " << Error();
-}
-
-TEST_F(Start, TakesNeighbouringPortsForTwoModels) {
-  StartSimulator();
-  void* other = nullptr;
-  ExtCreateInstance(&other, &err);
-  std::swap(model, other);
-  NameCase();
-  EXPECT_EQ(Command(23), 1);
-  EXPECT_EQ(Error(),
-            "Could not start the simulator process: <Tessel has run out of network ports to use "
-            "for the connection to Intersect. Check Intersect configuration settings.>");
-  FieldPeer neighbour;
-  app.Config.StartPort = neighbour.Port() - 1;
-  app.Config.EndPort = neighbour.Port();
-  neighbour.Start();
-  EXPECT_EQ(Command(23), 0) << Error();
-  std::swap(model, other);
-  ExtDestroyInstance(other, &err);
-  EXPECT_EQ(Get("IsRunning"), "1");
 }
 
 class CompositionalStart : public Start {
