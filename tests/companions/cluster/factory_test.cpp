@@ -35,16 +35,24 @@ TEST_F(FactoryTest, RunsACaseAndFreesItsPlaceWhenTheDriverShutsItDown) {
 TEST_F(FactoryTest, TellsTheDriverInOneLineWhyThereIsNoSimulator) {
   StartFactory();
   folder.Write("cases/BROKEN.afi", "title = 3\n");
-  EXPECT_EQ(Refusal(SettingsFor("BROKEN")),
-            "The simulator has ended (exit status 1): BROKEN.afi:1: 'title' must be a text");
-  EXPECT_NE(Refusal(SettingsFor("ABSENT")).find("The run factory finds no case 'ABSENT'"),
-            std::string::npos);
   LinkSettings elsewhere = SettingsFor("FIVE_SPOT");
   elsewhere.FileName = "D:\\Cases\\FIVE_SPOT.afi";
-  EXPECT_NE(Refusal(elsewhere).find("it lies under no directory"), std::string::npos);
   LinkSettings parallel = SettingsFor("FIVE_SPOT");
   parallel.Parallel = 2;
-  EXPECT_EQ(Refusal(parallel), "The run factory has no mpiexec for a run on 2 processors");
+  const std::vector<std::pair<LinkSettings, std::string>> cases = {
+      {SettingsFor("BROKEN"),
+       "The simulator has ended (exit status 1): BROKEN.afi:1: 'title' must be a text"},
+      {SettingsFor("ABSENT"),
+       "The run factory finds no case 'ABSENT' in " + (folder / "cases").string()},
+      {elsewhere,
+       "The run factory can't open the case directory D:\\Cases\\: it lies under no "
+       "directory that is served here"},
+      {parallel, "The run factory has no mpiexec for a run on 2 processors"},
+  };
+  for (const auto& [settings, reason] : cases) {
+    EXPECT_EQ(Refusal(settings), reason);
+    factory->AwaitLog("its place is free");
+  }
   Begin(SettingsFor("FIVE_SPOT"));
 }
 
@@ -177,6 +185,7 @@ TEST_F(FactoryTest, DropsADriverWhoseRequestsMakeNoSense) {
     int32_t length = 0;
     driver.ReceiveText(length);
     EXPECT_EQ(length, 0) << "the connection is closed";
+    factory->AwaitLog("its place is free");
   }
 }
 
