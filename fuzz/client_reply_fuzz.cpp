@@ -20,7 +20,8 @@ const Strings kWells = {"P1", "P2"};
 void Sweep(Client& client) {
   std::vector<gantry::ConnectorWellRecord> records(kWells.size());
   for (size_t i = 0; i < kWells.size(); ++i) records[i].name = kWells[i];
-  gantry::MeasureInflow(client, kWells, {.componentCount = 1}, records);
+  gantry::InflowWorkspace workspace;
+  gantry::MeasureInflow(client, kWells, {.componentCount = 1}, workspace, records);
 }
 
 void ReadWells(Client& client) {

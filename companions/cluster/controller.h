@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "client/connector_records.h"
+#include "client/inflow_sweep.h"
 #include "client/query_results.h"
 #include "client/unit_converter.h"
 #include "cluster/simulator.h"
@@ -75,6 +76,7 @@ class Controller {
   /// Records that wait to be fetched one by one, and the first that hasn't been.
   std::vector<ConnectorWellRecord> data_;
   std::vector<ConnectorWellRecord> inflow_;
+  InflowWorkspace inflowWorkspace_;
   bool withCompositions_ = false;
   size_t next_ = 0;
   bool hasShutDown_ = false;

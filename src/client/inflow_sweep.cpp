@@ -5,9 +5,11 @@
 #include <cmath>
 #include <span>
 #include <stdexcept>
+#include <utility>
 
 #include "client/intersect_client.h"
 #include "client/item_names.h"
+#include "client/record_fields.h"
 #include "client/well_lookup.h"
 
 namespace gantry {
@@ -97,60 +99,76 @@ std::vector<size_t> WellsOf(const std::vector<ConnectorWellRecord>& records, con
   return places;
 }
 
+/// A well's answer at one rung, its elements by the items that were asked for.
+struct RungRow {
+  std::span<const double> values;
+  const std::vector<size_t>& columns;
+
+  double operator[](size_t item) const { return values[columns[item]]; }
+};
+
 class Sweep {
  public:
   Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
-        std::vector<ConnectorWellRecord>& records);
+        InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records);
 
   void Run();
 
  private:
-  void FindKinds();
-  void ReserveRecords();
-  void FindItems(const Strings& replied);
-  void ReadRung(bool isFirst);
-  void AppendPoint(const WellKind& kind, std::span<const double> row, ConnectorWellRecord& record);
-  void NoteBaseRates(std::span<const double> row, Ladder& ladder);
-  void LimitTo(double fraction);
+  using Rung = InflowWorkspace::Rung;
 
-  double At(std::span<const double> row, size_t item) const { return row[itemPlaces_[item]]; }
+  void FindKinds();
+  void ReadRung(Rung& rung);
+  void FindColumns(Rung& rung);
+  void FindRows(Rung& rung);
+  void NoteBaseRates(const Rung& first);
+  void LimitTo(double fraction);
+  void FillRecord(size_t place);
+  void Reserve(ConnectorWellRecord& record) const;
+  void AppendPoint(const WellKind& kind, const RungRow& row, ConnectorWellRecord& record) const;
+
+  static RungRow RowOf(const Rung& rung, size_t record) {
+    return {rung.values[rung.rows[record]], rung.columns};
+  }
 
   IntersectClientBase& client_;
   const Strings& wells_;
   const InflowSweepRequest& request_;
+  InflowWorkspace& workspace_;
   std::vector<ConnectorWellRecord>& records_;
   std::vector<size_t> wellOfRecord_;  ///< the place of each record's well among `wells_`
   WellLookup lookup_;
   Strings items_;
-  std::vector<size_t> itemPlaces_;
   std::vector<Ladder> ladders_;
   std::vector<WellConstraints> constraints_;
-  WellQueryResult reply_;
 };
 
 Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
-             std::vector<ConnectorWellRecord>& records)
+             InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records)
     : client_(client),
       wells_(wells),
       request_(request),
+      workspace_(workspace),
       records_(records),
       lookup_(wells),
       items_(kResultItems.begin(), kResultItems.end()) {
   AppendMoleFractionItems(request.componentCount, items_);
-  itemPlaces_.resize(items_.size());
 }
 
+// The records are filled at the end, one after the other: to visit them all at each rung would
+// fetch them from memory ten times over.
 void Sweep::Run() {
   FindKinds();
   wellOfRecord_ = WellsOf(records_, wells_);
-  ReserveRecords();
   for (Ladder& ladder : ladders_) ladder.Limit(request_.firstLiquidRate, request_.firstGasRate);
-  for (int rung = 0; rung < kSweepRungs; ++rung) {
+  for (size_t rung = 0; rung < kSweepRungs; ++rung) {
     client_.set_constraints_for_wells(wells_, constraints_);
-    ReadRung(rung == 0);
+    ReadRung(workspace_.rungs[rung]);
+    if (rung == 0) NoteBaseRates(workspace_.rungs[rung]);
     const double share = static_cast<double>(kSweepRungs - (rung + 1)) / kSweepRungs;
     LimitTo(std::pow(share, request_.skewness));
   }
+  for (size_t i = 0; i < records_.size(); ++i) FillRecord(i);
 }
 
 void Sweep::FindKinds() {
@@ -169,60 +187,40 @@ void Sweep::FindKinds() {
   }
 }
 
-void Sweep::ReserveRecords() {
-  for (ConnectorWellRecord& record : records_) {
-    for (Doubles* points : {&record.iprPressure, &record.iprOilRate, &record.iprWaterRate,
-                            &record.iprGasRate, &record.iprTemperature, &record.iprGasDensity,
-                            &record.iprOilDensity, &record.iprWaterDensity}) {
-      points->reserve(points->size() + kSweepRungs);
-    }
-    if (request_.componentCount <= 0) continue;
-    record.iprComposition.Reserve(kSweepRungs, kSweepRungs * (items_.size() - kFirstMoleFraction));
-  }
+void Sweep::ReadRung(Rung& rung) {
+  client_.query_wells(wells_, items_, workspace_.reply);
+  FindColumns(rung);
+  FindRows(rung);
+  std::swap(rung.values, workspace_.reply.values);
 }
 
-void Sweep::ReadRung(bool isFirst) {
-  client_.query_wells(wells_, items_, reply_);
-  FindItems(reply_.items);
-  const std::vector<size_t>& places = lookup_.PlacesIn(reply_.wells);
-  for (size_t i = 0; i < records_.size(); ++i) {
-    const size_t well = wellOfRecord_[i];
-    if (places[well] == WellLookup::kMissing) FailInflow();
-    const std::span<const double> row = reply_.values[places[well]];
-    AppendPoint(*ladders_[well].kind, row, records_[i]);
-    if (isFirst) NoteBaseRates(row, ladders_[well]);
-  }
-}
-
-void Sweep::FindItems(const Strings& replied) {
-  for (size_t item = 0; item < items_.size(); ++item) {
-    const auto found = std::find(replied.begin(), replied.end(), items_[item]);
+void Sweep::FindColumns(Rung& rung) {
+  const Strings& replied = workspace_.reply.items;
+  rung.columns.clear();
+  for (const std::string& item : items_) {
+    const auto found = std::find(replied.begin(), replied.end(), item);
     if (found == replied.end()) FailInflow();
-    itemPlaces_[item] = static_cast<size_t>(found - replied.begin());
+    rung.columns.push_back(static_cast<size_t>(found - replied.begin()));
   }
 }
 
-void Sweep::AppendPoint(const WellKind& kind, std::span<const double> row,
-                        ConnectorWellRecord& record) {
-  record.iprOilRate.push_back(At(row, kOilProduction));
-  record.iprGasRate.push_back(At(row, kind.gasRate));
-  record.iprWaterRate.push_back(At(row, kind.waterRate));
-  record.iprPressure.push_back(
-      At(row, request_.useBottomHolePressure ? kBottomHolePressure : kTubingHeadPressure));
-  record.iprTemperature.push_back(At(row, kTemperature));
-  record.iprOilDensity.push_back(At(row, kOilDensity));
-  record.iprGasDensity.push_back(At(row, kGasDensity));
-  record.iprWaterDensity.push_back(At(row, kWaterDensity));
-  if (request_.componentCount <= 0) return;
-  Doubles& fractions = record.iprComposition.Flat();
-  for (size_t i = kFirstMoleFraction; i < items_.size(); ++i) fractions.push_back(At(row, i));
-  record.iprComposition.EndRow();
+void Sweep::FindRows(Rung& rung) {
+  const std::vector<size_t>& places = lookup_.PlacesIn(workspace_.reply.wells);
+  rung.rows.clear();
+  for (const size_t well : wellOfRecord_) {
+    if (places[well] == WellLookup::kMissing) FailInflow();
+    rung.rows.push_back(places[well]);
+  }
 }
 
-void Sweep::NoteBaseRates(std::span<const double> row, Ladder& ladder) {
-  ladder.baseGasRate = At(row, ladder.kind->gasRate);
-  ladder.baseLiquidRate = At(row, ladder.kind->waterRate);
-  if (ladder.kind->isProducer) ladder.baseLiquidRate += At(row, kOilProduction);
+void Sweep::NoteBaseRates(const Rung& first) {
+  for (size_t i = 0; i < records_.size(); ++i) {
+    Ladder& ladder = ladders_[wellOfRecord_[i]];
+    const RungRow row = RowOf(first, i);
+    ladder.baseGasRate = row[ladder.kind->gasRate];
+    ladder.baseLiquidRate = row[ladder.kind->waterRate];
+    if (ladder.kind->isProducer) ladder.baseLiquidRate += row[kOilProduction];
+  }
 }
 
 void Sweep::LimitTo(double fraction) {
@@ -231,12 +229,46 @@ void Sweep::LimitTo(double fraction) {
   }
 }
 
+void Sweep::FillRecord(size_t place) {
+  ConnectorWellRecord& record = records_[place];
+  Reserve(record);
+  const WellKind& kind = *ladders_[wellOfRecord_[place]].kind;
+  for (const Rung& rung : workspace_.rungs) AppendPoint(kind, RowOf(rung, place), record);
+}
+
+void Sweep::Reserve(ConnectorWellRecord& record) const {
+  for (const InflowField& list : kInflowFields) {
+    Doubles& points = record.*list.field;
+    points.reserve(points.size() + kSweepRungs);
+  }
+  if (request_.componentCount <= 0) return;
+  record.iprComposition.Reserve(kSweepRungs, kSweepRungs * (items_.size() - kFirstMoleFraction));
+}
+
+void Sweep::AppendPoint(const WellKind& kind, const RungRow& row,
+                        ConnectorWellRecord& record) const {
+  record.iprOilRate.push_back(row[kOilProduction]);
+  record.iprGasRate.push_back(row[kind.gasRate]);
+  record.iprWaterRate.push_back(row[kind.waterRate]);
+  record.iprPressure.push_back(
+      row[request_.useBottomHolePressure ? kBottomHolePressure : kTubingHeadPressure]);
+  record.iprTemperature.push_back(row[kTemperature]);
+  record.iprOilDensity.push_back(row[kOilDensity]);
+  record.iprGasDensity.push_back(row[kGasDensity]);
+  record.iprWaterDensity.push_back(row[kWaterDensity]);
+  if (request_.componentCount <= 0) return;
+  Doubles& fractions = record.iprComposition.Flat();
+  for (size_t i = kFirstMoleFraction; i < items_.size(); ++i) fractions.push_back(row[i]);
+  record.iprComposition.EndRow();
+}
+
 }  // namespace
 
 void MeasureInflow(IntersectClientBase& client, const Strings& wells,
-                   const InflowSweepRequest& request, std::vector<ConnectorWellRecord>& records) {
+                   const InflowSweepRequest& request, InflowWorkspace& workspace,
+                   std::vector<ConnectorWellRecord>& records) {
   if (wells.empty()) return;
-  Sweep(client, wells, request, records).Run();
+  Sweep(client, wells, request, workspace, records).Run();
 }
 
 }  // namespace gantry

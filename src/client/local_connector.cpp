@@ -4,7 +4,6 @@
 #include <span>
 #include <stdexcept>
 
-#include "client/inflow_sweep.h"
 #include "client/intersect_client.h"
 #include "client/record_fields.h"
 #include "client/simulator_model.h"
@@ -101,7 +100,8 @@ void CExtConnectorLocalBase::GetWellIPRData(int32_t componentCount, const String
                                             bool useBottomHolePressure, double skewness) {
   if (wells.empty()) return;
   OpenAndMeasureInflow(Client(), *unitConverter, wells,
-                       {componentCount, useBottomHolePressure, skewness}, records);
+                       {componentCount, useBottomHolePressure, skewness}, inflowWorkspace_,
+                       records);
   for (ConnectorWellRecord& record : records) {
     for (const InflowField& list : kInflowFields) {
       unitConverter->FromSimulator(std::span(record.*list.field).last(kSweepRungs), list.code);

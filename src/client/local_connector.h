@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "client/connector_base.h"
+#include "client/inflow_sweep.h"
 
 namespace gantry {
 
@@ -57,6 +58,7 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
 
   uint32_t port_;
   IntersectClientBase* client_ = nullptr;
+  InflowWorkspace inflowWorkspace_;
 };
 
 }  // namespace gantry

@@ -95,7 +95,7 @@ Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
 
 void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
                           const Strings& wells, const InflowRequest& request,
-                          std::vector<ConnectorWellRecord>& records) {
+                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records) {
   // So high that the well's other limits decide.
   constexpr double kUnlimitedRate = 100000.0;
   if (wells.empty()) return;
@@ -106,7 +106,7 @@ void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& unit
                  .skewness = request.skewness,
                  .firstLiquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate),
                  .firstGasRate = units.ToSimulator(kUnlimitedRate, kGasRate)},
-                records);
+                workspace, records);
 }
 
 void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses) {

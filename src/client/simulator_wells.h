@@ -10,6 +10,7 @@
 namespace gantry {
 
 class IntersectClientBase;
+struct InflowWorkspace;
 class UnitConverter;
 
 // What is asked of a simulator about its wells and told to it, through a client of either version:
@@ -33,7 +34,7 @@ struct InflowRequest {
 /// `wells`. The units are those of the simulator, for the rates that it starts from.
 void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
                           const Strings& wells, const InflowRequest& request,
-                          std::vector<ConnectorWellRecord>& records);
+                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records);
 
 // Setters in the user's name. With no wells nothing is sent.
 void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses);

@@ -20,18 +20,18 @@ void FillCurrent(IPRPoint& current, const ConnectorWellRecord& record, bool isPr
   current.WaterRate = isProducer ? record.waterRate : record.waterInjectionRate;
 }
 
-void FillInflow(std::vector<IPRPoint>& points, ConnectorWellRecord& record) {
+void FillInflow(std::vector<IPRPoint>& points, const ConnectorWellRecord& record) {
   const auto at = [](const std::vector<double>& rates, size_t i) {
     return i < rates.size() ? rates[i] : 0.0;
   };
-  points.assign(record.iprPressure.size(), IPRPoint());
+  points.resize(record.iprPressure.size());
   for (size_t i = 0; i < points.size(); ++i) {
     points[i].Pressure = record.iprPressure[i];
     points[i].OilRate = at(record.iprOilRate, i);
     points[i].GasRate = at(record.iprGasRate, i);
     points[i].WaterRate = at(record.iprWaterRate, i);
-    if (i >= record.iprComposition.RowCount()) continue;
-    const std::span<const double> composition = record.iprComposition[i];
+    const bool hasComposition = i < record.iprComposition.RowCount();
+    const auto composition = hasComposition ? record.iprComposition[i] : std::span<const double>();
     points[i].Composition.assign(composition.begin(), composition.end());
   }
 }
@@ -47,7 +47,7 @@ double DensityOf(const ConnectorWellRecord& record, const std::vector<double>& d
 
 }  // namespace
 
-void FillSource(Source& source, ConnectorWellRecord& record) {
+void FillSource(Source& source, const ConnectorWellRecord& record) {
   source.OnTimeFraction = record.uptimeFraction;
   FillCurrent(source.Current, record, source.SourceType == kProducer);
   FillInflow(source.SimulatorIPR, record);
@@ -56,10 +56,10 @@ void FillSource(Source& source, ConnectorWellRecord& record) {
   source.WaterGravity = DensityOf(record, record.iprWaterDensity) / kWaterDensity;
 }
 
-bool FillSources(SourceList& sources, std::vector<ConnectorWellRecord>& records) {
+bool FillSources(SourceList& sources, const std::vector<ConnectorWellRecord>& records) {
   NameIndex index;
   for (const Source& source : sources.Items) index.Add(source.Name);
-  for (ConnectorWellRecord& record : records) {
+  for (const ConnectorWellRecord& record : records) {
     const auto position = index.Find(record.name);
     if (!position) return false;
     FillSource(sources.Items[*position], record);

@@ -8,12 +8,11 @@
 namespace gantry {
 
 /// Puts what the connector says about a well into its live record: state, inflow table, gravities.
-/// The record's compositions are moved out of it.
-void FillSource(Source& source, ConnectorWellRecord& record);
+void FillSource(Source& source, const ConnectorWellRecord& record);
 
 /// Does so for all records, in their order. False when one names a well that isn't in the list:
 /// those before it have been filled.
-bool FillSources(SourceList& sources, std::vector<ConnectorWellRecord>& records);
+bool FillSources(SourceList& sources, const std::vector<ConnectorWellRecord>& records);
 
 /// The live records of the wells as the simulator lists them.
 SourceList MakeSources(const std::vector<ConnectorWellStatus>& statuses);
