@@ -84,7 +84,7 @@ std::vector<size_t> QtDialog::SelectedRows(int id) {
     }
   }
   std::ranges::sort(rows);
-  rows.erase(std::ranges::unique(rows).begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   return rows;
 }
 
