@@ -134,33 +134,6 @@ TEST(ExportedVariable, IsReadAndSetElementByElementInTheDriversUnits) {
   EXPECT_TRUE(error.starts_with("error: ")) << error;
 }
 
-TEST(ExportedVariables, AreEvaluatedAllWithOneExchangeForEachWell) {
-  CExportedVariables variables;
-  auto& first = Add(variables, "W1");
-  Add(first, "RATE", 1, kLiquidRate);
-  Add(first, "CUT", 1);
-  Add(Add(variables, "W2"), "CUT", 1);
-  using test::Numbers;
-  using test::Texts;
-  ScriptedPeer peer;
-  GreetMetricConnector(peer)
-      .Answer(
-          {"QUERY", "QWELLS", {"QITEMS", Texts{"RATE", "CUT"}}, {"WELNAMES", Texts{"W1"}}, "END"},
-          {"REPLY",
-           {"QITEMS", Texts{"RATE", "CUT"}},
-           {"WELLNAME", Texts{"W1"}},
-           {"VALUES", Numbers{15.8987, 0.5}},
-           "END"})
-      .Answer(WellQuestion("W2", "CUT"), WellAnswer("W2", "OTHER", 1.0))
-      .Start();
-  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-  std::string error;
-  EXPECT_EQ(variables.EvaluateAll(*connector, error), 1);
-  EXPECT_TRUE(error.starts_with("Could not evaluate exported variables for W2, ")) << error;
-  EXPECT_DOUBLE_EQ(first.Variables[0].Value, 100.0);
-  EXPECT_EQ(first.Variables[1].Value, 0.5);
-}
-
 // Two wells: the first with one variable of kind 3, the second without any.
 const std::string kStream =
     "\2\0\0\0"
@@ -198,26 +171,6 @@ TEST(ExportedVariables, AreKeptInTheirFrozenForm) {
   CaseArchive writer(block, CaseArchive::Direction::kWrite);
   variables.Serialize(writer, 2);
   EXPECT_EQ(block, kHeader + kStream);
-}
-
-TEST(ExportedVariables, OfAnOldStreamHaveOneValueEach) {
-  std::string old = kStream;
-  old.erase(old.find("Label") + 5, 4);
-  CExportedVariables variables = FromStream(old, 1);
-  EXPECT_EQ(variables[0].Variables[0].Kind, 1u);
-  EXPECT_EQ(variables[1].WellName, "W2");
-}
-
-TEST(ExportedVariables, OfABrokenStreamAreRefusedWhereverItBreaks) {
-  for (size_t length = 0; length < kStream.size(); ++length) {
-    EXPECT_THROW(FromStream(kStream.substr(0, length), 2), ArchiveError) << length;
-  }
-  for (const char* count : {"\xff\xff\xff\x7f", "\xff\xff\xff\xff"}) {
-    EXPECT_THROW(FromStream(count + kStream.substr(4), 2), ArchiveError);
-    std::string nested = kStream;
-    nested.replace(10, 4, count);
-    EXPECT_THROW(FromStream(nested, 2), ArchiveError);
-  }
 }
 
 }  // namespace

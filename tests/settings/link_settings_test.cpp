@@ -31,14 +31,9 @@ TEST(LinkSettings, CutsTheDatasetPathByItsOwnRule) {
     settings.FileName = row.path;
     EXPECT_EQ(settings.GetCaseDirectory(), row.directory) << row.path;
     EXPECT_EQ(settings.GetCaseBaseName(), row.name) << row.path;
+    EXPECT_EQ(settings.GetBackupFileName(), std::string(row.path) + ".backup");
+    EXPECT_EQ(settings.GetScriptFileName(), row.directory + std::string(row.name) + "_py.py");
   }
-}
-
-TEST(LinkSettings, NamesTheFilesBesideTheDataset) {
-  LinkSettings settings;
-  settings.FileName = "c/run.afi";
-  EXPECT_EQ(settings.GetBackupFileName(), "c/run.afi.backup");
-  EXPECT_EQ(settings.GetScriptFileName(), "c/run_py.py");
 }
 
 /// Writes by path below "CaseDetails" and reads back.
@@ -101,18 +96,14 @@ TEST(LinkSettings, TheRegistryKeepsTheLastUsedValues) {
   EXPECT_EQ(loaded.LinuxIXVersion, 20162);
   EXPECT_EQ(loaded.Parallel, 1000);
   EXPECT_EQ(loaded.IPRModel, 1) << "has no place in the registry";
-}
 
-TEST(LinkSettings, AMissingOrMistypedRegistryValueLeavesItsField) {
-  const test::TestFolder folder;
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
   key->WriteText("HeadNodePort", "9");
   key->WriteNumber("Module", 9);
-  LinkSettings settings;
-  settings.SimExeName = "mine";
-  settings.LoadFromRegistry();
-  EXPECT_EQ(settings.SimExeName, "mine");
-  EXPECT_EQ(settings.HeadNodePort, 7777);
+  loaded.HeadNodePort = 2;
+  loaded.LoadFromRegistry();
+  EXPECT_EQ(loaded.SimExeName, "C:\\ix.exe") << "a value of the wrong type leaves its field";
+  EXPECT_EQ(loaded.HeadNodePort, 2);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "client/unit_converter.h"
 #include "platform/registry.h"
-#include "settings/gantry_app.h"
 #include "support/test_folder.h"
 
 namespace gantry {
@@ -20,14 +19,6 @@ class MachineConfig : public testing::Test {
 
   test::TestFolder folder_;
 };
-
-TEST_F(MachineConfig, BeginsWithItsDefaultsAndCreatesItsKey) {
-  const CIXConfig config;
-  EXPECT_EQ(config.StartPort, 9001);
-  EXPECT_EQ(config.EndPort, 9101);
-  EXPECT_EQ(config.SimExecutable + config.MPIExecutable + config.CmdLine, "");
-  EXPECT_TRUE(config.UserProperties.empty());
-}
 
 TEST_F(MachineConfig, IsSavedWhenItGoes) {
   const std::string program = folder_.Write("ix", "").string();
@@ -114,15 +105,6 @@ TEST_F(MachineConfig, LoadsFromAnotherPlaceButTheUsersOwnPropertiesAndAppends) {
   EXPECT_EQ(config.EndPort, 9101);
   ASSERT_EQ(config.UserProperties.size(), 2u);
   EXPECT_EQ(config.UserProperties[1]->Property, "U");
-}
-
-TEST_F(MachineConfig, TheApplicationObjectIsTheOneThatLives) {
-  for (int i = 0; i < 2; ++i) {
-    CGantryApp app;
-    EXPECT_EQ(&CGantryApp::Instance(), &app);
-    EXPECT_EQ(app.Config.EndPort, 9101 + i);
-    ++app.Config.EndPort;
-  }
 }
 
 }  // namespace

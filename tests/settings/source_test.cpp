@@ -135,12 +135,6 @@ TEST(Source, TellsWhatFailedInTheSimulatorAndLeavesTheTagUnhandled) {
   EXPECT_TRUE(gone.error.starts_with("Error setting X, ")) << gone.error;
 }
 
-TEST(Source, HasNoVariablesWithoutASimulator) {
-  Source source = WellNamed("P1");
-  EXPECT_EQ(Read(source, "WATER_CUT"), (Answer{false, "", ""}));
-  EXPECT_EQ(Write(source, "WATER_CUT", "1"), (Answer{false, "", ""}));
-}
-
 TEST(Source, IsClassifiedByTheSimulatorsExactWords) {
   const std::pair<const char*, int32_t> types[] = {{"PRODUCER", 0},
                                                    {"WATER_INJECTOR", 1},
@@ -207,13 +201,6 @@ TEST(Source, IsControlledByItsTypeItsModeAndItsGasLiquidRatio) {
     }
     EXPECT_EQ(shown.str(), c.expected) << "type " << c.type << ", mode " << c.opMode;
   }
-}
-
-TEST(SourceList, FindsTheFirstWellOfAnExactName) {
-  SourceList sources;
-  sources.Items = {WellNamed("p1"), WellNamed("P1"), WellNamed("P1")};
-  EXPECT_EQ(sources.Find("P1"), &sources.Items[1]);
-  EXPECT_EQ(sources.Find("P2"), nullptr);
 }
 
 }  // namespace

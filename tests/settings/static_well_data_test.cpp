@@ -4,13 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "settings/case_archive.h"
 #include "settings/source.h"
 
 namespace gantry {
 namespace {
-
-using namespace std::string_literals;
 
 StaticWellDataCollection WellsNamed(const std::vector<std::string>& names) {
   StaticWellDataCollection wells;
@@ -38,29 +35,23 @@ TEST(StaticWells, AreReachedUnderTheirWord) {
   EXPECT_TRUE(wells.Items[0].Connected);
 }
 
-TEST(StaticWells, ShowTheModeOfTheLastAndTakeOneForAll) {
+TEST(StaticWells, ShowTheModeOfTheLastTakeOneForAllAndAreFoundByName) {
   StaticWellDataCollection wells;
   EXPECT_EQ(wells.OpMode(), 0);
-  wells = WellsNamed({"A", "B"});
+  wells = WellsNamed({"A", "B", "B"});
   wells.Items[0].OpMode = 1;
-  wells.Items[1].OpMode = 2;
+  wells.Items[2].OpMode = 2;
+  wells.Items[2].Connected = true;
   EXPECT_EQ(wells.OpMode(), 2);
   wells.SetOpMode(-1);
   EXPECT_EQ(wells.Items[0].OpMode, 1);
   wells.SetOpMode(3);
-  EXPECT_EQ(wells.Items[0].OpMode, 3);
   EXPECT_EQ(wells.Items[1].OpMode, 3);
-}
-
-TEST(StaticWells, AreFoundByNameWithTheirPlace) {
-  StaticWellDataCollection wells = WellsNamed({"A", "B", "B"});
-  wells.Items[2].Connected = true;
   int32_t index = 9;
   EXPECT_EQ(wells.Find("B", &index), &wells.Items[1]);
   EXPECT_EQ(index, 1);
   EXPECT_EQ(wells.Find("b", &index), nullptr);
   EXPECT_EQ(index, -1);
-  EXPECT_EQ(wells.Names(false), (std::vector<std::string>{"A", "B", "B"}));
   EXPECT_EQ(wells.Names(true), (std::vector<std::string>{"B"}));
 }
 
@@ -110,28 +101,6 @@ TEST(StaticWells, AgreeWithTheSimulatorOrTellTheFirstDifference) {
   for (const Case& c : cases) {
     EXPECT_EQ(ReconcileWells(WellsNamed(c.inFile), WellsNamed(c.inSimulator)), c.message);
   }
-}
-
-TEST(StaticWells, AreKeptByNameTypeAndModeAndAppendedWhenRead) {
-  StaticWellDataCollection wells = WellsNamed({"P1"});
-  wells.Items[0].SourceType = 2;
-  wells.Items[0].OpMode = 3;
-  wells.Items[0].Connected = true;
-  std::array<char, 26> block = {};
-  CaseArchive writer(block, CaseArchive::Direction::kWrite);
-  wells.Serialize(writer);
-  EXPECT_EQ(std::string(block.data() + 8, block.size() - 8),
-            "\1\0\0\0"
-            "\2\0\0\0P1"
-            "\2\0\0\0"
-            "\3\0\0\0"s);
-
-  CaseArchive reader(block, CaseArchive::Direction::kRead);
-  wells.Serialize(reader);
-  ASSERT_EQ(wells.Names(false), (std::vector<std::string>{"P1", "P1"}));
-  EXPECT_EQ(wells.Items[1].SourceType, 2);
-  EXPECT_EQ(wells.Items[1].OpMode, 3);
-  EXPECT_FALSE(wells.Items[1].Connected);
 }
 
 }  // namespace
