@@ -41,15 +41,12 @@ LinkSettings SettingsFor(const ScriptedPeer& peer) {
   return settings;
 }
 
-/// What a driver says between the version and the answer.
-std::string Description(const std::string& logging = "1") {
-  return Framed("1") + Framed("0") + Framed("/fields/north/") + Framed("NORTH.v2") + Framed("4") +
-         Framed("20172") + Framed(UserInLowerCase()) + Framed(logging);
-}
-
 /// The factory up to its answer.
-ScriptedPeer& Hear(ScriptedPeer& peer) {
-  return peer.ReplyBytes(Framed("3")).ExpectBytes(Description());
+ScriptedPeer& Hear(ScriptedPeer& peer, const std::string& scenario = "0",
+                   const std::string& logging = "1") {
+  return peer.ReplyBytes(Framed("3"))
+      .ExpectBytes(Framed("1") + Framed(scenario) + Framed("/fields/north/") + Framed("NORTH.v2") +
+                   Framed("4") + Framed("20172") + Framed(UserInLowerCase()) + Framed(logging));
 }
 
 void PlaySession(ScriptedPeer& peer) {
@@ -85,10 +82,7 @@ TEST(LinuxJobSession, TellsTheBatchScenario) {
   const test::ScopedVariable job("LSB_JOBID", "77");
   const test::ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
   ScriptedPeer peer;
-  peer.ReplyBytes(Framed("3")).ExpectBytes(Framed("1") + Framed("5") + Framed("/fields/north/"));
-  peer.ExpectBytes(Framed("NORTH.v2") + Framed("4") + Framed("20172"));
-  peer.ExpectBytes(Framed(UserInLowerCase()) + Framed("0")).ReplyBytes(Framed("no"));
-  peer.Start();
+  Hear(peer, "5", "0").ReplyBytes(Framed("no")).Start();
   LinkSettings settings = SettingsFor(peer);
   settings.StdLogging = false;
   std::string message;

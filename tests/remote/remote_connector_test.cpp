@@ -1,7 +1,8 @@
 #include "remote/remote_connector.h"
 
+#include <array>
 #include <functional>
-#include <map>
+#include <sstream>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -69,19 +70,17 @@ std::string FailureOf(Call call) {
   return "no failure";
 }
 
-/// What an operation says and hears, as one text for comparison where it gives results.
+using C = CExtConnectorBase;
+
+/// What an operation says and hears; where it gives results, these as one text.
 struct Operation {
   const char* name;
   uint32_t routine;
   std::string request;
   std::string results;  ///< in front of the acknowledgement
-  std::function<std::string(CExtConnectorBase&)> call;
-  std::string outcome;
+  std::function<void(C&, std::ostream&)> call;
+  std::string outcome = "";
 };
-
-std::string DateText(int32_t day, int32_t month, int32_t year) {
-  return std::to_string(day) + "." + std::to_string(month) + "." + std::to_string(year);
-}
 
 std::string EosReply() {
   std::string bytes = Text("PENG_ROBINSON") + TextList({"C1", "C2"});
@@ -91,117 +90,80 @@ std::string EosReply() {
   return bytes;
 }
 
+void TellDate(std::ostream& out, C& connector, void (C::*get)(int32_t&, int32_t&, int32_t&)) {
+  int32_t day = 0, month = 0, year = 0;
+  (connector.*get)(day, month, year);
+  out << day << '.' << month << '.' << year;
+}
+
+void TellStatuses(C& connector, std::ostream& out) {
+  std::vector<ConnectorWellStatus> statuses(1);
+  connector.GetWellStatus(statuses);
+  for (const auto& well : statuses) out << well.name << well.type << well.status << ';';
+}
+
+void TellProperties(C& connector, std::ostream& out) {
+  EOSProperties eos;
+  eos.omegaA = {9.0};
+  connector.GetEOSProperties(eos);
+  const UnitConverter units(true);
+  out << eos.eosName << eos.componentCount << ' ' << eos.presentProperties;
+  EXPECT_EQ(eos.componentNames, (Strings{"C1", "C2"}));
+  EXPECT_EQ(eos.molecularWeight, Doubles{0.5});
+  EXPECT_EQ(eos.criticalTemperature, Doubles{units.FromSimulator(1.5, kTemperature)});
+  EXPECT_EQ(eos.criticalPressure, Doubles{units.FromSimulator(2.5, kPressure)});
+  EXPECT_EQ(eos.criticalVolume, Doubles{units.FromSimulator(3.5, kCriticalVolume)});
+  EXPECT_EQ(eos.extraProperty, Doubles{5.5});
+  EXPECT_EQ(eos.boilingPoint, Doubles{units.FromSimulator(6.5, kTemperature)});
+  EXPECT_EQ(eos.omegaA, Doubles{8.5});
+  EXPECT_EQ(eos.binaryInteraction, Doubles{11.5});
+}
+
+void Constrain(C& connector, std::ostream&) {
+  connector.SetWellConstraints({"P1", "P2"}, {{"BHP", "LIQ"}, {"ANY"}}, {{100.0, 10.0}, {5.0}},
+                               {{kPressure, kLiquidRate}, {kNoUnit}});
+}
+
 const std::vector<Operation>& Operations() {
   static const std::vector<Operation> operations = {
-      {"AdvanceNewton", 7, "", "",
-       [](auto& c) {
-         c.AdvanceNewton();
-         return "";
-       },
-       ""},
-      {"Shutdown", 65520, "", "",
-       [](auto& c) {
-         c.Shutdown();
-         return "";
-       },
-       ""},
-      {"RunUntil", 8, Double(100.0), "",
-       [](auto& c) {
-         c.RunUntil(100.0);
-         return "";
-       },
-       ""},
-      {"GetVersion", 17, "", Double(2018.5), [](auto& c) { return std::to_string(c.GetVersion()); },
-       "2018.500000"},
-      {"GetTimeDays", 4, "", Double(30.25), [](auto& c) { return std::to_string(c.GetTimeDays()); },
-       "30.250000"},
+      {"AdvanceNewton", 7, "", "", [](C& c, auto&) { c.AdvanceNewton(); }},
+      {"Shutdown", 65520, "", "", [](C& c, auto&) { c.Shutdown(); }},
+      {"RunUntil", 8, Double(100.0), "", [](C& c, auto&) { c.RunUntil(100.0); }},
+      {"GetVersion", 17, "", Double(2018.5), [](C& c, auto& out) { out << c.GetVersion(); },
+       "2018.5"},
+      {"GetTimeDays", 4, "", Double(30.25), [](C& c, auto& out) { out << c.GetTimeDays(); },
+       "30.25"},
       {"GetCompositionalFlag", 5, "", Int(2),
-       [](auto& c) { return c.GetCompositionalFlag() ? "true" : "false"; }, "true"},
-      {"GetTerminationFlag", 9, "", Int(-1),
-       [](auto& c) { return c.GetTerminationFlag() ? "true" : "false"; }, "false"},
+       [](C& c, auto& out) { out << c.GetCompositionalFlag(); }, "1"},
+      {"GetTerminationFlag", 9, "", Int(-1), [](C& c, auto& out) { out << c.GetTerminationFlag(); },
+       "0"},
       {"GetDate", 2, "", Int(31) + Int(12) + Int(2026),
-       [](auto& c) {
-         int32_t day = 0, month = 0, year = 0;
-         c.GetDate(day, month, year);
-         return DateText(day, month, year);
-       },
-       "31.12.2026"},
+       [](C& c, auto& out) { TellDate(out, c, &C::GetDate); }, "31.12.2026"},
       {"GetStartDate", 20, "", Int(1) + Int(2) + Int(2020),
-       [](auto& c) {
-         int32_t day = 0, month = 0, year = 0;
-         c.GetStartDate(day, month, year);
-         return DateText(day, month, year);
-       },
-       "1.2.2020"},
+       [](C& c, auto& out) { TellDate(out, c, &C::GetStartDate); }, "1.2.2020"},
       {"GetWellStatus", 6, "",
        Int(2) + Text("P1") + Text("PRODUCER") + Text("OPEN") + Text("I1") + Text("WATER_INJECTOR") +
            Text("SHUT"),
-       [](auto& c) {
-         std::vector<ConnectorWellStatus> statuses(1);
-         c.GetWellStatus(statuses);
-         std::string text;
-         for (const auto& well : statuses) text += well.name + well.type + well.status + ";";
-         return text;
-       },
-       "P1PRODUCEROPEN;I1WATER_INJECTORSHUT;"},
-      {"SetWellStatus", 11,
-       Int(2) + Int(2) + Text("P1") + Text("P2") + Text("OPEN") + Text("SURFACE_SHUTIN"), "",
-       [](auto& c) {
-         c.SetWellStatus({"P1", "P2"}, {"OPEN", "SURFACE_SHUTIN"});
-         return "";
-       },
-       ""},
-      {"SetWellStatus", 11, Int(0) + Int(0), "",
-       [](auto& c) {
-         c.SetWellStatus({}, {});
-         return "";
-       },
-       ""},
+       TellStatuses, "P1PRODUCEROPEN;I1WATER_INJECTORSHUT;"},
+      {"SetWellStatus", 11, Int(2) + Int(2) + Text("P1") + Text("P2") + Text("OPEN") + Text("SHUT"),
+       "",
+       [](C& c, auto&) {
+         c.SetWellStatus({"P1", "P2"}, {"OPEN", "SHUT"});
+       }},
+      {"SetWellStatus", 11, Int(0) + Int(0), "", [](C& c, auto&) { c.SetWellStatus({}, {}); }},
       {"SetWellUptime", 12, Int(1) + Int(1) + Text("P1") + Double(0.75), "",
-       [](auto& c) {
-         c.SetWellUptime({"P1"}, {0.75});
-         return "";
-       },
-       ""},
+       [](C& c, auto&) { c.SetWellUptime({"P1"}, {0.75}); }},
       {"SetWellConstraints", 13,
        TextList({"P1", "P2"}) + Int(2) + TextList({"BHP", "LIQ"}) + TextList({"ANY"}) + Int(2) +
            DoubleList({(100.0 + 14.696) * kBar, 10.0 * kLiquid}) + DoubleList({5.0}),
-       "",
-       [](auto& c) {
-         c.SetWellConstraints({"P1", "P2"}, {{"BHP", "LIQ"}, {"ANY"}}, {{100.0, 10.0}, {5.0}},
-                              {{kPressure, kLiquidRate}, {kNoUnit}});
-         return "";
-       },
-       ""},
-      {"GetEOSProperties", 14, "", EosReply(),
-       [](auto& c) {
-         EOSProperties eos;
-         eos.omegaA = {9.0};
-         c.GetEOSProperties(eos);
-         const UnitConverter units(true);
-         EXPECT_EQ(eos.eosName, "PENG_ROBINSON");
-         EXPECT_EQ(eos.componentNames, (Strings{"C1", "C2"}));
-         EXPECT_EQ(eos.componentCount, 2);
-         EXPECT_EQ(eos.presentProperties, 4095u - EOSProperties::kAcentricFactor);
-         EXPECT_EQ(eos.molecularWeight, Doubles{0.5});
-         EXPECT_EQ(eos.criticalTemperature, Doubles{units.FromSimulator(1.5, kTemperature)});
-         EXPECT_EQ(eos.criticalPressure, Doubles{units.FromSimulator(2.5, kPressure)});
-         EXPECT_EQ(eos.criticalVolume, Doubles{units.FromSimulator(3.5, kCriticalVolume)});
-         EXPECT_EQ(eos.extraProperty, Doubles{5.5});
-         EXPECT_EQ(eos.boilingPoint, Doubles{units.FromSimulator(6.5, kTemperature)});
-         EXPECT_EQ(eos.omegaA, Doubles{8.5});
-         EXPECT_EQ(eos.binaryInteraction, Doubles{11.5});
-         return "";
-       },
-       ""},
-      {"SetInjectionSource", 18, Text("I1") + Text("Source_I1"), "\1",
-       [](auto& c) { return c.SetInjectionSource("I1", "Source_I1") ? "true" : "false"; }, "true"},
+       "", Constrain},
+      {"GetEOSProperties", 14, "", EosReply(), TellProperties, "PENG_ROBINSON2 4087"},
+      {"SetInjectionSource", 18, Text("I1") + Text("S1"), "\1",
+       [](C& c, auto& out) { out << c.SetInjectionSource("I1", "S1"); }, "1"},
       {"SetWellInjectionComposition", 19, TextList({"S1"}) + Int(1) + DoubleList({0.25, 0.75}), "",
-       [](auto& c) {
+       [](C& c, auto&) {
          c.SetWellInjectionComposition({"S1"}, {{0.25, 0.75}});
-         return "";
-       },
-       ""},
+       }},
   };
   return operations;
 }
@@ -212,34 +174,28 @@ std::string RequestOf(const Operation& operation) {
                                    : Message(operation.routine, operation.request);
 }
 
-TEST(RemoteConnector, SaysAndHearsEachRoutineToTheByte) {
+TEST(RemoteConnector, SaysAndHearsEachRoutineToTheByteAndNamesItWhereItFails) {
   for (const Operation& operation : Operations()) {
     SCOPED_TRACE(operation.name);
+    const std::string request = RequestOf(operation);
+    const std::string& results = operation.results;
     Controller controller;
-    controller.Exchange(RequestOf(operation),
-                        Message(operation.routine, operation.results + kAccepted));
+    controller.Exchange(request, Message(operation.routine, results + kAccepted))
+        .Exchange(request, Message(operation.routine, results + kRefused))
+        .Exchange(request, Message(operation.routine + 1, results + kAccepted))
+        .Exchange(request, Int(0));
     const auto connector = controller.Connect();
-    EXPECT_EQ(operation.call(*connector), operation.outcome);
-  }
-}
-
-TEST(RemoteConnector, NamesTheRoutineThatWasRefusedOrAnsweredByAnother) {
-  for (const Operation& operation : Operations()) {
-    SCOPED_TRACE(operation.name);
-    Controller controller;
-    controller.Exchange(RequestOf(operation),
-                        Message(operation.routine, operation.results + kRefused));
-    controller.Exchange(RequestOf(operation),
-                        Message(operation.routine + 1, operation.results + kAccepted));
-    controller.Exchange(RequestOf(operation), Int(0));
-    const auto connector = controller.Connect();
+    std::ostringstream outcome;
+    operation.call(*connector, outcome);
+    EXPECT_EQ(outcome.str(), operation.outcome);
+    const auto failure = [&] { return FailureOf([&] { operation.call(*connector, outcome); }); };
     const std::string routine = FindRoutine(operation.routine)->name;
-    EXPECT_EQ(FailureOf([&] { operation.call(*connector); }),
+    EXPECT_EQ(failure(),
               "Unexpected acknowledgement from Intersect controller (Routine: " + routine + ").");
-    for (int reply = 0; reply < 2; ++reply) {
-      EXPECT_EQ(FailureOf([&] { operation.call(*connector); }),
-                "Communication error with remote Intersect controller (Routine: " + routine +
-                    "). Check the log files under the case directory.");
+    for (const char* reply : {"of another routine", "of nothing"}) {
+      EXPECT_EQ(failure(), "Communication error with remote Intersect controller (Routine: " +
+                               routine + "). Check the log files under the case directory.")
+          << reply;
     }
   }
 }
@@ -308,28 +264,6 @@ TEST(RemoteConnector, AddsTheInflowToTheRecordsOfTheirNames) {
   EXPECT_EQ(records[1].iprOilRate, b.iprOilRate);
 }
 
-TEST(RemoteConnector, RefusesInflowOfAWellWithoutARecord) {
-  Controller controller;
-  controller.Exchange(InflowRequest(0), Message(16, Int(1) + Int(2) + kAccepted));
-  controller.Exchange(BareRequest(4097), InflowReply(""));
-  const auto connector = controller.Connect();
-  std::vector<ConnectorWellRecord> records(1);
-  EXPECT_EQ(FailureOf([&] {
-              connector->GetWellIPRData(0, {"A", "B"}, records, true, 2.5);
-            }),
-            "Error in routine: IX_GETWELLIPRDATA_SUB). Unknown well returned.");
-}
-
-TEST(RemoteConnector, AsksNothingForNoWells) {
-  Controller controller;
-  const auto connector = controller.Connect();
-  std::vector<ConnectorWellRecord> records(1);
-  connector->GetWellDataAndIPR(2, {}, records, true, 2.5);
-  connector->PollWellStatuses();
-  connector->PollWellConstraints();
-  EXPECT_EQ(records.size(), 1u);
-}
-
 TEST(RemoteConnector, ConvertsVariablesByTheirCodesAndComparesCounts) {
   const std::string request = Message(15, Text("A") + TextList({"X", "Y", "Z"}));
   Controller controller;
@@ -355,63 +289,66 @@ TEST(RemoteConnector, ReadsTheZeroedTailOfAReplyThatIsTooShort) {
   int32_t day = 0, month = 7, year = 7;
   FailureOf([&] { connector->GetDate(day, month, year); });
   connector->GetDate(day, month, year);
-  EXPECT_EQ(DateText(day, month, year), "9.0.0");
+  EXPECT_EQ((std::array{day, month, year}), (std::array{9, 0, 0}));
+}
+
+/// Inflow of two wells, of which the first has a record.
+void ReadInflow(C& connector, int32_t components) {
+  std::vector<ConnectorWellRecord> records(2);
+  records[0].name = "A";
+  connector.GetWellIPRData(components, {"A", "B"}, records, true, 2.5);
 }
 
 TEST(RemoteConnector, TakesClaimsThatLieForACommunicationError) {
-  const std::vector<std::pair<uint32_t, std::string>> replies = {
-      {6, Int(2) + Text("P1") + Int(1048576)},
-      {6, Int(0x7fffffff)},
-      {10, Int(4) + kAccepted},
-      {14, Int(-1)},
-      {14, Text("EOS") + Int(1048576)},
-      {14, Text("EOS") + TextList({}) + Int(131072)},
-      {15, Int(0x10000000)},
-      {16, Int(4) + Int(10) + kAccepted},
+  struct Lie {
+    uint32_t routine;
+    std::string request;
+    std::string results;
+    std::function<void(C&)> call;
   };
-  for (const auto& [routine, results] : replies) {
-    SCOPED_TRACE(FindRoutine(routine)->name);
-    Controller controller;
-    const std::map<uint32_t, std::string> requests = {
-        {6, BareRequest(6)},
-        {10, Message(10, TextList({"A", "B", "C"}))},
-        {14, BareRequest(14)},
-        {15, Message(15, Text("A") + TextList({"X"}))},
-        {16, Message(16, Int(0) + TextList({"A", "B", "C"}) + std::string(1, '\0') + Double(1.0))},
-    };
-    controller.Exchange(requests.at(routine), Message(routine, results));
-    const auto connector = controller.Connect();
-    std::vector<ConnectorWellRecord> records;
-    std::vector<ConnectorWellStatus> statuses;
+  std::vector<ConnectorWellRecord> records;
+  const auto statuses = [](C& c) {
+    std::ostringstream ignored;
+    TellStatuses(c, ignored);
+  };
+  const auto properties = [](C& c) {
     EOSProperties eos;
-    Doubles values;
-    const std::map<uint32_t, std::function<void()>> calls = {
-        {6, [&] { connector->GetWellStatus(statuses); }},
-        {10,
-         [&] {
-           connector->GetWellData({"A", "B", "C"}, records);
-         }},
-        {14, [&] { connector->GetEOSProperties(eos); }},
-        {15, [&] { connector->GetWellVariables("A", {"X"}, {-1}, values); }},
-        {16,
-         [&] {
-           connector->GetWellIPRData(0, {"A", "B", "C"}, records, false, 1.0);
-         }},
-    };
-    EXPECT_EQ(FailureOf(calls.at(routine)), CommunicationError(Routine{routine}));
+    c.GetEOSProperties(eos);
+  };
+  const std::vector<Lie> lies = {
+      {6, Int(6), Int(2) + Text("P1") + Int(1048576), statuses},
+      {6, Int(6), Int(0x7fffffff), statuses},
+      {10, TextList({"A"}), Int(2) + kAccepted, [&](C& c) { c.GetWellData({"A"}, records); }},
+      {14, Int(14), Int(-1), properties},
+      {14, Int(14), Text("EOS") + Int(1048576), properties},
+      {14, Int(14), Text("EOS") + TextList({}) + Int(131072), properties},
+      {15, Text("A") + TextList({"X"}), Int(0x10000000),
+       [](C& c) {
+         Doubles values;
+         c.GetWellVariables("A", {"X"}, {-1}, values);
+       }},
+      {16, Int(0) + TextList({"A", "B"}) + "\1" + Double(2.5), Int(3) + Int(10) + kAccepted,
+       [](C& c) { ReadInflow(c, 0); }},
+  };
+  for (const Lie& lie : lies) {
+    Controller controller;
+    controller.Exchange(Message(lie.routine, lie.request), Message(lie.routine, lie.results));
+    const auto connector = controller.Connect();
+    EXPECT_EQ(FailureOf([&] { lie.call(*connector); }), CommunicationError(Routine{lie.routine}));
   }
 }
 
-TEST(RemoteConnector, RefusesMorePointsThanAReplyCanHold) {
+TEST(RemoteConnector, RefusesInflowWithoutARecordOrOfMorePointsThanAReplyCanHold) {
   Controller controller;
-  controller.Exchange(InflowRequest(2), Message(16, Int(2) + Int(0x7fffffff) + kAccepted));
-  controller.Exchange(BareRequest(4097), InflowReply(DoubleList({1.0})));
+  controller.Exchange(InflowRequest(0), Message(16, Int(2) + Int(2) + kAccepted))
+      .Exchange(BareRequest(4097), InflowReply(""))
+      .Exchange(BareRequest(4097), InflowReply(""))
+      .Exchange(InflowRequest(2), Message(16, Int(2) + Int(0x7fffffff) + kAccepted))
+      .Exchange(BareRequest(4097), InflowReply(DoubleList({1.0})));
   const auto connector = controller.Connect();
-  std::vector<ConnectorWellRecord> records(2);
-  records[0].name = "A";
-  EXPECT_EQ(FailureOf([&] {
-              connector->GetWellIPRData(2, {"A", "B"}, records, true, 2.5);
-            }),
+  EXPECT_EQ(FailureOf([&] { ReadInflow(*connector, 0); }),
+            "Error in routine: IX_GETWELLIPRDATA_SUB). Unknown well returned.");
+  EXPECT_EQ(FailureOf([&] { ReadInflow(*connector, 2); }),
             CommunicationError(Routine::kGetWellIPRDataOfOne));
 }
 
@@ -460,18 +397,6 @@ TEST(RemoteConnector, TellsWhyASessionCannotBeEstablished) {
       EXPECT_EQ(failure.what(), text);
     }
   }
-}
-
-TEST(RemoteConnector, ShutsDownASimulatorOfTheWrongAge) {
-  ScriptedPeer peer;
-  peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, kAccepted));
-  peer.ExpectBytes(BareRequest(17)).ReplyBytes(Message(17, Double(2016.2) + kAccepted));
-  peer.ExpectBytes(BareRequest(65520)).ReplyBytes(Message(65520, kAccepted)).Start();
-  const SocketClient socket("127.0.0.1", peer.Port());
-  RemoteSessionData data;
-  data.VersionCode = kVersion2017_2;
-  data.Socket = &socket;
-  EXPECT_THROW(CreateRemoteConnector(data), ConnectorError);
 }
 
 }  // namespace
