@@ -22,6 +22,18 @@ void FinishRequest(IncomingMessage& message) {
   message.EndOfMessage();
 }
 
+/// A fault is the one error of the answer; an empty text is none.
+void AnswerSetUp(ByteChannel& channel, const std::string& fault) {
+  Strings errors;
+  if (!fault.empty()) errors.push_back(fault);
+  MessageStream(channel)
+      .CreateOutgoingMessage()
+      .AppendMarker("STARTED")
+      .AppendStrings("ERRORS", errors)
+      .AppendMarker("END")
+      .Send();
+}
+
 }  // namespace
 
 const std::vector<ControllerSession::Operation> ControllerSession::kOperations = {
@@ -64,14 +76,7 @@ void ControllerSession::Run() {
 
 void ControllerSession::SetUp() {
   const std::string fault = ReadSetUp();
-  Strings errors;
-  if (!fault.empty()) errors.push_back(fault);
-  MessageStream(channel_)
-      .CreateOutgoingMessage()
-      .AppendMarker("STARTED")
-      .AppendStrings("ERRORS", errors)
-      .AppendMarker("END")
-      .Send();
+  AnswerSetUp(channel_, fault);
   if (!fault.empty()) throw RequestRefused(fault);
   SendPosition();
 }
@@ -184,6 +189,11 @@ OutgoingMessage ControllerSession::StartReply() {
 void ControllerSession::FinishReply(OutgoingMessage& reply) {
   reply.AppendMarker("END").Send();
   SendReady();
+}
+
+void RefuseController(ByteChannel& channel, const std::string& reason) {
+  MessageStream(channel).ReceiveMessage();
+  AnswerSetUp(channel, reason);
 }
 
 }  // namespace gantry::simulator

@@ -74,4 +74,8 @@ class ControllerSession {
   bool running_ = true;
 };
 
+/// Answers the set-up of a controller whose run can't begin with the reason, as its reader shows
+/// it; the session is over then.
+void RefuseController(ByteChannel& channel, const std::string& reason);
+
 }  // namespace gantry::simulator
