@@ -1,0 +1,217 @@
+#include "flowlink/deck_composer.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+
+#include "flowlink/deck_keywords.h"
+#include "flowlink/link_fault.h"
+
+namespace gantry::flowlink {
+
+namespace {
+
+constexpr double kSameTimeDays = 1e-4;
+
+struct Refusal {
+  std::string_view keyword;
+  std::string_view reason;
+};
+constexpr Refusal kRefused[] = {
+    {"LAB", "its units have no place in the protocol"},
+    {"PATHS", "paths must stand in full"},
+    {"RESTART", "the run must begin at its start"},
+    {"COMPS", "only black-oil decks can be driven"},
+    {"ACTIONX", "it changes wells that the host controls"},
+    {"GCONPROD", "group limits are the host's"},
+    {"GCONINJE", "group limits are the host's"},
+    {"BRANPROP", "the network is the host's"},
+    {"NODEPROP", "the network is the host's"},
+    {"GRUPNET", "the network is the host's"},
+    {"GRUPTREE", "the network is the host's"},
+};
+
+void RefuseForeign(const DeckKeyword& keyword) {
+  for (const Refusal& refusal : kRefused) {
+    if (keyword.name != refusal.keyword) continue;
+    throw LinkFault(keyword.place + ": " + keyword.name +
+                    " can't be taken over: " + std::string(refusal.reason));
+  }
+}
+
+double NumberOf(const DeckKeyword& keyword, const std::string& item) {
+  double number = 0.0;
+  const char* end = item.data() + item.size();
+  const auto read = std::from_chars(item.data(), end, number);
+  if (read.ec == std::errc() && read.ptr == end) return number;
+  throw LinkFault(keyword.place + ": " + keyword.name + " holds '" + item + "' for a number");
+}
+
+DeckTime DateIn(const DeckKeyword& keyword, const DeckRecord& record) {
+  try {
+    return ReadDeckDate(record);
+  } catch (const LinkFault& fault) {
+    throw LinkFault(keyword.place + ": " + keyword.name + ": " + fault.what());
+  }
+}
+
+void Append(const DeckKeyword& keyword, std::string& text) {
+  text += keyword.name + "\n";
+  for (const std::string& line : keyword.lines) text += line + "\n";
+}
+
+std::string TimeStep(double days) {
+  char text[64];
+  std::snprintf(text, sizeof text, "TSTEP\n%.12g /\n", days);
+  return text;
+}
+
+/// What the deck orders at one time of its schedule.
+struct Block {
+  double days;
+  std::string text;
+};
+
+class Composer {
+ public:
+  Composer(const LinkSettings& settings, const std::string& script,
+           const std::vector<std::string>& vectors)
+      : settings_(settings), script_(script), vectors_(vectors) {}
+
+  ComposedDeck Compose() {
+    composed_.units = "METRIC";
+    for (const DeckKeyword& keyword : ReadDeckKeywords(settings_.deck)) {
+      if (keyword.name == "END") break;
+      RefuseForeign(keyword);
+      isInSchedule_ ? TakeScheduled(keyword) : TakeStatic(keyword);
+    }
+    Check();
+    WriteSchedule();
+    return std::move(composed_);
+  }
+
+ private:
+  void TakeStatic(const DeckKeyword& keyword) {
+    if (keyword.name == "SCHEDULE") {
+      isInSchedule_ = true;
+      return;
+    }
+    if (keyword.name == "FIELD") composed_.units = keyword.name;
+    if (keyword.name == "SUMMARY") hasSummary_ = true;
+    if (keyword.name == "START") TakeStart(keyword);
+    if (keyword.name == "DENSITY") TakeDensity(keyword);
+    Append(keyword, composed_.text);
+  }
+
+  void TakeStart(const DeckKeyword& keyword) {
+    const auto records = RecordsOf(keyword);
+    composed_.start = DateIn(keyword, records.empty() ? DeckRecord() : records.front());
+    hasStart_ = true;
+  }
+
+  void TakeDensity(const DeckKeyword& keyword) {
+    const auto records = RecordsOf(keyword);
+    if (records.empty() || records.front().size() < 3) return;
+    double* const densities[] = {&composed_.oilDensity, &composed_.waterDensity,
+                                 &composed_.gasDensity};
+    for (size_t i = 0; i < 3; ++i) {
+      const std::string& item = records.front()[i];
+      if (!item.empty()) *densities[i] = NumberOf(keyword, item);
+    }
+  }
+
+  void TakeScheduled(const DeckKeyword& keyword) {
+    if (keyword.name == "TSTEP") return TakeSteps(keyword);
+    if (keyword.name == "DATES") return TakeDates(keyword);
+    if (keyword.name == "TUNING") hasTuning_ = true;
+    if (keyword.name == "WCONINJE" || keyword.name == "WCONINJH") TakeInjectors(keyword);
+    Append(keyword, blocks_.back().text);
+  }
+
+  void TakeSteps(const DeckKeyword& keyword) {
+    for (const DeckRecord& record : RecordsOf(keyword)) {
+      for (const std::string& item : record) {
+        GoTo(keyword, blocks_.back().days + NumberOf(keyword, item));
+      }
+    }
+  }
+
+  void TakeDates(const DeckKeyword& keyword) {
+    for (const DeckRecord& record : RecordsOf(keyword)) {
+      if (record.empty()) continue;
+      const auto since = DateIn(keyword, record) - composed_.start;
+      GoTo(keyword, std::chrono::duration<double>(since).count() / 86400.0);
+    }
+  }
+
+  void GoTo(const DeckKeyword& keyword, double days) {
+    if (!(days > blocks_.back().days)) {
+      throw LinkFault(keyword.place + ": " + keyword.name + " doesn't go on in time");
+    }
+    blocks_.push_back({days, ""});
+  }
+
+  void TakeInjectors(const DeckKeyword& keyword) {
+    for (const DeckRecord& record : RecordsOf(keyword)) {
+      if (record.size() >= 2) composed_.injected.emplace_back(record[0], record[1]);
+    }
+  }
+
+  void Check() const {
+    const std::string deck = settings_.deck.string();
+    if (!hasStart_) throw LinkFault(deck + " has no START");
+    if (!isInSchedule_) throw LinkFault(deck + " has no SCHEDULE section");
+    if (blocks_.size() < 2) throw LinkFault(deck + " has no TSTEP and no DATES: nothing to run");
+  }
+
+  void WriteSchedule() {
+    std::string& text = composed_.text;
+    if (!hasSummary_) text += "SUMMARY\n";
+    for (const std::string& vector : vectors_) text += vector + "\n/\n";
+    text += "SCHEDULE\n" + blocks_.front().text;
+    text += "PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n" + TimeStep(kFirstStepDays);
+    // After that tiny step flow would grow its steps for long before they were of use.
+    if (!hasTuning_) text += "TUNING\n1 /\n/\n/\n";
+    double last = kFirstStepDays;
+    auto block = blocks_.begin() + 1;
+    for (const double time : ReportTimes()) {
+      text += TimeStep(time - last);
+      last = time;
+      if (block != blocks_.end() && block->days == time) text += (block++)->text;
+    }
+    text += "END\n";
+  }
+
+  /// The times of the deck, and those of the grid that don't stand at one of them already.
+  std::vector<double> ReportTimes() const {
+    std::vector<double> times;
+    for (const Block& block : blocks_) times.push_back(block.days);
+    const std::vector<double> ofDeck = times;
+    for (const double time : GridTimes(settings_.grid, composed_.start, times.back())) {
+      const auto next = std::ranges::lower_bound(ofDeck, time - kSameTimeDays);
+      if (next == ofDeck.end() || *next > time + kSameTimeDays) times.push_back(time);
+    }
+    std::ranges::sort(times);
+    times.erase(times.begin());
+    return times;
+  }
+
+  const LinkSettings& settings_;
+  const std::string& script_;
+  const std::vector<std::string>& vectors_;
+  ComposedDeck composed_;
+  std::vector<Block> blocks_ = {{0.0, ""}};
+  bool isInSchedule_ = false;
+  bool hasSummary_ = false;
+  bool hasStart_ = false;
+  bool hasTuning_ = false;
+};
+
+}  // namespace
+
+ComposedDeck ComposeDeck(const LinkSettings& settings, const std::string& script,
+                         const std::vector<std::string>& summaryVectors) {
+  return Composer(settings, script, summaryVectors).Compose();
+}
+
+}  // namespace gantry::flowlink

@@ -1,0 +1,89 @@
+#include "flowlink/flow_items.h"
+
+#include <array>
+
+namespace gantry::flowlink {
+
+namespace {
+
+enum Vector : size_t {
+  kOil,
+  kGas,
+  kWater,
+  kReservoir,
+  kInjectedWater,
+  kInjectedGas,
+  kInjectedOil,
+  kInjectedReservoir,
+  kBottomHole,
+  kTubingHead,
+  kOilTotal,
+  kGasTotal,
+  kWaterTotal,
+  kReservoirTotal,
+  kInjectedWaterTotal,
+  kInjectedGasTotal,
+  kInjectedOilTotal,
+  kInjectedReservoirTotal,
+  kVectorCount
+};
+using Values = std::vector<double>;
+
+double Ratio(double part, double whole) { return whole > 0.0 ? part / whole : 0.0; }
+
+template <Vector vector>
+double Plain(const Values& values) {
+  return values[vector];
+}
+
+struct Item {
+  std::string_view name;
+  double (*value)(const Values&);
+};
+constexpr auto kItems = std::to_array<Item>({
+    {"OIL_PRODUCTION_RATE", Plain<kOil>},
+    {"GAS_PRODUCTION_RATE", Plain<kGas>},
+    {"WATER_PRODUCTION_RATE", Plain<kWater>},
+    {"LIQUID_PRODUCTION_RATE", [](const Values& v) { return v[kOil] + v[kWater]; }},
+    {"RES_VOLUME_PRODUCTION_RATE", Plain<kReservoir>},
+    {"WATER_INJECTION_RATE", Plain<kInjectedWater>},
+    {"GAS_INJECTION_RATE", Plain<kInjectedGas>},
+    {"OIL_INJECTION_RATE", Plain<kInjectedOil>},
+    {"RES_VOLUME_INJECTION_RATE", Plain<kInjectedReservoir>},
+    {"BOTTOM_HOLE_PRESSURE", Plain<kBottomHole>},
+    {"TUBING_HEAD_PRESSURE", Plain<kTubingHead>},
+    {"OIL_PRODUCTION_CUML", Plain<kOilTotal>},
+    {"GAS_PRODUCTION_CUML", Plain<kGasTotal>},
+    {"WATER_PRODUCTION_CUML", Plain<kWaterTotal>},
+    {"LIQUID_PRODUCTION_CUML", [](const Values& v) { return v[kOilTotal] + v[kWaterTotal]; }},
+    {"RES_VOLUME_PRODUCTION_CUML", Plain<kReservoirTotal>},
+    {"WATER_INJECTION_CUML", Plain<kInjectedWaterTotal>},
+    {"GAS_INJECTION_CUML", Plain<kInjectedGasTotal>},
+    {"OIL_INJECTION_CUML", Plain<kInjectedOilTotal>},
+    {"RES_VOLUME_INJECTION_CUML", Plain<kInjectedReservoirTotal>},
+    {"GAS_OIL_RATIO", [](const Values& v) { return Ratio(v[kGas], v[kOil]); }},
+    {"WATER_CUT", [](const Values& v) { return Ratio(v[kWater], v[kOil] + v[kWater]); }},
+    {"WATER_OIL_RATIO", [](const Values& v) { return Ratio(v[kWater], v[kOil]); }},
+});
+
+}  // namespace
+
+const std::vector<std::string>& SummaryVectors() {
+  static const std::vector<std::string> kVectors = {"WOPR", "WGPR", "WWPR", "WVPR", "WWIR", "WGIR",
+                                                    "WOIR", "WVIR", "WBHP", "WTHP", "WOPT", "WGPT",
+                                                    "WWPT", "WVPT", "WWIT", "WGIT", "WOIT", "WVIT"};
+  return kVectors;
+}
+
+std::optional<size_t> FindFlowItem(std::string_view item) {
+  for (size_t i = 0; i < kItems.size(); ++i) {
+    if (kItems[i].name == item) return i;
+  }
+  return std::nullopt;
+}
+
+double FlowItemValue(size_t handle, const std::vector<double>& vectors) {
+  return kItems[handle].value(vectors);
+}
+
+}  // namespace gantry::flowlink

@@ -1,0 +1,162 @@
+#include "flowlink/flow_process.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "flowlink/link_fault.h"
+
+namespace gantry::flowlink {
+
+namespace {
+
+constexpr const char* kSocketVariable = "FLOWLINK_SOCKET";
+constexpr int kNoSuchProgram = 127;
+constexpr size_t kLongestReason = 200;
+
+/// What the new process does between the fork and the program; nothing here takes a lock.
+struct Launch {
+  std::vector<char*> argv;
+  std::vector<char*> environment;
+  std::string folder;
+  std::string log;
+  int socket = -1;
+  int fault = -1;  ///< where the reason goes if the program can't be started
+  pid_t starter = 0;
+};
+
+[[noreturn]] void BecomeProgram(const Launch& launch) {
+  ::setpgid(0, 0);
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  const bool isOrphan = ::getppid() != launch.starter;
+  const int log = ::open(launch.log.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  const int null = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  const bool isReady = !isOrphan && log >= 0 && null >= 0 && ::dup2(null, 0) >= 0 &&
+                       ::dup2(log, 1) >= 0 && ::dup2(log, 2) >= 0 &&
+                       ::chdir(launch.folder.c_str()) == 0;
+  ::fcntl(launch.socket, F_SETFD, 0);
+  if (isReady) ::execvpe(launch.argv[0], launch.argv.data(), launch.environment.data());
+  const int reason = errno;
+  (void)!::write(launch.fault, &reason, sizeof reason);
+  ::_exit(kNoSuchProgram);
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+/// The environment of this process, with what the script and flow need. A fork of flow lacks the
+/// helper threads of the message-passing library, so that its end mustn't wait for them.
+std::vector<std::string> Environment(int socket) {
+  std::vector<std::string> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable)
+    variables.emplace_back(*variable);
+  variables.push_back(std::string(kSocketVariable) + "=" + std::to_string(socket));
+  variables.emplace_back("OMPI_MCA_async_mpi_finalize=1");
+  return variables;
+}
+
+}  // namespace
+
+FlowProcess::FlowProcess(const std::vector<std::string>& arguments,
+                         const std::filesystem::path& folder, const std::string& log)
+    : log_(folder / log) {
+  int ends[2];
+  int faults[2];
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0 ||
+      ::pipe2(faults, O_CLOEXEC) != 0) {
+    throw LinkFault(std::string("no socket for flow: ") + std::strerror(errno));
+  }
+  std::vector<std::string> texts = arguments;
+  std::vector<std::string> variables = Environment(ends[1]);
+  const Launch launch = {Pointers(texts), Pointers(variables), folder.string(), log_.string(),
+                         ends[1],         faults[1],           ::getpid()};
+  process_ = ::fork();
+  if (process_ == 0) BecomeProgram(launch);
+  ::close(ends[1]);
+  ::close(faults[1]);
+  socket_ = ends[0];
+  int reason = process_ < 0 ? errno : 0;
+  if (process_ > 0) (void)!::read(faults[0], &reason, sizeof reason);
+  ::close(faults[0]);
+  if (reason == 0) return;
+  ::close(socket_);
+  if (process_ > 0) ::waitpid(process_, nullptr, 0);
+  throw LinkFault("can't start " + arguments.front() + ": " + std::strerror(reason));
+}
+
+FlowProcess::~FlowProcess() {
+  ::close(socket_);
+  ::kill(-process_, SIGKILL);
+  WaitForEnd();
+}
+
+bool FlowProcess::WriteLine(const std::string& line) {
+  const std::string text = line + "\n";
+  for (size_t sent = 0; sent < text.size();) {
+    const ssize_t part = ::send(socket_, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+    if (part < 0 && errno == EINTR) continue;
+    if (part < 0) return false;
+    sent += static_cast<size_t>(part);
+  }
+  return true;
+}
+
+bool FlowProcess::ReadLine(std::string& line) {
+  size_t searched = 0;
+  for (;;) {
+    const size_t end = received_.find('\n', searched);
+    if (end != std::string::npos) {
+      line = received_.substr(0, end);
+      received_.erase(0, end + 1);
+      return true;
+    }
+    searched = received_.size();
+    char part[65536];
+    const ssize_t got = ::recv(socket_, part, sizeof part, 0);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;
+    received_.append(part, static_cast<size_t>(got));
+  }
+}
+
+void FlowProcess::WaitForEnd() {
+  while (!hasEnded_ && ::waitpid(process_, &status_, 0) < 0 && errno == EINTR) {
+  }
+  hasEnded_ = true;
+}
+
+std::string FlowProcess::DescribeEnd() {
+  WaitForEnd();
+  std::string end = "flow ended";
+  if (WIFEXITED(status_)) end += " with status " + std::to_string(WEXITSTATUS(status_));
+  if (WIFSIGNALED(status_)) end += " by signal " + std::to_string(WTERMSIG(status_));
+  const std::string reason = FirstErrorOfLog();
+  return end + (reason.empty() ? "; its log is " + log_.string() : ": " + reason);
+}
+
+std::string FlowProcess::FirstErrorOfLog() const {
+  std::ifstream log(log_);
+  std::string reason;
+  for (std::string line; reason.size() < kLongestReason && std::getline(log, line);) {
+    const bool isError = line.find("Error") != std::string::npos ||
+                         line.find("threw an exception") != std::string::npos;
+    if (reason.empty() && !isError) continue;
+    if (line.empty() && !reason.empty()) break;
+    reason += (reason.empty() ? "" : " ") + line;
+  }
+  return reason.substr(0, kLongestReason);
+}
+
+}  // namespace gantry::flowlink

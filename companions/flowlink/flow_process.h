@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace gantry::flowlink {
+
+/// flow, running in a process group of its own with one end of a socket. The object's end is the
+/// end of flow and of all that it has forked, and so is the end of this process however it comes.
+class FlowProcess {
+ public:
+  /// Starts a program, found as a shell finds it, in a folder; what it says goes to a log file
+  /// there. Throws `LinkFault` when it can't be started.
+  FlowProcess(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
+              const std::string& log);
+  ~FlowProcess();
+  FlowProcess(const FlowProcess&) = delete;
+  FlowProcess& operator=(const FlowProcess&) = delete;
+
+  /// One line to or from the script; false when flow has gone.
+  bool WriteLine(const std::string& line);
+  bool ReadLine(std::string& line);
+
+  /// Waits for flow's own end, and says how it ended and what its log tells of the reason.
+  std::string DescribeEnd();
+  /// Waits for flow's own end.
+  void WaitForEnd();
+
+ private:
+  std::string FirstErrorOfLog() const;
+
+  std::filesystem::path log_;
+  pid_t process_ = -1;
+  int socket_ = -1;
+  int status_ = 0;
+  bool hasEnded_ = false;
+  std::string received_;
+};
+
+}  // namespace gantry::flowlink

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace gantry::flowlink {
+
+/// How far the report steps, at which a controller is heard, lie apart.
+struct ReportGrid {
+  enum class Kind { kMonth, kDays, kDeck } kind = Kind::kMonth;
+  double days = 0.0;  ///< of kDays
+};
+
+/// What BASE.afi says: the deck, and who decides what. docs/flowlink.md
+struct LinkSettings {
+  std::filesystem::path deck;  ///< in the usual keyword form, from the file's own folder
+  ReportGrid grid;
+  std::vector<std::string> keptLimits;  ///< of the deck's limits, those that hold beside the host's
+  std::vector<std::string> wells;       ///< that the host may take over; empty for all
+  double temperature = 0.0;             ///< of the produced fluids, in the deck's units
+  bool hasTemperature = false;
+  std::string program = "flow";
+  std::vector<std::string> options;  ///< for flow, after the adapter's own
+  int secondsForQuestion = 60;
+};
+
+/// Throws `LinkFault` "FILE:LINE: reason".
+LinkSettings ReadLinkSettings(const std::filesystem::path& file);
+
+}  // namespace gantry::flowlink

@@ -1,0 +1,80 @@
+#include "flowlink/report_times.h"
+
+#include <charconv>
+#include <cstdio>
+
+#include "flowlink/link_fault.h"
+
+namespace gantry::flowlink {
+
+namespace {
+
+constexpr double kSecondsOfDay = 86400.0;
+
+unsigned MonthOf(const std::string& name) {
+  static constexpr const char* kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                            "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+  if (name == "JLY") return 7;
+  for (unsigned i = 0; i < 12; ++i) {
+    if (name == kMonths[i]) return i + 1;
+  }
+  return 0;
+}
+
+int NumberOf(const std::string& text) {
+  int number = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+  return read.ec == std::errc() && read.ptr == text.data() + text.size() ? number : 0;
+}
+
+std::vector<double> MonthTimes(DeckTime start, double endDays) {
+  using namespace std::chrono;
+  std::vector<double> times;
+  const year_month_day first(floor<days>(start));
+  for (int month = 1;; ++month) {
+    const year_month next = year_month(first.year(), first.month()) + months(month);
+    const double time = duration<double>(sys_days(next / 1) - start).count() / kSecondsOfDay;
+    if (time >= endDays) return times;
+    times.push_back(time);
+  }
+}
+
+}  // namespace
+
+DeckTime ReadDeckDate(const std::vector<std::string>& record) {
+  using namespace std::chrono;
+  std::string text;
+  for (const std::string& item : record) text += (text.empty() ? "" : " ") + item;
+  if (record.size() < 3) throw LinkFault("'" + text + "' is no date");
+  const year_month_day date(year(NumberOf(record[2])), month(MonthOf(record[1])),
+                            day(static_cast<unsigned>(NumberOf(record[0]))));
+  int clock[3] = {0, 0, 0};
+  const bool hasClock = record.size() > 3 && !record[3].empty();
+  const bool isClock =
+      !hasClock || std::sscanf(record[3].c_str(), "%d:%d:%d", clock, clock + 1, clock + 2) >= 2;
+  if (!date.ok() || !isClock) throw LinkFault("'" + text + "' is no date");
+  return sys_days(date) + hours(clock[0]) + minutes(clock[1]) + seconds(clock[2]);
+}
+
+std::array<int32_t, 6> DateOf(DeckTime time) {
+  using namespace std::chrono;
+  const auto midnight = floor<days>(time);
+  const year_month_day date(midnight);
+  const hh_mm_ss clock(time - midnight);
+  return {static_cast<int>(date.year()),
+          static_cast<int32_t>(static_cast<unsigned>(date.month())),
+          static_cast<int32_t>(static_cast<unsigned>(date.day())),
+          static_cast<int32_t>(clock.hours().count()),
+          static_cast<int32_t>(clock.minutes().count()),
+          static_cast<int32_t>(clock.seconds().count())};
+}
+
+std::vector<double> GridTimes(const ReportGrid& grid, DeckTime start, double endDays) {
+  if (grid.kind == ReportGrid::Kind::kDeck) return {};
+  if (grid.kind == ReportGrid::Kind::kMonth) return MonthTimes(start, endDays);
+  std::vector<double> times;
+  for (int step = 1; step * grid.days < endDays; ++step) times.push_back(step * grid.days);
+  return times;
+}
+
+}  // namespace gantry::flowlink

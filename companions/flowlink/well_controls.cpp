@@ -1,0 +1,145 @@
+#include "flowlink/well_controls.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace gantry::flowlink {
+
+namespace {
+
+using simulator::RequestRefused;
+using simulator::WellConstraint;
+
+/// A limit by all its names: the protocol's, flow's for the control mode, the key of the settings,
+/// flow's own for the deck's value.
+struct Limit {
+  std::string_view item;
+  std::string_view mode;
+  std::string_view keptAs;
+  const char* flowName;
+};
+
+/// In the order of the keyword's columns.
+constexpr Limit kProducerLimits[] = {
+    {"OIL_PRODUCTION_RATE", "ORAT", "oil_rate", "oil_rate"},
+    {"WATER_PRODUCTION_RATE", "WRAT", "water_rate", "water_rate"},
+    {"GAS_PRODUCTION_RATE", "GRAT", "gas_rate", "gas_rate"},
+    {"LIQUID_PRODUCTION_RATE", "LRAT", "liquid_rate", "liquid_rate"},
+    {"RES_VOLUME_PRODUCTION_RATE", "RESV", "reservoir_rate", "resv_rate"},
+    {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
+};
+constexpr Limit kWaterInjectorLimits[] = {
+    {"WATER_INJECTION_RATE", "RATE", "water_rate", "surf_inj_rate"},
+    {"RES_VOLUME_INJECTION_RATE", "RESV", "reservoir_rate", "resv_inj_rate"},
+    {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
+};
+constexpr Limit kGasInjectorLimits[] = {
+    {"GAS_INJECTION_RATE", "RATE", "gas_rate", "surf_inj_rate"},
+    {"RES_VOLUME_INJECTION_RATE", "RESV", "reservoir_rate", "resv_inj_rate"},
+    {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
+};
+
+std::span<const Limit> LimitsOf(WellKind kind) {
+  if (kind == WellKind::kProducer) return kProducerLimits;
+  if (kind == WellKind::kWaterInjector) return kWaterInjectorLimits;
+  return kGasInjectorLimits;
+}
+
+bool IsPressure(const Limit& limit) { return limit.mode == "BHP"; }
+
+std::string Format(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.12g", value);
+  return text;
+}
+
+/// A producer's pressure bounds from below, everything else from above.
+double Tighter(const Limit& limit, WellKind kind, double one, double other) {
+  const bool isFloor = IsPressure(limit) && kind == WellKind::kProducer;
+  return isFloor ? std::max(one, other) : std::min(one, other);
+}
+
+/// The limits of a well in the columns of its keyword.
+class Columns {
+ public:
+  Columns(WellKind kind, const HostControls& host, std::span<const WellConstraint> kept)
+      : kind_(kind), limits_(LimitsOf(kind)), values_(limits_.size()) {
+    for (const WellConstraint& constraint : host.constraints) Take(constraint, true);
+    for (const WellConstraint& constraint : kept) Take(constraint, false);
+  }
+
+  /// True when the host wants no flow at all. A zero beside another limit says only that the well
+  /// had nothing of that fluid to be measured.
+  bool AreAllZero() const { return hostRates_ > 0 && hostRates_ == zeroRates_; }
+  const std::string& Mode() const { return mode_; }
+
+  std::string Text() const {
+    std::string text;
+    for (size_t i = 0; i < limits_.size(); ++i) {
+      text += values_[i] ? " " + Format(*values_[i]) : " 1*";
+    }
+    return text;
+  }
+
+ private:
+  void Take(const WellConstraint& constraint, bool isHost) {
+    const auto found = std::ranges::find(limits_, constraint.item, &Limit::item);
+    if (found == limits_.end()) return;
+    if (!IsPressure(*found)) {
+      if (isHost) ++hostRates_;
+      if (isHost && constraint.value <= 0.0) ++zeroRates_;
+      if (constraint.value <= 0.0) return;
+    }
+    std::optional<double>& value = values_[static_cast<size_t>(found - limits_.begin())];
+    value = value ? Tighter(*found, kind_, *value, constraint.value) : constraint.value;
+    const bool isBetterMode = mode_ == "BHP" && !IsPressure(*found);
+    if (mode_.empty() || isBetterMode) mode_ = found->mode;
+  }
+
+  WellKind kind_;
+  std::span<const Limit> limits_;
+  std::vector<std::optional<double>> values_;
+  std::string mode_;
+  int hostRates_ = 0;
+  int zeroRates_ = 0;
+};
+
+}  // namespace
+
+void CheckConstraint(const std::string& item, WellKind kind, const std::string& well) {
+  const auto limits = LimitsOf(kind);
+  if (std::ranges::find(limits, item, &Limit::item) != limits.end()) return;
+  throw RequestRefused("Well " + well + " can't be held by " + item + " in flow");
+}
+
+std::vector<WellConstraint> KeptLimits(const DeckWell& deck, WellKind kind,
+                                       std::span<const std::string> kept) {
+  std::vector<WellConstraint> limits;
+  for (const Limit& limit : LimitsOf(kind)) {
+    const auto found = deck.limits.find(limit.flowName);
+    if (found == deck.limits.end() || found->second == 0.0) continue;
+    if (std::ranges::find(kept, limit.keptAs) == kept.end()) continue;
+    limits.push_back({std::string(limit.item), found->second, "DECK"});
+  }
+  return limits;
+}
+
+std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
+                           std::span<const WellConstraint> kept) {
+  const Columns columns(kind, host, kept);
+  const bool isOpen = (host.status.empty() || host.status == "OPEN") && !columns.AreAllZero();
+  const std::string mode = columns.Mode().empty() ? "BHP" : columns.Mode();
+  const std::string name = "'" + well + "' ";
+  const std::string status = isOpen ? "OPEN " : "SHUT ";
+  if (kind == WellKind::kProducer) {
+    return "WCONPROD\n" + name + status + mode + columns.Text() + " /\n/\n";
+  }
+  const std::string phase = kind == WellKind::kGasInjector ? "GAS " : "WATER ";
+  return "WCONINJE\n" + name + phase + status + mode + columns.Text() + " /\n/\n";
+}
+
+std::string UptimeKeyword(const std::string& well, double fraction) {
+  return "WEFAC\n'" + well + "' " + Format(fraction) + " /\n/\n";
+}
+
+}  // namespace gantry::flowlink

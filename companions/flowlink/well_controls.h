@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "flowlink/flow_link.h"
+#include "simulator/server/controlled_simulator.h"
+
+namespace gantry::flowlink {
+
+enum class WellKind { kProducer, kWaterInjector, kGasInjector };
+
+/// What the host has decided for a well; the well is the deck's until it has decided something.
+struct HostControls {
+  std::vector<simulator::WellConstraint> constraints;
+  std::string status;  ///< the protocol's word; empty for the deck's
+  std::optional<double> uptime;
+
+  bool IsTakenOver() const { return !constraints.empty() || !status.empty() || uptime; }
+};
+
+/// Throws `RequestRefused` for a limit that flow can't hold.
+void CheckConstraint(const std::string& item, WellKind kind, const std::string& well);
+
+/// Limits of the deck that hold beside the host's, in the host's words.
+std::vector<simulator::WellConstraint> KeptLimits(const DeckWell& deck, WellKind kind,
+                                                  std::span<const std::string> kept);
+
+/// The well's WCONPROD or WCONINJE. Of two limits on the same thing the tighter one holds.
+std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
+                           std::span<const simulator::WellConstraint> kept);
+
+/// The keyword for the part of the time that a well is up.
+std::string UptimeKeyword(const std::string& well, double fraction);
+
+}  // namespace gantry::flowlink

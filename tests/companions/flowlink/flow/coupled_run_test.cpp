@@ -1,0 +1,150 @@
+// Coupled runs with OPM Flow itself: host, module, adapter and flow together.
+
+#include <cmath>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "program.h"
+
+namespace gantry::fieldrun::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double kAtmosphere = 14.696;
+
+class FlowRun : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (std::system("command -v flow >/dev/null") != 0) {
+      GTEST_SKIP() << "flow isn't installed (Debian package libopm-simulators-bin)";
+    }
+    fs::copy(fs::path(EXAMPLES) / "odeh_flow", folder_.Path());
+  }
+
+  Outcome Run(const std::string& caseFile, const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments = {"run",         (folder_ / caseFile).string(),
+                                          "--simulator", FLOWLINK,
+                                          "--output",    (folder_ / "out").string()};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return RunFieldrun(folder_, arguments);
+  }
+  void Change(const std::string& file, const std::string& part, const std::string& replacement) {
+    std::string text = gantry::test::TestFolder::Read(folder_ / file);
+    const size_t at = text.find(part);
+    ASSERT_NE(at, std::string::npos) << part;
+    folder_.Write(file, text.replace(at, part.size(), replacement));
+  }
+  /// Nothing that works in the test's folder is alive any more.
+  void ExpectNothingLeft() {
+    const std::string inFolder = "for p in /proc/[0-9]*; do [ \"$(readlink $p/cwd)\" = '" +
+                                 (folder_ / "ODEH.flow").string() + "' ] && exit 1; done; exit 0";
+    EXPECT_EQ(std::system(inFolder.c_str()), 0) << "flow is left behind";
+  }
+
+  gantry::test::TestFolder folder_;
+};
+
+/// The reported values of the producer at the ends of the steps, read at any time between.
+struct Producer {
+  std::vector<double> days, total, ratio, pressure;
+
+  double At(double day, const std::vector<double>& values) const {
+    size_t next = 0;
+    while (days.at(next) < day) ++next;
+    if (next == 0) return values[0];
+    const double part = (day - days[next - 1]) / (days[next] - days[next - 1]);
+    return values[next - 1] + part * (values[next] - values[next - 1]);
+  }
+};
+
+Producer ReadProducer(const fs::path& folder) {
+  const Table wells(folder / "wells.csv");
+  const Table field(folder / "field.csv");
+  Producer producer;
+  for (size_t row = 0; row < wells.Rows(); ++row) {
+    if (wells.Text(row, "well") != "PROD") continue;
+    const size_t step = producer.days.size();
+    producer.days.push_back(wells.Number(row, "days") + wells.Number(row, "length"));
+    producer.total.push_back(field.Number(step, "total oil (STB)"));
+    producer.ratio.push_back(1e3 * wells.Number(row, "reported gas (MMscf/d)") /
+                             wells.Number(row, "reported oil (STB/d)"));
+    producer.pressure.push_back(wells.Number(row, "reported pressure (psig)") + kAtmosphere);
+  }
+  return producer;
+}
+
+void ExpectWithinOnePercent(double value, double reference, const std::string& what) {
+  EXPECT_NEAR(value, reference, 0.01 * reference) << what;
+}
+
+TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
+  const Outcome outcome = Run("case.toml");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const Producer producer = ReadProducer(folder_ / "out");
+  const Table reference(REFERENCE);
+  ASSERT_EQ(reference.Rows(), 10U);
+  for (size_t year = 0; year < reference.Rows(); ++year) {
+    const double day = reference.Number(year, "days");
+    const std::string when = " at day " + std::to_string(day);
+    ExpectWithinOnePercent(producer.At(day, producer.total),
+                           reference.Number(year, "oil total (STB)"), "oil" + when);
+    ExpectWithinOnePercent(producer.At(day, producer.ratio),
+                           reference.Number(year, "gas-oil ratio (Mscf/STB)"), "ratio" + when);
+    ExpectWithinOnePercent(producer.At(day, producer.pressure),
+                           reference.Number(year, "bottom-hole pressure (psia)"),
+                           "pressure" + when);
+  }
+  ExpectNothingLeft();
+}
+
+TEST_F(FlowRun, ATubingBitesWhereTheReservoirAloneWouldNot) {
+  const Outcome outcome = Run("network.toml", {"--steps", "3"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const Table wells(folder_ / "out" / "wells.csv");
+  // The producer is the first well of each step.
+  const size_t last = 4;
+  EXPECT_EQ(wells.Text(last, "limited by"), "tubing");
+  EXPECT_LT(wells.Number(last, "oil (STB/d)"), 19700.0);
+  ExpectWithinOnePercent(wells.Number(last, "reported oil (STB/d)"),
+                         wells.Number(last, "oil (STB/d)"), "the rate that flow held");
+}
+
+struct Fault {
+  const char* file;
+  const char* part;
+  const char* replacement;
+  const char* text;
+};
+
+class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {};
+
+TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
+  const Fault& fault = GetParam();
+  Change(fault.file, fault.part, fault.replacement);
+  const Outcome outcome = Run("case.toml", {"--steps", "3"});
+  EXPECT_EQ(outcome.status, 1);
+  const size_t ofHost = outcome.err.find("fieldrun: ");
+  ASSERT_NE(ofHost, std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find(fault.text, ofHost), std::string::npos) << outcome.err;
+  ExpectNothingLeft();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Flow, FaultyRun,
+    ::testing::Values(
+        Fault{"ODEH.afi", "temperature", "temprature", "ODEH.afi:5: unknown key 'temprature'"},
+        Fault{"ODEH.afi", "\"ODEH.DATA\"", "\"NONE.DATA\"", "NONE.DATA can't be read"},
+        Fault{"ODEH.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
+              "can't start no-such-flow: No such file or directory"},
+        Fault{"ODEH.DATA", "WELSPECS", "GRUPTREE\n G1 FIELD /\n/\nWELSPECS",
+              "GRUPTREE can't be taken over"},
+        Fault{"ODEH.DATA", "DISGAS", "DISGUST", "flow ended with status 1"},
+        Fault{"ODEH.afi", "temperature = 200.0",
+              "flow_options = [\"--solver-max-restarts=1\", \"--flow-newton-max-iterations=1\", "
+              "\"--newton-max-iterations=1\"]",
+              "flow ended with status"}));
+
+}  // namespace
+}  // namespace gantry::fieldrun::test
