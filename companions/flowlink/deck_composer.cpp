@@ -123,7 +123,6 @@ class Composer {
   void TakeScheduled(const DeckKeyword& keyword) {
     if (keyword.name == "TSTEP") return TakeSteps(keyword);
     if (keyword.name == "DATES") return TakeDates(keyword);
-    if (keyword.name == "TUNING") hasTuning_ = true;
     if (keyword.name == "WCONINJE" || keyword.name == "WCONINJH") TakeInjectors(keyword);
     Append(keyword, blocks_.back().text);
   }
@@ -170,8 +169,6 @@ class Composer {
     for (const std::string& vector : vectors_) text += vector + "\n/\n";
     text += "SCHEDULE\n" + blocks_.front().text;
     text += "PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n" + TimeStep(kFirstStepDays);
-    // After that tiny step flow would grow its steps for long before they were of use.
-    if (!hasTuning_) text += "TUNING\n1 /\n/\n/\n";
     double last = kFirstStepDays;
     auto block = blocks_.begin() + 1;
     for (const double time : ReportTimes()) {
@@ -204,7 +201,6 @@ class Composer {
   bool isInSchedule_ = false;
   bool hasSummary_ = false;
   bool hasStart_ = false;
-  bool hasTuning_ = false;
 };
 
 }  // namespace
