@@ -8,9 +8,8 @@
 
 #include <fmt/format.h>
 
-#include "toml/checked_toml.h"
-
 #include "platform/file_path.h"
+#include "toml/checked_toml.h"
 
 namespace gantry::simulator {
 
