@@ -112,11 +112,14 @@ TEST_F(FlowRun, ATubingBitesWhereTheReservoirAloneWouldNot) {
 }
 
 struct Fault {
+  const char* name;
   const char* file;
   const char* part;
   const char* replacement;
   const char* text;
 };
+
+void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 
 class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {};
 
@@ -134,17 +137,18 @@ TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
 INSTANTIATE_TEST_SUITE_P(
     Flow, FaultyRun,
     ::testing::Values(
-        Fault{"ODEH.afi", "temperature", "temprature", "ODEH.afi:5: unknown key 'temprature'"},
-        Fault{"ODEH.afi", "\"ODEH.DATA\"", "\"NONE.DATA\"", "NONE.DATA can't be read"},
-        Fault{"ODEH.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
+        Fault{"UnknownKey", "ODEH.afi", "temperature", "temprature",
+              "ODEH.afi:5: unknown key 'temprature'"},
+        Fault{"NoDeck", "ODEH.afi", "\"ODEH.DATA\"", "\"NONE.DATA\"", "NONE.DATA can't be read"},
+        Fault{"NoFlow", "ODEH.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
               "can't start no-such-flow: No such file or directory"},
-        Fault{"ODEH.DATA", "WELSPECS", "GRUPTREE\n G1 FIELD /\n/\nWELSPECS",
+        Fault{"ForeignNetwork", "ODEH.DATA", "WELSPECS", "GRUPTREE\n G1 FIELD /\n/\nWELSPECS",
               "GRUPTREE can't be taken over"},
-        Fault{"ODEH.DATA", "DISGAS", "DISGUST", "flow ended with status 1"},
-        Fault{"ODEH.afi", "temperature = 200.0",
-              "flow_options = [\"--solver-max-restarts=1\", \"--flow-newton-max-iterations=1\", "
-              "\"--newton-max-iterations=1\"]",
-              "flow ended with status"}));
+        Fault{"NoSuchKeyword", "ODEH.DATA", "DISGAS", "DISGUST", "flow ended with status 1"},
+        Fault{"NoConvergence", "ODEH.afi", "temperature = 200.0",
+              "flow_options = [\"--solver-max-restarts=1\", \"--newton-max-iterations=1\"]",
+              "Solver failed to converge"}),
+    [](const auto& fault) { return fault.param.name; });
 
 }  // namespace
 }  // namespace gantry::fieldrun::test
