@@ -10,6 +10,8 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <unistd.h>
 
+#include "platform/sockets.h"
+
 namespace gantry::test {
 namespace {
 
@@ -35,6 +37,7 @@ class HeldPort {
   bool IsHeld() const { return isHeld_; }
 
  private:
+  platform::SocketLibrary library_;
   boost::asio::io_context context_;
   tcp::acceptor socket_{context_};
   bool isHeld_ = false;
