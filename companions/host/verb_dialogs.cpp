@@ -19,8 +19,8 @@ namespace {
 
 /// A setting of the module and the key of the case file that holds it.
 struct SettingKey {
-  const char* field;
-  const char* key;
+  const char* field = nullptr;
+  const char* key = nullptr;
   std::array<const char*, 2> words = {};  ///< of the values 0 and 1; none: the value as it is
   bool isText = false;
 };

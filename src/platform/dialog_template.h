@@ -38,9 +38,9 @@ struct DialogPlace {
 inline constexpr int kNoControl = -1;  ///< of a control that is never addressed
 
 struct ControlRow {
-  ControlKind kind;
-  int id;
-  const char* caption;
+  ControlKind kind = {};
+  int id = kNoControl;
+  const char* caption = "";
   DialogPlace place;
   uint32_t style = kPlainStyle;
   const char* toolTip = nullptr;

@@ -76,6 +76,7 @@ void CCaseSettingsDlg::OnOpen(DialogWindow& window) {
 
 void CCaseSettingsDlg::FillLists(DialogWindow& window) const {
   std::vector<std::string> versions;
+  versions.reserve(std::size(kLinuxVersions));
   for (const LinuxVersion& version : kLinuxVersions) versions.emplace_back(version.caption);
   window.SetItems(kLinuxVersion, versions);
   window.SetItems(kComputer, {"Local computer", "Linux cluster"});

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QWidget>
+#include <cmath>
 
 #include "platform/dialog_template.h"
 
@@ -20,8 +21,8 @@ class PathLabel : public QLabel {
 class DialogUnits {
  public:
   explicit DialogUnits(const QWidget& window);
-  int Across(int units) const { return static_cast<int>(units * width_ / 4 + 0.5); }
-  int Down(int units) const { return static_cast<int>(units * height_ / 8 + 0.5); }
+  int Across(int units) const { return static_cast<int>(std::lround(units * width_ / 4)); }
+  int Down(int units) const { return static_cast<int>(std::lround(units * height_ / 8)); }
 
  private:
   double width_;
