@@ -49,6 +49,7 @@ bool IsFree(int port) { return HeldPort(port).IsHeld(); }
 
 // The first port of a block is the claim to the others, which this process holds until it ends.
 int FreePorts(int count) {
+  static const platform::SocketLibrary library;  // outlives the claims at the end of the process
   static std::vector<std::unique_ptr<HeldPort>> claims;
   if (count >= kBlockSize) throw std::invalid_argument("so many ports don't stand together");
   const int start = static_cast<int>(::getpid()) % kBlocks;
