@@ -145,7 +145,7 @@ class CExtModel : public CExtInterface {
   void TransformInflow(const Source& source, _tGetSetData& record);
 
   // Commands.
-  CExtConnectorBase* Connector();
+  bool ReadOwnWord(TagParser& parser);
   bool HandlePath(TagParser& parser);
   void RunCommandText(const char* text, ExtErrorBlock& err);
   void StartByCommand(ExtErrorBlock& err);

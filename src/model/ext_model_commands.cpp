@@ -12,6 +12,7 @@ namespace gantry {
 namespace {
 
 constexpr std::string_view kPrefix = "Intersect";
+constexpr std::string_view kLiveWells = "Well";
 
 /// A command of the text interface, by the arguments that it takes.
 struct CommandWord {
@@ -30,26 +31,31 @@ CommandMatch Match(TagParser& parser, const CommandWord& command,
 
 }  // namespace
 
-CExtConnectorBase* CExtModel::Connector() {
-  const platform::SingleLock lock(Lock);
-  return Session == nullptr ? nullptr : Session->Connector.get();
+// Nothing here but the running test waits for a step that another thread has under way.
+bool CExtModel::ReadOwnWord(TagParser& parser) {
+  if (parser.MatchWord("IsRunning")) {
+    parser.WriteReply(IsRunning() ? 1 : 0);
+    return true;
+  }
+  return parser.BoolProperty(Compositional, "Compositional") ||
+         parser.DoubleProperty(CurrentElapsedDays, "CurrentElapsedDays");
 }
 
+// What the records hold is answered without the lock; it is taken only to ask the simulator.
 bool CExtModel::HandlePath(TagParser& parser) {
   if (Settings.Handle(parser, nullptr) || Wells.Handle(parser, false, nullptr, {})) return true;
-  CExtConnectorBase* const connector = Connector();
-  return connector != nullptr && Sources.Handle(parser, false, connector, "Well");
+  if (!hasSession_) return false;
+  TagParser stored = parser;
+  if (Sources.Handle(stored, false, nullptr, kLiveWells)) return true;
+  const platform::SingleLock lock(Lock);
+  return Session != nullptr && Sources.Handle(parser, false, Session->Connector.get(), kLiveWells);
 }
 
 int32_t CExtModel::GetProperty(GetPropertyRequest* request, ExtErrorBlock* err) {
   if (request->path == nullptr) return 1;
   TagParser parser = TagParser::ForReading(request->path, request->value);
   if (!parser.MatchWord(kPrefix)) return 1;
-  bool isRunning = IsRunning();
-  const bool handled = parser.BoolProperty(isRunning, "IsRunning") ||
-                       parser.BoolProperty(Compositional, "Compositional") ||
-                       parser.DoubleProperty(CurrentElapsedDays, "CurrentElapsedDays") ||
-                       HandlePath(parser);
+  const bool handled = ReadOwnWord(parser) || HandlePath(parser);
   if (!parser.ErrorText.empty()) return Fail(err, parser.ErrorText);
   return handled ? 0 : 1;
 }

@@ -1,5 +1,8 @@
 // The text interface: properties, commands and the description.
 
+#include <semaphore>
+#include <thread>
+
 #include "model/model_fixture.h"
 
 namespace gantry::test {
@@ -46,6 +49,36 @@ TEST_F(Commands, OfferWellsOnlyWhileASimulatorIsThere) {
   EXPECT_EQ(Error(), "Attempting to remove an object at an invalid index");
   peer.CutAt("QWELLS");
   EXPECT_EQ(GetWhole("Intersect.Well[{P1}].SKIN").substr(0, 24), "<Error retrieving SKIN, ");
+}
+
+TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
+  std::binary_semaphore stepping(0), answered(0);
+  peer.onMessage = [&](const std::string& message) {
+    if (message != "CONTINUE_UNTIL") return;
+    stepping.release();
+    answered.acquire();
+  };
+  StartSimulator();
+  ASSERT_EQ(StartRun({}), 0) << Error();
+  int32_t result = -1;
+  std::thread step([&] {
+    TimestepRecord record = {};
+    record.stepDays = 5.0;
+    ExtErrorBlock own = {};
+    result = ExtCmd(model, nullptr, 49, &record, 0, &own);
+  });
+  stepping.acquire();
+  const std::pair<const char*, const char*> answers[] = {{"CurrentElapsedDays", "0"},
+                                                         {"Compositional", "0"},
+                                                         {"CaseDetails.Parallel", "1"},
+                                                         {"StaticWell[{P2}].Connected", "0"},
+                                                         {"Well[{P2}].Name", "P2"}};
+  for (const auto& [path, answer] : answers) EXPECT_EQ(Get(path), answer) << path;
+  EXPECT_EQ(Set("Well[{P2}].OilGravity", "0.9"), 0);
+  answered.release();
+  step.join();
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(Get("CurrentElapsedDays"), "5");
 }
 
 TEST_F(Commands, StartRunAndStopTheSimulator) {

@@ -63,9 +63,10 @@ struct FieldPeer::Play {
   }
 
   void Serve(tcp::socket& client, const Entries& message) {
-    const std::lock_guard guard(lock);
     const bool isWrapped = message[0].name == "QUERY" || message[0].name == "SET";
     const std::string& name = message[isWrapped ? 1 : 0].name;
+    if (field.onMessage) field.onMessage(name);
+    const std::lock_guard guard(lock);
     if (name == cutAt) throw Cut();
     const auto say = [&client](const Entries& entries) {
       asio::write(client, asio::buffer(Frame(entries)));

@@ -52,6 +52,8 @@ class FieldPeer {
   double days = 0.0;
   double lastDay = 1e9;                     ///< the run ends when it is told to go beyond
   std::map<std::string, double> variables;  ///< further items of every well
+  /// Called with the name of each message before it is answered, on the peer's own thread.
+  std::function<void(const std::string& message)> onMessage;
 
  private:
   struct Play;
