@@ -49,8 +49,11 @@ void CaseArchive::Transfer(std::string& text) {
   auto length = static_cast<int32_t>(text.size());
   const size_t start = position_;
   try {
-    TransferCount(length, 1);
-    if (IsReading()) text.resize(static_cast<size_t>(length));
+    TransferCount(length);
+    if (IsReading()) {
+      if (static_cast<uint64_t>(length) > Remaining()) throw ArchiveError();
+      text.resize(static_cast<size_t>(length));
+    }
     TransferBytes(text.data(), text.size());
   } catch (const ArchiveError&) {
     position_ = start;
@@ -58,11 +61,11 @@ void CaseArchive::Transfer(std::string& text) {
   }
 }
 
-void CaseArchive::TransferCount(int32_t& count, size_t leastItemSize) {
+void CaseArchive::TransferCount(int32_t& count) {
+  const size_t start = position_;
   Transfer(count);
-  if (!IsReading()) return;
-  if (count >= 0 && static_cast<uint64_t>(count) <= Remaining() / leastItemSize) return;
-  if (file_ == nullptr) position_ -= sizeof count;
+  if (!IsReading() || count >= 0) return;
+  position_ = start;
   throw ArchiveError();
 }
 

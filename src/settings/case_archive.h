@@ -35,9 +35,9 @@ class CaseArchive {
   void Transfer(uint32_t& value);
   void Transfer(uint8_t& value);
   void Transfer(std::string& text);
-  /// A count of items of at least `leastItemSize` bytes each: a count that what is left can't hold,
-  /// or a negative one, is an ArchiveError before anything is allocated for it.
-  void TransferCount(int32_t& count, size_t leastItemSize);
+  /// How many items follow: a negative number is an ArchiveError. It may be more than there are, so
+  /// a reader takes them one by one and sets nothing aside for them.
+  void TransferCount(int32_t& count);
 
  private:
   void TransferBytes(void* bytes, size_t length);

@@ -31,7 +31,7 @@ void TransferWideFlag(CaseArchive& archive, bool& flag) {
 
 void TransferNames(CaseArchive& archive, std::vector<std::string>& names) {
   auto count = static_cast<int32_t>(names.size());
-  archive.TransferCount(count, sizeof(int32_t));
+  archive.TransferCount(count);
   if (!archive.IsReading()) {
     for (std::string& name : names) archive.Transfer(name);
     return;

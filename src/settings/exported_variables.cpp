@@ -15,16 +15,11 @@ namespace {
 
 constexpr int32_t kFirstVersionWithKind = 2;
 
-/// What the least item of each level takes in the archive.
-constexpr size_t kLeastParentSize = 2 * sizeof(int32_t);
-constexpr size_t kLeastVariableSize = 5 * sizeof(int32_t);
-
 /// Transfers a list: its count, then each item, which on a read is appended.
 template <class T>
-void TransferItems(CaseArchive& archive, CExtCollection<T>& items, int32_t version,
-                   size_t leastItemSize) {
+void TransferItems(CaseArchive& archive, CExtCollection<T>& items, int32_t version) {
   auto count = static_cast<int32_t>(items.Size());
-  archive.TransferCount(count, leastItemSize);
+  archive.TransferCount(count);
   if (!archive.IsReading()) {
     for (const auto& item : items) item->Serialize(archive, version);
     return;
@@ -113,7 +108,7 @@ CExportedVariable* CExportedVariableCollection::FindByLabel(const std::string& l
 }
 
 void CExportedVariableCollection::Serialize(CaseArchive& archive, int32_t version) {
-  TransferItems(archive, *this, version, kLeastVariableSize);
+  TransferItems(archive, *this, version);
 }
 
 void CExportedVariableWellParent::Serialize(CaseArchive& archive, int32_t version) {
@@ -203,7 +198,7 @@ int32_t CExportedVariables::EvaluateAll(CExtConnectorBase& connector, std::strin
 }
 
 void CExportedVariables::Serialize(CaseArchive& archive, int32_t version) {
-  TransferItems(archive, *this, version, kLeastParentSize);
+  TransferItems(archive, *this, version);
 }
 
 }  // namespace gantry

@@ -10,9 +10,6 @@
 namespace gantry {
 namespace {
 
-/// Of a well in the archive: an empty name's count, the type and the mode.
-constexpr size_t kLeastWellSize = 3 * sizeof(int32_t);
-
 NameIndex IndexOf(const std::vector<StaticWellData>& wells) {
   NameIndex index;
   for (const StaticWellData& well : wells) index.Add(well.Name);
@@ -81,12 +78,16 @@ void StaticWellDataCollection::RebuildFrom(const SourceList& sources) {
 
 void StaticWellDataCollection::Serialize(CaseArchive& archive) {
   auto count = static_cast<int32_t>(Items.size());
-  archive.TransferCount(count, kLeastWellSize);
+  archive.TransferCount(count);
   if (!archive.IsReading()) {
     for (StaticWellData& well : Items) TransferWell(archive, well);
     return;
   }
-  for (int32_t i = 0; i < count; ++i) TransferWell(archive, Items.emplace_back());
+  for (int32_t i = 0; i < count; ++i) {
+    StaticWellData well;
+    TransferWell(archive, well);
+    Items.push_back(std::move(well));
+  }
 }
 
 std::optional<std::string> ReconcileWells(const StaticWellDataCollection& inFile,

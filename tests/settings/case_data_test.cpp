@@ -148,6 +148,8 @@ TEST(CaseData, EveryTruncationFailsAndKeepsWhatWasReadTillThen) {
   c.Read(BlockOf(4).substr(0, 12 + 7 + 5));  // within the dataset's path
   EXPECT_EQ(c.settings.SimExeName, "sim");
   EXPECT_EQ(c.settings.FileName, "");
+  c.Read(BlockOf(4).substr(0, BlockOf(4).find("W2")));
+  EXPECT_EQ(c.wells.Names(false), std::vector<std::string>{"W1"}) << "the one that is whole";
 }
 
 TEST(CaseData, AnyCorruptionIsSurvivedWithinTheBlocksOwnSize) {
