@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <stdexcept>
 
 #include "client/intersect_client.h"
+#include "host/text/number_text.h"
 
 namespace gantry {
 
@@ -22,15 +22,6 @@ auto OnlyRow(const Result& result, const char* item, const char* about) {
       result.items.size() == 1 && result.items[0] == item && result.values.RowCount() == 1;
   if (!fits) FailAnswer(about);
   return result.values[0];
-}
-
-/// A leading decimal number in any locale; what follows it is ignored, and no number is 0.
-double LeadingNumber(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-  if (text.starts_with('+')) text.remove_prefix(1);
-  double number = 0.0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
 }
 
 /// Where a property of the equation of state goes.
@@ -99,7 +90,7 @@ double QueryVersion(IntersectClientBase& client) {
   const ReservoirQueryStringResult result = client.query_reservoir_as_strings({"IX_VERSION"});
   const std::span<const std::string> row = OnlyRow(result, "IX_VERSION", kAbout);
   if (row.empty()) FailAnswer(kAbout);
-  return LeadingNumber(row.front());
+  return ReadDouble(row.front());
 }
 
 bool QueryMetricFlag(IntersectClientBase& client) {

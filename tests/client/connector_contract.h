@@ -89,6 +89,10 @@ TYPED_TEST_P(ConnectorContract, RefusesASimulatorThatIsTooOldOrTooNew) {
   EXPECT_TRUE(FailureOf([this] {
                 this->Connect();
               }).starts_with("The simulator version (10000.5) is too new for the connector"));
+  this->field.version = " 1e999";
+  EXPECT_TRUE(FailureOf([this] {
+                this->Connect();
+              }).starts_with("The simulator version (inf) is too new for the connector"));
 }
 
 TYPED_TEST_P(ConnectorContract, ListsEveryWell) {
