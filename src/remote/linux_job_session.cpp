@@ -11,6 +11,7 @@
 #include "remote/remote_connector.h"
 #include "remote/socket.h"
 #include "settings/link_settings.h"
+#include "settings/machine_config.h"
 
 namespace gantry {
 
@@ -35,7 +36,7 @@ std::vector<std::string> Tokens(const std::string& answer) {
   for (size_t begin = 0; begin <= answer.size();) {
     const size_t end = std::min(answer.find_first_of("|\n", begin), answer.size());
     const std::string token = answer.substr(begin, end - begin);
-    if (token.find_first_not_of(' ') != std::string::npos) tokens.push_back(token);
+    if (!IsBlank(token)) tokens.push_back(token);
     begin = end + 1;
   }
   return tokens;

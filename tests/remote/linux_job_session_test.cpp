@@ -58,7 +58,7 @@ void PlaySession(ScriptedPeer& peer) {
 }
 
 TEST(LinuxJobSession, HandsTheDialoguesConnectionToTheConnector) {
-  for (const char* answer : {"OK|node017", "OK|node017\n", "|OK| |node017"}) {
+  for (const char* answer : {"OK|node017", "OK|node017\n", "|OK| \t|node017"}) {
     ScriptedPeer peer;
     Hear(peer).ReplyBytes(Framed(answer));
     PlaySession(peer);
