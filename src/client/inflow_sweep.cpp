@@ -88,14 +88,24 @@ struct Ladder {
   }
 };
 
-/// The simulator may have answered in an order of its own, so a record finds its well by its name.
-std::vector<size_t> WellsOf(const std::vector<ConnectorWellRecord>& records, const Strings& wells) {
+Strings NamesOf(const std::vector<ConnectorWellRecord>& records) {
   Strings names;
   names.reserve(records.size());
   for (const ConnectorWellRecord& record : records) names.push_back(record.name);
-  std::vector<size_t> places = WellLookup(names).PlacesIn(wells);
-  const bool allFound = std::ranges::find(places, WellLookup::kMissing) == places.end();
-  if (!allFound || records.size() != wells.size()) FailInflow();
+  return names;
+}
+
+/// The simulator may have answered in an order of its own, so a record finds its well by its name;
+/// one of a name that wasn't asked for takes the well in its position, unless that has its record,
+/// or else none. What such a record is worth is for the caller to judge.
+std::vector<size_t> WellsOf(WellLookup& records, const Strings& wells) {
+  std::vector<size_t> places = records.PlacesIn(wells);
+  if (std::ranges::find(places, WellLookup::kMissing) == places.end()) return places;
+  const std::vector<size_t> recordOfWell = WellLookup(wells).PlacesIn(records.Asked());
+  for (size_t i = 0; i < std::min(places.size(), wells.size()); ++i) {
+    const bool isFree = recordOfWell[i] == WellLookup::kMissing;
+    if (places[i] == WellLookup::kMissing && isFree) places[i] = i;
+  }
   return places;
 }
 
@@ -123,6 +133,7 @@ class Sweep {
   void FindRows(Rung& rung);
   void NoteBaseRates(const Rung& first);
   void LimitTo(double fraction);
+  const WellKind& KindOfRecord(size_t place) const;
   void FillRecord(size_t place);
   void Reserve(ConnectorWellRecord& record) const;
   void AppendPoint(const WellKind& kind, const RungRow& row, ConnectorWellRecord& record) const;
@@ -136,8 +147,9 @@ class Sweep {
   const InflowSweepRequest& request_;
   InflowWorkspace& workspace_;
   std::vector<ConnectorWellRecord>& records_;
-  std::vector<size_t> wellOfRecord_;  ///< the place of each record's well among `wells_`
-  WellLookup lookup_;
+  const Strings recordNames_;
+  WellLookup recordLookup_;
+  std::vector<size_t> wellOfRecord_;  ///< its place among `wells_`, or `WellLookup::kMissing`
   Strings items_;
   std::vector<Ladder> ladders_;
   std::vector<WellConstraints> constraints_;
@@ -150,7 +162,8 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
       request_(request),
       workspace_(workspace),
       records_(records),
-      lookup_(wells),
+      recordNames_(NamesOf(records)),
+      recordLookup_(recordNames_),
       items_(kResultItems.begin(), kResultItems.end()) {
   AppendMoleFractionItems(request.componentCount, items_);
 }
@@ -159,7 +172,7 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
 // fetch them from memory ten times over.
 void Sweep::Run() {
   FindKinds();
-  wellOfRecord_ = WellsOf(records_, wells_);
+  wellOfRecord_ = WellsOf(recordLookup_, wells_);
   for (Ladder& ladder : ladders_) ladder.Limit(request_.firstLiquidRate, request_.firstGasRate);
   for (size_t rung = 0; rung < kSweepRungs; ++rung) {
     client_.set_constraints_for_wells(wells_, constraints_);
@@ -173,7 +186,8 @@ void Sweep::Run() {
 
 void Sweep::FindKinds() {
   const WellQueryStringResult types = client_.query_wells_as_strings(wells_, {"TYPE"});
-  const std::vector<size_t>& places = lookup_.PlacesIn(types.wells);
+  WellLookup lookup(wells_);
+  const std::vector<size_t>& places = lookup.PlacesIn(types.wells);
   ladders_.reserve(wells_.size());
   constraints_.reserve(wells_.size());
   for (const size_t place : places) {
@@ -205,16 +219,13 @@ void Sweep::FindColumns(Rung& rung) {
 }
 
 void Sweep::FindRows(Rung& rung) {
-  const std::vector<size_t>& places = lookup_.PlacesIn(workspace_.reply.wells);
-  rung.rows.clear();
-  for (const size_t well : wellOfRecord_) {
-    if (places[well] == WellLookup::kMissing) FailInflow();
-    rung.rows.push_back(places[well]);
-  }
+  rung.rows = recordLookup_.PlacesIn(workspace_.reply.wells);
+  if (std::ranges::find(rung.rows, WellLookup::kMissing) != rung.rows.end()) FailInflow();
 }
 
 void Sweep::NoteBaseRates(const Rung& first) {
   for (size_t i = 0; i < records_.size(); ++i) {
+    if (wellOfRecord_[i] == WellLookup::kMissing) continue;
     Ladder& ladder = ladders_[wellOfRecord_[i]];
     const RungRow row = RowOf(first, i);
     ladder.baseGasRate = row[ladder.kind->gasRate];
@@ -224,15 +235,22 @@ void Sweep::NoteBaseRates(const Rung& first) {
 }
 
 void Sweep::LimitTo(double fraction) {
-  for (Ladder& ladder : ladders_) {
+  for (const size_t well : wellOfRecord_) {
+    if (well == WellLookup::kMissing) continue;
+    Ladder& ladder = ladders_[well];
     ladder.Limit(fraction * ladder.baseLiquidRate, fraction * ladder.baseGasRate);
   }
+}
+
+const WellKind& Sweep::KindOfRecord(size_t place) const {
+  const size_t well = wellOfRecord_[place];
+  return well == WellLookup::kMissing ? KindOf("") : *ladders_[well].kind;
 }
 
 void Sweep::FillRecord(size_t place) {
   ConnectorWellRecord& record = records_[place];
   Reserve(record);
-  const WellKind& kind = *ladders_[wellOfRecord_[place]].kind;
+  const WellKind& kind = KindOfRecord(place);
   for (const Rung& rung : workspace_.rungs) AppendPoint(kind, RowOf(rung, place), record);
 }
 

@@ -16,6 +16,8 @@ class WellLookup {
 
   explicit WellLookup(std::span<const std::string> asked);
 
+  std::span<const std::string> Asked() const { return asked_; }
+
   /// For each well asked for, in order, its place in `replied`, or `kMissing`. Good until the next
   /// call.
   const std::vector<size_t>& PlacesIn(std::span<const std::string> replied);

@@ -160,6 +160,40 @@ TEST(InflowSweep, ForcesRatesDownTheLadderAndTakesItemsInAnyOrder) {
   EXPECT_EQ(RowsOf(records[0].iprComposition), std::vector(10, Doubles{1.0}));
 }
 
+TEST(InflowSweep, TakesTheWellsThatTheSimulatorTellsOf) {
+  // Asked for P and Q, it has told of X instead of P, and nothing of Q.
+  const Numbers row = {30.0, 500.0, 10.0, 3.0, 4.0, 80.0, 8.0, 9.0, 2.0, 60.0, 50.0, 1.0};
+  const auto both = [](double liquid, double gas) {
+    Entries message = Force("P", liquid, gas);
+    const Entries other = Force("Q", 100000.0 * 0.158987, 100000.0 * 28174.0);
+    message.insert(message.end() - 1, other.begin() + 2, other.end() - 1);
+    return message;
+  };
+  ScriptedPeer peer;
+  GreetConnector(peer)
+      .ExpectAnyMessage()
+      .Reply({"READY", "END"})
+      .ExpectAnyMessage()
+      .Reply({"REPLY",
+              {"QITEMS", Texts{"TYPE"}},
+              {"WELLNAME", Texts{"P"}},
+              {"VALUES", Texts{"PRODUCER"}},
+              {"WELLNAME", Texts{"Q"}},
+              {"VALUES", Texts{"PRODUCER"}},
+              "END"})
+      .Reply({"READY", "END"});
+  for (int k = 0; k < 10; ++k) {
+    const double f = (10 - k) / 10.0;
+    peer.Answer(k == 0 ? both(100000.0 * 0.158987, 100000.0 * 28174.0) : both(f * 40.0, f * 500.0))
+        .Answer(Ask("QWELLS", kRungItems, {"P", "Q"}), Wells(kRungItems, "X", {"VALUES", row}));
+  }
+  peer.Start();
+  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
+  std::vector<ConnectorWellRecord> records = RecordOf("X");
+  connector->GetWellIPRData(1, {"P", "Q"}, records, true, 1.0);
+  EXPECT_EQ(records[0].iprGasRate, Doubles(10, UnitConverter(true).FromSimulator(500.0, kGasRate)));
+}
+
 /// The answer at which a read of one well goes wrong.
 struct WrongContent {
   const char* what;
@@ -182,11 +216,6 @@ TEST_P(WrongContents, FailWithTheTextOfTheOperation) {
 void ReadData(CExtConnectorBase& connector) {
   std::vector<ConnectorWellRecord> records;
   connector.GetWellData({"P"}, records);
-}
-
-void SweepWithoutRecord(CExtConnectorBase& connector) {
-  std::vector<ConnectorWellRecord> none;
-  connector.GetWellIPRData(0, {"P"}, none, true, 1.0);
 }
 
 void Sweep(CExtConnectorBase& connector) {
@@ -241,7 +270,7 @@ INSTANTIATE_TEST_SUITE_P(
                        connector.GetWellStatus(statuses);
                      },
                      "Unexpected answer when querying the well statuses."},
-        WrongContent{"SweepOfAnUnknownWell", Say({kReady, kNothing}), SweepWithoutRecord,
+        WrongContent{"SweepOfAnUnknownWell", Say({kReady, kNothing}), Sweep,
                      "Unexpected answer when querying the well status data."},
         WrongContent{"SweepWithEmptyType", Say({kReady, Wells({}, "P", {"VALUES", Texts{}})}),
                      Sweep, "Unexpected answer when querying the well status data."},
@@ -251,8 +280,6 @@ INSTANTIATE_TEST_SUITE_P(
                      Say({kReady, kIsProducer, kReady,
                           Wells(kRungItems, "Q", {"VALUES", Numbers(12, 1.0)})}),
                      Sweep, "Unexpected answer when querying the well IPR data."},
-        WrongContent{"SweepWithoutRecords", Say({kReady, kIsProducer}), SweepWithoutRecord,
-                     "Unexpected answer when querying the well IPR data."},
         WrongContent{"VariablesOfNoWell", Say({{"REPLY", {"QITEMS", Texts{"A"}}, "END"}}),
                      [](CExtConnectorBase& connector) {
                        Doubles values;

@@ -154,7 +154,7 @@ struct FieldPeer::Play {
     const Texts& items = TextsOf(message, "QITEMS");
     if (name == "QRESVR_STR" || name == "QRESVR") return AnswerReservoir(items);
     Texts names = TextsOf(message, "WELNAMES");
-    if (names == Texts{"*"}) {
+    if (names == Texts{"*"} || field.tellsOfAllWells) {
       names.clear();
       for (const PeerWell& well : field.wells) names.push_back(well.name);
     }

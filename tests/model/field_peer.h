@@ -54,6 +54,7 @@ class FieldPeer {
   std::map<std::string, double> variables;  ///< further items of every well
   /// Called with the name of each message before it is answered, on the peer's own thread.
   std::function<void(const std::string& message)> onMessage;
+  bool tellsOfAllWells = false;  ///< whichever it was asked for
 
  private:
   struct Play;

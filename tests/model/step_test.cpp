@@ -1,5 +1,7 @@
 // The step: what goes to the simulator before it runs on, and what comes of a failure.
 
+#include <algorithm>
+
 #include "model/model_fixture.h"
 
 namespace gantry::test {
@@ -101,6 +103,18 @@ TEST_F(Step, ReadsTheConnectedWellsOnly) {
   ASSERT_EQ(ReadInflow(1, *record), 0);
   EXPECT_EQ(record->pointCount, 0);
   EXPECT_EQ(record->isShut, 1);
+}
+
+TEST_F(Step, RefusesAWellThatItDoesNotKnow) {
+  BeginRun({0, 2});
+  peer.ChangeWells([this](std::vector<PeerWell>& wells) {
+    peer.tellsOfAllWells = true;
+    std::rotate(wells.begin(), wells.begin() + 1, wells.end());
+  });
+  EXPECT_EQ(Command(63), 0) << "wells that weren't asked for are no harm: " << Error();
+  peer.ChangeWells([](std::vector<PeerWell>& wells) { wells.push_back({.name = "X1"}); });
+  EXPECT_EQ(Command(63), 1);
+  EXPECT_EQ(Error(), "Unknown well returned from call to simulator");
 }
 
 TEST_F(Step, NeedsARunningSimulator) {
