@@ -151,7 +151,7 @@ TEST_F(FactoryTest, StopsAllSessionsInOrderWhenASignalAsksItTo) {
 }
 
 TEST_F(FactoryTest, DropsPeersThatSayNothingOrNonsenseAndServesDriversAllTheWhile) {
-  StartFactory({"--dialogue-seconds", "3"});
+  StartFactory({"--dialogue-seconds", "6"});
   std::vector<std::unique_ptr<SocketClient>> silent;
   for (int i = 0; i < 200; ++i) {
     silent.push_back(std::make_unique<SocketClient>("127.0.0.1", factory->Port()));

@@ -1,5 +1,7 @@
 // The examples, run to their ends with the module and the reference simulator.
 
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "program.h"
@@ -17,7 +19,7 @@ class Example : public ::testing::Test {
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_NE(outcome.out.find("Results: "), std::string::npos);
     for (const char* file : {"wells.csv", "inflow.csv", "field.csv", "report.html"}) {
-      EXPECT_TRUE(fs::exists(folder_ / "out" / file)) << file;
+      EXPECT_GT(fs::file_size(folder_ / "out" / file), 1000U) << file;
     }
     const auto files = fs::directory_iterator(folder_ / "out");
     EXPECT_EQ(std::distance(fs::begin(files), fs::end(files)), 4) << "something is left behind";
@@ -26,6 +28,13 @@ class Example : public ::testing::Test {
 
   gantry::test::TestFolder folder_;
 };
+
+TEST(Examples, AreAllRunToTheirEndsHere) {
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(EXAMPLES)) names.insert(entry.path().filename());
+  names.erase("odeh_flow");  // needs the open simulator, and runs with the tests of its adapter
+  EXPECT_EQ(names, (std::set<std::string>{"five_spot", "gas_cycling", "odeh"}));
+}
 
 TEST_F(Example, OdehHoldsThePublishedPlateauForTheFirstYears) {
   RunToTheEnd("odeh");

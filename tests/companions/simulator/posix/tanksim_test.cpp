@@ -21,6 +21,9 @@ struct Outcome {
   std::string errors;
 };
 
+/// However busy the machine is, the program is up by then.
+constexpr uint32_t kPatienceSeconds = 60;
+
 uint16_t FreePort() { return static_cast<uint16_t>(gantry::test::FreePorts()); }
 
 class Tanksim : public testing::Test {
@@ -48,7 +51,7 @@ TEST_F(Tanksim, RunsToAShutdownWithTheCommandLineOfTheDriver) {
   const uint16_t port = FreePort();
   auto simulator = Start("CASE " + PortOption(port) + " --dopt=other_tool:fast");
   v2017_2::IntersectClient client;
-  client.connect("localhost", port, 10);
+  client.connect("localhost", port, kPatienceSeconds);
   client.continue_simulation();
   client.continue_simulation_until(10.0);
   client.shutdown();
@@ -63,7 +66,7 @@ TEST_F(Tanksim, LogsItsMessagesWhenAsked) {
   const uint16_t port = FreePort();
   auto simulator = Start("CASE " + PortOption(port) + " --dopt=external_controller_logger");
   v2017_2::IntersectClient client;
-  client.connect("localhost", port, 10);
+  client.connect("localhost", port, kPatienceSeconds);
   client.query_wells({"P"}, {"UPTIME_FRACTION"});
   client.shutdown();
   EXPECT_EQ(simulator.get().exitCode, 0);
@@ -84,7 +87,7 @@ TEST_F(Tanksim, EndsWhenItsControllerGoes) {
   auto simulator = Start("CASE " + PortOption(port));
   {
     v2017_2::IntersectClient client;
-    client.connect("localhost", port, 10);
+    client.connect("localhost", port, kPatienceSeconds);
   }
   const Outcome outcome = simulator.get();
   EXPECT_EQ(outcome.exitCode, 1);
