@@ -9,7 +9,7 @@
 #include "inflow_model.h"
 #include "state_block.h"
 
-using gantry::_tGetSetData;
+using gantry::_tGetSetData;  // NOLINT(bugprone-reserved-identifier): the host's own name
 using gantry::inflow::CallersFile;
 using gantry::inflow::InflowModel;
 

@@ -133,6 +133,7 @@ uint32_t Blend(std::span<const uint32_t> samples) {
 std::vector<uint32_t> PaintPicture(Picture picture, int width, int height) {
   constexpr int kMostPixels = 16384;
   constexpr int kSamples = 4;
+  constexpr int kSampleCount = kSamples * kSamples;
   constexpr float kField = 16.0F;
   const std::vector<Shape> shapes = ShapesOf(picture);
   if (shapes.empty() || width <= 0 || height <= 0 || std::max(width, height) > kMostPixels) {
@@ -144,11 +145,13 @@ std::vector<uint32_t> PaintPicture(Picture picture, int width, int height) {
   pixels.reserve(static_cast<size_t>(width) * static_cast<size_t>(height));
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
-      std::array<uint32_t, kSamples * kSamples> samples;
-      for (int i = 0; i < kSamples * kSamples; ++i) {
-        const auto sampleX = static_cast<float>(x * kSamples + i % kSamples) + 0.5F;
-        const auto sampleY = static_cast<float>(y * kSamples + i / kSamples) + 0.5F;
-        samples[static_cast<size_t>(i)] = ColourAt(shapes, {sampleX * stepX, sampleY * stepY});
+      std::array<uint32_t, kSampleCount> samples{};
+      for (int i = 0; i < kSampleCount; ++i) {
+        const int column = x * kSamples + i % kSamples;
+        const int row = y * kSamples + i / kSamples;
+        samples[static_cast<size_t>(i)] =
+            ColourAt(shapes, {(static_cast<float>(column) + 0.5F) * stepX,
+                              (static_cast<float>(row) + 0.5F) * stepY});
       }
       pixels.push_back(Blend(samples));
     }

@@ -60,7 +60,7 @@ PhaseInflow Tank::MobilityBehindFronts(double waterSaturation, double gasSaturat
   gas.sweptFraction /= total;
   // Parallel layers towards the well: flooded by water, swept by gas, and as they were.
   const struct {
-    double share;
+    double share = 0.0;
     PhaseInflow mobility;
   } layers[] = {
       {water.sweptFraction, MobilityAt(water.saturation, initialGasSaturation_)},
