@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 
 #include "platform/command_line.h"
-#include "platform/posix/descriptor.h"
+#include "platform/posix/linked_process.h"
 
 // The new process is a grandchild, whose parent ends at once: it belongs to the system from the
 // start, so nothing is left to reap whenever and however it ends. It is watched by a process
@@ -75,12 +75,19 @@ struct Launch {
   std::vector<std::string> arguments;
   std::vector<char*> argv;
   Channel channel;  ///< up: the number, then an error if there is one; down: the word to go on
+  Descriptor standardInput;  ///< not open: the starter's own
 };
 
 void KeepOnlyStandardDescriptors() {
   if (::close_range(3, ~0U, CLOSE_RANGE_CLOEXEC) == 0) return;
   const long most = ::sysconf(_SC_OPEN_MAX);
   for (int number = 3; number < most; ++number) ::fcntl(number, F_SETFD, FD_CLOEXEC);
+}
+
+void TakeStandardInput(const Descriptor& input) {
+  if (!input.IsOpen()) return;
+  ::dup2(input.Number(), STDIN_FILENO);
+  ::fcntl(STDIN_FILENO, F_SETFD, 0);  // where it had that number already
 }
 
 void RestoreSignals() {
@@ -94,6 +101,7 @@ void RestoreSignals() {
   const Descriptor& starter = launch.channel.started;
   char go = 0;
   if (Send(starter, ::getpid()) && Receive(starter, go)) {
+    TakeStandardInput(launch.standardInput);
     KeepOnlyStandardDescriptors();
     RestoreSignals();
     if (launch.directory.empty() || ::chdir(launch.directory.c_str()) == 0) {
@@ -138,6 +146,18 @@ Launch Prepare(const std::string& application, const std::string& commandLine,
   return launch;
 }
 
+/// The process that has become the program; not open when there is none.
+Descriptor Start(Launch& launch) {
+  if (!OpenChannel(launch.channel) || !ForkTwice(launch)) return Descriptor();
+  const Descriptor& started = launch.channel.starter;
+  pid_t child = 0;
+  if (!Receive(started, child)) return Descriptor();
+  Descriptor process(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
+  if (!process.IsOpen() || !Send(started, 'g')) return Descriptor();
+  int error = 0;
+  return Receive(started, error) ? Descriptor() : std::move(process);
+}
+
 }  // namespace
 
 std::unique_ptr<ChildProcess> StartProcess(const std::string& application,
@@ -145,15 +165,17 @@ std::unique_ptr<ChildProcess> StartProcess(const std::string& application,
                                            const std::string& directory) {
   if (application.empty()) return nullptr;
   Launch launch = Prepare(application, commandLine, directory);
-  if (!OpenChannel(launch.channel) || !ForkTwice(launch)) return nullptr;
-  const Descriptor& started = launch.channel.starter;
-  pid_t child = 0;
-  if (!Receive(started, child)) return nullptr;
-  Descriptor process(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
-  if (!process.IsOpen() || !Send(started, 'g')) return nullptr;
-  int error = 0;
-  if (Receive(started, error)) return nullptr;
+  Descriptor process = Start(launch);
+  if (!process.IsOpen()) return nullptr;
   return std::make_unique<DetachedProcess>(std::move(process));
+}
+
+Descriptor StartLinkedProcess(const std::string& application) {
+  Launch launch = Prepare(application, "", "");
+  Channel link;
+  if (!OpenChannel(link)) return Descriptor();
+  launch.standardInput = std::move(link.started);
+  return Start(launch).IsOpen() ? std::move(link.starter) : Descriptor();
 }
 
 }  // namespace gantry::platform
