@@ -104,16 +104,17 @@ class QtDialogs : public ::testing::Test {
   }
   void SetUp() override {
     if (display == nullptr) GTEST_SKIP() << "no display: " << noDisplay;
-    host.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&host, kPatience));
+    host = std::make_unique<QWidget>();
+    host->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(host.get(), kPatience));
     ASSERT_NE(DialogToolkit::Find(), nullptr);
   }
 
   /// Runs the dialog while `user` works on it; a dialog that is left open then is cancelled.
   int Run(DialogHandler& dialog, const std::function<void(const OpenDialog&)>& user,
           void* parent = nullptr) {
-    if (parent == nullptr) parent = reinterpret_cast<void*>(host.winId());
-    QTimer::singleShot(0, &host, [&user] {
+    if (parent == nullptr) parent = reinterpret_cast<void*>(host->winId());
+    QTimer::singleShot(0, host.get(), [&user] {
       QWidget* const window = QApplication::activeModalWidget();
       ASSERT_NE(window, nullptr);
       ASSERT_TRUE(QTest::qWaitForWindowExposed(window, kPatience));
@@ -128,7 +129,7 @@ class QtDialogs : public ::testing::Test {
   inline static std::string noDisplay;
   test::TestFolder folder;
   CIXConfig config;
-  QWidget host;
+  std::unique_ptr<QWidget> host;
 };
 
 TEST_F(QtDialogs, TakeWhatIsTypedWhenEnterIsPressed) {
@@ -147,7 +148,7 @@ TEST_F(QtDialogs, TakeWhatIsTypedWhenEnterIsPressed) {
 TEST_F(QtDialogs, AddAPropertyThroughADialogOverTheDialogAndDeleteIt) {
   CConfigureDlg dialog(config);
   Run(dialog, [this](const OpenDialog& open) {
-    QTimer::singleShot(0, &host, [] {
+    QTimer::singleShot(0, host.get(), [] {
       const OpenDialog add(*QApplication::activeModalWidget());
       add.Type(add_property_id::kProperty, "WATER");
       QTimer::singleShot(0, &add.Window(), [] {
