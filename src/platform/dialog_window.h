@@ -58,7 +58,8 @@ enum DialogButton : int { kOkButton = 1, kCancelButton = 2 };
 
 /// An open dialog, its controls addressed by their ids. Only `DialogToolkit` makes one, for the
 /// length of a run; it is used on that run's thread. An id that no control has is ignored. Texts
-/// are in the host's code page.
+/// are in the host's code page. Once the window is lost, with the display it was on, every call but
+/// `Close` throws: the toolkit's own exception, which a handler lets through.
 class DialogWindow {
  public:
   virtual ~DialogWindow() = default;
@@ -140,7 +141,8 @@ class DialogToolkit {
   virtual ~DialogToolkit() = default;
 
   /// Shows a dialog modally over a window of the host until it is closed; what it was closed with,
-  /// `kCancelButton` when it could not be shown.
+  /// `kCancelButton` when it could not be shown. The handler of a window that is lost is told of
+  /// its "Cancel" button.
   virtual int Run(DialogHandler& handler, void* parent) = 0;
   /// A picture stretched over the client area of a window.
   virtual void Draw(Picture picture, void* window, void* deviceContext) = 0;

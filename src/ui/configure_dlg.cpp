@@ -93,11 +93,17 @@ void CConfigureDlg::AddProperty(DialogWindow& window) {
 
 void CConfigureDlg::Accept(DialogWindow& window) {
   using namespace configure_id;
-  config_.SimExecutable = window.Text(kSimExecutable);
-  config_.MPIExecutable = window.Text(kMPIExecutable);
-  config_.CmdLine = window.Text(kCmdLine);
-  config_.StartPort = ReadInteger(window.Text(kStartPort));
-  config_.EndPort = ReadInteger(window.Text(kEndPort));
+  // All is read before any of it is taken: a window can be lost in between.
+  std::string simulator = window.Text(kSimExecutable);
+  std::string mpi = window.Text(kMPIExecutable);
+  std::string commandLine = window.Text(kCmdLine);
+  const std::string startPort = window.Text(kStartPort);
+  const std::string endPort = window.Text(kEndPort);
+  config_.SimExecutable = std::move(simulator);
+  config_.MPIExecutable = std::move(mpi);
+  config_.CmdLine = std::move(commandLine);
+  config_.StartPort = ReadInteger(startPort);
+  config_.EndPort = ReadInteger(endPort);
   CorrectPorts(config_.StartPort, config_.EndPort);
   window.Close(platform::kOkButton);
 }

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/dialog_window.h"
+
+namespace gantry::platform {
+
+/// Shows a dialog over a window that another client of the display, or another toolkit, has made,
+/// until it is closed; what it was closed with. There must be an application object.
+int RunOver(DialogHandler& handler, void* parent);
+
+/// The whole of the process that shows a host's dialogs: runs one, and those over it, as the host
+/// asks for over the standard input. Ends at once when the host has gone.
+void ServeDialogs();
+
+}  // namespace gantry::platform

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace gantry::platform {
+
+/// The other end of a link has gone, or says what makes no sense.
+class LinkFailure : public std::runtime_error {
+ public:
+  using runtime_error::runtime_error;
+};
+
+/// Values one after another, as they go over a link between two processes of one build. Taking
+/// what isn't there throws LinkFailure.
+///
+/// A record is passed field by field when `FieldsOf` ties its fields, else as its bytes are.
+class Packet {
+ public:
+  Packet() = default;
+  explicit Packet(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  const std::string& Bytes() const { return bytes_; }
+
+  template <class Value>
+  Packet& Put(const Value& value) {
+    if constexpr (requires { FieldsOf(value); }) {
+      std::apply([this](const auto&... fields) { (Put(fields), ...); }, FieldsOf(value));
+    } else if constexpr (requires { value.has_value(); }) {
+      Put(value.has_value());
+      if (value.has_value()) Put(*value);
+    } else if constexpr (requires { value.c_str(); }) {
+      Put(value.size());
+      bytes_ += value;
+    } else if constexpr (requires { value.begin(); }) {
+      Put(value.size());
+      for (const auto& item : value) Put(item);
+    } else {
+      static_assert(std::is_trivially_copyable_v<Value>);
+      bytes_.append(reinterpret_cast<const char*>(&value), sizeof value);
+    }
+    return *this;
+  }
+
+  /// What another holds, behind what this one does.
+  Packet& Append(const Packet& other) {
+    bytes_ += other.bytes_;
+    return *this;
+  }
+
+  template <class Value>
+  Value Take() {
+    Value value{};
+    TakeInto(value);
+    return value;
+  }
+
+ private:
+  template <class Value>
+  void TakeInto(Value& value) {
+    if constexpr (requires { FieldsOf(value); }) {
+      std::apply([this](auto&... fields) { (TakeInto(fields), ...); }, FieldsOf(value));
+    } else if constexpr (requires { value.has_value(); }) {
+      if (Take<bool>()) TakeInto(value.emplace());
+    } else if constexpr (requires { value.c_str(); }) {
+      const auto size = Take<size_t>();
+      value.assign(Next(size), size);
+    } else if constexpr (requires { value.begin(); }) {
+      for (auto count = Take<size_t>(); count > 0; --count) TakeInto(value.emplace_back());
+    } else {
+      static_assert(std::is_trivially_copyable_v<Value>);
+      std::memcpy(&value, Next(sizeof value), sizeof value);
+    }
+  }
+
+  const char* Next(size_t size) {
+    if (size > bytes_.size() - at_) throw LinkFailure("A message of the link is too short");
+    return bytes_.data() + std::exchange(at_, at_ + size);
+  }
+
+  std::string bytes_;
+  size_t at_ = 0;  ///< what comes before it has been taken
+};
+
+}  // namespace gantry::platform
