@@ -7,12 +7,12 @@ std::unique_ptr<Launcher> MakeLauncher(const Options& options) {
                                                   : MakeLocalLauncher(options);
 }
 
-std::vector<std::string> SimulatorArguments(const CaseLocation& location, const RunRequest& request,
-                                            uint16_t port) {
-  std::vector<std::string> arguments = {location.baseName,
-                                        "--dopt=external_controller_port:" + std::to_string(port)};
-  if (request.logging) arguments.emplace_back("--dopt=external_controller_logger");
-  return arguments;
+void AddSimulator(std::vector<std::string>& command, const std::string& simulator,
+                  const CaseLocation& location, const RunRequest& request, uint16_t port) {
+  command.push_back(simulator);
+  command.push_back(location.baseName);
+  command.push_back("--dopt=external_controller_port:" + std::to_string(port));
+  if (request.logging) command.emplace_back("--dopt=external_controller_logger");
 }
 
 std::string LogNameOf(const CaseLocation& location) { return location.baseName + "_factory.log"; }

@@ -45,9 +45,9 @@ std::unique_ptr<Launcher> MakeLauncher(const Options& options);
 std::unique_ptr<Launcher> MakeLocalLauncher(const Options& options);
 std::unique_ptr<Launcher> MakeSlurmLauncher(const Options& options);
 
-/// What a simulator is started with, the program's own name left out.
-std::vector<std::string> SimulatorArguments(const CaseLocation& location, const RunRequest& request,
-                                            uint16_t port);
+/// Puts behind a command what it has to start: the simulator and its arguments for a case.
+void AddSimulator(std::vector<std::string>& command, const std::string& simulator,
+                  const CaseLocation& location, const RunRequest& request, uint16_t port);
 /// The name of the file beside the case that holds what the simulator says.
 std::string LogNameOf(const CaseLocation& location);
 

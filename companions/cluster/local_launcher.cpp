@@ -58,9 +58,7 @@ class LocalLauncher : public Launcher {
                              uint16_t port) override {
     Program program;
     program.arguments = Prefix(request.parallel);
-    for (std::string& argument : SimulatorArguments(location, request, port)) {
-      program.arguments.push_back(std::move(argument));
-    }
+    AddSimulator(program.arguments, simulator_, location, request, port);
     program.directory = location.directory.Get();
     UniqueFd output(::openat(location.directory.Get(), LogNameOf(location).c_str(),
                              O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
@@ -80,8 +78,8 @@ class LocalLauncher : public Launcher {
 
  private:
   std::vector<std::string> Prefix(int parallel) const {
-    if (parallel < 2) return {simulator_};
-    if (!mpiexec_.empty()) return {mpiexec_, "-np", std::to_string(parallel), simulator_};
+    if (parallel < 2) return {};
+    if (!mpiexec_.empty()) return {mpiexec_, "-np", std::to_string(parallel)};
     throw LaunchFailed("The run factory has no mpiexec for a run on " + std::to_string(parallel) +
                        " processors");
   }

@@ -131,10 +131,7 @@ class SlurmLauncher : public Launcher {
     };
     command.insert(command.end(), extra_.begin(), extra_.end());
     command.push_back(script.Path());
-    command.push_back(simulator_);
-    for (std::string& argument : SimulatorArguments(location, request, port)) {
-      command.push_back(std::move(argument));
-    }
+    AddSimulator(command, simulator_, location, request, port);
     const std::string answer = AskSlurm(command);
     const std::string number = answer.substr(0, answer.find(';'));
     const bool isNumber = !number.empty() && std::all_of(number.begin(), number.end(), ::isdigit);

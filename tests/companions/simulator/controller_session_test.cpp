@@ -9,6 +9,7 @@
 #include "client/v2017_2/intersect_client.h"
 #include "sample_deck.h"
 #include "served_simulator.h"
+#include "support/well_messages.h"
 
 namespace gantry::simulator::test {
 namespace {
@@ -19,6 +20,7 @@ using gantry::test::Frame;
 using gantry::test::Ints;
 using gantry::test::Numbers;
 using gantry::test::Texts;
+using gantry::test::WellConstraint;
 using gantry::test::Word;
 
 const Entries kReady = {"READY", "END"};
@@ -43,16 +45,6 @@ Entries UptimeSetter(const Texts& wells, const Numbers& fractions) {
           {"SETITEM", Texts{"UPTIME_FRACTION"}},
           {"WELNAMES", wells},
           {"VALUES", fractions},
-          "END"};
-}
-
-Entries ConstraintSetter(const std::string& well, const std::string& item, double value) {
-  return {"SET",
-          "SETWCONSTRAINTS",
-          {"WELLNAME", Texts{well}},
-          {"ITEMS", Texts{item}},
-          {"VALUES", Numbers{value}},
-          {"SETTERS", Texts{"USER"}},
           "END"};
 }
 
@@ -173,15 +165,15 @@ TEST_F(Session, LeavesOutWhatItDoesNotKnow) {
 TEST_F(Session, HoldsAConstraintAtOnceAndForgetsItWithTheNextList) {
   controller.Ask({"CONTINUE", "END"});
   const double most = Number("P", "OIL_PRODUCTION_RATE");
-  EXPECT_EQ(Describe(controller.Ask(ConstraintSetter("P", "LIQUID_PRODUCTION_RATE", 500.0))),
+  EXPECT_EQ(Describe(controller.Ask(WellConstraint("P", "LIQUID_PRODUCTION_RATE", 500.0))),
             Describe(kReady));
   EXPECT_NEAR(Number("P", "LIQUID_PRODUCTION_RATE"), 500.0, 1e-6);
-  controller.Ask(ConstraintSetter("P", "GAS_PRODUCTION_RATE", 1e9));
+  controller.Ask(WellConstraint("P", "GAS_PRODUCTION_RATE", 1e9));
   EXPECT_EQ(Number("P", "OIL_PRODUCTION_RATE"), most);
 }
 
 TEST_F(Session, TellsAllConstraintsWithTheirSetters) {
-  controller.Ask(ConstraintSetter("W", "WATER_INJECTION_RATE", 750.0));
+  controller.Ask(WellConstraint("W", "WATER_INJECTION_RATE", 750.0));
   EXPECT_EQ(Describe(AskThenReady({"QUERY", "QWCONSTRAINTS", {"WELNAMES", Texts{"W"}}, "END"})),
             Describe({"REPLY",
                       {"WELLNAME", Texts{"W"}},
@@ -286,10 +278,10 @@ INSTANTIATE_TEST_SUITE_P(
                    "Incorrect header (received: VALUES-1-DOUB vs expected: VALUES-2-DOUB)"},
         BadMessage{"UnknownWell", kUnknownWell, "Unknown well X"},
         BadMessage{"UnknownStatus", kUnknownStatus, "Unknown well status ASLEEP"},
-        BadMessage{"UnknownConstraint", Frame(ConstraintSetter("P", "NOISE", 1.0)),
+        BadMessage{"UnknownConstraint", Frame(WellConstraint("P", "NOISE", 1.0)),
                    "Unknown constraint item NOISE"},
         BadMessage{"ConstraintThatIsNoNumber",
-                   Frame(ConstraintSetter("P", "OIL_PRODUCTION_RATE", kNotANumber)),
+                   Frame(WellConstraint("P", "OIL_PRODUCTION_RATE", kNotANumber)),
                    "OIL_PRODUCTION_RATE of well P is not a number"},
         BadMessage{"EndlessTime", Frame(Entries{"CONTINUE_UNTIL", {"TIME", Numbers{1e300}}, "END"}),
                    "The time to run to is beyond all times"}),
