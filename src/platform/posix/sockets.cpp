@@ -12,6 +12,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "platform/ip_sockets.h"
+
 namespace gantry::platform {
 
 const bool kListenerReusesAddress = true;
@@ -30,18 +32,6 @@ auto WithoutInterrupts(Call call) {
   return result;
 }
 
-sockaddr_in AddressOf(uint32_t address, uint16_t port) {
-  sockaddr_in result{};
-  result.sin_family = AF_INET;
-  result.sin_addr.s_addr = address;
-  result.sin_port = htons(port);
-  return result;
-}
-
-const sockaddr* Generic(const sockaddr_in& address) {
-  return reinterpret_cast<const sockaddr*>(&address);
-}
-
 /// An interrupted connect goes on by itself; its outcome is asked for here.
 int FinishConnect(int descriptor) {
   pollfd waiting = {descriptor, POLLOUT, 0};
@@ -53,7 +43,7 @@ int FinishConnect(int descriptor) {
   return error == 0 ? 0 : kSocketError;
 }
 
-class PosixSockets : public SocketCalls {
+class PosixSockets : public IpSockets<int> {
  public:
   bool StartUp() override { return true; }
   void CleanUp() override {}
@@ -69,30 +59,10 @@ class PosixSockets : public SocketCalls {
     return ::ioctl(Descriptor(socket), FIONBIO, &nonBlocking) == 0;
   }
 
-  std::optional<uint32_t> FindHost(const std::string& name) override {
-    addrinfo hints{};
-    hints.ai_family = AF_INET;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    if (::getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0) return std::nullopt;
-    const uint32_t address = reinterpret_cast<sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
-    ::freeaddrinfo(found);
-    return address;
-  }
-
   int Connect(SocketHandle socket, uint32_t address, uint16_t port) override {
     const sockaddr_in peer = AddressOf(address, port);
     if (::connect(Descriptor(socket), Generic(peer), sizeof peer) == 0) return 0;
     return errno == EINTR ? FinishConnect(Descriptor(socket)) : kSocketError;
-  }
-
-  int Bind(SocketHandle socket, uint16_t port) override {
-    const sockaddr_in own = AddressOf(htonl(INADDR_ANY), port);
-    return ::bind(Descriptor(socket), Generic(own), sizeof own);
-  }
-
-  int Listen(SocketHandle socket, int backlog) override {
-    return ::listen(Descriptor(socket), backlog);
   }
 
   SocketHandle Accept(SocketHandle socket) override {

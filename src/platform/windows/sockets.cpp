@@ -8,6 +8,8 @@
 #include <boost/asio/detail/winsock_init.hpp>
 #include <ws2tcpip.h>
 
+#include "platform/ip_sockets.h"
+
 namespace gantry::platform {
 
 const bool kListenerReusesAddress = false;
@@ -25,22 +27,10 @@ constexpr int kLongestWaitSeconds = 1'000'000;
 
 SOCKET Native(SocketHandle socket) { return static_cast<SOCKET>(socket); }
 
-sockaddr_in AddressOf(uint32_t address, uint16_t port) {
-  sockaddr_in result{};
-  result.sin_family = AF_INET;
-  result.sin_addr.s_addr = address;
-  result.sin_port = htons(port);
-  return result;
-}
-
-const sockaddr* Generic(const sockaddr_in& address) {
-  return reinterpret_cast<const sockaddr*>(&address);
-}
-
 /// One call moves no more than an int can tell.
 int PieceOf(size_t length) { return static_cast<int>(std::min<size_t>(length, INT_MAX)); }
 
-class WindowsSockets : public SocketCalls {
+class WindowsSockets : public IpSockets<SOCKET> {
  public:
   bool StartUp() override {
     WSADATA about;
@@ -60,29 +50,9 @@ class WindowsSockets : public SocketCalls {
     return ::ioctlsocket(Native(socket), static_cast<long>(FIONBIO), &nonBlocking) == 0;
   }
 
-  std::optional<uint32_t> FindHost(const std::string& name) override {
-    addrinfo hints{};
-    hints.ai_family = AF_INET;
-    hints.ai_socktype = SOCK_STREAM;
-    addrinfo* found = nullptr;
-    if (::getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0) return std::nullopt;
-    const uint32_t address = reinterpret_cast<sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
-    ::freeaddrinfo(found);
-    return address;
-  }
-
   int Connect(SocketHandle socket, uint32_t address, uint16_t port) override {
     const sockaddr_in peer = AddressOf(address, port);
     return ::connect(Native(socket), Generic(peer), sizeof peer);
-  }
-
-  int Bind(SocketHandle socket, uint16_t port) override {
-    const sockaddr_in own = AddressOf(htonl(INADDR_ANY), port);
-    return ::bind(Native(socket), Generic(own), sizeof own);
-  }
-
-  int Listen(SocketHandle socket, int backlog) override {
-    return ::listen(Native(socket), backlog);
   }
 
   SocketHandle Accept(SocketHandle socket) override {
