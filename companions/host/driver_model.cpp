@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "host/driver_model_call.h"
+#include "platform/text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -52,11 +53,17 @@ std::function<void(const std::string&)>& StatusListener() {
 }
 
 void PassStatusOn(const char* text, void* /*model*/) {
-  if (text != nullptr && StatusListener()) StatusListener()(text);
+  if (text != nullptr && StatusListener()) StatusListener()(TextOfModule(text));
 }
 
 // The log gets the same notices again; the status line has shown them.
 void IgnoreLog(const char* /*text*/, void* /*model*/) {}
+
+/// Whether the value of a property is the name of a file.
+bool HoldsFileName(const std::string& path) {
+  const std::string_view word = std::string_view(path).substr(path.rfind('.') + 1);
+  return platform::EqualNoCase(word, "FileName") || platform::EqualNoCase(word, "SimExeName");
+}
 
 void* Mutable(const std::string& text) { return const_cast<char*>(text.c_str()); }
 
@@ -174,7 +181,8 @@ void DriverModel::Fail(const std::string& what) const {
 }
 
 void DriverModel::SetLabel(const std::string& label) {
-  Call(kSetLabel, Mutable(label), 0, [&] { return Quoted(label); });
+  const std::string text = platform::Utf8ToCodePage(label);
+  Call(kSetLabel, Mutable(text), 0, [&] { return Quoted(label); });
 }
 
 void DriverModel::SetStoreFile(const std::string& path, bool load) {
@@ -184,8 +192,9 @@ void DriverModel::SetStoreFile(const std::string& path, bool load) {
 }
 
 std::string DriverModel::Get(const std::string& path) {
+  const std::string modulePath = NameForModule(path);
   GetPropertyRequest request{};
-  request.path = path.c_str();
+  request.path = modulePath.c_str();
   const int32_t result = Call(
       kGetProperty, &request, 0, [&] { return Quoted(path); },
       [&] { return Quoted(FieldText(request.value)); });
@@ -194,9 +203,11 @@ std::string DriverModel::Get(const std::string& path) {
 }
 
 void DriverModel::Set(const std::string& path, const std::string& value) {
+  const std::string modulePath = NameForModule(path);
+  const std::string moduleValue = HoldsFileName(path) ? value : NameForModule(value);
   SetPropertyRequest request{};
-  request.path = path.c_str();
-  request.value = value.c_str();
+  request.path = modulePath.c_str();
+  request.value = moduleValue.c_str();
   const int32_t result = Call(kSetProperty, &request, 0, [&] {
     return TraceText().Add(path, std::string_view(value)).Text();
   });
@@ -278,8 +289,8 @@ std::string DriverModel::Description() {
   char text[1024] = {};
   Call(
       kGetDescription, text, sizeof text - 1, [] { return std::string(); },
-      [&] { return Quoted(text); });
-  return text;
+      [&] { return Quoted(TextOfModule(text)); });
+  return TextOfModule(text);
 }
 
 void DriverModel::StartRun(const std::vector<int32_t>& connected, double startDay,

@@ -7,13 +7,14 @@
 #include <fmt/format.h>
 
 #include "host/driver_model.h"
+#include "host/module_text.h"
 
 namespace gantry::fieldrun {
 
 /// The text of a fixed field, which has a terminator or fills the field.
 template <size_t N>
 std::string FieldText(const char (&field)[N]) {
-  return std::string(field, strnlen(field, N));
+  return TextOfModule(std::string(field, strnlen(field, N)));
 }
 
 template <class Arguments, class Outcome>

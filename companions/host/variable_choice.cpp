@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "host/case_model.h"
+#include "host/module_text.h"
 #include "settings/case_archive.h"
 #include "settings/exported_variables.h"
 #include "settings/well_variable_catalogue.h"
@@ -122,7 +123,7 @@ VariableChoice ParseChoice(const std::string& text) {
   if (colon == std::string::npos || colon == 0) {
     throw CaseError("--add " + text, 0, "must be WELL:LABEL");
   }
-  VariableChoice choice{text.substr(0, colon), text.substr(colon + 1)};
+  VariableChoice choice{NameForModule(text.substr(0, colon)), text.substr(colon + 1)};
   if (FindVariable(choice.label) == nullptr) {
     throw CaseError("--add " + text, 0, "the label must be one of " + Labels());
   }

@@ -59,6 +59,16 @@ void ListVariables(DriverModel& model, bool asJson) {
   Print(rows, asJson);
 }
 
+void PrintValues(const PrintedRow& values, bool asJson) {
+  if (asJson) {
+    fmt::print(UserOutput(), "{}", ToJson(values));
+    return;
+  }
+  for (const auto& [path, value] : values) {
+    fmt::print(UserOutput(), "{}\n", std::get<std::string>(value));
+  }
+}
+
 }  // namespace
 
 void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options& options) {
@@ -77,13 +87,16 @@ void GetProperties(const Session& session) {
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
   PrintedRow values;
-  for (const std::string& path : session.options.paths) values.push_back({path, model.Get(path)});
-  if (session.options.json) {
-    fmt::print(UserOutput(), "{}", ToJson(values));
-    return;
+  std::vector<std::string> failures;
+  for (const std::string& path : session.options.paths) {
+    try {
+      values.push_back({path, model.Get(path)});
+    } catch (const DriverFailure& failure) {
+      failures.emplace_back(failure.what());
+    }
   }
-  for (const auto& [path, value] : values)
-    fmt::print(UserOutput(), "{}\n", std::get<std::string>(value));
+  PrintValues(values, session.options.json);
+  if (!failures.empty()) throw DriverFailure(fmt::format("{}", fmt::join(failures, "\n")));
 }
 
 void SetOneProperty(const Session& session) {

@@ -11,4 +11,11 @@ bool EqualNoCase(std::string_view a, std::string_view b);
 /// The text, which is in the host's code page (Windows-1252), in UTF-8.
 std::string CodePageToUtf8(std::string_view text);
 
+/// The other way round. What the code page lacks, and what isn't UTF-8, becomes another character,
+/// so that only a text that comes back the same has been kept.
+std::string Utf8ToCodePage(std::string_view text);
+
+/// Whether the bytes of a text can be characters in UTF-8.
+bool IsUtf8(std::string_view text);
+
 }  // namespace gantry::platform

@@ -21,6 +21,20 @@ TEST(Text, TurnsEveryByteOfTheCodePageIntoUtf8) {
   for (int c = 0; c < 256; ++c) all += static_cast<char>(c);
   // 128 characters of one byte, 111 of two, 17 of three.
   EXPECT_EQ(CodePageToUtf8(all).size(), 128u + 2 * 111u + 3 * 17u);
+  EXPECT_EQ(Utf8ToCodePage(CodePageToUtf8(all)), all);
+}
+
+TEST(Text, DoesntKeepWhatTheCodePageLacks) {
+  for (const char* text : {"\u0416", "a\u2260b", "\U0001F6E2", "\xE9", "\xE2\x82"}) {
+    EXPECT_NE(CodePageToUtf8(Utf8ToCodePage(text)), text);
+  }
+}
+
+TEST(Text, TellsUtf8FromOtherBytes) {
+  for (const char* text : {"", "plain", "\u20AC\u00E9", "\U0001F6E2"}) EXPECT_TRUE(IsUtf8(text));
+  for (const char* text : {"\xE9", "d\xE9p\xF4t", "\xE2\x82", "\x80", "\xC3(", "\xFF"}) {
+    EXPECT_FALSE(IsUtf8(text)) << text;
+  }
 }
 
 }  // namespace

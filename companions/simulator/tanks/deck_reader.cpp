@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/text.h"
 #include "simulator/tanks/calendar.h"
 #include "simulator/tanks/deck_keys.h"
 
@@ -68,6 +69,15 @@ BlackOilData ReadBlackOil(const DeckTable& table, const DeckUnits& units) {
   return data;
 }
 
+/// A name that the simulator tells the driver, whose code page has to hold it.
+std::string ReadToldName(const DeckTable& table) {
+  const std::string name = table.Text("name");
+  if (platform::CodePageToUtf8(platform::Utf8ToCodePage(name)) != name) {
+    table.Fail("name", fmt::format("the driver's code page lacks a character of '{}'", name));
+  }
+  return name;
+}
+
 EosData ReadEos(const DeckTable& table, const DeckUnits& units) {
   EosData data;
   data.name = table.Text("eos", data.name);
@@ -76,7 +86,7 @@ EosData ReadEos(const DeckTable& table, const DeckUnits& units) {
   }
   for (const DeckTable& component : table.Tables("component")) {
     ComponentData& read = data.components.emplace_back();
-    read.name = component.Text("name");
+    read.name = ReadToldName(component);
     ReadNumbers(component, kComponentKeys, units, read);
     component.RejectUnknownKeys();
   }
@@ -233,7 +243,7 @@ WellData ReadWell(const DeckTable& table, const Deck& deck,
                   const std::unordered_map<std::string, size_t>& tanks) {
   WellData well;
   well.place = table.Place();
-  well.name = table.Text("name");
+  well.name = ReadToldName(table);
   if (well.name.empty() || well.name == "*") table.Fail("name", "a well can't have this name");
   const std::string tank = table.Text("tank");
   const auto found = tanks.find(tank);

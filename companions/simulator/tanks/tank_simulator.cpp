@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "platform/text.h"
 #include "simulator/tanks/calendar.h"
 
 namespace gantry::simulator {
@@ -45,7 +46,7 @@ ReservoirFluidRecord DescribeFluid(const EosData& data, const DeckUnits& units) 
   record.name = "FLUID";
   record.eosName = data.name;
   for (const ComponentData& component : data.components) {
-    record.componentNames.push_back(component.name);
+    record.componentNames.push_back(platform::Utf8ToCodePage(component.name));
   }
   for (const EosProperty& property : kEosProperties) {
     record.propertyNames.emplace_back(property.name);
@@ -101,7 +102,9 @@ TankSimulator::TankSimulator(Deck deck)
       run_(deck_),
       items_(deck_.units, deck_.compositional ? deck_.compositional->eos.components.size() : 0),
       description_(Describe(deck_)) {
-  for (const WellData& well : deck_.wells) wellNames_.push_back(well.name);
+  for (const WellData& well : deck_.wells) {
+    wellNames_.push_back(platform::Utf8ToCodePage(well.name));
+  }
 }
 
 RunPosition TankSimulator::Position() const {

@@ -32,12 +32,32 @@ void AppendUtf8(std::string& out, char32_t point) {
   out += static_cast<char>(0x80 | (point & 0x3F));
 }
 
+/// Cuts the first character off a text; its byte in the code page.
+char TakeCharacter(std::string_view& text) {
+  const char first = text.front();
+  for (unsigned byte = 0x80; static_cast<unsigned char>(first) >= 0x80 && byte <= 0xFF; ++byte) {
+    std::string character;
+    AppendUtf8(character, CodePointOf(static_cast<unsigned char>(byte)));
+    if (!text.starts_with(character)) continue;
+    text.remove_prefix(character.size());
+    return static_cast<char>(byte);
+  }
+  text.remove_prefix(1);
+  return static_cast<unsigned char>(first) < 0x80 ? first : '?';
+}
+
 }  // namespace
 
 std::string CodePageToUtf8(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (const char c : text) AppendUtf8(out, CodePointOf(static_cast<unsigned char>(c)));
+  return out;
+}
+
+std::string Utf8ToCodePage(std::string_view text) {
+  std::string out;
+  while (!text.empty()) out += TakeCharacter(text);
   return out;
 }
 

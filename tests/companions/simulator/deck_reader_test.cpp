@@ -69,6 +69,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "tank = \"U\"\ntype = \"producer\"", "well 'P' stands in the unknown tank 'U'"},
         BadDeck{"SecondName", "name = \"W\"", "name = \"P\"",
                 "there are two wells with the name 'P'"},
+        BadDeck{"NameBeyondTheCodePage", "name = \"W\"", "name = \"\u0416\"",
+                "the driver's code page lacks a character of '\u0416'"},
         BadDeck{"UnknownType", "type = \"gas_injector\"", "type = \"injector\"",
                 "'type' must be \"producer\", \"water_injector\" or \"gas_injector\""},
         BadDeck{"LimitOfAnotherKind", "depth = 7000.0", "maximum_bottom_hole_pressure = 9000.0",

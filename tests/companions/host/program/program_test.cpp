@@ -106,6 +106,11 @@ TEST_F(Program, FailsWithTheModulesOwnText) {
   EXPECT_EQ(noProperty.status, 1);
   EXPECT_NE(noProperty.err.find("Intersect.CaseDetails.Nothing"), std::string::npos);
 
+  const Outcome onlyOne = Run({"get", odeh, "Intersect.Nothing", "Intersect.IsRunning"});
+  EXPECT_EQ(onlyOne.status, 1);
+  EXPECT_EQ(onlyOne.out, "0\n");
+  EXPECT_NE(onlyOne.err.find("Intersect.Nothing"), std::string::npos) << onlyOne.err;
+
   const Outcome badCommand = Run({"do", odeh, "Other.StartIX()"});
   EXPECT_EQ(badCommand.status, 1);
   EXPECT_NE(badCommand.err.find("Invalid prefix"), std::string::npos);
@@ -181,6 +186,27 @@ TEST_F(Program, WritesTheDescriptionOfChosenWells) {
   const std::string xml = gantry::test::TestFolder::Read(folder_ / "d.xml");
   EXPECT_NE(xml.find("PROD"), std::string::npos);
   EXPECT_EQ(xml.find("INJ"), std::string::npos);
+}
+
+// The module and the simulator speak the host's code page.
+TEST_F(Program, KnowsWellsByNamesBeyondAscii) {
+  const std::string name = "\u00C9t\u00E9 5\u20AC";
+  const std::string file = ChangedExample(folder_, "odeh", "\"PROD\"", "\"" + name + "\"");
+  std::string deck = gantry::test::TestFolder::Read(folder_ / "odeh/ODEH.afi");
+  deck.replace(deck.find("\"PROD\""), 6, "\"" + name + "\"");
+  folder_.Write("odeh/ODEH.afi", deck);
+  const Outcome run = Run({"run", file, "-n", "1", "-o", Path("out"), "-t", Path("trace"), "-q"});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Table(folder_ / "out/wells.csv").Text(0, "well"), name);
+  EXPECT_NE(Run({"wells", file}).out.find(name), std::string::npos);
+  const std::string path = "Intersect.StaticWell[{" + name + "}].Name";
+  EXPECT_EQ(Run({"get", file, "--start", path}).out, name + "\n");
+  EXPECT_EQ(Run({"describe", file, Path("d.xml"), "--start", "--well", name}).status, 0);
+  EXPECT_NE(gantry::test::TestFolder::Read(folder_ / "d.xml").find(name), std::string::npos);
+
+  const Outcome lacking = Run({"get", file, "Intersect.StaticWell[{\u0416}].Name"});
+  EXPECT_EQ(lacking.status, 1);
+  EXPECT_NE(lacking.err.find("code page lacks a character"), std::string::npos) << lacking.err;
 }
 
 TEST_F(Program, RunsAScriptBetweenTheSteps) {
