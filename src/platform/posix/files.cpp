@@ -1,14 +1,15 @@
 #include "platform/files.h"
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <optional>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
+#include "platform/aside_file.h"
 #include "platform/posix/descriptor.h"
 
 namespace gantry::platform {
@@ -77,16 +78,36 @@ Descriptor OpenReading(const std::string& path) {
   return file;
 }
 
-/// A new file beside `path`, under a name that nobody has.
+/// Held for as long as a file is being written aside, so that others know it from one left behind.
+bool Lock(const Descriptor& file, int how) { return ::flock(file.Number(), LOCK_EX | how) == 0; }
+
+bool HasName(const Descriptor& file) {
+  struct stat status {};
+  return ::fstat(file.Number(), &status) == 0 && status.st_nlink > 0;
+}
+
+/// A new file beside `path`, under a name that nobody has. Between its making and its lock somebody
+/// may have taken it for one left behind.
 Descriptor CreateBeside(const std::string& path, std::string& name) {
-  static std::atomic<unsigned> counter{0};
   constexpr int kMostTries = 100;
   for (int i = 0; i < kMostTries; ++i) {
-    name = path + "." + std::to_string(::getpid()) + "-" + std::to_string(++counter) + ".new";
+    name = NewAsideName(path, static_cast<uint32_t>(::getpid()));
     Descriptor file(::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (file.IsOpen() || errno != EEXIST) return file;
+    if (!file.IsOpen() && errno != EEXIST) return file;
+    if (!file.IsOpen()) continue;
+    (void)Lock(file, 0);
+    if (HasName(file)) return file;
   }
   return Descriptor();
+}
+
+/// What processes that were killed have left beside `path`.
+void SweepBeside(const std::string& path) {
+  for (const AsideFile& aside : FindAsideFiles(path)) {
+    const Descriptor file(
+        ::open(aside.path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+    if (file.IsOpen() && Lock(file, LOCK_NB)) ::unlink(aside.path.c_str());
+  }
 }
 
 class PosixReplacement : public ReplacementFile {
@@ -154,6 +175,7 @@ std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path
   std::error_code error;
   // A link stays a link: what it points to is replaced.
   const std::string target = old ? std::filesystem::canonical(path, error).string() : path;
+  if (!error) SweepBeside(target);
   std::string name;
   Descriptor file = error ? Descriptor() : CreateBeside(target, name);
   if (!file.IsOpen()) return nullptr;

@@ -1,8 +1,8 @@
 #include "platform/files.h"
 
 #include <algorithm>
-#include <atomic>
 
+#include "platform/aside_file.h"
 #include "platform/windows/win32.h"
 
 namespace gantry::platform {
@@ -71,16 +71,28 @@ HANDLE OpenExisting(const std::string& path) {
 
 /// A new file beside `path`, under a name that nobody has.
 HANDLE CreateBeside(const std::string& path, std::string& name) {
-  static std::atomic<unsigned> counter{0};
   constexpr int kMostTries = 100;
   for (int i = 0; i < kMostTries; ++i) {
-    name = path + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter) +
-           ".new";
+    name = NewAsideName(path, GetCurrentProcessId());
     HANDLE handle = CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
                                 nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) return handle;
   }
   return INVALID_HANDLE_VALUE;
+}
+
+bool IsProcess(DWORD number) {
+  HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, number);
+  if (process == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
+  CloseHandle(process);
+  return true;
+}
+
+/// What processes that were killed have left beside `path`. A file that is open isn't deleted.
+void SweepBeside(const std::string& path) {
+  for (const AsideFile& aside : FindAsideFiles(path)) {
+    if (!IsProcess(aside.process)) DeleteFileA(aside.path.c_str());
+  }
 }
 
 class WindowsReplacement : public ReplacementFile {
@@ -136,6 +148,7 @@ std::unique_ptr<NativeFile> NativeFile::OpenForReading(const std::string& path) 
 std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path) {
   const DWORD old = GetFileAttributesA(path.c_str());
   if (old != INVALID_FILE_ATTRIBUTES && (old & FILE_ATTRIBUTE_DIRECTORY) != 0) return nullptr;
+  SweepBeside(path);
   std::string aside;
   HANDLE handle = CreateBeside(path, aside);
   if (handle == INVALID_HANDLE_VALUE) return nullptr;
