@@ -79,6 +79,24 @@ TEST_F(Module, SavesItsConfigurationWhenItIsUnloaded) {
   EXPECT_EQ(key->ReadText("UserProperties"), "A|B|3|1~");
 }
 
+TEST_F(Module, IsLoadedAndFreedAgainAndAgain) {
+  const auto key = RegistryKey::Create(kCurrentUser, kKey);
+  for (uint32_t port = 9500; port < 9505; ++port) {
+    key->WriteNumber("EndPort", port);
+    {
+      const LoadedModule module(INTERSECT_DLL);
+      ASSERT_TRUE(module.IsThere());
+      std::array<char, 264> err = {};
+      void* model = nullptr;
+      ASSERT_EQ(module.Get<int32_t(void**, void*)>("ExtCreateInstance")(&model, err.data()), 0);
+      ASSERT_EQ(module.Get<int32_t(void*, void*)>("ExtDestroyInstance")(model, err.data()), 0);
+      key->WriteNumber("EndPort", 1);
+    }
+    EXPECT_EQ(GetModuleHandleA("Intersect.dll"), nullptr) << "nothing keeps it";
+    EXPECT_EQ(key->ReadNumber("EndPort"), port);
+  }
+}
+
 TEST_F(Module, FindsItsInflowLibraryBesideItselfInAnyFolder) {
   const fs::path folder = folder_.Path() / PathOf("Mes biblioth\xE8ques");
   fs::create_directory(folder);

@@ -2,20 +2,49 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "platform/named_mutex.h"
 #include "platform/windows/child.h"
+#include "platform/windows/win32.h"
+#include "support/isolation.h"
 
 namespace gantry::platform {
 namespace {
 
 using Outcome = NamedMutex::Outcome;
 
+std::string Report(const test::Child& child, const std::string& commandLine,
+                   const std::string& variable) {
+  return commandLine + "\n" + child.Folder() + "\nstart-up flags 0\nvariable " + variable + "\n";
+}
+
 TEST(Process, GetsItsCommandLineToTheLetterAndItsFolder) {
   test::Child child;
   const std::string line =
       "\"" + child.Program() + "\" -np 4 C:\\IX\\ix.exe  \"a b\" x\\\"y --dopt=port:9001";
   ASSERT_TRUE(child.Start(line));
-  EXPECT_EQ(child.Report(), line + "\n" + child.Folder() + "\n");
+  EXPECT_EQ(child.Report(), Report(child, line, "none"));
+}
+
+// An empty folder is passed on as it is, and the system takes none: not even the present one.
+TEST(Process, IsNotStartedInAnEmptyFolder) {
+  test::Child child;
+  EXPECT_FALSE(child.StartIn("", "witness"));
+  EXPECT_TRUE(child.Start("witness")) << "the same in a folder";
+}
+
+TEST(Process, GetsTheEnvironmentOfItsStarterAndNoneOfItsHandles) {
+  const test::ScopedVariable variable("GANTRY_WITNESS", "d\xE9p\xF4t 7");
+  test::Child child;
+  const std::string file = child.Folder() + "\\held";
+  SECURITY_ATTRIBUTES inheritable = {sizeof inheritable, nullptr, TRUE};
+  HANDLE held =
+      CreateFileA(file.c_str(), GENERIC_WRITE, 0, &inheritable, CREATE_ALWAYS, 0, nullptr);
+  ASSERT_NE(held, INVALID_HANDLE_VALUE);
+  ASSERT_TRUE(child.Start("witness"));
+  EXPECT_EQ(child.Report(), Report(child, "witness", "d\xE9p\xF4t 7"));
+  CloseHandle(held);
+  EXPECT_TRUE(CanOpenForReading(file)) << "nobody else holds the file";
 }
 
 TEST(Process, RunsUntilItEndsByItself) {

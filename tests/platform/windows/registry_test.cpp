@@ -80,11 +80,15 @@ TEST_F(Registry, AValueOfAnotherTypeOrSizeReadsAsAbsent) {
   raw.Set("Short", REG_DWORD, "12");
   raw.Set("Long", REG_DWORD, "12345678");
   raw.Set("Open", REG_SZ, "no end");
+  raw.Set("Empty", REG_SZ, "");
+  raw.Set("Broken", REG_SZ, std::string("a\0b", 4));
   EXPECT_FALSE(key->ReadNumber("Number"));
   EXPECT_FALSE(key->ReadText("Text"));
   EXPECT_FALSE(key->ReadNumber("Short"));
   EXPECT_FALSE(key->ReadNumber("Long"));
   EXPECT_EQ(key->ReadText("Open"), "no end");
+  EXPECT_EQ(key->ReadText("Empty"), "");
+  EXPECT_EQ(key->ReadText("Broken"), "a");
 }
 
 TEST_F(Registry, AKeyThatMayNotBeWrittenIsRefusedAndLeavesTheDefaults) {

@@ -18,7 +18,14 @@ int main(int argc, char** argv) {
   }
   char folder[MAX_PATH] = {};
   GetCurrentDirectoryA(sizeof folder, folder);
-  std::ofstream("starting.txt", std::ios::binary) << GetCommandLineA() << '\n' << folder << '\n';
+  STARTUPINFOA startUp = {};
+  GetStartupInfoA(&startUp);
+  const char* variable = std::getenv("GANTRY_WITNESS");
+  std::ofstream("starting.txt", std::ios::binary)
+      << GetCommandLineA() << '\n'
+      << folder << '\n'
+      << "start-up flags " << startUp.dwFlags << '\n'
+      << "variable " << (variable != nullptr ? variable : "none") << '\n';
   std::filesystem::rename("starting.txt", "started.txt");
   const auto longest = std::chrono::steady_clock::now() + std::chrono::minutes(1);
   while (std::filesystem::exists("hold") && std::chrono::steady_clock::now() < longest) {
