@@ -1,13 +1,12 @@
 #include "program.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "platform/registry.h"
+#include "run_program.h"
 #include "settings/machine_config.h"
 #include "support/free_ports.h"
 
@@ -15,12 +14,6 @@ namespace gantry::fieldrun::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Quote(const std::string& argument) {
-  std::string quoted = "'";
-  for (const char c : argument) quoted += c == '\'' ? "'\\''" : std::string(1, c);
-  return quoted + "'";
-}
 
 std::vector<std::string> Split(const std::string& line) {
   std::vector<std::string> fields;
@@ -30,9 +23,17 @@ std::vector<std::string> Split(const std::string& line) {
   return fields;
 }
 
-// Settings and locks stand in the test's folder, so that tests that run side by side wouldn't know
-// of each other's ports.
+/// What a program has printed, with the same ends of lines everywhere.
+std::string ReadOutput(const fs::path& file) {
+  std::string text = gantry::test::TestFolder::Read(file);
+  std::erase(text, '\r');
+  return text;
+}
+
+// Where settings and locks stand in the test's folder, tests that run side by side wouldn't know of
+// each other's ports.
 void UseFreePorts() {
+  ShareSettingsWithPrograms();
   constexpr int kPorts = 4;
   static const int kFirst = gantry::test::FreePorts(kPorts);
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
@@ -47,12 +48,8 @@ Outcome RunFieldrun(const gantry::test::TestFolder& folder,
   UseFreePorts();
   const fs::path out = folder / "standard-output";
   const fs::path err = folder / "standard-error";
-  std::string command = Quote(FIELDRUN);
-  for (const std::string& argument : arguments) command += " " + Quote(argument);
-  command += " >" + Quote(out) + " 2>" + Quote(err) + " </dev/null";
-  const int status = std::system(command.c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, gantry::test::TestFolder::Read(out),
-          gantry::test::TestFolder::Read(err)};
+  const int status = RunProgram(FIELDRUN, arguments, out, err);
+  return {status, ReadOutput(out), ReadOutput(err)};
 }
 
 std::string ExampleCase(const std::string& name) {
