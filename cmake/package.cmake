@@ -5,22 +5,23 @@
 
 include(GNUInstallDirs)
 
-set(programs fieldrun tanksim)
-if(TARGET runfactory)
-  list(APPEND programs runfactory)
-endif()
-
 if(WIN32)
-  install(TARGETS Intersect InflowCalc ${programs} RUNTIME DESTINATION .)
-  set(texts .)
+  install(TARGETS Intersect InflowCalc fieldrun tanksim RUNTIME DESTINATION .)
   install(FILES cmake/windows/INSTALL.txt DESTINATION .)
+  # OPM Flow runs on Linux alone.
+  install(DIRECTORY examples DESTINATION . PATTERN results EXCLUDE PATTERN "*_flow" EXCLUDE)
 else()
-  install(TARGETS Intersect InflowCalc ${programs}
+  set(built Intersect InflowCalc fieldrun tanksim flowlink runfactory)
+  if(TARGET IntersectDialogs)
+    list(APPEND built IntersectDialogs)
+  endif()
+  install(TARGETS ${built}
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
   set(texts ${CMAKE_INSTALL_DATADIR}/gantry)
+  install(DIRECTORY examples DESTINATION ${texts} PATTERN results EXCLUDE)
+  install(FILES companions/cluster/runfactory.service DESTINATION ${texts})
 endif()
-install(DIRECTORY examples DESTINATION ${texts} PATTERN results EXCLUDE)
 
 set(CPACK_PACKAGE_NAME gantry)
 set(CPACK_PACKAGE_FILE_NAME gantry-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-x86_64)

@@ -1,6 +1,7 @@
 #include "program.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -21,6 +22,12 @@ std::vector<std::string> Split(const std::string& line) {
   for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
   if (line.ends_with(',')) fields.emplace_back();
   return fields;
+}
+
+/// Where something of the build stands, or of a package of it that a variable names.
+std::string Place(const char* variable, const char* built) {
+  const char* const packed = std::getenv(variable);
+  return packed != nullptr ? packed : built;
 }
 
 /// What a program has printed, with the same ends of lines everywhere.
@@ -48,12 +55,12 @@ Outcome RunFieldrun(const gantry::test::TestFolder& folder,
   UseFreePorts();
   const fs::path out = folder / "standard-output";
   const fs::path err = folder / "standard-error";
-  const int status = RunProgram(FIELDRUN, arguments, out, err);
+  const int status = RunProgram(Place("GANTRY_FIELDRUN", FIELDRUN), arguments, out, err);
   return {status, ReadOutput(out), ReadOutput(err)};
 }
 
 std::string ExampleCase(const std::string& name) {
-  return (fs::path(EXAMPLES) / name / "case.toml").string();
+  return (fs::path(Place("GANTRY_EXAMPLES", EXAMPLES)) / name / "case.toml").string();
 }
 
 std::string ChangedExample(const gantry::test::TestFolder& folder, const std::string& name,
