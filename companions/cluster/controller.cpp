@@ -162,9 +162,12 @@ void Controller::GetTerminationFlag(MessageReader&, MessageWriter& results) {
   results.PutInt(HasEnded(Client()) ? 1 : 0);
 }
 
+// Reported before the driver has its answer: once that has closed, the service waits for this
+// process for a moment only.
 void Controller::Shutdown(MessageReader&, MessageWriter&) {
   hasShutDown_ = true;
   Client().shutdown();
+  report_("the driver has shut the simulator down");
 }
 
 }  // namespace gantry::cluster

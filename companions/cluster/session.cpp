@@ -119,9 +119,7 @@ class Session {
 
   void Serve() {
     Controller controller(*simulator_, [this](const std::string& text) { Note(text); });
-    const bool isShutDown = controller.Serve(driver_);
-    Note(isShutDown ? "the driver has shut the simulator down"
-                    : "the driver has closed its connection");
+    if (!controller.Serve(driver_)) Note("the driver has closed its connection");
   }
 
   SessionTask task_;
