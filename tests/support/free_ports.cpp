@@ -10,7 +10,9 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <unistd.h>
 
+#include "platform/registry.h"
 #include "platform/sockets.h"
+#include "settings/machine_config.h"
 
 namespace gantry::test {
 namespace {
@@ -64,6 +66,14 @@ int FreePorts(int count) {
     return ports.front();
   }
   throw std::runtime_error("no free ports");
+}
+
+void StartSimulatorsOnFreePorts() {
+  constexpr int kPorts = 4;
+  static const int first = FreePorts(kPorts);
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  key->WriteNumber("StartPort", static_cast<uint32_t>(first));
+  key->WriteNumber("EndPort", static_cast<uint32_t>(first + kPorts - 1));
 }
 
 }  // namespace gantry::test

@@ -6,4 +6,8 @@ namespace gantry::test {
 /// process ends: no other call gets them, of this process or of one that runs beside it.
 int FreePorts(int count = 1);
 
+/// Lets the module start its simulators on four such ports: writes them to the registry, which must
+/// be a test's own. Otherwise it would take those of every user's default.
+void StartSimulatorsOnFreePorts();
+
 }  // namespace gantry::test

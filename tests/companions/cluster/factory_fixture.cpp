@@ -161,9 +161,10 @@ void FactoryTest::CopyExample(const std::string& name) {
 }
 
 void FactoryTest::RunFieldrun(const std::string& name) {
+  StartSimulatorsOnFreePorts();
   const cluster::Outcome outcome =
       cluster::RunProgram({FIELDRUN, "run", (folder / ("cases/" + name + ".toml")).string(),
-                           "--output", (folder / name).string(), "--quiet"},
+                           "--output", (folder / name).string(), "--steps", "24", "--quiet"},
                           100);
   ASSERT_EQ(outcome.exitStatus, 0) << outcome.output;
 }

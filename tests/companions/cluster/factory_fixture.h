@@ -65,7 +65,7 @@ class FactoryTest : public ::testing::Test {
 
   /// Copies a case file of the five-spot example to the folder, its factory's port set.
   void CopyExample(const std::string& name);
-  /// Runs it; the results are left in a folder of its name.
+  /// Runs it for two years; the results are left in a folder of its name.
   void RunFieldrun(const std::string& name);
 
   TestFolder folder;

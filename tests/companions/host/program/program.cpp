@@ -6,9 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/registry.h"
 #include "run_program.h"
-#include "settings/machine_config.h"
 #include "support/free_ports.h"
 
 namespace gantry::fieldrun::test {
@@ -37,22 +35,12 @@ std::string ReadOutput(const fs::path& file) {
   return text;
 }
 
-// Where settings and locks stand in the test's folder, tests that run side by side wouldn't know of
-// each other's ports.
-void UseFreePorts() {
-  ShareSettingsWithPrograms();
-  constexpr int kPorts = 4;
-  static const int kFirst = gantry::test::FreePorts(kPorts);
-  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
-  key->WriteNumber("StartPort", static_cast<uint32_t>(kFirst));
-  key->WriteNumber("EndPort", static_cast<uint32_t>(kFirst + kPorts - 1));
-}
-
 }  // namespace
 
 Outcome RunFieldrun(const gantry::test::TestFolder& folder,
                     const std::vector<std::string>& arguments) {
-  UseFreePorts();
+  ShareSettingsWithPrograms();
+  gantry::test::StartSimulatorsOnFreePorts();
   const fs::path out = folder / "standard-output";
   const fs::path err = folder / "standard-error";
   const int status = RunProgram(Place("GANTRY_FIELDRUN", FIELDRUN), arguments, out, err);
