@@ -119,7 +119,8 @@ template <class Value>
 ChartSeries Report::FieldSeries(const char* name, const char* colour, Quantity quantity,
                                 Value value) const {
   ChartSeries series{name, colour, {}, false};
-  series.points.emplace_back(0, Show(value(history_.field.front()), quantity));
+  const bool isTotal = quantity == kLiquidVolume || quantity == kGasVolume;
+  series.points.emplace_back(0, isTotal ? 0 : Show(value(history_.field.front()), quantity));
   for (const FieldMoment& moment : history_.field) {
     series.points.emplace_back(moment.endDays, Show(value(moment), quantity));
   }

@@ -11,9 +11,10 @@ namespace {
 
 constexpr double kWidth = 400;
 constexpr double kLeft = 52;
-constexpr double kRight = 14;
+constexpr double kRight = 20;  // half of the last label stands beyond the axis
 constexpr double kTop = 10;
-constexpr double kBottom = 40;
+constexpr double kBottom = 24;       // the labels of the x axis
+constexpr double kTitleRoom = 16;    // the title below them, where there is one
 constexpr size_t kMostPoints = 500;  // a curve can't show more than the chart has pixels
 
 struct Tick {
@@ -40,12 +41,16 @@ double NiceStep(double span, int most) {
 
 // An axis over a range, widened to round numbers.
 Axis NumberAxis(double low, double high, bool isWidened) {
-  if (!(high > low)) high = low + std::max(std::abs(low) * 0.1, 1.0);
+  constexpr double kFlat = 5e-3;  // of the values: the labels' digits couldn't tell less apart
+  const double size = std::max(std::abs(low), std::abs(high));
+  const bool isFlat = high - low <= kFlat * size;
+  if (isFlat && size == 0) high = 1;
+  if (isFlat && size > 0) low -= 0.1 * size, high += 0.1 * size;
   const double step = NiceStep(high - low, 5);
   Axis axis{low, high, {}};
   if (isWidened) axis.low = std::floor(low / step + 1e-9) * step;
   // A curve along the upper edge would be lost there.
-  if (isWidened) axis.high = std::ceil(high / step + 0.02) * step;
+  if (isWidened) axis.high = std::ceil(high / step + (isFlat ? -1e-9 : 0.02)) * step;
   const double first = std::ceil(axis.low / step - 1e-9);
   for (double i = first; i * step <= axis.high + 1e-9 * step; ++i) {
     axis.ticks.push_back({i * step, ShortNumber(std::abs(i) < 0.5 ? 0 : i * step)});
@@ -98,6 +103,8 @@ class Drawing {
     x_ = chart.dateOfX0 ? DateAxis(*chart.dateOfX0, xs.low, xs.high)
                         : NumberAxis(xs.low, xs.high, true);
     y_ = NumberAxis(ys.low, ys.high, true);
+    xTitle_ = chart.dateOfX0 && x_.high - x_.low < 60 ? "days" : chart.xTitle;
+    base_ = chart.height - kBottom - (xTitle_.empty() ? 0 : kTitleRoom);
   }
 
   std::string Svg() const {
@@ -116,9 +123,7 @@ class Drawing {
 
  private:
   double X(double value) const { return kLeft + x_.Part(value) * (kWidth - kLeft - kRight); }
-  double Y(double value) const {
-    return chart_.height - kBottom - y_.Part(value) * (chart_.height - kTop - kBottom);
-  }
+  double Y(double value) const { return base_ - y_.Part(value) * (base_ - kTop); }
 
   std::string Grid() const {
     std::string svg;
@@ -129,20 +134,18 @@ class Drawing {
           "<text class=\"y\" x=\"{}\" y=\"{:.1f}\">{}</text>\n",
           kLeft, kWidth - kRight, y, y, kLeft - 7, y + 4, tick.label);
     }
-    const double base = chart_.height - kBottom;
     for (const Tick& tick : x_.ticks) {
       const double x = X(tick.value);
       svg += fmt::format(
           "<line class=\"tick\" x1=\"{:.1f}\" x2=\"{:.1f}\" y1=\"{}\" y2=\"{}\"/>"
           "<text class=\"x\" x=\"{:.1f}\" y=\"{}\">{}</text>\n",
-          x, x, base, base + 4, x, base + 17, tick.label);
+          x, x, base_, base_ + 4, x, base_ + 17, tick.label);
     }
     svg += fmt::format("<line class=\"axis\" x1=\"{}\" x2=\"{}\" y1=\"{}\" y2=\"{}\"/>\n", kLeft,
-                       kWidth - kRight, base, base);
-    const std::string xTitle = chart_.dateOfX0 && x_.high - x_.low < 60 ? "days" : chart_.xTitle;
-    if (xTitle.empty()) return svg;
+                       kWidth - kRight, base_, base_);
+    if (xTitle_.empty()) return svg;
     return svg + fmt::format("<text class=\"title\" x=\"{}\" y=\"{}\">{}</text>\n", kWidth - kRight,
-                             chart_.height - 4, EscapeHtml(xTitle));
+                             chart_.height - 4, EscapeHtml(xTitle_));
   }
 
   std::string Line(const ChartSeries& series) const {
@@ -161,6 +164,8 @@ class Drawing {
   const Chart& chart_;
   Axis x_;
   Axis y_;
+  std::string xTitle_;
+  double base_ = 0;  ///< where the x axis lies
 };
 
 }  // namespace

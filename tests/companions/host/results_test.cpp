@@ -7,6 +7,7 @@
 #include "host/output_file.h"
 #include "host/report_html.h"
 #include "host/result_tables.h"
+#include "host/svg_chart.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
@@ -112,6 +113,32 @@ TEST_F(Results, ReportNeedsNothingBesideItselfAndEscapesItsTexts) {
     };
     EXPECT_EQ(count(std::string("<") + tag + "[ >]"), count(std::string("</") + tag + ">")) << tag;
   }
+}
+
+TEST_F(Results, ReportCountsItsTotalsFromNothing) {
+  RunHistory history;
+  Play(history);
+  const std::string page = ComposeReport(case_, history);
+  // The curve of what was injected, the highest, begins on the axis of its chart.
+  const std::string chart = page.substr(page.find("<figcaption>Liquid totals"));
+  std::smatch axis;
+  std::smatch curve;
+  ASSERT_TRUE(std::regex_search(chart, axis, std::regex("class=\"axis\".* y1=\"([0-9]+)\"")));
+  ASSERT_TRUE(
+      std::regex_search(chart, curve, std::regex("class=\"line inj\" d=\"M[0-9.]+ ([0-9]+)")));
+  EXPECT_EQ(curve[1], axis[1]);
+}
+
+TEST(Chart, KeepsTheLabelsOfItsAxesInside) {
+  Chart chart;
+  chart.dateOfX0 = Date{2020, 1, 1};
+  chart.series = {{"none", "water", {{0, 0}, {3653, 0}}, false}};
+  const std::string html = ToHtml(chart);
+  std::smatch last;
+  ASSERT_TRUE(std::regex_search(html, last, std::regex("x=\"([0-9.]+)\" y=\"[0-9.]+\">2030<")));
+  EXPECT_LT(std::stod(last[1]) + 16, 400) << "half of the label's width lies beyond its tick";
+  EXPECT_NE(html.find(">1</text>"), std::string::npos);
+  EXPECT_EQ(html.find(">1.2</text>"), std::string::npos) << "of a part of 1";
 }
 
 TEST_F(Results, ReportOfARunThatFailedAtOnceSaysSo) {
