@@ -14,6 +14,9 @@ int main(int argc, char** argv) {
   if (!ParseOptions(argc, argv, options, exitStatus)) return exitStatus;
   try {
     const Log log = options.logFile.empty() ? Log() : Log(options.logFile);
+    for (const std::string& missing : MissingDirectories(options)) {
+      log.Write("no case can be opened below " + missing + ": there is no such directory");
+    }
     Factory factory(options, log);
     const std::string where = fmt::format("listens on {}:{}", options.address, factory.Port());
     log.Write(where);

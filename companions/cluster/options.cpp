@@ -1,7 +1,7 @@
 #include "cluster/options.h"
 
 #include <charconv>
-#include <map>
+#include <filesystem>
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
@@ -47,6 +47,18 @@ void ParsePorts(const std::string& text, Options& options) {
   }
 }
 
+void ParseLauncher(const std::string& text, Options& options) {
+  if (text != "local" && text != "slurm") {
+    throw CLI::ValidationError("--launcher wants local or slurm, not '" + text + "'");
+  }
+  options.launcher = text == "local" ? LauncherKind::kLocal : LauncherKind::kSlurm;
+}
+
+bool IsProgram(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+}
+
 void Check(const Options& options) {
   if (options.maps.empty() && options.roots.empty()) {
     throw CLI::ValidationError("no case could be opened: name a --map or a --root");
@@ -57,7 +69,7 @@ void Check(const Options& options) {
   for (const std::string& root : options.roots) {
     if (root.front() != '/') throw CLI::ValidationError("--root: " + root + " is not absolute");
   }
-  if (options.launcher == LauncherKind::kLocal && ::access(options.simulator.c_str(), X_OK) != 0) {
+  if (options.launcher == LauncherKind::kLocal && !IsProgram(options.simulator)) {
     throw CLI::ValidationError("--simulator: " + options.simulator + " is no program");
   }
   if (options.ports.last - options.ports.first + 1 < options.maxSessions) {
@@ -70,24 +82,21 @@ void Check(const Options& options) {
 bool ParseOptions(int argc, const char* const* argv, Options& options, int& exitStatus) {
   CLI::App app(
       "Serves drivers that run their simulator on this cluster: starts the simulator for a case "
-      "and "
-      "answers the driver's routines by driving it.",
+      "and answers the driver's routines by driving it.",
       "runfactory");
+  app.set_version_flag("--version", "runfactory " RUNFACTORY_VERSION);
   std::string listen = options.address + ":" + std::to_string(options.port);
   std::string ports =
       std::to_string(options.ports.first) + "-" + std::to_string(options.ports.last);
   std::vector<std::string> maps;
-  const std::map<std::string, LauncherKind> launchers = {{"local", LauncherKind::kLocal},
-                                                         {"slurm", LauncherKind::kSlurm}};
+  std::string launcher = "local";
   app.add_option("--listen", listen, "address and port to take drivers on; port 0 takes any")
       ->capture_default_str();
   app.add_option("--simulator", options.simulator, "the simulator's program")->required();
   app.add_option("--map", maps,
                  "FROM=TO: case directories that a driver names below FROM lie below TO here");
   app.add_option("--root", options.roots, "a directory below which cases may be opened");
-  app.add_option("--launcher", options.launcher, "local or slurm")
-      ->transform(CLI::CheckedTransformer(launchers))
-      ->default_str("local");
+  app.add_option("--launcher", launcher, "local or slurm")->capture_default_str();
   app.add_option("--max-sessions", options.maxSessions, "how many runs at once")
       ->check(CLI::Range(1, kMostSessions))
       ->capture_default_str();
@@ -109,6 +118,7 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, int& exit
     app.parse(argc, argv);
     ParseListen(listen, options);
     ParsePorts(ports, options);
+    ParseLauncher(launcher, options);
     for (const std::string& map : maps) ParseMap(map, options);
     Check(options);
   } catch (const CLI::ParseError& outcome) {
@@ -116,6 +126,15 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, int& exit
     return false;
   }
   return true;
+}
+
+std::vector<std::string> MissingDirectories(const Options& options) {
+  std::vector<std::string> missing = options.roots;
+  for (const PathMap& map : options.maps) missing.push_back(map.to);
+  std::error_code ignored;
+  std::erase_if(missing,
+                [&](const auto& path) { return std::filesystem::is_directory(path, ignored); });
+  return missing;
 }
 
 }  // namespace gantry::cluster

@@ -40,4 +40,7 @@ struct Options {
 /// faulty), `exitStatus` is what to end with, and the reason has been shown.
 bool ParseOptions(int argc, const char* const* argv, Options& options, int& exitStatus);
 
+/// What the maps and roots lead to that is no directory at present.
+std::vector<std::string> MissingDirectories(const Options& options);
+
 }  // namespace gantry::cluster

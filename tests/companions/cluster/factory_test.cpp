@@ -195,12 +195,13 @@ TEST_F(FactoryTest, RefusesABadCommandLineWithItsReason) {
       {{"--simulator", TANKSIM}, "no case could be opened"},
       {{"--root", cases}, "--simulator is required"},
       {{"--simulator", "/nowhere", "--root", cases}, "is no program"},
+      {{"--simulator", "/tmp", "--root", cases}, "is no program"},
       {{"--simulator", TANKSIM, "--root", "cases"}, "is not absolute"},
       {{"--simulator", TANKSIM, "--map", "x"}, "--map wants FROM=TO"},
       {{"--simulator", TANKSIM, "--root", cases, "--listen", "here"}, "ADDRESS:PORT"},
       {{"--simulator", TANKSIM, "--root", cases, "--ports", "9-3"}, "FIRST-LAST"},
       {{"--simulator", TANKSIM, "--root", cases, "--ports", "1-3"}, "fewer ports"},
-      {{"--simulator", TANKSIM, "--root", cases, "--launcher", "cron"}, "--launcher"},
+      {{"--simulator", TANKSIM, "--root", cases, "--launcher", "cron"}, "local or slurm, not"},
   };
   for (const auto& [line, reason] : lines) {
     std::vector<std::string> command = {RUNFACTORY};
