@@ -21,6 +21,8 @@ class CallTrace {
 
   void Begin(std::string_view function, const std::string& arguments);
   void End(int32_t result, const std::string& outcome);
+  /// False once a line couldn't be written.
+  bool IsWhole() const { return file_.good(); }
 
  private:
   std::ofstream file_;

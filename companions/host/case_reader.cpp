@@ -65,8 +65,9 @@ void Reader::FailType(const toml::node& node, const KeyDescription& about,
 
 void Reader::CheckRange(const toml::node& node, const KeyDescription& about, double value) {
   const auto limit = [&](double number) {
-    return fmt::format("{:g} {}", FromInternal(number, about.quantity, model_.Units()),
-                       UnitName(about.quantity, model_.Units()));
+    const std::string_view unit = UnitName(about.quantity, model_.Units());
+    return fmt::format("{:g}{}{}", FromInternal(number, about.quantity, model_.Units()),
+                       unit.empty() ? "" : " ", unit);
   };
   if (!std::isfinite(value)) FailType(node, about, "a finite number");
   // What a conversion may lose at the bound itself is no fault of the case.
@@ -253,8 +254,10 @@ CaseModel ReadCase(const std::string& path) {
   model.file = path;
   if (!fs::is_regular_file(platform::PathOf(path))) throw CaseError(path, 0, "no such case file");
   try {
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream) throw CaseError(path, 0, "the case file can't be read");
     std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
+    text << stream.rdbuf();
     Reader(model).ReadAll(toml_reader::Parse(text.str()));
   } catch (const toml_reader::TomlError& error) {
     throw CaseError(path, static_cast<int>(error.Line), error.what());

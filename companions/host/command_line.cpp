@@ -27,7 +27,8 @@ void AddTo(CLI::App& app, const OptionRow& row, Options& options) {
       },
       row.target);
   if (isPositional && row.isRequired) option->required();
-  if (name == "-n,--steps") option->check(CLI::PositiveNumber);
+  constexpr int kMostSteps = 1'000'000;
+  if (name == "-n,--steps") option->check(CLI::Range(1, kMostSteps));
 }
 
 // The library would only say that a command is missing.
@@ -52,6 +53,7 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const* argv) {
       "module.",
       "fieldrun");
   app.allow_windows_style_options(false);  // a path may begin with a slash anywhere
+  app.set_version_flag("--version", "fieldrun " FIELDRUN_VERSION);
   app.require_subcommand(1);
   for (const VerbRow& verb : Verbs()) {
     CLI::App* command = app.add_subcommand(std::string(verb.name), std::string(verb.meaning));

@@ -53,7 +53,7 @@ void CoupledRun::CheckCompositions() const {
 }
 
 void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
-  model_.StartSimulator();
+  StartSimulator(model_, case_);
   const std::vector<DriverWell> wells = model_.Wells();
   start_.components = model_.ComponentNames();
   start_.start = FirstDay(case_, model_.SimulationDate());

@@ -15,6 +15,10 @@ namespace gantry::fieldrun {
 void ApplySettings(DriverModel& model, const CaseModel& caseModel,
                    const std::string& fallbackExecutable);
 
+/// Starts the simulator of the case. The module's text doesn't name the program that failed to come
+/// up on this machine; it is added here.
+void StartSimulator(DriverModel& model, const CaseModel& caseModel);
+
 /// What a well of the simulator is, as the module says. An injector of no stated phase counts as a
 /// water injector, since that is how the module controls it.
 WellKind KindInSimulator(DriverModel& model, const DriverWell& well);

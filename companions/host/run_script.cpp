@@ -1,12 +1,14 @@
 #include "host/run_script.h"
 
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "host/case_model.h"
+#include "platform/file_path.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -52,7 +54,9 @@ RunScript::Line RunScript::Parse(const std::string& text, const std::string& fil
 
 RunScript RunScript::Read(const std::string& path) {
   std::ifstream file(path);
-  if (!file) throw CaseError(path, 0, "no such script");
+  if (!file || std::filesystem::is_directory(platform::PathOf(path))) {
+    throw CaseError(path, 0, "no such script");
+  }
   RunScript script;
   std::string text;
   for (int number = 1; std::getline(file, text); ++number) {

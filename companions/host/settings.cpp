@@ -44,6 +44,16 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
   set("Parallel", std::to_string(simulator.parallel));
 }
 
+void StartSimulator(DriverModel& model, const CaseModel& caseModel) {
+  try {
+    model.StartSimulator();
+  } catch (const DriverFailure& failure) {
+    const std::string program = model.Get("Intersect.CaseDetails.SimExeName");
+    if (caseModel.simulator.connection == 1 || program.empty()) throw;
+    throw DriverFailure(fmt::format("{} ({})", failure.what(), program));
+  }
+}
+
 WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
   if (well.isProducer) return WellKind::kProducer;
   const std::string type = model.Get(WellPath(well.name, "SourceType"));

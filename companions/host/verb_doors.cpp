@@ -17,7 +17,9 @@ namespace {
 
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw CaseError(path, 0, "no such file");
+  if (!file || !std::filesystem::is_regular_file(platform::PathOf(path))) {
+    throw CaseError(path, 0, "no such file");
+  }
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
@@ -78,6 +80,9 @@ void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options&
     ApplySettings(model, caseModel, DefaultSimulator());
   } else {
     LoadInto(model, options.blockFile, false);
+    if (!options.simulator.empty()) {
+      model.Set("Intersect.CaseDetails.SimExeName", options.simulator);
+    }
   }
   if (options.start) model.Do("Intersect.StartIX()");
 }
@@ -167,8 +172,13 @@ void Describe(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
-  model.WriteEquipmentXml(session.options.file, !session.options.noVariables,
-                          session.options.wells);
+  const std::string& file = session.options.file;
+  model.WriteEquipmentXml(file, !session.options.noVariables, session.options.wells);
+  // The module doesn't tell of a disk that has filled up.
+  const bool isFile = std::filesystem::is_regular_file(platform::PathOf(file));
+  if (isFile && ReadFile(file).find("</Model>") == std::string::npos) {
+    throw std::runtime_error(fmt::format("The description {} couldn't be written whole", file));
+  }
 }
 
 }  // namespace gantry::fieldrun

@@ -35,7 +35,7 @@ void ListWells(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   ApplySettings(model, caseModel, DefaultSimulator());
-  model.StartSimulator();
+  StartSimulator(model, caseModel);
   const std::vector<DriverWell> wells = model.Wells();
   std::unordered_set<std::string> connected;
   for (const WellSpec& spec : caseModel.wells) {

@@ -1,6 +1,7 @@
 #include "host/verbs.h"
 
 #include <array>
+#include <cerrno>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -41,6 +42,16 @@ std::string ValueText(const PrintedValue& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return *text;
   if (const auto* number = std::get_if<int64_t>(&value)) return std::to_string(*number);
   return std::get<bool>(value) ? "yes" : "no";
+}
+
+// A full disk shows only here. A reader that has had enough of the output is no failure.
+void CheckWritten(const Options& options, const CallTrace* trace) {
+  if (std::fflush(UserOutput()) != 0 && errno == ENOSPC) {
+    throw std::runtime_error("The output couldn't be written whole");
+  }
+  if (trace != nullptr && !trace->IsWhole()) {
+    throw std::runtime_error("The trace " + options.trace + " couldn't be written whole");
+  }
 }
 
 }  // namespace
@@ -96,6 +107,7 @@ int RunVerb(const Options& options) {
     const std::string path = options.module.empty() ? DefaultModule() : options.module;
     const std::unique_ptr<ModuleApi> api = ModuleApi::Load(path);
     kFunctions.at(static_cast<size_t>(options.verb))({options, *api, trace.get()});
+    CheckWritten(options, trace.get());
     return kDone;
   } catch (const CaseError& error) {
     fmt::print(stderr, "{}\n", error.what());

@@ -94,7 +94,8 @@ TEST_F(Program, FailsWithTheModulesOwnText) {
   const Outcome missing =
       Run({"run", odeh, "-o", Path("out"), "--simulator", Path("no-simulator")});
   EXPECT_EQ(missing.status, 1);
-  EXPECT_NE(missing.err.find("Could not start the simulator process: <"), std::string::npos)
+  EXPECT_TRUE(std::regex_search(
+      missing.err, std::regex(R"(Could not start the simulator process: <.*> \(.*no-simulator\))")))
       << missing.err;
   EXPECT_FALSE(fs::exists(folder_ / "out/wells.csv"));
 
@@ -122,6 +123,13 @@ TEST_F(Program, TellsOfAResultFolderThatCantBeMade) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_NE(outcome.err.find("taken"), std::string::npos) << outcome.err;
   EXPECT_EQ(gantry::test::TestFolder::Read(folder_ / "taken"), "");
+}
+
+TEST_F(Program, TellsOfADiskThatIsFull) {
+  EXPECT_EQ(Run({"identify", "--trace", Path("trace")}).status, 0);
+  const Outcome trace = Run({"identify", "--trace", "/dev/full"});
+  EXPECT_EQ(trace.status, 1);
+  EXPECT_NE(trace.err.find("/dev/full couldn't be written whole"), std::string::npos) << trace.err;
 }
 
 TEST_F(Program, ListsTheWellsOfACase) {
@@ -153,11 +161,16 @@ TEST_F(Program, SavesACaseAndLoadsItAgain) {
   ASSERT_EQ(load.status, 0) << load.err;
   EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(Parallel +7\n)"))) << load.out;
   EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(well PROD +producer\n)"))) << load.out;
+  EXPECT_EQ(Run({"get", odeh, "--block", Path("case.block"), "--simulator", "/bin/other",
+                 "Intersect.CaseDetails.SimExeName"})
+                .out,
+            "/bin/other\n");
 
   folder_.Write("torn.block", gantry::test::TestFolder::Read(folder_ / "case.block").substr(0, 40));
   const Outcome torn = Run({"load", Path("torn.block")});
   EXPECT_EQ(torn.status, 1);
   EXPECT_NE(torn.err.find("Failed in reading all case data - buffer overflow"), std::string::npos);
+  EXPECT_EQ(Run({"load", folder_.Path().string()}).status, 2);
 }
 
 TEST_F(Program, KeepsTheVariablesThatAreAddedAndDeleted) {
