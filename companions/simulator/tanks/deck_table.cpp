@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <set>
-#include <sstream>
 
 #include <fmt/format.h>
 
@@ -203,12 +203,11 @@ void DeckTable::Fail(std::string_view key, const std::string& reason) const {
 
 DeckTable DeckTable::ReadFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
   const std::string name = platform::NameOf(file);
-  if (!stream || std::filesystem::is_directory(file) || !(text << stream.rdbuf())) {
+  if (!stream || std::filesystem::is_directory(file)) {
     throw DeckError(name + ":1: the deck can't be read");
   }
-  return ReadText(text.str(), name);
+  return ReadText(std::string(std::istreambuf_iterator<char>(stream), {}), name);
 }
 
 }  // namespace gantry::simulator
