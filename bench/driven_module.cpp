@@ -13,10 +13,13 @@ namespace {
 
 constexpr int kOperatingRow = 4;
 
+/// In a folder that the owner alone may enter: the port's lock stands there too, and any other
+/// folder would be passed over for one that all runs of the user share.
 void WriteRegistry(const std::filesystem::path& folder, const std::filesystem::path& simulator,
                    uint16_t port) {
   const auto gantry = folder / "gantry";
   std::filesystem::create_directories(gantry);
+  std::filesystem::permissions(gantry, std::filesystem::perms::owner_all);
   std::ofstream(gantry / "registry.reg")
       << "REGEDIT4\r\n\r\n"
          "[HKEY_CURRENT_USER\\Software\\Orvale\\Tessel\\ExtensionDlls100_64\\Intersect]\r\n"
