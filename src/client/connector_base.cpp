@@ -1,7 +1,11 @@
 #include "client/connector_base.h"
 
+#include <algorithm>
 #include <locale>
 #include <sstream>
+#include <utility>
+
+#include "client/record_fields.h"
 
 namespace gantry {
 
@@ -14,6 +18,18 @@ std::string VersionMismatch(double version, const char* how, const std::string& 
   text << "The simulator version (" << version << ") is " << how
        << " for the connector being used (" << connectorName << ")";
   return text.str();
+}
+
+/// Gives the record's lists, where they are empty, the storage of one that has served.
+void LendStorage(ConnectorWellRecord& served, ConnectorWellRecord& record) {
+  for (const InflowField& list : kInflowFields) {
+    if (!(record.*list.field).empty()) continue;
+    std::swap(record.*list.field, served.*list.field);
+    (record.*list.field).clear();
+  }
+  if (record.iprComposition.RowCount() != 0) return;
+  std::swap(record.iprComposition, served.iprComposition);
+  record.iprComposition.Clear();
 }
 
 }  // namespace
@@ -35,7 +51,14 @@ void CExtConnectorBase::GetWellDataAndIPR(int32_t componentCount, const Strings&
                                           std::vector<ConnectorWellRecord>& records,
                                           bool useBottomHolePressure, double skewness) {
   GetWellData(wells, records);
+  const size_t lent = std::min(served_.size(), records.size());
+  for (size_t i = 0; i < lent; ++i) LendStorage(served_[i], records[i]);
   GetWellIPRData(componentCount, wells, records, useBottomHolePressure, skewness);
+}
+
+void CExtConnectorBase::KeepStorageOf(std::vector<ConnectorWellRecord>& records) {
+  served_.swap(records);
+  records.clear();
 }
 
 std::unique_ptr<CExtConnectorBase> Establish(std::unique_ptr<CExtConnectorBase> connector) {

@@ -73,10 +73,16 @@ class CExtConnectorBase {
   void GetWellDataAndIPR(int32_t componentCount, const Strings& wells,
                          std::vector<ConnectorWellRecord>& records, bool useBottomHolePressure,
                          double skewness);
+  /// Takes records that have served, and leaves none. The next `GetWellDataAndIPR` fills the storage
+  /// of their lists, which with many wells is dear to find anew at each step.
+  void KeepStorageOf(std::vector<ConnectorWellRecord>& records);
 
  protected:
   /// Null until `EstablishSession` has come to its end.
   std::unique_ptr<UnitConverter> unitConverter;
+
+ private:
+  std::vector<ConnectorWellRecord> served_;
 };
 
 /// Runs `EstablishSession` on a new connector and hands it on. Any standard exception becomes a

@@ -173,6 +173,7 @@ class CExtModel : public CExtInterface {
   bool OpPointsApplied = false;   ///< the orders of the present step have been sent
   bool InCalculatorStep = false;  ///< the inflow library is stepping the simulator
   std::unique_ptr<const FluidModelRecord> fluidRecord_;  ///< null where the host gets none
+  std::vector<ConnectorWellRecord> wellRecords_;  ///< empty between reads; only for its storage
   std::unique_ptr<_tGetSetData> spareState_;  ///< zero but for its first points; kept between wells
 };
 

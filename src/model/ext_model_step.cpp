@@ -29,10 +29,13 @@ int32_t CExtModel::ReadWells(bool connectedOnly, ExtErrorBlock* err) {
 int32_t CExtModel::ReadWellRecords(const std::vector<std::string>& names, ExtErrorBlock* err) {
   constexpr bool kUseBottomHolePressure = true;
   constexpr double kSkewness = 2.5;
-  std::vector<ConnectorWellRecord> records;
-  Session->Connector->GetWellDataAndIPR(FluidModel.componentCount, names, records,
-                                        kUseBottomHolePressure, kSkewness);
-  if (FillSources(Sources, records)) return 0;
+  CExtConnectorBase& connector = *Session->Connector;
+  wellRecords_.clear();
+  connector.GetWellDataAndIPR(FluidModel.componentCount, names, wellRecords_,
+                              kUseBottomHolePressure, kSkewness);
+  const bool allKnown = FillSources(Sources, wellRecords_);
+  connector.KeepStorageOf(wellRecords_);
+  if (allKnown) return 0;
   return Fail(err, "Unknown well returned from call to simulator");
 }
 

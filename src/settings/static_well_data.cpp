@@ -58,6 +58,7 @@ void StaticWellDataCollection::SetOpMode(int32_t opMode) {
 
 std::vector<std::string> StaticWellDataCollection::Names(bool connectedOnly) const {
   std::vector<std::string> names;
+  names.reserve(Items.size());
   for (const StaticWellData& well : Items) {
     if (well.Connected || !connectedOnly) names.push_back(well.Name);
   }
