@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cinttypes>
+#include <cstring>
 #include <span>
 #include <utility>
 
 #include "model/ext_model.h"
 #include "model/fluid_record.h"
-#include "model/ipr_table.h"
 #include "model/model_failure.h"
 
 namespace gantry {
@@ -34,13 +34,11 @@ double MassRate(double oil, double gas, const _tGetSetData& record) {
 }
 
 void FillPoints(const Source& source, std::span<const IPRPoint> points, _tGetSetData& record) {
-  const IPRTable table(points, source.SourceType == kProducer);
   for (size_t i = 0; i < points.size(); ++i) {
-    const IPRTable::RowValues row = table.Row(static_cast<int32_t>(i));
-    record.oilRate[i] = row[IPRTable::kOilColumn];
-    record.waterRate[i] = row[IPRTable::kWaterColumn];
-    record.gasRate[i] = row[IPRTable::kGasColumn];
-    record.pressure[i] = row[IPRTable::kPressureColumn];
+    record.oilRate[i] = points[i].OilRate;
+    record.waterRate[i] = points[i].WaterRate;
+    record.gasRate[i] = points[i].GasRate;
+    record.pressure[i] = points[i].Pressure;
     record.pointValue[i] = source.PointValue;
     record.massRate[i] = MassRate(record.oilRate[i], record.gasRate[i], record);
   }
@@ -51,7 +49,8 @@ void FillCompositions(std::span<const IPRPoint> points, _tGetSetData& record) {
     const std::vector<double>& composition = points[i].Composition;
     const size_t count = std::min(composition.size(), kMaxComponents);
     double* const row = record.moleFractions[i];
-    std::fill(std::copy_n(composition.begin(), count, row), row + kMaxComponents, 0.0);
+    std::memset(row, 0, sizeof record.moleFractions[i]);
+    std::copy_n(composition.begin(), count, row);
   }
 }
 
