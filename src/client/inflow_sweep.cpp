@@ -9,7 +9,6 @@
 
 #include "client/intersect_client.h"
 #include "client/item_names.h"
-#include "client/record_fields.h"
 #include "client/well_lookup.h"
 
 namespace gantry {
@@ -40,32 +39,19 @@ constexpr std::array<const char*, kFirstMoleFraction> kResultItems = {
 
 /// How a kind of well is forced to a rate, and where its rates are read.
 struct WellKind {
-  WellKind(const Strings& items, bool isAProducer, bool limitsLiquid, bool limitsGas)
-      : limitCount(items.size()),
-        isProducer(isAProducer),
-        takesLiquid(limitsLiquid),
-        takesGas(limitsGas),
-        gasRate(isAProducer ? kGasProduction : kGasInjection),
-        waterRate(isAProducer ? kWaterProduction : kWaterInjection) {
-    constraintItems.AppendStrings("ITEMS", items);
-    setters.AppendStrings("SETTERS", Strings(items.size(), "USER"));
-  }
-
-  size_t limitCount;
+  Strings constraintItems;  ///< the limit on liquid, then that on gas
   bool isProducer;
   bool takesLiquid;
   bool takesGas;
-  ResultItem gasRate;
-  ResultItem waterRate;
-  EncodedEntries constraintItems;
-  EncodedEntries setters;
+  ResultItem gasRate = isProducer ? kGasProduction : kGasInjection;
+  ResultItem waterRate = isProducer ? kWaterProduction : kWaterInjection;
 };
 
 const WellKind& KindOf(const std::string& type) {
-  static const WellKind producer({"LIQUID_PRODUCTION_RATE", "GAS_PRODUCTION_RATE"}, true, true,
-                                 true);
-  static const WellKind waterInjector({"WATER_INJECTION_RATE"}, false, true, false);
-  static const WellKind gasInjector({"GAS_INJECTION_RATE"}, false, false, true);
+  static const WellKind producer = {
+      {"LIQUID_PRODUCTION_RATE", "GAS_PRODUCTION_RATE"}, true, true, true};
+  static const WellKind waterInjector = {{"WATER_INJECTION_RATE"}, false, true, false};
+  static const WellKind gasInjector = {{"GAS_INJECTION_RATE"}, false, false, true};
   if (type == "PRODUCER") return producer;
   return type == "WATER_INJECTOR" ? waterInjector : gasInjector;
 }
@@ -74,18 +60,24 @@ const WellKind& KindOf(const std::string& type) {
   throw std::runtime_error("Unexpected answer when querying the well IPR data.");
 }
 
+/// A well's rates, of which its kind takes one or both as limits.
+struct Limits {
+  Limits(const WellKind& kind, double liquidRate, double gasRate) {
+    if (kind.takesLiquid) values[count++] = liquidRate;
+    if (kind.takesGas) values[count++] = gasRate;
+  }
+
+  std::span<const double> Values() const { return std::span(values).first(count); }
+
+  std::array<double, 2> values{};
+  size_t count = 0;
+};
+
 /// One well on its way down the ladder.
 struct Ladder {
   const WellKind* kind;
-  double baseLiquidRate = 0.0;
-  double baseGasRate = 0.0;
-  std::array<double, 2> limits{};
-
-  void Limit(double liquidRate, double gasRate) {
-    size_t next = 0;
-    if (kind->takesLiquid) limits[next++] = liquidRate;
-    if (kind->takesGas) limits[next++] = gasRate;
-  }
+  double baseLiquidRate;
+  double baseGasRate;
 };
 
 Strings NamesOf(const std::vector<ConnectorWellRecord>& records) {
@@ -111,35 +103,44 @@ std::vector<size_t> WellsOf(WellLookup& records, const Strings& wells) {
 
 /// A well's answer at one rung, its elements by the items that were asked for.
 struct RungRow {
-  std::span<const double> values;
-  const std::vector<size_t>& columns;
+  const double* values = nullptr;
+  const size_t* columns = nullptr;
 
   double operator[](size_t item) const { return values[columns[item]]; }
 };
+
+using RungRows = std::array<RungRow, kSweepRungs>;
+
+void AppendColumn(const RungRows& rows, size_t item, Doubles& points) {
+  std::array<double, kSweepRungs> column;
+  for (size_t rung = 0; rung < kSweepRungs; ++rung) column[rung] = rows[rung][item];
+  points.insert(points.end(), column.begin(), column.end());
+}
 
 class Sweep {
  public:
   Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
         InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records);
 
-  void Run();
+  void Run(const RecordWork& finish);
 
  private:
   using Rung = InflowWorkspace::Rung;
 
   void FindKinds();
+  void EncodeRequests();
   void ReadRung(Rung& rung);
   void FindColumns(Rung& rung);
   void FindRows(Rung& rung);
   void NoteBaseRates(const Rung& first);
+  void LimitWell(size_t well, double fraction);
   void LimitTo(double fraction);
   const WellKind& KindOfRecord(size_t place) const;
   void FillRecord(size_t place);
-  void Reserve(ConnectorWellRecord& record) const;
-  void AppendPoint(const WellKind& kind, const RungRow& row, ConnectorWellRecord& record) const;
+  void AppendCompositions(const RungRows& rows, RowTable<double>& compositions) const;
 
   static RungRow RowOf(const Rung& rung, size_t record) {
-    return {rung.values[rung.rows[record]], rung.columns};
+    return {rung.values[rung.rows[record]].data(), rung.columns.data()};
   }
 
   IntersectClientBase& client_;
@@ -152,7 +153,6 @@ class Sweep {
   std::vector<size_t> wellOfRecord_;  ///< its place among `wells_`, or `WellLookup::kMissing`
   Strings items_;
   std::vector<Ladder> ladders_;
-  std::vector<WellConstraints> constraints_;
 };
 
 Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
@@ -170,18 +170,21 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
 
 // The records are filled at the end, one after the other: to visit them all at each rung would
 // fetch them from memory ten times over.
-void Sweep::Run() {
+void Sweep::Run(const RecordWork& finish) {
   FindKinds();
   wellOfRecord_ = WellsOf(recordLookup_, wells_);
-  for (Ladder& ladder : ladders_) ladder.Limit(request_.firstLiquidRate, request_.firstGasRate);
+  EncodeRequests();
   for (size_t rung = 0; rung < kSweepRungs; ++rung) {
-    client_.set_constraints_for_wells(wells_, constraints_);
+    client_.set_constraints_for_wells(workspace_.constraints);
     ReadRung(workspace_.rungs[rung]);
     if (rung == 0) NoteBaseRates(workspace_.rungs[rung]);
     const double share = static_cast<double>(kSweepRungs - (rung + 1)) / kSweepRungs;
     LimitTo(std::pow(share, request_.skewness));
   }
-  for (size_t i = 0; i < records_.size(); ++i) FillRecord(i);
+  for (size_t i = 0; i < records_.size(); ++i) {
+    FillRecord(i);
+    if (finish) finish(records_[i]);
+  }
 }
 
 void Sweep::FindKinds() {
@@ -189,20 +192,26 @@ void Sweep::FindKinds() {
   WellLookup lookup(wells_);
   const std::vector<size_t>& places = lookup.PlacesIn(types.wells);
   ladders_.reserve(wells_.size());
-  constraints_.reserve(wells_.size());
   for (const size_t place : places) {
     if (place == WellLookup::kMissing || types.values[place].empty()) {
       throw std::runtime_error("Unexpected answer when querying the well status data.");
     }
     const WellKind& kind = KindOf(types.values[place].front());
-    Ladder& ladder = ladders_.emplace_back(Ladder{&kind});
-    constraints_.push_back(
-        {&kind.constraintItems, std::span(ladder.limits).first(kind.limitCount), &kind.setters});
+    ladders_.push_back({&kind, request_.firstLiquidRate, request_.firstGasRate});
   }
 }
 
+void Sweep::EncodeRequests() {
+  client_.encode_well_query(wells_, items_, workspace_.query);
+  std::vector<const Strings*> constraintItems;
+  constraintItems.reserve(ladders_.size());
+  for (const Ladder& ladder : ladders_) constraintItems.push_back(&ladder.kind->constraintItems);
+  client_.encode_constraints(wells_, constraintItems, "USER", workspace_.constraints);
+  for (size_t well = 0; well < ladders_.size(); ++well) LimitWell(well, 1.0);
+}
+
 void Sweep::ReadRung(Rung& rung) {
-  client_.query_wells(wells_, items_, workspace_.reply);
+  client_.query_wells(workspace_.query, workspace_.reply);
   FindColumns(rung);
   FindRows(rung);
   std::swap(rung.values, workspace_.reply.values);
@@ -234,11 +243,17 @@ void Sweep::NoteBaseRates(const Rung& first) {
   }
 }
 
+void Sweep::LimitWell(size_t well, double fraction) {
+  EncodedConstraints& constraints = workspace_.constraints;
+  const Ladder& ladder = ladders_[well];
+  const Limits limits(*ladder.kind, fraction * ladder.baseLiquidRate,
+                      fraction * ladder.baseGasRate);
+  constraints.message.SetDoubles(constraints.values[well], limits.Values());
+}
+
 void Sweep::LimitTo(double fraction) {
   for (const size_t well : wellOfRecord_) {
-    if (well == WellLookup::kMissing) continue;
-    Ladder& ladder = ladders_[well];
-    ladder.Limit(fraction * ladder.baseLiquidRate, fraction * ladder.baseGasRate);
+    if (well != WellLookup::kMissing) LimitWell(well, fraction);
   }
 }
 
@@ -249,44 +264,41 @@ const WellKind& Sweep::KindOfRecord(size_t place) const {
 
 void Sweep::FillRecord(size_t place) {
   ConnectorWellRecord& record = records_[place];
-  Reserve(record);
   const WellKind& kind = KindOfRecord(place);
-  for (const Rung& rung : workspace_.rungs) AppendPoint(kind, RowOf(rung, place), record);
-}
-
-void Sweep::Reserve(ConnectorWellRecord& record) const {
-  for (const InflowField& list : kInflowFields) {
-    Doubles& points = record.*list.field;
-    points.reserve(points.size() + kSweepRungs);
+  RungRows rows;
+  for (size_t rung = 0; rung < kSweepRungs; ++rung) {
+    rows[rung] = RowOf(workspace_.rungs[rung], place);
   }
-  if (request_.componentCount <= 0) return;
-  record.iprComposition.Reserve(kSweepRungs, kSweepRungs * (items_.size() - kFirstMoleFraction));
+  AppendColumn(rows, kOilProduction, record.iprOilRate);
+  AppendColumn(rows, kind.gasRate, record.iprGasRate);
+  AppendColumn(rows, kind.waterRate, record.iprWaterRate);
+  AppendColumn(rows, request_.useBottomHolePressure ? kBottomHolePressure : kTubingHeadPressure,
+               record.iprPressure);
+  AppendColumn(rows, kTemperature, record.iprTemperature);
+  AppendColumn(rows, kOilDensity, record.iprOilDensity);
+  AppendColumn(rows, kGasDensity, record.iprGasDensity);
+  AppendColumn(rows, kWaterDensity, record.iprWaterDensity);
+  if (request_.componentCount > 0) AppendCompositions(rows, record.iprComposition);
 }
 
-void Sweep::AppendPoint(const WellKind& kind, const RungRow& row,
-                        ConnectorWellRecord& record) const {
-  record.iprOilRate.push_back(row[kOilProduction]);
-  record.iprGasRate.push_back(row[kind.gasRate]);
-  record.iprWaterRate.push_back(row[kind.waterRate]);
-  record.iprPressure.push_back(
-      row[request_.useBottomHolePressure ? kBottomHolePressure : kTubingHeadPressure]);
-  record.iprTemperature.push_back(row[kTemperature]);
-  record.iprOilDensity.push_back(row[kOilDensity]);
-  record.iprGasDensity.push_back(row[kGasDensity]);
-  record.iprWaterDensity.push_back(row[kWaterDensity]);
-  if (request_.componentCount <= 0) return;
-  Doubles& fractions = record.iprComposition.Flat();
-  for (size_t i = kFirstMoleFraction; i < items_.size(); ++i) fractions.push_back(row[i]);
-  record.iprComposition.EndRow();
+void Sweep::AppendCompositions(const RungRows& rows, RowTable<double>& compositions) const {
+  compositions.Reserve(kSweepRungs, kSweepRungs * (items_.size() - kFirstMoleFraction));
+  Doubles& fractions = compositions.Flat();
+  for (const RungRow& row : rows) {
+    for (size_t item = kFirstMoleFraction; item < items_.size(); ++item) {
+      fractions.push_back(row[item]);
+    }
+    compositions.EndRow();
+  }
 }
 
 }  // namespace
 
 void MeasureInflow(IntersectClientBase& client, const Strings& wells,
                    const InflowSweepRequest& request, InflowWorkspace& workspace,
-                   std::vector<ConnectorWellRecord>& records) {
+                   std::vector<ConnectorWellRecord>& records, const RecordWork& finish) {
   if (wells.empty()) return;
-  Sweep(client, wells, request, workspace, records).Run();
+  Sweep(client, wells, request, workspace, records).Run(finish);
 }
 
 }  // namespace gantry

@@ -2,14 +2,14 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "client/connector_records.h"
+#include "client/intersect_client.h"
 #include "client/query_results.h"
 
 namespace gantry {
-
-class IntersectClientBase;
 
 inline constexpr int kSweepRungs = 10;
 
@@ -22,8 +22,8 @@ struct InflowSweepRequest {
   double firstGasRate = 0;
 };
 
-/// The replies of a sweep, kept until the ladder is done. Whoever measures again and again holds
-/// one, so that its storage, which is large with many wells, is found once.
+/// The requests of a sweep, and its replies until the ladder is done. Whoever measures again and
+/// again holds one, so that its storage, which is large with many wells, is found once.
 struct InflowWorkspace {
   struct Rung {
     RowTable<double> values;
@@ -31,9 +31,15 @@ struct InflowWorkspace {
     std::vector<size_t> columns;  ///< for each item asked for, its place in a row
   };
 
+  EncodedMessage query;
+  EncodedConstraints constraints;  ///< of the next rung
   WellQueryResult reply;
   std::array<Rung, kSweepRungs> rungs;
 };
+
+/// What is to be done with a record once it has its points, while these are in the processor's
+/// cache.
+using RecordWork = std::function<void(ConnectorWellRecord&)>;
 
 /// Measures the inflow of `wells` by forcing each through a ladder of ten rate constraints while
 /// the simulator stands still, and appends ten raw points (the simulator's units) to the record of
@@ -41,6 +47,6 @@ struct InflowWorkspace {
 /// Throws runtime_error for answers of the right form with the wrong content.
 void MeasureInflow(IntersectClientBase& client, const Strings& wells,
                    const InflowSweepRequest& request, InflowWorkspace& workspace,
-                   std::vector<ConnectorWellRecord>& records);
+                   std::vector<ConnectorWellRecord>& records, const RecordWork& finish = {});
 
 }  // namespace gantry

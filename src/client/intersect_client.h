@@ -27,12 +27,10 @@ enum class AlgorithmicPosition : int32_t {
 /// The text of a position; invalid_argument for a value outside the table.
 std::string position_name(AlgorithmicPosition position);
 
-/// One well's constraints, for a caller that sends time and again what differs in values alone:
-/// the entries "ITEMS" and "SETTERS" are encoded once.
-struct WellConstraints {
-  const EncodedEntries* items;
-  std::span<const double> values;
-  const EncodedEntries* setters;
+/// A setter of constraints that has been encoded once.
+struct EncodedConstraints {
+  EncodedMessage message;
+  std::vector<size_t> values;  ///< for each well, the place of its values in the message
 };
 
 /// What both client versions share: one TCP session with a running simulator, in the simulator's
@@ -51,8 +49,10 @@ class IntersectClientBase {
 
   // Queries. The wells may be the one element "*": all wells of the model.
   WellQueryResult query_wells(const Strings& wells, const Strings& items);
-  /// The same into a result whose storage is used again.
-  void query_wells(const Strings& wells, const Strings& items, WellQueryResult& result);
+  /// The same for a caller that asks time and again: with a query that has been encoded once, into
+  /// a result whose storage is used again.
+  void encode_well_query(const Strings& wells, const Strings& items, EncodedMessage& query);
+  void query_wells(const EncodedMessage& query, WellQueryResult& result);
   WellQueryStringResult query_wells_as_strings(const Strings& wells, const Strings& items);
   ReservoirQueryResult query_reservoir(const Strings& items);
   ReservoirQueryStringResult query_reservoir_as_strings(const Strings& items);
@@ -65,8 +65,11 @@ class IntersectClientBase {
   void set_constraints_for_wells(const Strings& wells, const std::vector<Strings>& items,
                                  const std::vector<Doubles>& values,
                                  const std::vector<Strings>& setters);
-  void set_constraints_for_wells(const Strings& wells,
-                                 std::span<const WellConstraints> constraints);
+  /// The same for a caller that sends time and again what differs in values alone, all in the name
+  /// of one setter. The values are zero until they are set.
+  void encode_constraints(const Strings& wells, std::span<const Strings* const> items,
+                          std::string_view setter, EncodedConstraints& constraints);
+  void set_constraints_for_wells(const EncodedConstraints& constraints);
   void set_status_for_wells(const Strings& wells, const Strings& statuses,
                             const std::string& closure);
   void set_uptime_fractions_for_wells(const Strings& wells, const Doubles& fractions);
@@ -87,6 +90,7 @@ class IntersectClientBase {
   void SendAndAwaitReady(OutgoingMessage message);
   /// Sends a message whose answer is a reply of its own, and receives that reply up to its content.
   IncomingMessage Ask(OutgoingMessage message);
+  IncomingMessage ReceiveReply();
   /// A reply that has been read up to its "END" marker, and the "READY" behind it.
   void FinishReply(IncomingMessage& reply);
   /// The strings of the one entry that answers "QFMFLUIDMODEL"; any name passes without
@@ -98,9 +102,10 @@ class IntersectClientBase {
   void SendRunControl(OutgoingMessage message);
   void ReceiveStep(IncomingMessage& message);
   OutgoingMessage BeginQuery(std::string_view name);
+  OutgoingMessage BeginWellQuery(std::string_view name, const Strings& wells, const Strings& items);
+  /// The reply to a query of wells that has been sent.
   template <class Result>
-  void QueryWells(std::string_view name, const Strings& wells, const Strings& items,
-                  Result& result);
+  void ReadWells(Result& result);
   template <class Result>
   Result QueryReservoir(std::string_view name, const Strings& items);
 

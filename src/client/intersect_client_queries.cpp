@@ -7,7 +7,7 @@ namespace gantry {
 
 namespace {
 
-bool IsEnd(const Header& header) {
+inline bool IsEnd(const Header& header) {
   if (header.name != "END") return false;
   IncomingMessage::CheckMarker(header);
   return true;
@@ -36,6 +36,15 @@ void AppendValues(IncomingMessage& reply, uint64_t count, RowTable<T>& table) {
     reply.AppendStrings(header, table.Flat());
   }
   table.EndRow();
+}
+
+/// A result with room for what a query of some wells is about to bring.
+template <class Result>
+Result RoomFor(const Strings& wells, const Strings& items) {
+  Result result;
+  result.wells.reserve(wells.size());
+  result.values.Reserve(wells.size(), wells.size() * items.size());
+  return result;
 }
 
 /// The wells of a reply, each with its row. Names that stood in the result are written over.
@@ -108,6 +117,10 @@ OutgoingMessage IntersectClientBase::BeginQuery(std::string_view name) {
 
 IncomingMessage IntersectClientBase::Ask(OutgoingMessage message) {
   message.AppendMarker("END").Send();
+  return ReceiveReply();
+}
+
+IncomingMessage IntersectClientBase::ReceiveReply() {
   IncomingMessage reply = stream_.ReceiveMessage();
   reply.ExpectMarker("REPLY");
   return reply;
@@ -118,11 +131,17 @@ void IntersectClientBase::FinishReply(IncomingMessage& reply) {
   receive_ready();
 }
 
+OutgoingMessage IntersectClientBase::BeginWellQuery(std::string_view name, const Strings& wells,
+                                                    const Strings& items) {
+  return BeginQuery(name)
+      .AppendStrings("QITEMS", items)
+      .AppendStrings("WELNAMES", wells)
+      .AppendMarker("END");
+}
+
 template <class Result>
-void IntersectClientBase::QueryWells(std::string_view name, const Strings& wells,
-                                     const Strings& items, Result& result) {
-  IncomingMessage reply =
-      Ask(BeginQuery(name).AppendStrings("QITEMS", items).AppendStrings("WELNAMES", wells));
+void IntersectClientBase::ReadWells(Result& result) {
+  IncomingMessage reply = ReceiveReply();
   result.items.clear();
   result.values.Clear();
   const Header header = reply.ReadHeader();
@@ -149,20 +168,27 @@ Result IntersectClientBase::QueryReservoir(std::string_view name, const Strings&
 }
 
 WellQueryResult IntersectClientBase::query_wells(const Strings& wells, const Strings& items) {
-  WellQueryResult result;
-  QueryWells("QWELLS", wells, items, result);
+  BeginWellQuery("QWELLS", wells, items).Send();
+  auto result = RoomFor<WellQueryResult>(wells, items);
+  ReadWells(result);
   return result;
 }
 
-void IntersectClientBase::query_wells(const Strings& wells, const Strings& items,
-                                      WellQueryResult& result) {
-  QueryWells("QWELLS", wells, items, result);
+void IntersectClientBase::encode_well_query(const Strings& wells, const Strings& items,
+                                            EncodedMessage& query) {
+  BeginWellQuery("QWELLS", wells, items).KeepAs(query);
+}
+
+void IntersectClientBase::query_wells(const EncodedMessage& query, WellQueryResult& result) {
+  stream_.Send(query);
+  ReadWells(result);
 }
 
 WellQueryStringResult IntersectClientBase::query_wells_as_strings(const Strings& wells,
                                                                   const Strings& items) {
-  WellQueryStringResult result;
-  QueryWells("QWELLS_STR", wells, items, result);
+  BeginWellQuery("QWELLS_STR", wells, items).Send();
+  auto result = RoomFor<WellQueryStringResult>(wells, items);
+  ReadWells(result);
   return result;
 }
 

@@ -47,17 +47,28 @@ void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
   SendAndAwaitReady(message);
 }
 
-void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
-                                                    std::span<const WellConstraints> constraints) {
-  CheckSizes("set_constraints_for_wells", {1, wells.size()}, {2, constraints.size()});
+void IntersectClientBase::encode_constraints(const Strings& wells,
+                                             std::span<const Strings* const> items,
+                                             std::string_view setter,
+                                             EncodedConstraints& constraints) {
+  CheckSizes("set_constraints_for_wells", {1, wells.size()}, {2, items.size()});
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
+  constraints.values.clear();
+  Doubles values;
   for (size_t i = 0; i < wells.size(); ++i) {
+    values.resize(items[i]->size());
     message.AppendString("WELLNAME", wells[i])
-        .AppendEncoded(*constraints[i].items)
-        .AppendDoubles("VALUES", constraints[i].values)
-        .AppendEncoded(*constraints[i].setters);
+        .AppendStrings("ITEMS", *items[i])
+        .AppendDoubles("VALUES", values);
+    constraints.values.push_back(message.Size() - values.size() * sizeof(double));
+    message.AppendRepeated("SETTERS", values.size(), setter);
   }
-  SendAndAwaitReady(message);
+  message.AppendMarker("END").KeepAs(constraints.message);
+}
+
+void IntersectClientBase::set_constraints_for_wells(const EncodedConstraints& constraints) {
+  stream_.Send(constraints.message);
+  receive_ready();
 }
 
 void IntersectClientBase::set_status_for_wells(const Strings& wells, const Strings& statuses,

@@ -100,13 +100,13 @@ void CExtConnectorLocalBase::GetWellIPRData(int32_t componentCount, const String
                                             bool useBottomHolePressure, double skewness) {
   if (wells.empty()) return;
   OpenAndMeasureInflow(Client(), *unitConverter, wells,
-                       {componentCount, useBottomHolePressure, skewness}, inflowWorkspace_,
-                       records);
-  for (ConnectorWellRecord& record : records) {
-    for (const InflowField& list : kInflowFields) {
-      unitConverter->FromSimulator(std::span(record.*list.field).last(kSweepRungs), list.code);
-    }
-  }
+                       {componentCount, useBottomHolePressure, skewness}, inflowWorkspace_, records,
+                       [this](ConnectorWellRecord& record) {
+                         for (const InflowField& list : kInflowFields) {
+                           const auto points = std::span(record.*list.field).last(kSweepRungs);
+                           unitConverter->FromSimulator(points, list.code);
+                         }
+                       });
 }
 
 void CExtConnectorLocalBase::GetWellVariables(const std::string& well, const Strings& items,

@@ -115,14 +115,19 @@ std::byte* MessageStream::Grow(size_t length) {
   return storage_.data() + begin;
 }
 
-void MessageStream::SendFrame() {
-  const uint64_t total = size_;
+void MessageStream::Send(const EncodedMessage& message) {
+  CreateOutgoingMessage();  // the stream must be free for one
+  SendFrame(message.bytes_);
+}
+
+void MessageStream::SendFrame(std::span<const std::byte> payload) {
+  const uint64_t total = payload.size();
   const std::array<uint64_t, 2> frame = {total, std::min(total, wire::kChunkSize)};
   channel_.Write(BytesOf(frame.data(), sizeof frame));
   for (uint64_t offset = 0; offset < total; offset += wire::kChunkSize) {
     const uint64_t length = std::min(total, offset + wire::kChunkSize) - offset;
     if (offset != 0) channel_.Write(BytesOf(&length, sizeof length));
-    channel_.Write(BytesOf(storage_.data() + offset, length));
+    channel_.Write(payload.subspan(offset, length));
   }
   size_ = 0;
 }
@@ -160,15 +165,9 @@ void MessageStream::ReceiveChunk(uint64_t received, uint64_t length) {
   }
 }
 
-EncodedEntries& EncodedEntries::AppendStrings(std::string_view name,
-                                              std::span<const std::string> values) {
-  CheckName(name);
-  const size_t begin = bytes_.size();
-  bytes_.resize(begin + SizeOfHeader(name) + SizeOfStrings(values));
-  std::byte* target = bytes_.data() + begin;
-  PutHeader(target, name, values.size(), HeaderType::CSTR);
-  for (const std::string& value : values) PutString(target, value);
-  return *this;
+void EncodedMessage::SetDoubles(size_t place, std::span<const double> values) {
+  std::byte* target = bytes_.data() + place;
+  Put(target, values.data(), values.size_bytes());
 }
 
 std::byte* OutgoingMessage::AppendHeader(std::string_view name, uint64_t count, HeaderType type,
@@ -177,12 +176,6 @@ std::byte* OutgoingMessage::AppendHeader(std::string_view name, uint64_t count, 
   std::byte* target = stream_->Grow(SizeOfHeader(name) + arraySize);
   PutHeader(target, name, count, type);
   return target;
-}
-
-OutgoingMessage& OutgoingMessage::AppendEncoded(const EncodedEntries& entries) {
-  std::byte* target = stream_->Grow(entries.bytes_.size());
-  Put(target, entries.bytes_.data(), entries.bytes_.size());
-  return *this;
 }
 
 OutgoingMessage& OutgoingMessage::AppendMarker(std::string_view name, uint64_t count) {
@@ -225,7 +218,21 @@ OutgoingMessage& OutgoingMessage::AppendDouble(std::string_view name, double val
   return AppendDoubles(name, std::span(&value, 1));
 }
 
-void OutgoingMessage::Send() { stream_->SendFrame(); }
+OutgoingMessage& OutgoingMessage::AppendRepeated(std::string_view name, uint64_t count,
+                                                 std::string_view value) {
+  std::byte* target =
+      AppendHeader(name, count, HeaderType::CSTR, count * (sizeof(uint64_t) + value.size()));
+  for (uint64_t i = 0; i < count; ++i) PutString(target, value);
+  return *this;
+}
+
+void OutgoingMessage::Send() { stream_->SendFrame(std::span(stream_->storage_).first(Size())); }
+
+void OutgoingMessage::KeepAs(EncodedMessage& message) {
+  const auto begin = stream_->storage_.begin();
+  message.bytes_.assign(begin, begin + static_cast<ptrdiff_t>(Size()));
+  stream_->size_ = 0;
+}
 
 inline void IncomingMessage::Require(uint64_t length) const {
   if (length > stream_->size_ - position_) FailShort();
@@ -259,11 +266,13 @@ inline void IncomingMessage::TakeElements(uint64_t count, T* target) {
 
 Header IncomingMessage::ReadHeader() {
   const auto nameLength = TakeScalar<uint8_t>();
-  Require(nameLength + wire::kHeaderSizeWithoutName - sizeof nameLength);
+  const char* bytes =
+      TakeView(nameLength + wire::kHeaderSizeWithoutName - sizeof nameLength).data();
   Header header;
-  header.name = TakeView(nameLength);
-  header.count = TakeScalar<uint64_t>();
-  header.type = TypeOf(TakeView(wire::kTagSize));
+  header.name = {bytes, nameLength};
+  bytes += nameLength;
+  std::memcpy(&header.count, bytes, sizeof header.count);
+  header.type = TypeOf({bytes + sizeof header.count, wire::kTagSize});
   return header;
 }
 

@@ -22,6 +22,7 @@ struct Header {
   bool operator==(const Header&) const = default;
 };
 
+class EncodedMessage;
 class OutgoingMessage;
 class IncomingMessage;
 
@@ -42,6 +43,7 @@ class MessageStream {
   MessageStream& operator=(const MessageStream&) = delete;
 
   OutgoingMessage CreateOutgoingMessage();
+  void Send(const EncodedMessage& message);
   /// Blocks until a whole frame has arrived.
   IncomingMessage ReceiveMessage();
 
@@ -49,7 +51,7 @@ class MessageStream {
   friend class OutgoingMessage;
   friend class IncomingMessage;
 
-  void SendFrame();
+  void SendFrame(std::span<const std::byte> payload);
   void ReceiveFrame();
   void ReceiveChunk(uint64_t received, uint64_t length);
 
@@ -61,12 +63,15 @@ class MessageStream {
   size_t size_ = 0;                 ///< of the message that is going on; 0 when there is none
 };
 
-/// Entries encoded once, to be appended to many messages.
-class EncodedEntries {
+/// A whole message, encoded once to be sent many times. The numbers in it may be changed in
+/// between.
+class EncodedMessage {
  public:
-  EncodedEntries& AppendStrings(std::string_view name, std::span<const std::string> values);
+  /// Writes over values that begin at `place`, which must be those of one array of doubles.
+  void SetDoubles(size_t place, std::span<const double> values);
 
  private:
+  friend class MessageStream;
   friend class OutgoingMessage;
   std::vector<std::byte> bytes_;
 };
@@ -83,10 +88,15 @@ class OutgoingMessage {
   OutgoingMessage& AppendString(std::string_view name, std::string_view value);
   OutgoingMessage& AppendInt(std::string_view name, int32_t value);
   OutgoingMessage& AppendDouble(std::string_view name, double value);
-  OutgoingMessage& AppendEncoded(const EncodedEntries& entries);
+  /// The same string time and again.
+  OutgoingMessage& AppendRepeated(std::string_view name, uint64_t count, std::string_view value);
 
+  /// Where the next entry will begin.
+  size_t Size() const { return stream_->size_; }
   /// Sends the buffer as one frame and empties it.
   void Send();
+  /// Empties the buffer into `message`, whose storage is used again. Nothing is sent.
+  void KeepAs(EncodedMessage& message);
 
  private:
   std::byte* AppendHeader(std::string_view name, uint64_t count, HeaderType type, size_t arraySize);

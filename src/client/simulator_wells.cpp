@@ -4,7 +4,6 @@
 #include <array>
 #include <stdexcept>
 
-#include "client/inflow_sweep.h"
 #include "client/intersect_client.h"
 #include "client/unit_converter.h"
 #include "client/well_lookup.h"
@@ -95,7 +94,8 @@ Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
 
 void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
                           const Strings& wells, const InflowRequest& request,
-                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records) {
+                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records,
+                          const RecordWork& finish) {
   // So high that the well's other limits decide.
   constexpr double kUnlimitedRate = 100000.0;
   if (wells.empty()) return;
@@ -106,7 +106,7 @@ void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& unit
                  .skewness = request.skewness,
                  .firstLiquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate),
                  .firstGasRate = units.ToSimulator(kUnlimitedRate, kGasRate)},
-                workspace, records);
+                workspace, records, finish);
 }
 
 void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses) {

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "client/connector_records.h"
+#include "client/inflow_sweep.h"
 #include "client/query_results.h"
 
 namespace gantry {
 
 class IntersectClientBase;
-struct InflowWorkspace;
 class UnitConverter;
 
 // What is asked of a simulator about its wells and told to it, through a client of either version:
@@ -34,7 +34,8 @@ struct InflowRequest {
 /// `wells`. The units are those of the simulator, for the rates that it starts from.
 void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
                           const Strings& wells, const InflowRequest& request,
-                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records);
+                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records,
+                          const RecordWork& finish = {});
 
 // Setters in the user's name. With no wells nothing is sent.
 void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses);

@@ -148,7 +148,9 @@ TEST(ClientQueries, ReadWellsWithTheItemsThatTheReplyNames) {
   EXPECT_EQ(numbers.wells, (Strings{"P1", "P2"}));
   EXPECT_EQ(numbers.values[1].front(), 2.5);
   EXPECT_EQ(client->query_wells_as_strings({"P1"}, {"TYPE"}).values[0].front(), "PRODUCER");
-  client->query_wells({}, {}, numbers);
+  EncodedMessage query;
+  client->encode_well_query({}, {}, query);
+  client->query_wells(query, numbers);
   EXPECT_TRUE(numbers.wells.empty());
   EXPECT_TRUE(numbers.items.empty());
   EXPECT_EQ(numbers.values.RowCount(), 0u);

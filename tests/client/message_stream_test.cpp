@@ -60,7 +60,7 @@ TEST(Codec, WritesEveryKindOfArray) {
       .AppendStrings("", {})
       .AppendInt("ONE", 1)
       .AppendDouble("HALF", 0.5)
-      .AppendEncoded(EncodedEntries().AppendStrings("E", texts))
+      .AppendRepeated("E", 2, "two")
       .Send();
   EXPECT_EQ(wire.connection.outgoing, Frame({{"I", ints},
                                              {"D", numbers},
@@ -68,7 +68,7 @@ TEST(Codec, WritesEveryKindOfArray) {
                                              {"", Texts{}},
                                              {"ONE", Ints{1}},
                                              {"HALF", Numbers{0.5}},
-                                             {"E", texts}}));
+                                             {"E", Texts{"two", "two"}}}));
 }
 
 TEST(Codec, ReadsEveryKindOfArrayBack) {
