@@ -67,16 +67,7 @@ TEST(Process, IsNotStartedFromAPathThatIsNone) {
   EXPECT_EQ(StartProcess(program, "x", child.Folder() + "\\missing"), nullptr);
 }
 
-TEST(Mutex, IsHeldForItsLifeAndSeenAsHeldByItsOwnProcess) {
-  auto first = NamedMutex::TryAcquire("GantryTest0");
-  EXPECT_EQ(first.outcome, Outcome::kTaken);
-  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest0").outcome, Outcome::kHeldElsewhere);
-  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest1").outcome, Outcome::kTaken);
-  first.mutex.reset();
-  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest0").outcome, Outcome::kTaken);
-}
-
-TEST(Mutex, DiesWithItsHolder) {
+TEST(WindowsMutex, DiesWithItsHolder) {
   test::Child child;
   ASSERT_TRUE(child.Start("witness mutex:GantryTest2"));
   child.Report();

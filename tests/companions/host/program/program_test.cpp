@@ -202,12 +202,16 @@ TEST_F(Program, WritesTheDescriptionOfChosenWells) {
 }
 
 // The module and the simulator speak the host's code page.
-TEST_F(Program, KnowsWellsByNamesBeyondAscii) {
+TEST_F(Program, KnowsWellsAndFoldersByNamesBeyondAscii) {
   const std::string name = "\u00C9t\u00E9 5\u20AC";
-  const std::string file = ChangedExample(folder_, "odeh", "\"PROD\"", "\"" + name + "\"");
+  ChangedExample(folder_, "odeh", "\"PROD\"", "\"" + name + "\"");
   std::string deck = gantry::test::TestFolder::Read(folder_ / "odeh/ODEH.afi");
   deck.replace(deck.find("\"PROD\""), 6, "\"" + name + "\"");
   folder_.Write("odeh/ODEH.afi", deck);
+  const fs::path folder = folder_.Path() / u8"d\u00E9p\u00F4t des cas";
+  fs::rename(folder_ / "odeh", folder);
+  const std::u8string bytes = (folder / "case.toml").u8string();
+  const std::string file(bytes.begin(), bytes.end());
   const Outcome run = Run({"run", file, "-n", "1", "-o", Path("out"), "-t", Path("trace"), "-q"});
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(Table(folder_ / "out/wells.csv").Text(0, "well"), name);
