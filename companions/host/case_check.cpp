@@ -8,12 +8,11 @@
 #include <fmt/format.h>
 
 #include "host/case_reader.h"
+#include "host/input_file.h"
 #include "platform/file_path.h"
 
 namespace gantry::fieldrun {
 namespace {
-
-namespace fs = std::filesystem;
 
 template <class Spec>
 void CheckNamesDiffer(const CaseModel& model, const std::vector<Spec>& specs,
@@ -32,8 +31,16 @@ void CheckSimulator(const CaseModel& model) {
   if (isCluster && simulator.headNode.empty()) {
     model.Fail(simulator.LineOf("connection"), "a cluster needs its head_node");
   }
-  if (!isCluster && !fs::is_regular_file(platform::PathOf(simulator.deck))) {
+  if (isCluster) return;
+  if (!IsFile(simulator.deck)) {
     model.Fail(simulator.LineOf("deck"), fmt::format("no such dataset: {}", simulator.deck));
+  }
+  const std::string name = platform::NameOf(platform::PathOf(simulator.deck).filename());
+  if (name.find(' ') != std::string::npos) {
+    model.Fail(simulator.LineOf("deck"),
+               fmt::format("the dataset's name can't hold a blank, since a simulator of this "
+                           "machine would take it for two: {}",
+                           name));
   }
 }
 

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <limits>
-#include <sstream>
 
 #include <fmt/format.h>
 
 #include "host/case_keys.h"
+#include "host/input_file.h"
 #include "platform/file_path.h"
 #include "toml/checked_toml.h"
 
@@ -252,13 +251,9 @@ void CompletePaths(CaseModel& model) {
 CaseModel ReadCase(const std::string& path) {
   CaseModel model;
   model.file = path;
-  if (!fs::is_regular_file(platform::PathOf(path))) throw CaseError(path, 0, "no such case file");
+  const std::string text = ReadInputFile(path);
   try {
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream) throw CaseError(path, 0, "the case file can't be read");
-    std::ostringstream text;
-    text << stream.rdbuf();
-    Reader(model).ReadAll(toml_reader::Parse(text.str()));
+    Reader(model).ReadAll(toml_reader::Parse(text));
   } catch (const toml_reader::TomlError& error) {
     throw CaseError(path, static_cast<int>(error.Line), error.what());
   }

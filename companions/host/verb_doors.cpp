@@ -1,11 +1,10 @@
 #include <charconv>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <fmt/format.h>
 
 #include "host/coupled_run.h"
+#include "host/input_file.h"
 #include "host/output_file.h"
 #include "host/terminal.h"
 #include "host/variable_choice.h"
@@ -15,14 +14,6 @@
 namespace gantry::fieldrun {
 namespace {
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file || !std::filesystem::is_regular_file(platform::PathOf(path))) {
-    throw CaseError(path, 0, "no such file");
-  }
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void WriteFile(const std::string& path, const std::string& content) {
   OutputFile file(path);
   file.Write(content);
@@ -31,7 +22,7 @@ void WriteFile(const std::string& path, const std::string& content) {
 
 void LoadInto(DriverModel& model, const std::string& path, bool keepDataset) {
   const std::string casePath = platform::NameOf(std::filesystem::absolute(platform::PathOf(path)));
-  model.LoadCase(ReadFile(path), casePath, keepDataset);
+  model.LoadCase(ReadInputFile(path), casePath, keepDataset);
 }
 
 void SaveIfAsked(DriverModel& model, const Options& options) {
@@ -175,8 +166,7 @@ void Describe(const Session& session) {
   const std::string& file = session.options.file;
   model.WriteEquipmentXml(file, !session.options.noVariables, session.options.wells);
   // The module doesn't tell of a disk that has filled up.
-  const bool isFile = std::filesystem::is_regular_file(platform::PathOf(file));
-  if (isFile && ReadFile(file).find("</Model>") == std::string::npos) {
+  if (IsFile(file) && ReadInputFile(file).find("</Model>") == std::string::npos) {
     throw std::runtime_error(fmt::format("The description {} couldn't be written whole", file));
   }
 }

@@ -15,7 +15,9 @@ constexpr const char* kTime = "[time]\nsteps = 3\n";
 
 class CaseReader : public ::testing::Test {
  protected:
-  CaseReader() { folder_.Write("A.afi", ""); }
+  CaseReader() {
+    for (const char* deck : {"A.afi", "A B.afi"}) folder_.Write(deck, "");
+  }
 
   CaseModel Read(const std::string& text) const {
     return ReadCase(folder_.Write("case.toml", text).string());
@@ -89,6 +91,10 @@ TEST_F(CaseReader, RefusesWhatCantRunWithTheLineAtFault) {
        ":9: the fractions of composition must sum to 1, not 0.9"},
       {start + "[[group]]\nname = 'G'\nwells = ['Q']\n", ":7: there is no well \"Q\""},
       {"[simulator]\ndeck = 'B.afi'\n[time]\nsteps = 1\n", ":2: no such dataset"},
+      {"[simulator]\ndeck = '" + std::string(5000, 'x') + "'\n[time]\nsteps = 1\n",
+       ":2: no such dataset"},
+      {"[simulator]\ndeck = 'A B.afi'\n[time]\nsteps = 1\n",
+       ":2: the dataset's name can't hold a blank"},
       {std::string(kSimulator) + "[time]\nsteps = 1\nend = 2020-01-01\n",
        ":3: [time] needs one, and only one, of the keys end, duration and steps"},
       {std::string(kSimulator) + "[time]\nstart = 2020-01-01\nend = 2020-01-01\n",

@@ -1,0 +1,24 @@
+#include "host/input_file.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "host/case_model.h"
+#include "platform/file_path.h"
+
+namespace gantry::fieldrun {
+
+bool IsFile(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(platform::PathOf(path), ignored);
+}
+
+std::string ReadInputFile(const std::string& path) {
+  if (!IsFile(path)) throw CaseError(path, 0, "no such file");
+  std::ifstream file(platform::PathOf(path), std::ios::binary);
+  if (!file) throw CaseError(path, 0, "the file can't be read");
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace gantry::fieldrun
