@@ -9,7 +9,8 @@ if(WIN32)
   install(TARGETS Intersect InflowCalc fieldrun tanksim RUNTIME DESTINATION .)
   install(FILES cmake/windows/INSTALL.txt DESTINATION .)
   # OPM Flow runs on Linux alone.
-  install(DIRECTORY examples DESTINATION . PATTERN results EXCLUDE PATTERN "*_flow" EXCLUDE)
+  install(DIRECTORY examples DESTINATION . PATTERN results EXCLUDE
+          PATTERN "flow*.toml" EXCLUDE PATTERN "*_FLOW.afi" EXCLUDE PATTERN "*.DATA" EXCLUDE)
 else()
   set(built Intersect InflowCalc fieldrun tanksim flowlink runfactory)
   if(TARGET IntersectDialogs)
@@ -19,7 +20,8 @@ else()
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
   set(texts ${CMAKE_INSTALL_DATADIR}/gantry)
-  install(DIRECTORY examples DESTINATION ${texts} PATTERN results EXCLUDE)
+  install(DIRECTORY examples DESTINATION ${texts}
+          PATTERN results EXCLUDE PATTERN "*.flow" EXCLUDE)
   install(FILES companions/cluster/runfactory.service DESTINATION ${texts})
 endif()
 

@@ -20,7 +20,7 @@ class FlowRun : public ::testing::Test {
     if (std::system("command -v flow >/dev/null") != 0) {
       GTEST_SKIP() << "flow isn't installed (Debian package libopm-simulators-bin)";
     }
-    fs::copy(fs::path(EXAMPLES) / "odeh_flow", folder_.Path());
+    fs::copy(fs::path(EXAMPLES) / "odeh", folder_.Path());
   }
 
   Outcome Run(const std::string& caseFile, const std::vector<std::string>& more = {}) {
@@ -39,7 +39,8 @@ class FlowRun : public ::testing::Test {
   /// Nothing that works in the test's folder is alive any more.
   void ExpectNothingLeft() {
     const std::string inFolder = "for p in /proc/[0-9]*; do [ \"$(readlink $p/cwd)\" = '" +
-                                 (folder_ / "ODEH.flow").string() + "' ] && exit 1; done; exit 0";
+                                 (folder_ / "ODEH_FLOW.flow").string() +
+                                 "' ] && exit 1; done; exit 0";
     EXPECT_EQ(std::system(inFolder.c_str()), 0) << "flow is left behind";
   }
 
@@ -80,7 +81,7 @@ void ExpectWithinOnePercent(double value, double reference, const std::string& w
 }
 
 TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
-  const Outcome outcome = Run("case.toml");
+  const Outcome outcome = Run("flow.toml");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   const Producer producer = ReadProducer(folder_ / "out");
   const Table reference(REFERENCE);
@@ -100,7 +101,7 @@ TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
 }
 
 TEST_F(FlowRun, ATubingBitesWhereTheReservoirAloneWouldNot) {
-  const Outcome outcome = Run("network.toml", {"--steps", "3"});
+  const Outcome outcome = Run("flow_network.toml", {"--steps", "3"});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   const Table wells(folder_ / "out" / "wells.csv");
   // The producer is the first well of each step.
@@ -126,7 +127,7 @@ class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {}
 TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
   const Fault& fault = GetParam();
   Change(fault.file, fault.part, fault.replacement);
-  const Outcome outcome = Run("case.toml", {"--steps", "3"});
+  const Outcome outcome = Run("flow.toml", {"--steps", "3"});
   EXPECT_EQ(outcome.status, 1);
   const size_t ofHost = outcome.err.find("fieldrun: ");
   ASSERT_NE(ofHost, std::string::npos) << outcome.err;
@@ -137,15 +138,16 @@ TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
 INSTANTIATE_TEST_SUITE_P(
     Flow, FaultyRun,
     ::testing::Values(
-        Fault{"UnknownKey", "ODEH.afi", "temperature", "temprature",
-              "ODEH.afi:5: unknown key 'temprature'"},
-        Fault{"NoDeck", "ODEH.afi", "\"ODEH.DATA\"", "\"NONE.DATA\"", "NONE.DATA can't be read"},
-        Fault{"NoFlow", "ODEH.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
+        Fault{"UnknownKey", "ODEH_FLOW.afi", "temperature", "temprature",
+              "ODEH_FLOW.afi:5: unknown key 'temprature'"},
+        Fault{"NoDeck", "ODEH_FLOW.afi", "\"ODEH.DATA\"", "\"NONE.DATA\"",
+              "NONE.DATA can't be read"},
+        Fault{"NoFlow", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
               "can't start no-such-flow: No such file or directory"},
         Fault{"ForeignNetwork", "ODEH.DATA", "WELSPECS", "GRUPTREE\n G1 FIELD /\n/\nWELSPECS",
               "GRUPTREE can't be taken over"},
         Fault{"NoSuchKeyword", "ODEH.DATA", "DISGAS", "DISGUST", "flow ended with status 1"},
-        Fault{"NoConvergence", "ODEH.afi", "temperature = 200.0",
+        Fault{"NoConvergence", "ODEH_FLOW.afi", "temperature = 200.0",
               "flow_options = [\"--solver-max-restarts=1\", \"--newton-max-iterations=1\"]",
               "Solver failed to converge"}),
     [](const auto& fault) { return fault.param.name; });

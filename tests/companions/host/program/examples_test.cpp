@@ -54,7 +54,6 @@ TEST(Examples, AreAllRunToTheirEndsHere) {
   for (const auto& entry : fs::directory_iterator(EXAMPLES)) {
     names.insert(entry.path().filename().string());
   }
-  names.erase("odeh_flow");  // needs the open simulator, and runs with the tests of its adapter
   EXPECT_EQ(names, (std::set<std::string>{"five_spot", "gas_cycling", "odeh"}));
 }
 
