@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
+#include <cmath>
 
 #include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
@@ -12,6 +12,7 @@ namespace gantry::flowlink {
 namespace {
 
 constexpr double kSameTimeDays = 1e-4;
+constexpr double kDay = 86400.0;  // seconds
 
 struct Refusal {
   std::string_view keyword;
@@ -60,10 +61,10 @@ void Append(const DeckKeyword& keyword, std::string& text) {
   for (const std::string& line : keyword.lines) text += line + "\n";
 }
 
-std::string TimeStep(double days) {
-  char text[64];
-  std::snprintf(text, sizeof text, "TSTEP\n%.12g /\n", days);
-  return text;
+/// flow counts whole seconds, and a restart finds its time only to the second.
+std::string StepTo(DeckTime start, double days) {
+  return "DATES\n" + WriteDeckDate(start + std::chrono::seconds(std::llround(days * kDay))) +
+         " /\n/\n";
 }
 
 /// What the deck orders at one time of its schedule.
@@ -75,11 +76,12 @@ struct Block {
 class Composer {
  public:
   Composer(const LinkSettings& settings, const std::string& script,
-           const std::vector<std::string>& vectors)
-      : settings_(settings), script_(script), vectors_(vectors) {}
+           const std::vector<std::string>& vectors, const std::optional<RestartPoint>& restart)
+      : settings_(settings), script_(script), vectors_(vectors), restart_(restart) {}
 
   ComposedDeck Compose() {
     composed_.units = "METRIC";
+    OrderRestartFiles();
     for (const DeckKeyword& keyword : ReadDeckKeywords(settings_.deck)) {
       if (keyword.name == "END") break;
       RefuseForeign(keyword);
@@ -101,6 +103,12 @@ class Composer {
     if (keyword.name == "START") TakeStart(keyword);
     if (keyword.name == "DENSITY") TakeDensity(keyword);
     Append(keyword, composed_.text);
+    if (!restart_) return;
+    if (keyword.name == "UNIFOUT") composed_.text += "UNIFIN\n";
+    if (keyword.name == "SOLUTION") {
+      composed_.text +=
+          "RESTART\n'" + restart_->caseName + "' " + std::to_string(restart_->report) + " /\n";
+    }
   }
 
   void TakeStart(const DeckKeyword& keyword) {
@@ -125,6 +133,12 @@ class Composer {
     if (keyword.name == "DATES") return TakeDates(keyword);
     if (keyword.name == "WCONINJE" || keyword.name == "WCONINJH") TakeInjectors(keyword);
     Append(keyword, blocks_.back().text);
+    if (keyword.name == "RPTRST" || keyword.name == "RPTSCHED") OrderRestartFiles();
+  }
+
+  /// One for each report step, whatever the deck says.
+  void OrderRestartFiles() {
+    if (settings_.keepsWayBack) blocks_.back().text += "RPTRST\nBASIC=2 /\n";
   }
 
   void TakeSteps(const DeckKeyword& keyword) {
@@ -139,7 +153,7 @@ class Composer {
     for (const DeckRecord& record : RecordsOf(keyword)) {
       if (record.empty()) continue;
       const auto since = DateIn(keyword, record) - composed_.start;
-      GoTo(keyword, std::chrono::duration<double>(since).count() / 86400.0);
+      GoTo(keyword, std::chrono::duration<double>(since).count() / kDay);
     }
   }
 
@@ -167,16 +181,24 @@ class Composer {
     std::string& text = composed_.text;
     if (!hasSummary_) text += "SUMMARY\n";
     for (const std::string& vector : vectors_) text += vector + "\n/\n";
-    text += "SCHEDULE\n" + blocks_.front().text;
-    text += "PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n" + TimeStep(kFirstStepDays);
-    double last = kFirstStepDays;
-    auto block = blocks_.begin() + 1;
-    for (const double time : ReportTimes()) {
-      text += TimeStep(time - last);
-      last = time;
-      if (block != blocks_.end() && block->days == time) text += (block++)->text;
-    }
+    text += restart_ ? "SCHEDULE\nSKIPREST\n" : "SCHEDULE\n";
+    text += blocks_.front().text;
+    const double begin = restart_ ? restart_->days : 0.0;
+    const std::vector<double> times = ReportTimes();
+    const auto next = std::ranges::upper_bound(times, begin + kSameTimeDays);
+    for (auto time = times.begin(); time != next; ++time) WriteStepTo(*time);
+    text += "PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n";
+    composed_.ends = {begin + kFirstStepDays};
+    composed_.ends.insert(composed_.ends.end(), next, times.end());
+    for (const double end : composed_.ends) WriteStepTo(end);
     text += "END\n";
+  }
+
+  /// The step and what the deck orders at its end.
+  void WriteStepTo(double end) {
+    composed_.text += StepTo(composed_.start, end);
+    const auto block = std::ranges::find(blocks_, end, &Block::days);
+    if (block != blocks_.end()) composed_.text += block->text;
   }
 
   /// The times of the deck, and those of the grid that don't stand at one of them already.
@@ -196,6 +218,7 @@ class Composer {
   const LinkSettings& settings_;
   const std::string& script_;
   const std::vector<std::string>& vectors_;
+  const std::optional<RestartPoint>& restart_;
   ComposedDeck composed_;
   std::vector<Block> blocks_ = {{0.0, ""}};
   bool isInSchedule_ = false;
@@ -206,8 +229,9 @@ class Composer {
 }  // namespace
 
 ComposedDeck ComposeDeck(const LinkSettings& settings, const std::string& script,
-                         const std::vector<std::string>& summaryVectors) {
-  return Composer(settings, script, summaryVectors).Compose();
+                         const std::vector<std::string>& summaryVectors,
+                         const std::optional<RestartPoint>& restart) {
+  return Composer(settings, script, summaryVectors, restart).Compose();
 }
 
 }  // namespace gantry::flowlink

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "client/name_index.h"
 #include "flowlink/link_fault.h"
 
 namespace gantry::flowlink {
@@ -9,26 +10,46 @@ namespace gantry::flowlink {
 namespace {
 
 using nlohmann::json;
+using Names = std::vector<std::string>;
 
-std::vector<std::vector<double>> ValuesOf(const json& message,
-                                          const std::vector<std::string>& wells, size_t count) {
-  std::vector<std::vector<double>> values;
+WellValues ValuesOf(const json& found, const Names& wells, size_t count) {
+  WellValues values;
   for (const std::string& well : wells) {
-    values.push_back(message.at("values").at(well).get<std::vector<double>>());
+    values.push_back(found.at(well).get<std::vector<double>>());
     if (values.back().size() != count) throw LinkFault("flow's script left out values of " + well);
   }
   return values;
 }
 
-DeckWell WellOf(const json& wells, const std::string& name) {
+DeckWell WellOf(const json& found) {
   DeckWell well;
-  const auto found = wells.find(name);
-  if (found == wells.end()) return well;
   well.isDrilled = true;
-  well.isProducer = found->at("producer").get<bool>();
-  well.status = found->at("status").get<std::string>();
-  well.limits = found->at("limits").get<std::map<std::string, double>>();
+  well.isProducer = found.at("producer").get<bool>();
+  well.status = found.at("status").get<std::string>();
+  well.limits = found.at("limits").get<std::map<std::string, double>>();
   return well;
+}
+
+std::vector<DeckChange> ChangesOf(const json& found, const Names& wells) {
+  const NameIndex places(wells);
+  std::vector<DeckChange> changes;
+  for (const json& entry : found) {
+    DeckChange& change = changes.emplace_back();
+    change.days = entry.at("days").get<double>();
+    for (const auto& [name, well] : entry.at("wells").items()) {
+      const auto place = places.Find(name);
+      if (!place) throw LinkFault("flow's script tells of an unknown well " + name);
+      change.wells.emplace_back(*place, WellOf(well));
+    }
+  }
+  return changes;
+}
+
+json SetOf(const NamedLimits& limits) {
+  json set = json::array();
+  for (const NamedLimit& limit : limits)
+    set.push_back(json::array({limit.well, limit.name, limit.value}));
+  return set;
 }
 
 }  // namespace
@@ -42,45 +63,50 @@ class FlowLink::Message : public json {
 FlowLink::FlowLink(FlowProcess& process, const std::vector<std::string>& vectors,
                    const std::string& units, int secondsForQuestion)
     : process_(process), vectorCount_(vectors.size()) {
-  const json start = {
-      {"vectors", vectors}, {"units", units}, {"secondsForQuestion", secondsForQuestion}};
-  if (!process_.WriteLine(start.dump())) throw LinkFault(process_.DescribeEnd());
+  Send(Message(json::object(
+      {{"vectors", vectors}, {"units", units}, {"secondsForQuestion", secondsForQuestion}})));
   const Message model = Receive();
   try {
-    wells_ = model.at("wells").get<std::vector<std::string>>();
+    wells_ = model.at("wells").get<Names>();
     start_ = model.at("start").get<std::array<int32_t, 6>>();
+    changes_ = ChangesOf(model.at("deck"), wells_);
   } catch (const json::exception& error) {
     throw LinkFault(std::string("flow's script gave no model: ") + error.what());
   }
   AwaitStop();
 }
 
-std::vector<std::vector<double>> FlowLink::Ask(const std::string& keywords) {
-  Send("ask", keywords);
-  const Message answer = Receive();
-  if (!answer.Is("answer")) {
-    throw LinkFault("flow found no solution for the wells under these limits");
-  }
+std::vector<std::optional<WellValues>> FlowLink::Ask(const std::string& keywords,
+                                                     std::span<const NamedLimits> sets) {
+  json order = json::object({{"do", "ask"}, {"keywords", keywords}, {"sets", json::array()}});
+  for (const NamedLimits& limits : sets) order["sets"].push_back(SetOf(limits));
+  Send(Message(std::move(order)));
+  const Message message = Receive();
   try {
-    return ValuesOf(answer, wells_, vectorCount_);
+    std::vector<std::optional<WellValues>> answers;
+    for (const json& found : message.at("values")) {
+      answers.emplace_back();
+      if (!found.is_null()) answers.back() = ValuesOf(found, wells_, vectorCount_);
+    }
+    if (answers.size() == sets.size()) return answers;
   } catch (const json::exception& error) {
     throw LinkFault(std::string("flow's script gave no answer: ") + error.what());
   }
+  throw LinkFault("flow's script answered another question");
 }
 
 void FlowLink::Advance(const std::string& keywords) {
-  Send("advance", keywords);
+  Send(Message(json::object({{"do", "advance"}, {"keywords", keywords}})));
   AwaitStop();
 }
 
 void FlowLink::Finish() {
-  Send("finish", "");
+  Send(Message(json::object({{"do", "finish"}})));
   process_.WaitForEnd();
 }
 
-void FlowLink::Send(const std::string& order, const std::string& keywords) {
-  const json message = {{"do", order}, {"keywords", keywords}};
-  if (!process_.WriteLine(message.dump())) throw LinkFault(process_.DescribeEnd());
+void FlowLink::Send(const Message& order) {
+  if (!process_.WriteLine(order.dump())) throw LinkFault(process_.DescribeEnd());
 }
 
 FlowLink::Message FlowLink::Receive() {
@@ -100,10 +126,9 @@ void FlowLink::AwaitStop() {
   const Message message = Receive();
   try {
     stop_.days = message.at("days").get<double>();
+    stop_.report = message.at("report").get<int>();
     stop_.isLast = message.at("last").get<bool>();
-    stop_.values = ValuesOf(message, wells_, vectorCount_);
-    stop_.wells.clear();
-    for (const std::string& name : wells_) stop_.wells.push_back(WellOf(message.at("wells"), name));
+    stop_.values = ValuesOf(message.at("values"), wells_, vectorCount_);
   } catch (const json::exception& error) {
     throw LinkFault(std::string("flow's script gave no stop: ") + error.what());
   }

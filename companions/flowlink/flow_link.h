@@ -2,29 +2,26 @@
 
 #include <array>
 #include <cstdint>
-#include <map>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "flowlink/deck_wells.h"
 #include "flowlink/flow_process.h"
+#include "flowlink/well_controls.h"
 
 namespace gantry::flowlink {
 
-/// A well as the deck has it in the report step that comes next.
-struct DeckWell {
-  bool isDrilled = false;
-  bool isProducer = true;
-  std::string status;                    ///< flow's word
-  std::map<std::string, double> limits;  ///< by flow's names, in the deck's units; 0 for none
-};
+/// For each well its values in the order of the vectors asked for.
+using WellValues = std::vector<std::vector<double>>;
 
-/// The end of a report step, where the run stands until it is told to go on. All lists are in the
-/// order of the wells.
+/// The end of a report step, where the run stands until it is told to go on.
 struct FlowStop {
   double days = 0.0;
+  int report = 0;  ///< the number of the report step that has ended, from 1
   bool isLast = false;
-  std::vector<DeckWell> wells;
-  std::vector<std::vector<double>> values;  ///< of each well, in the order of the vectors asked for
+  WellValues values;
 };
 
 /// The dialogue with the script inside flow. An operation that flow doesn't survive, or that its
@@ -37,10 +34,14 @@ class FlowLink {
 
   const std::vector<std::string>& Wells() const { return wells_; }
   const std::array<int32_t, 6>& StartDate() const { return start_; }
+  /// What the deck says of the wells from the run's begin on.
+  const std::vector<DeckChange>& DeckChanges() const { return changes_; }
   const FlowStop& Stop() const { return stop_; }
 
-  /// What the wells would do under these keywords, without going on.
-  std::vector<std::vector<double>> Ask(const std::string& keywords);
+  /// What the wells would do under these keywords with each set of numbers in place of the names,
+  /// without going on; empty where flow finds no solution.
+  std::vector<std::optional<WellValues>> Ask(const std::string& keywords,
+                                             std::span<const NamedLimits> sets);
   /// Runs the next report step under these keywords.
   void Advance(const std::string& keywords);
   /// Lets flow end the run here and close its files. Ahead of the deck's end flow calls this a
@@ -49,7 +50,7 @@ class FlowLink {
 
  private:
   class Message;
-  void Send(const std::string& order, const std::string& keywords);
+  void Send(const Message& order);
   Message Receive();
   void AwaitStop();
 
@@ -57,6 +58,7 @@ class FlowLink {
   size_t vectorCount_;
   std::vector<std::string> wells_;
   std::array<int32_t, 6> start_{};
+  std::vector<DeckChange> changes_;
   FlowStop stop_;
 };
 

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
 
 #include "flowlink/flow_items.h"
 #include "flowlink/link_fault.h"
-#include "flowlink/link_script.h"
+#include "flowlink/sweep_foresight.h"
 
 namespace gantry::flowlink {
 
@@ -16,12 +15,9 @@ namespace {
 using simulator::InflowTable;
 using simulator::RequestRefused;
 using simulator::RunPosition;
-using simulator::Stop;
 using simulator::WellConstraint;
 
-constexpr double kSameTimeDays = 1e-5;
-constexpr const char* kScriptName = "flowlink_link.py";
-constexpr const char* kLogName = "flow.log";
+constexpr double kSameTimeDays = 2e-5;  // flow counts whole seconds
 
 /// Numbers that are the adapter's own and not flow's; their handles count on from flow's.
 constexpr size_t kOwnItems = 1000;
@@ -30,19 +26,9 @@ constexpr std::array<std::string_view, 5> kOwnItemNames = {
     "UPTIME_FRACTION", "TEMPERATURE", "OIL_DENSITY", "GAS_DENSITY", "WATER_DENSITY"};
 
 constexpr std::array<std::string_view, 2> kTexts = {"TYPE", "STATUS"};
+constexpr const char* kShut = "SURFACE_SHUTIN";
 constexpr std::array<std::string_view, 5> kStatuses = {
-    "OPEN", "SURFACE_SHUTIN", "ALL_COMPLETIONS_SHUTIN", "SURFACE_ABANDONED",
-    "ALL_COMPLETIONS_ABANDONED"};
-
-/// What flow is run with: without these a fork of it hangs, for want of its threads, or can't be
-/// told how long its one step is to be.
-const std::vector<std::string> kNeededOptions = {
-    "--threads-per-process=1", "--enable-async-ecl-output=false", "--enable-tuning=true"};
-
-void WriteFile(const std::filesystem::path& file, const std::string& text) {
-  std::ofstream out(file, std::ios::binary);
-  if (!(out << text << std::flush)) throw LinkFault("can't write " + file.string());
-}
+    "OPEN", kShut, "ALL_COMPLETIONS_SHUTIN", "SURFACE_ABANDONED", "ALL_COMPLETIONS_ABANDONED"};
 
 /// Whether a name of the deck means the well: itself, or a pattern with a star at its end.
 bool Names(const std::string& pattern, const std::string& well) {
@@ -63,45 +49,42 @@ void RequireNumber(double value, std::string_view what, const std::string& well)
 
 FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
                              const std::filesystem::path& folder)
-    : settings_(std::move(settings)), deck_(ComposeDeck(settings_, kScriptName, SummaryVectors())) {
-  StartFlow(caseName, folder);
-  controls_.resize(WellNames().size());
-  answers_.emplace("", link_->Stop().values);
+    : settings_(std::move(settings)), caseName_(caseName), folder_(folder) {
+  PrepareFolder();
+  run_ = std::make_unique<FlowRun>(settings_, folder_, caseName_, std::nullopt);
+  wellNames_ = run_->Link().Wells();
+  deckWells_ = DeckWells(run_->Link().DeckChanges(), wellNames_.size());
+  controls_.resize(wellNames_.size());
+  TakeStop();
+  answers_.emplace("", Stop().values);
   Describe();
 }
 
-void FlowSimulator::StartFlow(const std::string& caseName, const std::filesystem::path& folder) {
+/// What an earlier session has left there must not be taken for this one's.
+void FlowSimulator::PrepareFolder() const {
   std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  WriteFile(folder / kScriptName, kLinkScript);
-  WriteFile(folder / (caseName + ".DATA"), deck_.text);
-  std::vector<std::string> arguments = {settings_.program};
-  arguments.insert(arguments.end(), kNeededOptions.begin(), kNeededOptions.end());
-  arguments.insert(arguments.end(), settings_.options.begin(), settings_.options.end());
-  arguments.push_back(caseName + ".DATA");
-  process_ = std::make_unique<FlowProcess>(arguments, folder, kLogName);
-  link_ = std::make_unique<FlowLink>(*process_, SummaryVectors(), deck_.units,
-                                     settings_.secondsForQuestion);
+  std::filesystem::remove_all(folder_, error);
+  if (!error) std::filesystem::create_directories(folder_, error);
+  if (error) throw LinkFault("can't empty " + folder_.string() + ": " + error.message());
 }
 
 void FlowSimulator::Describe() {
   description_.version = "2022.10 (OPM Flow)";
-  description_.unitSystem = deck_.units == "FIELD" ? "ECLIPSE_FIELD" : "ECLIPSE_METRIC";
-  description_.startDate = link_->StartDate();
+  const bool isField = run_->Deck().units == "FIELD";
+  description_.unitSystem = isField ? "ECLIPSE_FIELD" : "ECLIPSE_METRIC";
+  description_.startDate = run_->Link().StartDate();
   description_.fieldFluidModel = "BLACKOIL";
   description_.reservoirFluidModel = "BLACKOIL";
-  const bool isField = deck_.units == "FIELD";
   if (!settings_.hasTemperature) settings_.temperature = isField ? 60.0 : 15.6;
 }
 
 RunPosition FlowSimulator::Position() const {
   RunPosition position;
-  const FlowStop& stop = link_->Stop();
   if (isRunning_) {
-    position.stop = stop.isLast ? Stop::kEndSimulate : Stop::kBeginNewton;
-    position.days = stop.days;
+    position.stop = Stop().isLast ? simulator::Stop::kEndSimulate : simulator::Stop::kBeginNewton;
+    position.days = Stop().days;
   }
-  position.date = DateAfter(deck_.start, position.days);
+  position.date = DateAfter(run_->Deck().start, position.days);
   return position;
 }
 
@@ -123,8 +106,9 @@ double FlowSimulator::WellNumber(size_t well, size_t item) {
 }
 
 double FlowSimulator::OwnNumber(size_t well, size_t item) const {
+  const ComposedDeck& deck = run_->Deck();
   const double numbers[] = {controls_[well].uptime.value_or(1.0), settings_.temperature,
-                            deck_.oilDensity, deck_.gasDensity, deck_.waterDensity};
+                            deck.oilDensity, deck.gasDensity, deck.waterDensity};
   return numbers[item];
 }
 
@@ -136,55 +120,106 @@ std::string FlowSimulator::WellText(size_t well, size_t item) {
 
 std::string_view FlowSimulator::StatusOf(size_t well) const {
   if (!controls_[well].status.empty()) return controls_[well].status;
-  const DeckWell& deck = link_->Stop().wells[well];
+  const DeckWell& deck = deckWells_[well];
   if (!deck.isDrilled || deck.status == "SHUT") return "ALL_COMPLETIONS_SHUTIN";
-  return deck.status == "STOP" ? "SURFACE_SHUTIN" : "OPEN";
+  return deck.status == "STOP" ? kShut : "OPEN";
 }
 
 WellKind FlowSimulator::KindOf(size_t well) const {
   const std::string& name = WellNames()[well];
-  const DeckWell& deck = link_->Stop().wells[well];
+  const DeckWell& deck = deckWells_[well];
   const auto means = [&](const auto& injected) { return Names(injected.first, name); };
-  const auto found = std::ranges::find_if(deck_.injected, means);
-  const bool isInjector = deck.isDrilled ? !deck.isProducer : found != deck_.injected.end();
+  const auto& injected = run_->Deck().injected;
+  const auto found = std::ranges::find_if(injected, means);
+  const bool isInjector = deck.isDrilled ? !deck.isProducer : found != injected.end();
   if (!isInjector) return WellKind::kProducer;
-  const bool isGas = found != deck_.injected.end() && found->second == "GAS";
+  const bool isGas = found != injected.end() && found->second == "GAS";
   return isGas ? WellKind::kGasInjector : WellKind::kWaterInjector;
 }
 
-const FlowSimulator::WellValues& FlowSimulator::Values() {
-  if (!isAskedKnown_) {
-    asked_ = Keywords(false);
-    isAskedKnown_ = true;
-  }
-  const auto known = answers_.find(asked_);
-  if (known != answers_.end()) return known->second;
+const WellValues& FlowSimulator::Values() {
+  if (inForce_ != nullptr) return *inForce_;
   // Nothing can be asked where no step follows any more.
-  if (link_->Stop().isLast) return link_->Stop().values;
-  return answers_.emplace(asked_, link_->Ask(asked_)).first->second;
+  if (Stop().isLast) return Stop().values;
+  const std::string keywords = KeywordsOf(controls_);
+  const auto known = answers_.find(keywords);
+  inForce_ = known != answers_.end() ? &known->second : &AskFlow(keywords);
+  last_ = inForce_;
+  return *inForce_;
 }
 
-std::string FlowSimulator::Keywords(bool withUptime) const {
+const WellValues& FlowSimulator::AskFlow(const std::string& keywords) {
+  const Question question = QuestionOf(controls_);
+  Strings asked = {keywords};
+  std::vector<NamedLimits> sets = {question.numbers};
+  if (last_ != nullptr) {
+    for (const auto& controls : ForeseeSweep(controls_, *last_)) {
+      Question next = QuestionOf(controls);
+      if (next.keywords != question.keywords) continue;
+      asked.push_back(KeywordsOf(controls));
+      sets.push_back(std::move(next.numbers));
+    }
+  }
+  std::vector<std::optional<WellValues>> answers = run_->Link().Ask(question.keywords, sets);
+  if (!answers.front()) {
+    throw LinkFault("flow found no solution for the wells under these limits");
+  }
+  for (size_t i = 0; i < answers.size(); ++i) {
+    if (answers[i]) answers_.emplace(asked[i], std::move(*answers[i]));
+  }
+  return answers_.at(keywords);
+}
+
+template <class Write>
+std::string FlowSimulator::ControlKeywords(const std::vector<HostControls>& controls,
+                                           Write write) const {
+  std::string keywords;
+  for (size_t well = 0; well < controls.size(); ++well) {
+    const HostControls& host = controls[well];
+    if (!deckWells_[well].isDrilled) continue;
+    if (host.constraints.empty() && host.status.empty()) continue;
+    keywords += write(wellNames_[well], KindOf(well), host, DeckLimits(well, host));
+  }
+  return keywords;
+}
+
+std::string FlowSimulator::KeywordsOf(const std::vector<HostControls>& controls) const {
+  return ControlKeywords(controls, [](const auto&... well) { return ControlKeyword(well...); });
+}
+
+FlowSimulator::Question FlowSimulator::QuestionOf(const std::vector<HostControls>& controls) const {
+  Question question;
+  question.keywords = NamesKeyword() + ControlKeywords(controls, [&](const auto&... well) {
+                        return ControlKeyword(well..., &question.numbers);
+                      });
+  return question;
+}
+
+/// A well that is never up is shut while the run goes on: flow knows no uptime of zero.
+std::vector<HostControls> FlowSimulator::ControlsOfRun() const {
+  std::vector<HostControls> controls = controls_;
+  for (HostControls& host : controls) {
+    if (host.uptime && *host.uptime <= 0.0) host.status = kShut;
+  }
+  return controls;
+}
+
+std::string FlowSimulator::UptimeKeywords() const {
   std::string keywords;
   for (size_t well = 0; well < controls_.size(); ++well) {
-    const HostControls& host = controls_[well];
-    if (!host.IsTakenOver() || !link_->Stop().wells[well].isDrilled) continue;
-    const std::string& name = WellNames()[well];
-    if (!host.constraints.empty() || !host.status.empty()) {
-      keywords += ControlKeyword(name, KindOf(well), host, DeckLimits(well));
-    }
-    if (withUptime && host.uptime) keywords += UptimeKeyword(name, *host.uptime);
+    const auto& uptime = controls_[well].uptime;
+    if (!uptime || *uptime <= 0.0 || !deckWells_[well].isDrilled) continue;
+    keywords += UptimeKeyword(wellNames_[well], *uptime);
   }
   return keywords;
 }
 
 /// All of them as long as the host has set none; later those that are kept beside the host's.
-std::vector<WellConstraint> FlowSimulator::DeckLimits(size_t well) const {
+std::vector<WellConstraint> FlowSimulator::DeckLimits(size_t well, const HostControls& host) const {
   static const Strings kAll = {"bottom_hole_pressure", "oil_rate",      "water_rate", "gas_rate",
                                "liquid_rate",          "reservoir_rate"};
-  const bool isHeldByHost = !controls_[well].constraints.empty();
-  return KeptLimits(link_->Stop().wells[well], KindOf(well),
-                    isHeldByHost ? settings_.keptLimits : kAll);
+  const bool isHeldByHost = !host.constraints.empty();
+  return KeptLimits(deckWells_[well], KindOf(well), isHeldByHost ? settings_.keptLimits : kAll);
 }
 
 InflowTable FlowSimulator::MeasureInflow(size_t, std::string_view, int32_t, double) {
@@ -192,7 +227,7 @@ InflowTable FlowSimulator::MeasureInflow(size_t, std::string_view, int32_t, doub
 }
 
 std::vector<WellConstraint> FlowSimulator::Constraints(size_t well) const {
-  std::vector<WellConstraint> constraints = DeckLimits(well);
+  std::vector<WellConstraint> constraints = DeckLimits(well, controls_[well]);
   const auto& host = controls_[well].constraints;
   constraints.insert(constraints.end(), host.begin(), host.end());
   return constraints;
@@ -204,7 +239,7 @@ HostControls& FlowSimulator::Take(size_t well) {
   if (!settings_.wells.empty() && std::ranges::none_of(settings_.wells, isNamed)) {
     throw RequestRefused("Well " + name + " is left to the deck: 'wells' doesn't name it");
   }
-  isAskedKnown_ = false;
+  inForce_ = nullptr;
   return controls_[well];
 }
 
@@ -239,14 +274,40 @@ void FlowSimulator::SetFluidSource(const std::string& source, std::span<const st
 
 void FlowSimulator::ContinueUntil(double days) {
   isRunning_ = true;
-  while (!link_->Stop().isLast && link_->Stop().days < days - kSameTimeDays) {
-    link_->Advance(Keywords(true));
-    answers_.clear();
+  if (days < Stop().days - kSameTimeDays) GoBackTo(days);
+  while (!Stop().isLast && Stop().days < days - kSameTimeDays) {
+    const std::string keywords = KeywordsOf(ControlsOfRun());
+    run_->Link().Advance(keywords + UptimeKeywords());
+    TakeStop();
     // What the run has just done under the limits in force is the answer to them.
-    asked_ = Keywords(false);
-    isAskedKnown_ = true;
-    answers_.emplace(asked_, link_->Stop().values);
+    answers_.emplace(keywords, Stop().values);
   }
+}
+
+/// To the first stop that isn't before the time. The limits in force stay.
+void FlowSimulator::GoBackTo(double days) {
+  const auto isReached = [&](const PastStop& stop) { return stop.days >= days - kSameTimeDays; };
+  const auto stop = std::ranges::find_if(stops_, isReached);
+  if (stop == stops_.end() - 1) return;
+  if (!settings_.keepsWayBack) {
+    throw RequestRefused("There is no way back in time: 'way_back' is false");
+  }
+  const std::optional<RestartPoint> way = stop->way;
+  stops_.erase(stop, stops_.end());
+  run_->Link().Finish();
+  run_.reset();
+  ++runs_;
+  const std::string name = caseName_ + "_" + std::to_string(runs_);
+  run_ = std::make_unique<FlowRun>(settings_, folder_, name, way);
+  TakeStop();
+}
+
+void FlowSimulator::TakeStop() {
+  stops_.push_back({Stop().days, run_->WayToStop()});
+  deckWells_.GoTo(Stop().days);
+  answers_.clear();
+  inForce_ = nullptr;
+  last_ = nullptr;
 }
 
 }  // namespace gantry::flowlink

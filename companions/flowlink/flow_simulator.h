@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "flowlink/deck_composer.h"
-#include "flowlink/flow_link.h"
+#include "flowlink/deck_wells.h"
+#include "flowlink/flow_run.h"
 #include "flowlink/link_settings.h"
 #include "flowlink/well_controls.h"
 #include "simulator/server/controlled_simulator.h"
@@ -18,16 +18,17 @@ namespace gantry::flowlink {
 /// The run stands at the end of a report step. What the wells would do under the controller's
 /// limits is asked of a fork of flow, once for each different set of limits; the run itself takes
 /// the limits when it goes on. Every report step is run under the keywords of the wells that the
-/// host has taken over, so that those of the deck never take a well back.
+/// host has taken over, so that those of the deck never take a well back. To an earlier time leads
+/// a run of its own, from the restart files.
 class FlowSimulator : public simulator::ControlledSimulator {
  public:
-  /// Starts flow in a folder, which is made, and runs it through its first tiny step. Throws
-  /// `LinkFault`.
+  /// Starts flow in a folder, which is emptied or made, and runs it through its first tiny step.
+  /// Throws `LinkFault`.
   FlowSimulator(LinkSettings settings, const std::string& caseName,
                 const std::filesystem::path& folder);
 
   const simulator::ModelDescription& Description() const override { return description_; }
-  const Strings& WellNames() const override { return link_->Wells(); }
+  const Strings& WellNames() const override { return wellNames_; }
   simulator::RunPosition Position() const override;
 
   std::optional<size_t> FindWellNumber(std::string_view item) const override;
@@ -47,30 +48,56 @@ class FlowSimulator : public simulator::ControlledSimulator {
 
   void ContinueToFirstNewton() override { isRunning_ = true; }
   void ContinueUntil(double days) override;
-  void Shutdown() override { link_->Finish(); }
+  void Shutdown() override { run_->Link().Finish(); }
 
  private:
-  using WellValues = std::vector<std::vector<double>>;
+  /// What is asked of flow: keywords with names for numbers, and the numbers.
+  struct Question {
+    std::string keywords;
+    NamedLimits numbers;
+  };
 
-  void StartFlow(const std::string& caseName, const std::filesystem::path& folder);
+  void PrepareFolder() const;
   void Describe();
+  const FlowStop& Stop() const { return run_->Link().Stop(); }
+  /// Takes note of the stop that the run has come to.
+  void TakeStop();
+  void GoBackTo(double days);
+
   double OwnNumber(size_t well, size_t item) const;
   const WellValues& Values();
-  std::string Keywords(bool withUptime) const;
-  std::vector<simulator::WellConstraint> DeckLimits(size_t well) const;
+  const WellValues& AskFlow(const std::string& keywords);
+  /// Keywords of the wells that the host has taken over, as `write(well, kind, limits)` has them.
+  template <class Write>
+  std::string ControlKeywords(const std::vector<HostControls>& controls, Write write) const;
+  std::string KeywordsOf(const std::vector<HostControls>& controls) const;
+  Question QuestionOf(const std::vector<HostControls>& controls) const;
+  std::vector<HostControls> ControlsOfRun() const;
+  std::string UptimeKeywords() const;
+  std::vector<simulator::WellConstraint> DeckLimits(size_t well, const HostControls& host) const;
   WellKind KindOf(size_t well) const;
   std::string_view StatusOf(size_t well) const;
   HostControls& Take(size_t well);
 
   LinkSettings settings_;
-  ComposedDeck deck_;
-  std::unique_ptr<FlowProcess> process_;
-  std::unique_ptr<FlowLink> link_;
+  std::string caseName_;
+  std::filesystem::path folder_;
+  std::unique_ptr<FlowRun> run_;
+  int runs_ = 1;
+  Strings wellNames_;
+  DeckWells deckWells_;
   simulator::ModelDescription description_;
   std::vector<HostControls> controls_;
-  std::map<std::string, WellValues> answers_;  ///< at this stop, by the keywords asked with
-  std::string asked_;                          ///< the keywords in force, when `isAskedKnown_`
-  bool isAskedKnown_ = false;
+
+  struct PastStop {
+    double days;
+    std::optional<RestartPoint> way;  ///< by which a run comes there; empty for the deck's start
+  };
+  std::vector<PastStop> stops_;  ///< up to the present one
+
+  std::map<std::string, WellValues> answers_;  ///< at this stop, by the keywords
+  const WellValues* inForce_ = nullptr;        ///< the answer to the present limits, once known
+  const WellValues* last_ = nullptr;           ///< the answer that was read last
   bool isRunning_ = false;
 };
 

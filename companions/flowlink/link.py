@@ -2,10 +2,16 @@
 
 flow calls `run` after every time step. At the end of a report step this script tells the adapter
 the state of the wells, and then obeys it, one line of JSON for each message, until it is told to
-go on. A question ("what would the wells do under these keywords?") is answered by a fork of the
+go on. A question ("what would the wells do under these limits?") is answered by a fork of the
 whole simulator, which takes one tiny step under them and is gone: the run itself stays where it is.
+
+flow works through the rest of its schedule whenever a keyword is taken in. So the keywords of a
+question have names in place of numbers: a first fork, the survey, takes them in, and forks anew for
+each set of numbers, for as many at a time as there are processors.
 """
 
+import ctypes
+import gc
 import json
 import os
 import signal
@@ -17,6 +23,7 @@ import opm_embedded
 LINK_VARIABLE = "FLOWLINK_SOCKET"
 TINY_STEP = "TUNING\n0.0005 /\n/\n/\n"
 TIME_TOLERANCE = 0.5  # seconds
+PR_SET_PDEATHSIG = 1
 
 link = None
 
@@ -32,11 +39,11 @@ def run(ecl_state, schedule, report_step, summary_state, actionx_callback):
             link = Link(schedule)
         if link.is_finished:
             raise RunOver("the host has ended the run here")
-        if link.is_question:
+        if link.asker is not None:
             link.answer(summary_state)
         if summary_state.elapsed() > link.times[report_step + 1] - TIME_TOLERANCE:
             link.stop(schedule, report_step, summary_state)
-        elif link.has_lost_adapter():
+        elif link.adapter.is_lost():
             os._exit(1)
     except RunOver:
         raise  # flow closes its files as it goes down with this
@@ -49,59 +56,144 @@ def run(ecl_state, schedule, report_step, summary_state, actionx_callback):
     return True
 
 
+class Line:
+    """One end of a socket on which each line is a message."""
+
+    def __init__(self, end):
+        self.socket = end
+        self.lines = end.makefile("r")
+
+    def send(self, message):
+        self.socket.sendall((json.dumps(message) + "\n").encode())
+
+    def receive(self):
+        line = self.lines.readline()
+        if not line:
+            raise EOFError
+        return json.loads(line)
+
+    def is_lost(self):
+        try:
+            return self.socket.recv(1, socket.MSG_PEEK | socket.MSG_DONTWAIT) == b""
+        except BlockingIOError:
+            return False
+
+    def close(self):
+        self.lines.close()
+        self.socket.close()
+
+
+class Fork:
+    """A fork of this process, and a line between the two. It dies with whom it was forked from."""
+
+    def __init__(self):
+        ours, its = socket.socketpair()
+        parent = os.getpid()
+        self.process = os.fork()
+        self.is_here = self.process == 0
+        if self.is_here:
+            libc.prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
+            if os.getppid() != parent:
+                os._exit(1)
+        (ours if self.is_here else its).close()
+        self.line = Line(its if self.is_here else ours)
+
+    def receive(self):
+        """What it says, None when it ends without a word."""
+        try:
+            return self.line.receive()
+        except EOFError:
+            return None
+
+    def end(self):
+        self.line.close()
+        os.waitpid(self.process, 0)
+
+
 class Link:
     def __init__(self, schedule):
-        self.socket = socket.socket(fileno=int(os.environ[LINK_VARIABLE]))
-        self.lines = self.socket.makefile("r")
+        gc.disable()  # a collection would touch, and so copy, every object in a fork
+        self.adapter = Line(socket.socket(fileno=int(os.environ[LINK_VARIABLE])))
         self.parser = opm_embedded.Parser()
-        self.is_question = False
+        self.asker = None
+        self.survey = None
         self.is_finished = False
         self.wells = list(schedule.well_names("*"))
         self.times = report_times(schedule)
-        self.deck_wells = [deck_wells(schedule, self.wells, step)
-                           for step in range(len(self.times) - 1)]
-        start = self.receive()
+        start = self.adapter.receive()
         self.vectors = start["vectors"]
         self.units = start["units"]
         self.seconds_for_question = start["secondsForQuestion"]
         first = schedule.start
-        self.send({"event": "model", "wells": self.wells,
-                   "start": [first.year, first.month, first.day,
-                             first.hour, first.minute, first.second]})
+        self.adapter.send({"event": "model", "wells": self.wells,
+                           "start": [first.year, first.month, first.day,
+                                     first.hour, first.minute, first.second],
+                           "deck": changes_of_wells(schedule, self.wells, self.times)})
 
     def stop(self, schedule, report_step, summary_state):
         is_last = report_step + 2 >= len(self.times)
         next_step = report_step if is_last else report_step + 1
-        self.send({"event": "stop", "days": summary_state.elapsed() / 86400.0, "last": is_last,
-                   "wells": self.deck_wells[next_step], "values": self.values(summary_state)})
+        self.adapter.send({"event": "stop", "days": summary_state.elapsed() / 86400.0,
+                           "last": is_last, "report": report_step + 1,
+                           "values": self.values(summary_state)})
         while True:
-            order = self.receive()
-            if order["do"] == "ask" and self.ask(schedule, next_step, order["keywords"]):
-                return
+            order = self.adapter.receive()
+            if order["do"] == "ask":
+                if self.ask(order, schedule, next_step, summary_state):
+                    return
+                continue
+            self.end_survey()
             if order["do"] == "advance":
                 self.insert(schedule, next_step, order["keywords"])
-                return
-            if order["do"] == "finish":
+            elif order["do"] == "finish":
                 self.finish(schedule, next_step, is_last)
-                return
+            return
 
-    def ask(self, schedule, next_step, keywords):
-        """Forks for an answer. True in the fork, which has to go on to its tiny step."""
-        child = os.fork()
-        if child == 0:
-            self.is_question = True
-            signal.alarm(self.seconds_for_question)
+    def ask(self, order, schedule, next_step, summary_state):
+        """Has a survey answer. True in a fork that has to go on to its tiny step."""
+        if self.survey is None or self.keywords != order["keywords"]:
+            self.end_survey()
+            self.keywords = order["keywords"]
+            self.survey = Fork()
+        if self.survey.is_here:
+            self.adapter.close()
             close_files()
-            self.insert(schedule, next_step, keywords + TINY_STEP)
-            return True
-        _, status = os.waitpid(child, 0)
-        if status != 0:
-            self.send({"event": "unanswered"})
+            self.asker = self.survey.line
+            self.insert(schedule, next_step, self.keywords + TINY_STEP)
+            return self.serve(summary_state)
+        self.survey.line.send(order["sets"])
+        answers = self.survey.receive()
+        if answers is None:
+            self.end_survey()
+            answers = [None for _ in order["sets"]]
+        self.adapter.send({"event": "answers", "values": answers})
         return False
 
+    def serve(self, summary_state):
+        """The survey's work. True in a fork for one set of numbers."""
+        processors = len(os.sched_getaffinity(0))
+        while True:
+            answers, asked = [], []
+            for numbers in self.asker.receive():
+                if len(asked) == processors:
+                    answers.append(take_answer(asked.pop(0)))
+                asked.append(Fork())
+                if asked[-1].is_here:
+                    self.asker = asked[-1].line
+                    signal.alarm(self.seconds_for_question)
+                    for well, name, value in numbers:
+                        summary_state.update_well_var(well, name, value)
+                    return True
+            self.asker.send(answers + [take_answer(fork) for fork in asked])
+
     def answer(self, summary_state):
-        self.send({"event": "answer", "values": self.values(summary_state)})
+        self.asker.send(self.values(summary_state))
         os._exit(0)
+
+    def end_survey(self):
+        if self.survey is not None:
+            self.survey.end()
+        self.survey = None
 
     def finish(self, schedule, next_step, is_last):
         """Lets flow write out this report step; it is stopped in the next one."""
@@ -121,26 +213,17 @@ class Link:
         return {well: [well_value(summary_state, well, vector) for vector in self.vectors]
                 for well in self.wells}
 
-    def send(self, message):
-        self.socket.sendall((json.dumps(message) + "\n").encode())
-
-    def receive(self):
-        line = self.lines.readline()
-        if not line:
-            raise EOFError
-        return json.loads(line)
-
-    def has_lost_adapter(self):
-        try:
-            return self.socket.recv(1, socket.MSG_PEEK | socket.MSG_DONTWAIT) == b""
-        except BlockingIOError:
-            return False
-
     def fail(self, reason):
-        # A question's own fault is told by its exit status: the run goes on.
-        if not self.is_question:
-            self.send({"event": "failed", "reason": reason})
+        # A question's own fault is told by its silence: the run goes on.
+        if self.asker is None:
+            self.adapter.send({"event": "failed", "reason": reason})
         os._exit(1)
+
+
+def take_answer(fork):
+    answer = fork.receive()
+    fork.end()
+    return answer
 
 
 def report_times(schedule):
@@ -151,8 +234,19 @@ def report_times(schedule):
     return [(time - schedule.start).total_seconds() for time in times]
 
 
+def changes_of_wells(schedule, wells, times):
+    """What the deck says of the wells, from when on; before anybody else changes it."""
+    changes, known = [], {}
+    for step, start in enumerate(times[:-1]):
+        found = deck_wells(schedule, wells, step)
+        changed = {name: well for name, well in found.items() if known.get(name) != well}
+        if changed:
+            changes.append({"days": start / 86400.0, "wells": changed})
+        known = found
+    return changes
+
+
 def deck_wells(schedule, wells, step):
-    """What the deck says of each well in a report step, before anybody changes it."""
     found = {}
     for name in wells:
         try:
@@ -180,3 +274,6 @@ def close_files():
                 os.dup2(null, number)
         except OSError:
             pass  # the folder that was being listed
+
+
+libc = ctypes.CDLL(None)

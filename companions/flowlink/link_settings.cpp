@@ -103,6 +103,13 @@ void ReadQuestionTime(const SettingsFile& file, LinkSettings& settings) {
   settings.secondsForQuestion = static_cast<int>(seconds);
 }
 
+void ReadWayBack(const SettingsFile& file, LinkSettings& settings) {
+  const toml::node* node = file.Find("way_back");
+  if (node == nullptr) return;
+  if (!node->is_boolean()) file.Fail(node, "'way_back' must be true or false");
+  settings.keepsWayBack = node->value_or(true);
+}
+
 void CheckLimits(const SettingsFile& file, const LinkSettings& settings) {
   for (const std::string& limit : settings.keptLimits) {
     if (std::ranges::find(kLimits, limit) == kLimits.end()) {
@@ -114,9 +121,9 @@ void CheckLimits(const SettingsFile& file, const LinkSettings& settings) {
 }  // namespace
 
 LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
-  static constexpr std::string_view kKeys[] = {"deck",         "report_step",     "keep",
-                                               "wells",        "temperature",     "flow",
-                                               "flow_options", "question_seconds"};
+  static constexpr std::string_view kKeys[] = {"deck",         "report_step",      "keep",
+                                               "wells",        "temperature",      "flow",
+                                               "flow_options", "question_seconds", "way_back"};
   const SettingsFile file(path);
   file.RejectOthers(kKeys);
   LinkSettings settings;
@@ -129,6 +136,7 @@ LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
   settings.options = file.Texts("flow_options", {});
   ReadTemperature(file, settings);
   ReadQuestionTime(file, settings);
+  ReadWayBack(file, settings);
   CheckLimits(file, settings);
   return settings;
 }

@@ -23,6 +23,7 @@ struct LinkSettings {
   std::string program = "flow";
   std::vector<std::string> options;  ///< for flow, after the adapter's own
   int secondsForQuestion = 60;
+  bool keepsWayBack = true;  ///< restart files, so that a controller can go back in time
 };
 
 /// Throws `LinkFault` "FILE:LINE: reason".

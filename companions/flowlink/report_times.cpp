@@ -11,9 +11,10 @@ namespace {
 
 constexpr double kSecondsOfDay = 86400.0;
 
+constexpr const char* kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                   "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+
 unsigned MonthOf(const std::string& name) {
-  static constexpr const char* kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
-                                            "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
   if (name == "JLY") return 7;
   for (unsigned i = 0; i < 12; ++i) {
     if (name == kMonths[i]) return i + 1;
@@ -54,6 +55,14 @@ DeckTime ReadDeckDate(const std::vector<std::string>& record) {
       !hasClock || std::sscanf(record[3].c_str(), "%d:%d:%d", clock, clock + 1, clock + 2) >= 2;
   if (!date.ok() || !isClock) throw LinkFault("'" + text + "' is no date");
   return sys_days(date) + hours(clock[0]) + minutes(clock[1]) + seconds(clock[2]);
+}
+
+std::string WriteDeckDate(DeckTime time) {
+  const auto [year, month, day, hour, minute, second] = DateOf(time);
+  char text[64];
+  std::snprintf(text, sizeof text, "%d '%s' %d %02d:%02d:%02d", day, kMonths[month - 1], year, hour,
+                minute, second);
+  return text;
 }
 
 std::array<int32_t, 6> DateOf(DeckTime time) {

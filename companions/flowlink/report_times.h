@@ -14,6 +14,9 @@ using DeckTime = std::chrono::sys_seconds;
 /// Reads "1", "JAN", "2015" and perhaps "12:30:00". Throws `LinkFault` when this is no date.
 DeckTime ReadDeckDate(const std::vector<std::string>& record);
 
+/// The record of a DATES keyword without its end.
+std::string WriteDeckDate(DeckTime time);
+
 /// Year, month, day, hour, minute, second.
 std::array<int32_t, 6> DateOf(DeckTime time);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <set>
 
 namespace gantry::flowlink {
 
@@ -47,6 +48,9 @@ std::span<const Limit> LimitsOf(WellKind kind) {
 
 bool IsPressure(const Limit& limit) { return limit.mode == "BHP"; }
 
+/// flow takes a quantity that begins with WU for one that a user has defined for wells.
+std::string NameOf(const Limit& limit) { return "WUFL" + std::string(limit.mode); }
+
 std::string Format(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.12g", value);
@@ -73,10 +77,16 @@ class Columns {
   bool AreAllZero() const { return hostRates_ > 0 && hostRates_ == zeroRates_; }
   const std::string& Mode() const { return mode_; }
 
-  std::string Text() const {
+  std::string Text(const std::string& well, NamedLimits* named) const {
     std::string text;
     for (size_t i = 0; i < limits_.size(); ++i) {
-      text += values_[i] ? " " + Format(*values_[i]) : " 1*";
+      if (!values_[i]) {
+        text += " 1*";
+        continue;
+      }
+      const std::string name = NameOf(limits_[i]);
+      if (named != nullptr) named->push_back({well, name, *values_[i]});
+      text += " " + (named != nullptr ? name : Format(*values_[i]));
     }
     return text;
   }
@@ -125,17 +135,31 @@ std::vector<WellConstraint> KeptLimits(const DeckWell& deck, WellKind kind,
 }
 
 std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
-                           std::span<const WellConstraint> kept) {
+                           std::span<const WellConstraint> kept, NamedLimits* named) {
   const Columns columns(kind, host, kept);
   const bool isOpen = (host.status.empty() || host.status == "OPEN") && !columns.AreAllZero();
   const std::string mode = columns.Mode().empty() ? "BHP" : columns.Mode();
   const std::string name = "'" + well + "' ";
   const std::string status = isOpen ? "OPEN " : "SHUT ";
   if (kind == WellKind::kProducer) {
-    return "WCONPROD\n" + name + status + mode + columns.Text() + " /\n/\n";
+    return "WCONPROD\n" + name + status + mode + columns.Text(well, named) + " /\n/\n";
   }
   const std::string phase = kind == WellKind::kGasInjector ? "GAS " : "WATER ";
-  return "WCONINJE\n" + name + phase + status + mode + columns.Text() + " /\n/\n";
+  return "WCONINJE\n" + name + phase + status + mode + columns.Text(well, named) + " /\n/\n";
+}
+
+std::string NamesKeyword() {
+  std::set<std::string> names;
+  for (const auto& limits :
+       {std::span<const Limit>(kProducerLimits), std::span<const Limit>(kWaterInjectorLimits),
+        std::span<const Limit>(kGasInjectorLimits)}) {
+    for (const Limit& limit : limits) names.insert(NameOf(limit));
+  }
+  std::string text = "UDQ\n";
+  for (const std::string& name : names) {
+    text += "DEFINE " + name + " 0 /\nUPDATE " + name + " OFF /\n";
+  }
+  return text + "/\n";
 }
 
 std::string UptimeKeyword(const std::string& well, double fraction) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "flowlink/flow_link.h"
+#include "flowlink/deck_wells.h"
 #include "simulator/server/controlled_simulator.h"
 
 namespace gantry::flowlink {
@@ -28,9 +28,22 @@ void CheckConstraint(const std::string& item, WellKind kind, const std::string& 
 std::vector<simulator::WellConstraint> KeptLimits(const DeckWell& deck, WellKind kind,
                                                   std::span<const std::string> kept);
 
-/// The well's WCONPROD or WCONINJE. Of two limits on the same thing the tighter one holds.
+/// A well's limit under the name that stands for it in a keyword.
+struct NamedLimit {
+  std::string well;
+  std::string name;
+  double value = 0.0;
+};
+using NamedLimits = std::vector<NamedLimit>;
+
+/// The well's WCONPROD or WCONINJE. Of two limits on the same thing the tighter one holds. With
+/// `named`, names stand in the keyword for the limits, which are added there.
 std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
-                           std::span<const simulator::WellConstraint> kept);
+                           std::span<const simulator::WellConstraint> kept,
+                           NamedLimits* named = nullptr);
+
+/// What makes the names of limits known to flow, as quantities that nobody computes.
+std::string NamesKeyword();
 
 /// The keyword for the part of the time that a well is up.
 std::string UptimeKeyword(const std::string& well, double fraction);

@@ -11,13 +11,14 @@ namespace {
 
 class DeckComposer : public ::testing::Test {
  protected:
-  ComposedDeck Compose(const std::string& schedule, const std::string& runspec = "FIELD\n") {
+  ComposedDeck Compose(const std::string& schedule, const std::string& runspec = "FIELD\n",
+                       const std::optional<RestartPoint>& restart = {}) {
     folder.Write("A.DATA",
                  "RUNSPEC\n" + runspec + "START\n 15 'JAN' 2020 /\nSCHEDULE\n" + schedule);
     LinkSettings settings;
     settings.deck = folder / "A.DATA";
     settings.grid = grid;
-    return ComposeDeck(settings, "link.py", {"WOPR"});
+    return ComposeDeck(settings, "link.py", {"WOPR"}, restart);
   }
   std::string FaultOf(const std::string& schedule, const std::string& runspec = "FIELD\n") {
     try {
@@ -28,15 +29,16 @@ class DeckComposer : public ::testing::Test {
     return "";
   }
   /// The lengths of the report steps after the adapter's own first one.
-  static std::vector<double> StepsOf(const ComposedDeck& deck) {
+  std::vector<double> StepsOf(const ComposedDeck& deck) {
     std::vector<double> steps;
-    size_t at = 0;
-    while ((at = deck.text.find("TSTEP\n", at)) != std::string::npos) {
-      steps.push_back(std::stod(deck.text.substr(at += 6)));
+    DeckTime last = deck.start;
+    for (const DeckKeyword& keyword : ReadDeckKeywords(folder.Write("COMPOSED.DATA", deck.text))) {
+      if (keyword.name != "DATES") continue;
+      const DeckTime time = ReadDeckDate(RecordsOf(keyword).front());
+      if (time - deck.start == std::chrono::seconds(43)) continue;
+      steps.push_back(std::chrono::duration<double>(time - last).count() / 86400.0);
+      last = time;
     }
-    EXPECT_DOUBLE_EQ(steps.at(0), kFirstStepDays);
-    steps.at(1) += kFirstStepDays;
-    steps.erase(steps.begin());
     return steps;
   }
 
@@ -57,9 +59,25 @@ TEST_F(DeckComposer, KeepsWhatTheDeckOrdersAtItsTime) {
   const std::string text = Compose("TSTEP\n 1 /\nWEFAC\n 'P' 0.5 /\n/\nTSTEP\n 1 /\n").text;
   const size_t order = text.find("WEFAC\n'P' 0.5 /\n/\n");
   ASSERT_NE(order, std::string::npos);
-  EXPECT_EQ(text.substr(order + 18), "TSTEP\n1 /\nEND\n");
+  EXPECT_EQ(text.substr(order + 18), "DATES\n17 'JAN' 2020 00:00:00 /\n/\nEND\n");
   EXPECT_LT(text.find("PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n"), order);
   EXPECT_NE(text.find("SUMMARY\nWOPR\n/\nSCHEDULE\n"), std::string::npos);
+}
+
+TEST_F(DeckComposer, GoesOnFromARestartWithItsCallBehindWhatIsSkipped) {
+  const std::string schedule = "WEFAC\n/\nTSTEP\n 1 /\nWECON\n/\nTSTEP\n 1 /\n";
+  const ComposedDeck deck =
+      Compose(schedule, "UNIFOUT\nSOLUTION\nEQUIL\n 1 /\n", RestartPoint{"A_2", 2, 1.0});
+  EXPECT_NE(deck.text.find("UNIFOUT\nUNIFIN\nSOLUTION\nRESTART\n'A_2' 2 /\nEQUIL\n"),
+            std::string::npos)
+      << deck.text;
+  const size_t begin = deck.text.find("SCHEDULE\n");
+  EXPECT_EQ(deck.text.substr(begin),
+            "SCHEDULE\nSKIPREST\nRPTRST\nBASIC=2 /\nWEFAC\n/\n"
+            "DATES\n16 'JAN' 2020 00:00:00 /\n/\nWECON\n/\n"
+            "PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n"
+            "DATES\n16 'JAN' 2020 00:00:43 /\n/\nDATES\n17 'JAN' 2020 00:00:00 /\n/\nEND\n");
+  EXPECT_EQ(deck.ends, (std::vector<double>{1.0 + kFirstStepDays, 2.0}));
 }
 
 TEST_F(DeckComposer, ReadsIncludedFilesFromTheirOwnFolders) {

@@ -1,34 +1,27 @@
 // Coupled runs with OPM Flow itself: host, module, adapter and flow together.
 
 #include <cmath>
-#include <cstdlib>
 
-#include <gtest/gtest.h>
-
+#include "flow_fixture.h"
 #include "program.h"
 
-namespace gantry::fieldrun::test {
+namespace gantry::flowlink::test {
 namespace {
 
 namespace fs = std::filesystem;
+using fieldrun::test::Outcome;
+using fieldrun::test::Table;
 
 constexpr double kAtmosphere = 14.696;
 
-class FlowRun : public ::testing::Test {
+class FlowRun : public WithFlow {
  protected:
-  void SetUp() override {
-    if (std::system("command -v flow >/dev/null") != 0) {
-      GTEST_SKIP() << "flow isn't installed (Debian package libopm-simulators-bin)";
-    }
-    fs::copy(fs::path(EXAMPLES) / "odeh", folder_.Path());
-  }
-
   Outcome Run(const std::string& caseFile, const std::vector<std::string>& more = {}) {
     std::vector<std::string> arguments = {"run",         (folder_ / caseFile).string(),
                                           "--simulator", FLOWLINK,
                                           "--output",    (folder_ / "out").string()};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return RunFieldrun(folder_, arguments);
+    return fieldrun::test::RunFieldrun(folder_, arguments);
   }
   void Change(const std::string& file, const std::string& part, const std::string& replacement) {
     std::string text = gantry::test::TestFolder::Read(folder_ / file);
@@ -36,15 +29,6 @@ class FlowRun : public ::testing::Test {
     ASSERT_NE(at, std::string::npos) << part;
     folder_.Write(file, text.replace(at, part.size(), replacement));
   }
-  /// Nothing that works in the test's folder is alive any more.
-  void ExpectNothingLeft() {
-    const std::string inFolder = "for p in /proc/[0-9]*; do [ \"$(readlink $p/cwd)\" = '" +
-                                 (folder_ / "ODEH_FLOW.flow").string() +
-                                 "' ] && exit 1; done; exit 0";
-    EXPECT_EQ(std::system(inFolder.c_str()), 0) << "flow is left behind";
-  }
-
-  gantry::test::TestFolder folder_;
 };
 
 /// The reported values of the producer at the ends of the steps, read at any time between.
@@ -81,6 +65,7 @@ void ExpectWithinOnePercent(double value, double reference, const std::string& w
 }
 
 TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
+  Copy(ODEH);
   const Outcome outcome = Run("flow.toml");
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   const Producer producer = ReadProducer(folder_ / "out");
@@ -97,10 +82,11 @@ TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
                            reference.Number(year, "bottom-hole pressure (psia)"),
                            "pressure" + when);
   }
-  ExpectNothingLeft();
+  WaitForAll();
 }
 
 TEST_F(FlowRun, ATubingBitesWhereTheReservoirAloneWouldNot) {
+  Copy(ODEH);
   const Outcome outcome = Run("flow_network.toml", {"--steps", "3"});
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   const Table wells(folder_ / "out" / "wells.csv");
@@ -110,6 +96,24 @@ TEST_F(FlowRun, ATubingBitesWhereTheReservoirAloneWouldNot) {
   EXPECT_LT(wells.Number(last, "oil (STB/d)"), 19700.0);
   ExpectWithinOnePercent(wells.Number(last, "reported oil (STB/d)"),
                          wells.Number(last, "oil (STB/d)"), "the rate that flow held");
+}
+
+/// A metric deck, with a second producer from the third step on.
+TEST_F(FlowRun, HoldsProducersAndAWaterInjectorAtWhatTheNetworkDecides) {
+  Copy(WATERFLOOD);
+  const Outcome outcome = Run("case.toml");
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const Table wells(folder_ / "out" / "wells.csv");
+  ASSERT_EQ(wells.Rows(), 12U);
+  for (size_t row = 0; row < wells.Rows(); row += 3) {
+    const bool isDrilled = row >= 6;
+    EXPECT_NEAR(wells.Number(row, "reported oil (Sm3/d)"), 45, 1e-3);
+    EXPECT_NEAR(wells.Number(row + 1, "reported oil (Sm3/d)"), isDrilled ? 25 : 0, 1e-3);
+    EXPECT_EQ(wells.Text(row + 1, "limited by"), isDrilled ? "liquid limit" : "no inflow");
+    EXPECT_NEAR(wells.Number(row + 2, "reported water (Sm3/d)"), 70, 1e-3);
+    EXPECT_GT(wells.Number(row + 2, "reported pressure (bara)"),
+              wells.Number(row, "reported pressure (bara)"));
+  }
 }
 
 struct Fault {
@@ -126,13 +130,14 @@ class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {}
 
 TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
   const Fault& fault = GetParam();
+  Copy(ODEH);
   Change(fault.file, fault.part, fault.replacement);
   const Outcome outcome = Run("flow.toml", {"--steps", "3"});
   EXPECT_EQ(outcome.status, 1);
   const size_t ofHost = outcome.err.find("fieldrun: ");
   ASSERT_NE(ofHost, std::string::npos) << outcome.err;
   EXPECT_NE(outcome.err.find(fault.text, ofHost), std::string::npos) << outcome.err;
-  ExpectNothingLeft();
+  WaitForAll();
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -146,6 +151,10 @@ INSTANTIATE_TEST_SUITE_P(
               "can't start no-such-flow: No such file or directory"},
         Fault{"ForeignNetwork", "ODEH.DATA", "WELSPECS", "GRUPTREE\n G1 FIELD /\n/\nWELSPECS",
               "GRUPTREE can't be taken over"},
+        Fault{"ForeignWell", "ODEH_FLOW.afi", "temperature = 200.0", "wells = [\"INJ\"]",
+              "Well PROD is left to the deck"},
+        Fault{"FlowEndsAtOnce", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"false\"",
+              "flow ended with status 1"},
         Fault{"NoSuchKeyword", "ODEH.DATA", "DISGAS", "DISGUST", "flow ended with status 1"},
         Fault{"NoConvergence", "ODEH_FLOW.afi", "temperature = 200.0",
               "flow_options = [\"--solver-max-restarts=1\", \"--newton-max-iterations=1\"]",
@@ -153,4 +162,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& fault) { return fault.param.name; });
 
 }  // namespace
-}  // namespace gantry::fieldrun::test
+}  // namespace gantry::flowlink::test

@@ -1,0 +1,52 @@
+#include "flowlink/flow_run.h"
+
+#include <fstream>
+
+#include "flowlink/flow_items.h"
+#include "flowlink/link_fault.h"
+#include "flowlink/link_script.h"
+
+namespace gantry::flowlink {
+
+namespace {
+
+constexpr const char* kScriptName = "flowlink_link.py";
+
+/// What flow is run with: without these a fork of it hangs, for want of its threads, or can't be
+/// told how long its one step is to be.
+const std::vector<std::string> kNeededOptions = {
+    "--threads-per-process=1", "--enable-async-ecl-output=false", "--enable-tuning=true"};
+
+void WriteFile(const std::filesystem::path& file, const std::string& text) {
+  std::ofstream out(file, std::ios::binary);
+  if (!(out << text << std::flush)) throw LinkFault("can't write " + file.string());
+}
+
+}  // namespace
+
+FlowRun::FlowRun(const LinkSettings& settings, const std::filesystem::path& folder,
+                 const std::string& name, const std::optional<RestartPoint>& restart)
+    : name_(name),
+      restart_(restart),
+      deck_(ComposeDeck(settings, kScriptName, SummaryVectors(), restart)),
+      process_(Start(settings, folder)),
+      link_(process_, SummaryVectors(), deck_.units, settings.secondsForQuestion) {}
+
+FlowProcess FlowRun::Start(const LinkSettings& settings, const std::filesystem::path& folder) {
+  WriteFile(folder / kScriptName, kLinkScript);
+  WriteFile(folder / (name_ + ".DATA"), deck_.text);
+  std::vector<std::string> arguments = {settings.program};
+  arguments.insert(arguments.end(), kNeededOptions.begin(), kNeededOptions.end());
+  arguments.insert(arguments.end(), settings.options.begin(), settings.options.end());
+  arguments.push_back(name_ + ".DATA");
+  return {arguments, folder, name_ + ".log"};
+}
+
+std::optional<RestartPoint> FlowRun::WayToStop() const {
+  const int before = restart_ ? restart_->report : 0;
+  const int report = link_.Stop().report;
+  if (report <= before + 1) return restart_;
+  return RestartPoint{name_, report, deck_.ends.at(static_cast<size_t>(report - before - 1))};
+}
+
+}  // namespace gantry::flowlink

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "flowlink/deck_composer.h"
+#include "flowlink/flow_link.h"
+#include "flowlink/flow_process.h"
+#include "flowlink/link_settings.h"
+
+namespace gantry::flowlink {
+
+/// One run of flow: from the deck's start, or from a point that an earlier run has come through.
+/// Its end is the end of flow.
+class FlowRun {
+ public:
+  /// Writes the deck NAME.DATA into the folder, starts flow on it and waits for the end of its
+  /// first tiny step. Throws `LinkFault`.
+  FlowRun(const LinkSettings& settings, const std::filesystem::path& folder,
+          const std::string& name, const std::optional<RestartPoint>& restart);
+
+  const ComposedDeck& Deck() const { return deck_; }
+  FlowLink& Link() { return link_; }
+  const FlowLink& Link() const { return link_; }
+
+  /// From where the present stop is come to again by another run; empty for the deck's start. A
+  /// stop behind the tiny step is come to from where this run came.
+  std::optional<RestartPoint> WayToStop() const;
+
+ private:
+  FlowProcess Start(const LinkSettings& settings, const std::filesystem::path& folder);
+
+  std::string name_;
+  std::optional<RestartPoint> restart_;
+  ComposedDeck deck_;
+  FlowProcess process_;
+  FlowLink link_;
+};
+
+}  // namespace gantry::flowlink
