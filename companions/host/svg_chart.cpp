@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kWidth = 400;
 constexpr double kLeft = 52;
-constexpr double kRight = 20;  // half of the last label stands beyond the axis
+constexpr double kRight = 26;  // half of the last label stands beyond the axis
 constexpr double kTop = 10;
 constexpr double kBottom = 24;       // the labels of the x axis
 constexpr double kTitleRoom = 16;    // the title below them, where there is one
