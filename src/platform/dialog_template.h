@@ -48,10 +48,10 @@ struct ControlRow {
 
 /// What a dialog is made of. The order of the rows is the order of the tab key.
 struct DialogTemplate {
-  int id;
-  const char* caption;
-  int width;  ///< of the client area, in dialog units
-  int height;
+  int id = 0;
+  const char* caption = "";
+  int width = 0;  ///< of the client area, in dialog units
+  int height = 0;
   std::span<const ControlRow> controls;
   bool isResizable = false;
 };

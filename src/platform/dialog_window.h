@@ -28,7 +28,7 @@ struct PixelSize {
 
 struct ListColumn {
   std::string title;
-  int width;  ///< pixels at 96 dots to the inch
+  int width = 0;  ///< pixels at 96 dots to the inch
 };
 
 /// One item of a tree, its check box and branches as the user sees them.

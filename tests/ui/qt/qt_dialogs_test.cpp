@@ -306,6 +306,10 @@ TEST_F(QtDialogs, TakeTenThousandWells) {
     open.Click(export_id::kAdd);
     auto* tree = open.At<QTreeView>(export_id::kVariables);
     EXPECT_EQ(tree->model()->rowCount(), 10000);
+    open.Click(export_id::kCollapseAll);
+    EXPECT_FALSE(tree->isExpanded(tree->model()->index(9999, 0)));
+    open.Click(export_id::kExpandAll);
+    EXPECT_TRUE(tree->isExpanded(tree->model()->index(9999, 0)));
     open.Click(export_id::kInvertWells);
     open.Click(kOkButton);
   });

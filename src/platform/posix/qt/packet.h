@@ -32,7 +32,7 @@ class Packet {
   template <class Value>
   Packet& Put(const Value& value) {
     if constexpr (requires { FieldsOf(value); }) {
-      std::apply([this](const auto&... fields) { (Put(fields), ...); }, FieldsOf(value));
+      std::apply([this](const auto&... fields) { (this->Put(fields), ...); }, FieldsOf(value));
     } else if constexpr (requires { value.has_value(); }) {
       Put(value.has_value());
       if (value.has_value()) Put(*value);
@@ -66,7 +66,7 @@ class Packet {
   template <class Value>
   void TakeInto(Value& value) {
     if constexpr (requires { FieldsOf(value); }) {
-      std::apply([this](auto&... fields) { (TakeInto(fields), ...); }, FieldsOf(value));
+      std::apply([this](auto&... fields) { (this->TakeInto(fields), ...); }, FieldsOf(value));
     } else if constexpr (requires { value.has_value(); }) {
       if (Take<bool>()) TakeInto(value.emplace());
     } else if constexpr (requires { value.c_str(); }) {

@@ -125,7 +125,7 @@ void QtDialog::ExpandTree(int id, bool isExpanded) {
   auto* tree = Find<TreeView>(id);
   if (tree == nullptr) return;
   if (isExpanded) {
-    tree->expandAll();
+    tree->ExpandAll();
   } else {
     tree->collapseAll();
   }

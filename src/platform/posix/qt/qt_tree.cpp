@@ -121,15 +121,24 @@ void TreeView::SetItems(std::vector<TreeItem> items) {
                                              .data)
           : 0;
   model_->SetItems(std::move(items));
-  const auto& shown = model_->Items();
-  // While a layout is due, an expansion is only noted, whatever the length of the tree.
-  scheduleDelayedItemsLayout();
-  for (size_t i = 0; i < shown.size(); ++i) {
-    if (shown[i].isExpanded) expand(model_->index(static_cast<int>(i), 0, {}));
-  }
-  executeDelayedItemsLayout();
+  ExpandWhere([](const TreeItem& item) { return item.isExpanded; });
   if (chosen != 0) setCurrentIndex(IndexOf(chosen));
   verticalScrollBar()->setValue(scrolled);
+}
+
+void TreeView::ExpandWhere(const std::function<bool(const TreeItem&)>& isWanted) {
+  const auto& items = model_->Items();
+  // While a layout is due, an expansion is only noted, whatever the length of the tree. The view's
+  // own way to expand all notes every child too, at a cost that grows with their square.
+  scheduleDelayedItemsLayout();
+  for (size_t i = 0; i < items.size(); ++i) {
+    if (isWanted(items[i])) expand(model_->index(static_cast<int>(i), 0, {}));
+  }
+  executeDelayedItemsLayout();
+}
+
+void TreeView::ExpandAll() {
+  ExpandWhere([](const TreeItem&) { return true; });
 }
 
 std::vector<TreeItem> TreeView::Items() const {

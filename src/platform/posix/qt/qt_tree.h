@@ -49,8 +49,10 @@ class TreeView : public QTreeView {
   /// As the user has left them, branches included.
   std::vector<TreeItem> Items() const;
   void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
+  void ExpandAll();
 
  private:
+  void ExpandWhere(const std::function<bool(const TreeItem&)>& isWanted);
   QModelIndex IndexOf(uintptr_t wanted) const;
 
   TreeModel* model_;
