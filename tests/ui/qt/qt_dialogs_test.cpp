@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -177,6 +178,30 @@ TEST_F(QtDialogs, AddAPropertyThroughADialogOverTheDialogAndDeleteIt) {
     EXPECT_EQ(list->topLevelItemCount(), 0);
   });
   EXPECT_TRUE(config.UserProperties.empty());
+}
+
+TEST_F(QtDialogs, PickAFileByItsNameWithItsExtensionOrWithout) {
+  folder.Write("ix", "");
+  const std::string dataset = folder.Write("case.afi", "").string();
+  StoppedCase edited;
+  CCaseSettingsDlg dialog(edited, config);
+  Run(dialog, [&](const OpenDialog& open) {
+    for (const auto& [button, name] : {std::pair{case_settings_id::kBrowseSimulator, "ix"},
+                                       {case_settings_id::kBrowseDataset, "case"}}) {
+      QTimer::singleShot(0, host.get(), [this, typed = QString::fromLatin1(name)] {
+        auto* picker = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(picker, nullptr);
+        picker->setDirectory(QString::fromStdString(folder.Path().string()));
+        auto* edit = picker->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QTest::keyClicks(edit, typed);
+        QTest::keyClick(edit, Qt::Key_Return);
+        if (picker->isVisible()) QTest::keyClick(picker, Qt::Key_Escape);
+      });
+      open.Click(button);
+    }
+    EXPECT_EQ(edited.settings.SimExeName, (folder / "ix").string());
+    EXPECT_EQ(edited.settings.FileName, dataset);
+  });
 }
 
 TEST_F(QtDialogs, TakeTheAdvancedSettingByKeyboardAlone) {

@@ -4,6 +4,7 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QThread>
 #include <QUrl>
@@ -27,6 +28,29 @@ QStringList NameFilters(const char* filters) {
   return names << every;
 }
 
+/// Picks an existing file. A name that is typed gets the extension only where there is no file of
+/// the name alone: executables have none here.
+class FilePicker : public QFileDialog {
+ public:
+  FilePicker(const FileRequest& request, QWidget* parent)
+      : QFileDialog(parent), extension_(QString::fromLatin1(request.defaultExtension)) {
+    setOption(QFileDialog::DontUseNativeDialog);
+    setFileMode(QFileDialog::ExistingFile);
+    setNameFilters(NameFilters(request.filters));
+  }
+
+ protected:
+  void accept() override {
+    auto* const edit = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    const QString longer = edit->text() + u'.' + extension_;
+    if (!directory().exists(edit->text()) && directory().exists(longer)) edit->setText(longer);
+    QFileDialog::accept();
+  }
+
+ private:
+  QString extension_;
+};
+
 }  // namespace
 
 void QtDialog::ShowMessage(const std::string& text) {
@@ -35,11 +59,7 @@ void QtDialog::ShowMessage(const std::string& text) {
 }
 
 std::optional<std::string> QtDialog::AskForFile(const FileRequest& request) {
-  QFileDialog dialog(this);
-  dialog.setOption(QFileDialog::DontUseNativeDialog);
-  dialog.setFileMode(QFileDialog::ExistingFile);
-  dialog.setNameFilters(NameFilters(request.filters));
-  dialog.setDefaultSuffix(QString::fromLatin1(request.defaultExtension));
+  FilePicker dialog(request, this);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
 }
