@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <ranges>
 #include <sstream>
 #include <vector>
 
@@ -17,6 +18,12 @@ Lines SplitLines(const std::string& text) {
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
+}
+
+std::string JoinLines(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
 }
 
 std::string Trimmed(const std::string& text) {
@@ -96,9 +103,29 @@ std::string WithSimulatorKeys(const std::string& text,
   Lines added;
   for (const auto& [key, value] : missing) added.push_back(fmt::format("{} = {}", key, value));
   lines.insert(last + 1, added.begin(), added.end());
-  std::string result;
-  for (const std::string& line : lines) result += line + "\n";
-  return result;
+  return JoinLines(lines);
+}
+
+std::string WithControl(const std::string& text, const CaseModel& caseModel,
+                        const std::string& control) {
+  Lines lines = SplitLines(text);
+  // From the last well to the first: a line that comes in moves none that is still to be found.
+  for (const WellSpec& well : caseModel.wells | std::views::reverse) {
+    if (well.Kind() != WellKind::kProducer) continue;
+    const bool isThere = well.keyLines.contains("control");
+    const char* const key = isThere ? "control" : "kind";
+    const auto number = static_cast<size_t>(well.LineOf(key));
+    if (number == 0 || number > lines.size() || KeyOf(lines[number - 1]) != key) {
+      caseModel.Fail(well.LineOf(key), "a control mode can only be written to a line of its own");
+    }
+    const auto line = lines.begin() + static_cast<Lines::difference_type>(number) - 1;
+    if (isThere) {
+      *line = WithValue(*line, control);
+    } else {
+      lines.insert(line + 1, "control = " + control);
+    }
+  }
+  return JoinLines(lines);
 }
 
 }  // namespace gantry::fieldrun

@@ -1,9 +1,11 @@
 // The module's dialogs, over the screen: fieldrun has no window of its own.
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <ranges>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -13,6 +15,9 @@
 #include "host/terminal.h"
 #include "host/verbs.h"
 #include "platform/window.h"
+#include "settings/case_data.h"
+#include "settings/link_settings.h"
+#include "settings/static_well_data.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -62,12 +67,50 @@ Values Changes(const Values& before, const Values& after) {
   return changes;
 }
 
-void WriteBack(const std::string& path, const Values& changes) {
-  if (changes.empty()) return;
-  std::ifstream file(path, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  OutputFile output(path);
-  output.Write(WithSimulatorKeys(text, changes));
+/// The control modes as a case file has them, by the module's numbers.
+constexpr std::array<const char*, 4> kControlWords = {"\"rate\"", "\"combined\"", "\"liquid\"",
+                                                      "\"gas\""};
+
+/// Tells the module of the case's producers, as a loaded case does: without a simulator it knows no
+/// well and keeps no choice for any. False when there are none, or more than a case can hold.
+bool LoadProducers(DriverModel& model, const CaseModel& caseModel) {
+  LinkSettings settings;
+  StaticWellDataCollection wells;
+  std::vector<std::string> componentNames;
+  for (const WellSpec& spec : caseModel.wells) {
+    if (spec.Kind() != WellKind::kProducer) continue;
+    StaticWellData& well = wells.Items.emplace_back();
+    well.Name = spec.name;
+    well.Connected = spec.connected;
+    well.OpMode = spec.control;
+  }
+  std::string block(kCaseDataCapacity, '\0');
+  const CaseDataOutcome outcome = WriteCaseData(block, {settings, wells, componentNames});
+  if (wells.Items.empty() || outcome != CaseDataOutcome::kDone) return false;
+  model.LoadCase(block, caseModel.file, true);
+  return true;
+}
+
+/// The control mode that the dialog shows for all wells: the last producer's.
+std::string ReadControl(DriverModel& model, const CaseModel& caseModel) {
+  const auto last = std::ranges::find(caseModel.wells | std::views::reverse, WellKind::kProducer,
+                                      &WellSpec::Kind);
+  const std::string mode =
+      model.Get(fmt::format("Intersect.StaticWell[{{{}}}].OpMode", last->name));
+  const size_t number =
+      mode.size() == 1 ? static_cast<size_t>(mode[0] - '0') : kControlWords.size();
+  return number < kControlWords.size() ? kControlWords[number] : mode;
+}
+
+/// `control` is for all producers; empty leaves them as they are.
+void WriteBack(const CaseModel& caseModel, const Values& changes, const std::string& control) {
+  if (changes.empty() && control.empty()) return;
+  std::ifstream file(caseModel.file, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  if (!control.empty()) text = WithControl(text, caseModel, control);
+  if (!changes.empty()) text = WithSimulatorKeys(text, changes);
+  OutputFile output(caseModel.file);
+  output.Write(text);
   output.Finish();
 }
 
@@ -90,13 +133,20 @@ void OpenSettings(const Session& session) {
   void* const screen = RequireScreen();
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
+  const bool hasWells = session.options.blockFile.empty() && LoadProducers(model, caseModel);
   PrepareModel(model, caseModel, session.options);
   const Values before = ReadSettings(model);
+  const std::string controlBefore = hasWells ? ReadControl(model, caseModel) : "";
   const bool isStart = model.OpenDialog(kEdit, screen);
   // "OK" keeps the settings too, although only "Start" counts as accepted.
   const Values changes = Changes(before, ReadSettings(model));
-  WriteBack(session.options.caseFile, changes);
+  // The dialog gives every well the mode that it shows, also where the user chose none: wells of
+  // different modes keep them unless another was chosen.
+  std::string control = hasWells ? ReadControl(model, caseModel) : "";
+  if (control == controlBefore) control.clear();
+  WriteBack(caseModel, changes, control);
   for (const auto& [key, value] : changes) fmt::print(UserOutput(), "{} = {}\n", key, value);
+  if (!control.empty()) fmt::print(UserOutput(), "control = {}\n", control);
   if (isStart) {
     fmt::print(UserOutput(), "Start it with: fieldrun run {}\n", session.options.caseFile);
   }

@@ -35,6 +35,30 @@ TEST(CaseWriter, AddsTheSectionToAFileWithoutOne) {
   EXPECT_EQ(WithSimulatorKeys("", {{"parallel", "2"}}), "[simulator]\nparallel = 2\n");
 }
 
+TEST(CaseWriter, GivesEveryProducerAnotherControlAndLeavesAllElse) {
+  CaseModel model;
+  model.file = "case.toml";
+  const auto add = [&model](WellKind kind, int kindLine, int controlLine) {
+    WellSpec& well = model.wells.emplace_back();
+    well.kind = static_cast<int>(kind);
+    well.keyLines["kind"] = kindLine;
+    if (controlLine > 0) well.keyLines["control"] = controlLine;
+  };
+  add(WellKind::kProducer, 2, 0);
+  add(WellKind::kWaterInjector, 5, 0);
+  add(WellKind::kProducer, 8, 7);
+  const std::string text =
+      "[[well]]\nkind = \"producer\"\nname = \"A\"\n"
+      "[[well]]\nkind = \"water_injector\"\n"
+      "[[well]]\n  control = \"gas\"  # lean\nkind = \"producer\"\n";
+  EXPECT_EQ(WithControl(text, model, "\"liquid\""),
+            "[[well]]\nkind = \"producer\"\ncontrol = \"liquid\"\nname = \"A\"\n"
+            "[[well]]\nkind = \"water_injector\"\n"
+            "[[well]]\n  control = \"liquid\"  # lean\nkind = \"producer\"\n");
+  EXPECT_THROW(WithControl("\nwell = [{kind = \"producer\"}]\n" + text, model, "\"gas\""),
+               CaseError);
+}
+
 TEST(CaseWriter, QuotesTexts) {
   EXPECT_EQ(TomlText("C:\\a\t\"b\""), "\"C:\\\\a\\u0009\\\"b\\\"\"");
 }

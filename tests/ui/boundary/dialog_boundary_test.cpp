@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include "companions/host/program/program.h"
+#include "host/case_reader.h"
 #include "integration/real_run.h"
 #include "platform/registry.h"
 #include "settings/machine_config.h"
+#include "settings/static_well_data.h"
 #include "ui/boundary/person.h"
 #include "ui/qt/private_display.h"
 
@@ -208,6 +211,31 @@ TEST_F(HostOnADisplay, ConfiguresTheMachine) {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
   EXPECT_EQ(key->ReadText("MPIExecutable"), "/opt/MPI exec");
   EXPECT_EQ(key->ReadNumber("StartPort"), 9001u);
+}
+
+TEST_F(HostOnADisplay, KeepsTheControlThatIsChosenForACaseWithoutASimulator) {
+  const test::TestFolder folder;
+  const std::string path = fieldrun::test::ChangedExample(folder, "five_spot", "[case]", "[case]");
+  const std::string original = test::TestFolder::Read(path);
+  for (const bool isChanged : {false, true}) {
+    fieldrun::test::Outcome outcome;
+    Person().While(
+        [&] {
+          outcome = fieldrun::test::RunFieldrun(folder, {"edit", path});
+        },
+        [&](const Person& person) {
+          person.TurnTo("Intersect Case Settings");
+          person.Press(kTab, 9);
+          if (isChanged) person.Press(test::kUp);
+          person.Press(kEnter);
+        });
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, isChanged ? "control = \"liquid\"\n" : "");
+    EXPECT_EQ(test::TestFolder::Read(path) == original, !isChanged);
+  }
+  for (const fieldrun::WellSpec& well : fieldrun::ReadCase(path).wells) {
+    EXPECT_EQ(well.control, well.Kind() == fieldrun::WellKind::kProducer ? kControlLiquid : 0);
+  }
 }
 
 }  // namespace

@@ -9,7 +9,13 @@ struct xcb_connection_t;
 namespace gantry::test {
 
 /// Keys of no letter, by their number on every display.
-enum Key : uint32_t { kTab = 0xFF09, kEnter = 0xFF0D, kEscape = 0xFF1B, kDown = 0xFF54 };
+enum Key : uint32_t {
+  kTab = 0xFF09,
+  kEnter = 0xFF0D,
+  kEscape = 0xFF1B,
+  kUp = 0xFF52,
+  kDown = 0xFF54
+};
 
 /// A window of this process on the display in DISPLAY, as a host has one for its dialogs.
 class HostWindow {
