@@ -70,6 +70,8 @@ struct PublishedVariable {
   std::string wellName;
   std::string shortName;
   uint32_t code = 0;
+
+  bool operator==(const PublishedVariable&) const = default;
 };
 
 /// Reads what the module says of itself, with no model made.

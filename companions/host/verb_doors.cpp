@@ -40,6 +40,16 @@ std::pair<int, std::string> ParseWrite(const std::string& text) {
   return {handle, text.substr(equals + 1)};
 }
 
+/// Saves the case for its state file's sake. The module tells nobody when that can't be written.
+void KeepVariables(const Session& session, DriverModel& model, const std::string& storeFile) {
+  if (storeFile.empty()) return;
+  model.SaveCase();
+  DriverModel reader(session.api, session.trace);
+  reader.SetStoreFile(storeFile, true);
+  if (reader.PublishedVariables() == model.PublishedVariables()) return;
+  throw std::runtime_error("The variables couldn't be kept in " + storeFile);
+}
+
 void ListVariables(DriverModel& model, bool asJson) {
   std::vector<PrintedRow> rows;
   for (const PublishedVariable& variable : model.PublishedVariables()) {
@@ -149,7 +159,7 @@ void ServeVariables(const Session& session) {
   for (const int handle : options.deleteHandles) model.DeletePublished(handle);
   Publish(model, additions, caseModel.simulator.storeFile);
   const bool isChanged = !additions.empty() || !options.deleteHandles.empty();
-  if (isChanged && !caseModel.simulator.storeFile.empty()) model.SaveCase();
+  if (isChanged) KeepVariables(session, model, caseModel.simulator.storeFile);
   for (const auto& [handle, value] : writes) model.WritePublished(handle, value);
   if (options.readHandles.empty()) return ListVariables(model, options.json);
   std::vector<PrintedRow> rows;

@@ -190,6 +190,12 @@ TEST_F(Program, KeepsTheVariablesThatAreAddedAndDeleted) {
   ASSERT_EQ(Run({"variables", Path("case.toml"), "--delete", "-1"}).status, 0);
   EXPECT_EQ(Run({"variables", Path("case.toml")}).out.find("Oil"), std::string::npos);
   EXPECT_EQ(Run({"variables", Path("case.toml"), "--add", "P1:Colour"}).status, 2);
+
+  fs::remove(folder_ / "case.state");
+  fs::create_directory(folder_ / "case.state");  // which no file can take the place of
+  const Outcome lost = Run({"variables", Path("case.toml"), "--add", oil});
+  EXPECT_EQ(lost.status, 1);
+  EXPECT_NE(lost.err.find("couldn't be kept in"), std::string::npos) << lost.err;
 }
 
 TEST_F(Program, WritesTheDescriptionOfChosenWells) {
