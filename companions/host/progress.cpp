@@ -26,11 +26,13 @@ void Progress::Started(const RunStart& start) {
   stepCount_ = start.stepCount;
   wells_ = start.wells;
   if (!showsTable_) return;
-  fmt::print(UserOutput(), "{}\n{} wells, {} steps over {:g} days from {}{}\n\n", start.deck,
-             start.wells.size(), start.stepCount, start.totalDays, ToText(start.start),
+  fmt::print(UserOutput(), "{}\n{}, {} over {:g} days from {}{}\n\n", start.deck,
+             Counted(start.wells.size(), "well"), Counted(start.stepCount, "step"), start.totalDays,
+             ToText(start.start),
              start.unconnectedWells == 0
                  ? ""
-                 : fmt::format("; {} wells left to the simulator", start.unconnectedWells));
+                 : "; " + Counted(static_cast<size_t>(start.unconnectedWells), "well") +
+                       " left to the simulator");
   fmt::print(UserOutput(), "{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "step",
              "date", "days", "oil", "water", "gas", "water inj", "gas inj", "open");
   const std::string_view liquid = UnitName(kLiquidRate, units_);
@@ -67,7 +69,7 @@ void Progress::Ended(const RunEnd& end) {
   if (!showsTable_ || !end.failure.empty()) return;
   const char* how =
       end.endedBySimulator ? "the simulator has come to its own end" : "the run is complete";
-  fmt::print(UserOutput(), "\n{} steps: {}\n", end.steps, how);
+  fmt::print(UserOutput(), "\n{}: {}\n", Counted(end.steps, "step"), how);
 }
 
 void Progress::Notice(const std::string& text) {

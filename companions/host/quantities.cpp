@@ -51,4 +51,8 @@ std::string_view UnitName(Quantity quantity, UnitSystem system) {
   return system == UnitSystem::kField ? Of(quantity).fieldUnit : Of(quantity).metricUnit;
 }
 
+std::string Counted(size_t count, std::string_view noun) {
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
 }  // namespace gantry::fieldrun

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace gantry::fieldrun {
@@ -28,7 +29,10 @@ enum class UnitSystem { kField, kMetric };
 double ToInternal(double value, Quantity quantity, UnitSystem system);
 double FromInternal(double value, Quantity quantity, UnitSystem system);
 
-/// The unit's name as it stands in tables and headings: "STB/d", "bar". Empty for a plain number.
+/// The unit's name as it stands in tables and headings: "STB/d", "bara". Empty for a plain number.
 std::string_view UnitName(Quantity quantity, UnitSystem system);
+
+/// "1 well", "5 wells".
+std::string Counted(size_t count, std::string_view noun);
 
 }  // namespace gantry::fieldrun

@@ -73,10 +73,10 @@ std::string Report::Head() const {
   const RunStart& start = history_.start;
   const double days = history_.field.empty() ? 0 : history_.field.back().endDays;
   const Date end = FromDayNumber(DayNumber(start.start) + static_cast<int>(std::lround(days)));
-  std::string html =
-      fmt::format("<h1>{}</h1>\n<p class=\"soft\">{} to {} in {} steps, {} wells. {}.</p>\n",
-                  EscapeHtml(model_.general.title), ToText(start.start), ToText(end),
-                  history_.field.size(), start.wells.size(), EscapeHtml(start.driver));
+  std::string html = fmt::format("<h1>{}</h1>\n<p class=\"soft\">{} to {} in {}, {}. {}.</p>\n",
+                                 EscapeHtml(model_.general.title), ToText(start.start), ToText(end),
+                                 Counted(history_.field.size(), "step"),
+                                 Counted(start.wells.size(), "well"), EscapeHtml(start.driver));
   if (history_.end.endedBySimulator) {
     html += "<p class=\"soft\">The simulator came to its own end.</p>\n";
   }
