@@ -14,8 +14,9 @@ namespace gantry::test {
 std::unique_ptr<PrivateDisplay> PrivateDisplay::Start(std::string& reason) {
   int ends[2];
   if (::pipe(ends) != 0) return nullptr;
-  // Ends with its last client, whatever becomes of this process, and holds none of its files.
-  std::string words[] = {"Xvfb", "-displayfd",   "3",         "-terminate", "-screen",
+  // Ends some seconds after its last client, whatever becomes of this process, and holds none of
+  // its files. At once would be too soon: a stranger may come and go before this process has come.
+  std::string words[] = {"Xvfb", "-displayfd",   "3",         "-terminate", "10", "-screen",
                          "0",    "1600x1200x24", "-nolisten", "tcp"};
   char* arguments[std::size(words) + 1] = {};
   for (size_t i = 0; i < std::size(words); ++i) arguments[i] = words[i].data();
