@@ -206,7 +206,7 @@ void Sweep::EncodeRequests() {
   std::vector<const Strings*> constraintItems;
   constraintItems.reserve(ladders_.size());
   for (const Ladder& ladder : ladders_) constraintItems.push_back(&ladder.kind->constraintItems);
-  client_.encode_constraints(wells_, constraintItems, "USER", workspace_.constraints);
+  client_.encode_user_constraints(wells_, constraintItems, workspace_.constraints);
   for (size_t well = 0; well < ladders_.size(); ++well) LimitWell(well, 1.0);
 }
 

@@ -65,10 +65,13 @@ class IntersectClientBase {
   void set_constraints_for_wells(const Strings& wells, const std::vector<Strings>& items,
                                  const std::vector<Doubles>& values,
                                  const std::vector<Strings>& setters);
-  /// The same for a caller that sends time and again what differs in values alone, all in the name
-  /// of one setter. The values are zero until they are set.
-  void encode_constraints(const Strings& wells, std::span<const Strings* const> items,
-                          std::string_view setter, EncodedConstraints& constraints);
+  /// The same with the user as the setter of each.
+  void set_user_constraints_for_wells(const Strings& wells, const std::vector<Strings>& items,
+                                      const std::vector<Doubles>& values);
+  /// The same for a caller that sends time and again what differs in values alone. The values are
+  /// zero until they are set.
+  void encode_user_constraints(const Strings& wells, std::span<const Strings* const> items,
+                               EncodedConstraints& constraints);
   void set_constraints_for_wells(const EncodedConstraints& constraints);
   void set_status_for_wells(const Strings& wells, const Strings& statuses,
                             const std::string& closure);

@@ -5,20 +5,14 @@ namespace gantry {
 
 namespace {
 
-/// The outer lists against each other, then each well's items against its values and setters. The
-/// text of the latter gives the outer counts, which are equal by then: settled, and kept.
-void CheckConstraintSizes(const Strings& wells, const std::vector<Strings>& items,
-                          const std::vector<Doubles>& values, const std::vector<Strings>& setters) {
-  constexpr std::string_view kOperation = "set_constraints_for_wells";
-  CheckSizes(kOperation, {1, wells.size()}, {2, items.size()});
-  CheckSizes(kOperation, {1, wells.size()}, {3, values.size()});
-  CheckSizes(kOperation, {1, wells.size()}, {4, setters.size()});
-  for (size_t i = 0; i < wells.size(); ++i) {
-    for (const ListArgument inner : {ListArgument{3, values[i].size()}, {4, setters[i].size()}}) {
-      if (items[i].size() == inner.size) continue;
-      FailSizes(kOperation, {2, wells.size()}, {inner.number, items.size()});
-    }
-  }
+constexpr std::string_view kSetConstraints = "set_constraints_for_wells";
+constexpr std::string_view kUser = "USER";
+
+/// One well's items against another of its lists. The text gives the outer counts, which are equal
+/// by then: settled, and kept.
+void CheckItems(const Strings& items, ListArgument list, size_t wellCount) {
+  if (items.size() == list.size) return;
+  FailSizes(kSetConstraints, {2, wellCount}, {list.number, wellCount});
 }
 
 }  // namespace
@@ -36,7 +30,13 @@ void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
                                                     const std::vector<Strings>& items,
                                                     const std::vector<Doubles>& values,
                                                     const std::vector<Strings>& setters) {
-  CheckConstraintSizes(wells, items, values, setters);
+  CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
+  CheckSizes(kSetConstraints, {1, wells.size()}, {3, values.size()});
+  CheckSizes(kSetConstraints, {1, wells.size()}, {4, setters.size()});
+  for (size_t i = 0; i < wells.size(); ++i) {
+    CheckItems(items[i], {3, values[i].size()}, wells.size());
+    CheckItems(items[i], {4, setters[i].size()}, wells.size());
+  }
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
   for (size_t i = 0; i < wells.size(); ++i) {
     message.AppendString("WELLNAME", wells[i])
@@ -47,11 +47,28 @@ void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
   SendAndAwaitReady(message);
 }
 
-void IntersectClientBase::encode_constraints(const Strings& wells,
-                                             std::span<const Strings* const> items,
-                                             std::string_view setter,
-                                             EncodedConstraints& constraints) {
-  CheckSizes("set_constraints_for_wells", {1, wells.size()}, {2, items.size()});
+void IntersectClientBase::set_user_constraints_for_wells(const Strings& wells,
+                                                         const std::vector<Strings>& items,
+                                                         const std::vector<Doubles>& values) {
+  CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
+  CheckSizes(kSetConstraints, {1, wells.size()}, {3, values.size()});
+  for (size_t i = 0; i < wells.size(); ++i) {
+    CheckItems(items[i], {3, values[i].size()}, wells.size());
+  }
+  OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
+  for (size_t i = 0; i < wells.size(); ++i) {
+    message.AppendString("WELLNAME", wells[i])
+        .AppendStrings("ITEMS", items[i])
+        .AppendDoubles("VALUES", values[i])
+        .AppendRepeated("SETTERS", items[i].size(), kUser);
+  }
+  SendAndAwaitReady(message);
+}
+
+void IntersectClientBase::encode_user_constraints(const Strings& wells,
+                                                  std::span<const Strings* const> items,
+                                                  EncodedConstraints& constraints) {
+  CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
   constraints.values.clear();
   Doubles values;
@@ -61,7 +78,7 @@ void IntersectClientBase::encode_constraints(const Strings& wells,
         .AppendStrings("ITEMS", *items[i])
         .AppendDoubles("VALUES", values);
     constraints.values.push_back(message.Size() - values.size() * sizeof(double));
-    message.AppendRepeated("SETTERS", values.size(), setter);
+    message.AppendRepeated("SETTERS", values.size(), kUser);
   }
   message.AppendMarker("END").KeepAs(constraints.message);
 }

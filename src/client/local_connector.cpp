@@ -136,13 +136,13 @@ void CExtConnectorLocalBase::SetWellConstraints(const Strings& wells,
   if (items.size() != wells.size() || !HaveSizesOf(items, values) || !HaveSizesOf(items, codes)) {
     throw std::runtime_error("Incorrect argument dimensions passed to SetWellConstraints");
   }
-  std::vector<Doubles> converted = values;
-  for (size_t i = 0; i < converted.size(); ++i) {
-    for (size_t j = 0; j < converted[i].size(); ++j) {
-      converted[i][j] = unitConverter->ToSimulator(converted[i][j], codes[i][j]);
+  convertedValues_ = values;
+  for (size_t i = 0; i < values.size(); ++i) {
+    for (size_t j = 0; j < values[i].size(); ++j) {
+      convertedValues_[i][j] = unitConverter->ToSimulator(values[i][j], codes[i][j]);
     }
   }
-  SetConstraintsOfWells(Client(), wells, items, converted);
+  SetConstraintsOfWells(Client(), wells, items, convertedValues_);
 }
 
 }  // namespace gantry

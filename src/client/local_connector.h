@@ -59,6 +59,7 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   uint32_t port_;
   IntersectClientBase* client_ = nullptr;
   InflowWorkspace inflowWorkspace_;
+  std::vector<Doubles> convertedValues_;  ///< of the last constraints; only for its storage
 };
 
 }  // namespace gantry

@@ -119,11 +119,7 @@ void SetUptimeOfWells(IntersectClientBase& client, const Strings& wells, const D
 
 void SetConstraintsOfWells(IntersectClientBase& client, const Strings& wells,
                            const std::vector<Strings>& items, const std::vector<Doubles>& values) {
-  if (wells.empty()) return;
-  std::vector<Strings> setters;
-  setters.reserve(items.size());
-  for (const Strings& row : items) setters.emplace_back(row.size(), "USER");
-  client.set_constraints_for_wells(wells, items, values, setters);
+  if (!wells.empty()) client.set_user_constraints_for_wells(wells, items, values);
 }
 
 }  // namespace gantry

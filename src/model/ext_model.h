@@ -11,6 +11,7 @@
 #include "host/boundary/ext_interface.h"
 #include "model/calendar_date.h"
 #include "model/inflow_library.h"
+#include "model/step_orders.h"
 #include "platform/lock.h"
 #include "remote/job_session.h"
 #include "settings/exported_variables.h"
@@ -174,6 +175,7 @@ class CExtModel : public CExtInterface {
   bool InCalculatorStep = false;  ///< the inflow library is stepping the simulator
   std::unique_ptr<const FluidModelRecord> fluidRecord_;  ///< null where the host gets none
   std::vector<ConnectorWellRecord> wellRecords_;  ///< empty between reads; only for its storage
+  StepOrders orders_;                             ///< of the last step; only for its storage
   std::unique_ptr<_tGetSetData> spareState_;  ///< zero but for its first points; kept between wells
 };
 

@@ -47,7 +47,8 @@ int32_t CExtModel::ApplyOperatingPoints(ExtErrorBlock* err) {
                            .compositional = Compositional,
                            .reevaluate = Compositional && !InCalculatorStep};
   try {
-    DrawUpOrders(Sources, Wells, rules).Send(*Session->Connector);
+    DrawUpOrders(Sources, Wells, rules, orders_);
+    orders_.Send(*Session->Connector);
     OpPointsApplied = true;
     return 0;
   } catch (const std::exception& failure) {

@@ -1,7 +1,5 @@
 #include "model/step_orders.h"
 
-#include <utility>
-
 #include "client/name_index.h"
 #include "model/ipr_table.h"
 
@@ -15,7 +13,9 @@ constexpr double kDeadLiquidRate = 0.1;
 /// Draws up the orders of one well after the other.
 class OrderBook {
  public:
-  explicit OrderBook(const StepRules& rules) : rules_(rules) {}
+  OrderBook(const StepRules& rules, StepOrders& orders) : rules_(rules), orders_(orders) {
+    orders_.Clear();
+  }
 
   void AddWell(Source& source, const StaticWellData& well) {
     if (!well.Connected) {
@@ -28,7 +28,8 @@ class OrderBook {
     }
   }
 
-  StepOrders Take() { return std::move(orders_); }
+  /// Drops the rows of former orders that haven't been written over.
+  void Close() { ResizeConstraints(orders_.constraintWells.size()); }
 
  private:
   void AddStatus(const Source& source, const char* word) {
@@ -42,7 +43,7 @@ class OrderBook {
       return;
     }
     AddStatus(source, kOpenWord);
-    AddConstraints(source, ChooseControl(source, opMode));
+    AddConstraints(source, opMode);
     orders_.uptimeWells.push_back(source.Name);
     orders_.uptimes.push_back(source.OnTimeFraction);
     if (rules_.compositional && source.SourceType == kGasInjector) {
@@ -51,18 +52,42 @@ class OrderBook {
     }
   }
 
-  void AddConstraints(const Source& source, WellControl control) {
+  void AddConstraints(const Source& source, int32_t opMode) {
+    const size_t row = orders_.constraintWells.size();
     orders_.constraintWells.push_back(source.Name);
-    orders_.items.push_back(std::move(control.items));
-    orders_.values.push_back(std::move(control.values));
-    orders_.codes.push_back(std::move(control.codes));
+    if (row == orders_.items.size()) ResizeConstraints(row + 1);
+    SwapControl(row);
+    ChooseControl(source, opMode, control_);
+    SwapControl(row);
+  }
+
+  void SwapControl(size_t row) {
+    control_.items.swap(orders_.items[row]);
+    control_.values.swap(orders_.values[row]);
+    control_.codes.swap(orders_.codes[row]);
+  }
+
+  void ResizeConstraints(size_t rows) {
+    orders_.items.resize(rows);
+    orders_.values.resize(rows);
+    orders_.codes.resize(rows);
   }
 
   StepRules rules_;
-  StepOrders orders_;
+  StepOrders& orders_;
+  WellControl control_;  ///< of the present well, in the storage of its row
 };
 
 }  // namespace
+
+void StepOrders::Clear() {
+  for (Strings* list :
+       {&statusWells, &statuses, &uptimeWells, &constraintWells, &injectionSources}) {
+    list->clear();
+  }
+  uptimes.clear();
+  compositions.clear();
+}
 
 void StepOrders::Send(CExtConnectorBase& connector) const {
   connector.SetWellStatus(statusWells, statuses);
@@ -71,15 +96,15 @@ void StepOrders::Send(CExtConnectorBase& connector) const {
   connector.SetWellInjectionComposition(injectionSources, compositions);
 }
 
-StepOrders DrawUpOrders(SourceList& sources, const StaticWellDataCollection& wells,
-                        const StepRules& rules) {
+void DrawUpOrders(SourceList& sources, const StaticWellDataCollection& wells,
+                  const StepRules& rules, StepOrders& orders) {
   NameIndex index;
   for (const StaticWellData& well : wells.Items) index.Add(well.Name);
-  OrderBook book(rules);
+  OrderBook book(rules, orders);
   for (Source& source : sources.Items) {
     if (const auto position = index.Find(source.Name)) book.AddWell(source, wells.Items[*position]);
   }
-  return book.Take();
+  book.Close();
 }
 
 bool Reevaluate(Source& source) {

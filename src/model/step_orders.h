@@ -24,6 +24,8 @@ struct StepOrders {
   Strings injectionSources;
   std::vector<Doubles> compositions;
 
+  /// Drops the orders but for the rows of the constraints, which are there to be written over.
+  void Clear();
   /// Sends all four, in the order in which they take effect: a well must be open before its
   /// constraints apply to it. An empty set is sent too.
   void Send(CExtConnectorBase& connector) const;
@@ -37,9 +39,10 @@ struct StepRules {
 };
 
 /// Draws up the orders from the operating points that the host has set. Wells of `sources` that
-/// `wells` doesn't know are left out. A re-evaluated operating point keeps its new rates.
-StepOrders DrawUpOrders(SourceList& sources, const StaticWellDataCollection& wells,
-                        const StepRules& rules);
+/// `wells` doesn't know are left out. A re-evaluated operating point keeps its new rates. The
+/// orders take the place of what stands in `orders`, whose storage is used again.
+void DrawUpOrders(SourceList& sources, const StaticWellDataCollection& wells,
+                  const StepRules& rules, StepOrders& orders);
 
 /// Sets the rates of the operating point to those of the host's inflow table at its pressure. False
 /// when the well is dead there: it must not be given a rate.

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <exception>
+#include <initializer_list>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -78,27 +79,36 @@ constexpr double kGasControlledRatio = 10000.0;
 constexpr double kGasWellLiquid = 1.0;
 constexpr double kGasWellRatio = 20000.0;
 
-void Append(WellControl& control, const char* item, double value, int32_t code) {
-  control.items.emplace_back(item);
-  control.values.push_back(value);
-  control.codes.push_back(code);
+struct Limit {
+  const char* item;
+  double value;
+  int32_t code;
+};
+
+void Assign(WellControl& control, std::initializer_list<Limit> limits) {
+  control.items.resize(limits.size());
+  control.values.clear();
+  control.codes.clear();
+  for (const Limit& limit : limits) {
+    control.items[control.values.size()] = limit.item;
+    control.values.push_back(limit.value);
+    control.codes.push_back(limit.code);
+  }
 }
 
 bool IsControlledOnLiquid(double liquid, double gas) {
   return liquid > kLeastLiquidRate && !(gas * kCubicFeetOfMillion / liquid > kGasControlledRatio);
 }
 
-WellControl ChooseProducerControl(const IPRPoint& point, int32_t opMode) {
+void ChooseProducerControl(const IPRPoint& point, int32_t opMode, WellControl& control) {
   const double liquid = point.OilRate + point.WaterRate;
   const double gas = point.GasRate;
   const bool automatic = opMode == kControlRate;
-  const bool onGas = opMode == kControlCombined || opMode == kControlGas ||
-                     (automatic && !IsControlledOnLiquid(liquid, gas));
-  const bool onLiquid = opMode == kControlCombined || !onGas;
-  WellControl control;
-  if (onGas) Append(control, "GAS_PRODUCTION_RATE", gas, kGasRate);
-  if (onLiquid) Append(control, "LIQUID_PRODUCTION_RATE", liquid, kLiquidRate);
-  return control;
+  const bool onGas = opMode == kControlGas || (automatic && !IsControlledOnLiquid(liquid, gas));
+  const Limit onGasRate = {"GAS_PRODUCTION_RATE", gas, kGasRate};
+  const Limit onLiquidRate = {"LIQUID_PRODUCTION_RATE", liquid, kLiquidRate};
+  if (opMode == kControlCombined) return Assign(control, {onGasRate, onLiquidRate});
+  Assign(control, {onGas ? onGasRate : onLiquidRate});
 }
 
 }  // namespace
@@ -157,16 +167,13 @@ Source* SourceList::Find(const std::string& name) {
   return nullptr;
 }
 
-WellControl ChooseControl(const Source& source, int32_t opMode) {
+void ChooseControl(const Source& source, int32_t opMode, WellControl& control) {
   const IPRPoint& point = source.OpPoint;
-  if (source.SourceType == kProducer) return ChooseProducerControl(point, opMode);
-  WellControl control;
+  if (source.SourceType == kProducer) return ChooseProducerControl(point, opMode, control);
   if (source.SourceType == kGasInjector) {
-    Append(control, "GAS_INJECTION_RATE", point.GasRate, kGasRate);
-  } else {
-    Append(control, "WATER_INJECTION_RATE", point.WaterRate, kLiquidRate);
+    return Assign(control, {{"GAS_INJECTION_RATE", point.GasRate, kGasRate}});
   }
-  return control;
+  Assign(control, {{"WATER_INJECTION_RATE", point.WaterRate, kLiquidRate}});
 }
 
 }  // namespace gantry

@@ -81,7 +81,8 @@ struct WellControl {
   std::vector<int32_t> codes;
 };
 
-/// Picks the control variables of an open well from its operating point and its control mode.
-WellControl ChooseControl(const Source& source, int32_t opMode);
+/// Picks the control variables of an open well from its operating point and its control mode, in
+/// place of what stands in `control`, whose storage is used again.
+void ChooseControl(const Source& source, int32_t opMode, WellControl& control);
 
 }  // namespace gantry

@@ -188,13 +188,14 @@ TEST(Source, IsControlledByItsTypeItsModeAndItsGasLiquidRatio) {
       {kGasInjector, 2, 80, 20, 9, "GAS_INJECTION_RATE 9 1;"},
       {kInjector, 3, 80, 20, 9, "WATER_INJECTION_RATE 20 0;"},
   };
+  WellControl control;
   for (const Case& c : cases) {
     Source source;
     source.SourceType = c.type;
     source.OpPoint.OilRate = c.oil;
     source.OpPoint.WaterRate = c.water;
     source.OpPoint.GasRate = c.gas;
-    const WellControl control = ChooseControl(source, c.opMode);
+    ChooseControl(source, c.opMode, control);
     std::ostringstream shown;
     for (size_t i = 0; i < control.items.size(); ++i) {
       shown << control.items[i] << ' ' << control.values.at(i) << ' ' << control.codes.at(i) << ';';
