@@ -60,19 +60,6 @@ const WellKind& KindOf(const std::string& type) {
   throw std::runtime_error("Unexpected answer when querying the well IPR data.");
 }
 
-/// A well's rates, of which its kind takes one or both as limits.
-struct Limits {
-  Limits(const WellKind& kind, double liquidRate, double gasRate) {
-    if (kind.takesLiquid) values[count++] = liquidRate;
-    if (kind.takesGas) values[count++] = gasRate;
-  }
-
-  std::span<const double> Values() const { return std::span(values).first(count); }
-
-  std::array<double, 2> values{};
-  size_t count = 0;
-};
-
 /// One well on its way down the ladder.
 struct Ladder {
   const WellKind* kind;
@@ -111,10 +98,15 @@ struct RungRow {
 
 using RungRows = std::array<RungRow, kSweepRungs>;
 
+/// Makes the list longer and returns where the new elements begin.
+double* Grow(Doubles& values, size_t count) {
+  values.resize(values.size() + count);
+  return values.data() + values.size() - count;
+}
+
 void AppendColumn(const RungRows& rows, size_t item, Doubles& points) {
-  std::array<double, kSweepRungs> column;
-  for (size_t rung = 0; rung < kSweepRungs; ++rung) column[rung] = rows[rung][item];
-  points.insert(points.end(), column.begin(), column.end());
+  double* point = Grow(points, kSweepRungs);
+  for (const RungRow& row : rows) *point++ = row[item];
 }
 
 class Sweep {
@@ -246,9 +238,14 @@ void Sweep::NoteBaseRates(const Rung& first) {
 void Sweep::LimitWell(size_t well, double fraction) {
   EncodedConstraints& constraints = workspace_.constraints;
   const Ladder& ladder = ladders_[well];
-  const Limits limits(*ladder.kind, fraction * ladder.baseLiquidRate,
-                      fraction * ladder.baseGasRate);
-  constraints.message.SetDoubles(constraints.values[well], limits.Values());
+  size_t place = constraints.values[well];
+  if (ladder.kind->takesLiquid) {
+    constraints.message.SetDouble(place, fraction * ladder.baseLiquidRate);
+    place += sizeof(double);
+  }
+  if (ladder.kind->takesGas) {
+    constraints.message.SetDouble(place, fraction * ladder.baseGasRate);
+  }
 }
 
 void Sweep::LimitTo(double fraction) {
@@ -282,14 +279,12 @@ void Sweep::FillRecord(size_t place) {
 }
 
 void Sweep::AppendCompositions(const RungRows& rows, RowTable<double>& compositions) const {
-  compositions.Reserve(kSweepRungs, kSweepRungs * (items_.size() - kFirstMoleFraction));
-  Doubles& fractions = compositions.Flat();
+  const size_t components = items_.size() - kFirstMoleFraction;
+  double* fraction = Grow(compositions.Flat(), kSweepRungs * components);
   for (const RungRow& row : rows) {
-    for (size_t item = kFirstMoleFraction; item < items_.size(); ++item) {
-      fractions.push_back(row[item]);
-    }
-    compositions.EndRow();
+    for (size_t item = kFirstMoleFraction; item < items_.size(); ++item) *fraction++ = row[item];
   }
+  compositions.EndRows(kSweepRungs, components);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <stdexcept>
 
 #include "client/wire_format.h"
@@ -163,11 +162,6 @@ void MessageStream::ReceiveChunk(uint64_t received, uint64_t length) {
     received += part;
     length -= part;
   }
-}
-
-void EncodedMessage::SetDoubles(size_t place, std::span<const double> values) {
-  std::byte* target = bytes_.data() + place;
-  Put(target, values.data(), values.size_bytes());
 }
 
 std::byte* OutgoingMessage::AppendHeader(std::string_view name, uint64_t count, HeaderType type,

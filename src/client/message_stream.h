@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -67,8 +68,10 @@ class MessageStream {
 /// between.
 class EncodedMessage {
  public:
-  /// Writes over values that begin at `place`, which must be those of one array of doubles.
-  void SetDoubles(size_t place, std::span<const double> values);
+  /// Writes over the value at `place`, which must be that of an element of an array of doubles.
+  void SetDouble(size_t place, double value) {
+    std::memcpy(bytes_.data() + place, &value, sizeof value);
+  }
 
  private:
   friend class MessageStream;

@@ -24,6 +24,10 @@ class RowTable {
   /// Elements are appended here, then closed as a row by `EndRow`.
   std::vector<T>& Flat() { return flat_; }
   void EndRow() { ends_.push_back(flat_.size()); }
+  /// Closes the last elements as rows of one length.
+  void EndRows(size_t rows, size_t length) {
+    for (size_t row = rows; row > 0; --row) ends_.push_back(flat_.size() - (row - 1) * length);
+  }
   void Reserve(size_t rows, size_t elements) {
     ends_.reserve(rows);
     flat_.reserve(elements);
