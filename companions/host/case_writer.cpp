@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <ranges>
 #include <sstream>
 #include <vector>
 
@@ -110,7 +109,8 @@ std::string WithControl(const std::string& text, const CaseModel& caseModel,
                         const std::string& control) {
   Lines lines = SplitLines(text);
   // From the last well to the first: a line that comes in moves none that is still to be found.
-  for (const WellSpec& well : caseModel.wells | std::views::reverse) {
+  for (auto spec = caseModel.wells.rbegin(); spec != caseModel.wells.rend(); ++spec) {
+    const WellSpec& well = *spec;
     if (well.Kind() != WellKind::kProducer) continue;
     const bool isThere = well.keyLines.contains("control");
     const char* const key = isThere ? "control" : "kind";

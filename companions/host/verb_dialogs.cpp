@@ -5,7 +5,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <ranges>
 #include <string_view>
 
 #include <fmt/format.h>
@@ -93,8 +92,8 @@ bool LoadProducers(DriverModel& model, const CaseModel& caseModel) {
 
 /// The control mode that the dialog shows for all wells: the last producer's.
 std::string ReadControl(DriverModel& model, const CaseModel& caseModel) {
-  const auto last = std::ranges::find(caseModel.wells | std::views::reverse, WellKind::kProducer,
-                                      &WellSpec::Kind);
+  const auto isProducer = [](const WellSpec& well) { return well.Kind() == WellKind::kProducer; };
+  const auto last = std::find_if(caseModel.wells.rbegin(), caseModel.wells.rend(), isProducer);
   const std::string mode =
       model.Get(fmt::format("Intersect.StaticWell[{{{}}}].OpMode", last->name));
   const size_t number =

@@ -1,54 +1,16 @@
 #include "platform/window.h"
 
-#include <cstdlib>
+#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "platform/dynamic_library.h"
+#include "private_display.h"
 #include "support/isolation.h"
 
 namespace gantry::platform {
 namespace {
-
-/// A display of this test's own, which picks its number and tells it when it is ready.
-class OwnDisplay {
- public:
-  OwnDisplay() {
-    int ready[2];
-    if (::pipe(ready) != 0) return;
-    server_ = ::fork();
-    if (server_ == 0) {
-      const std::string descriptor = std::to_string(ready[1]);
-      ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-nolisten", "tcp", nullptr);
-      ::_exit(127);
-    }
-    ::close(ready[1]);
-    char c = 0;
-    while (::read(ready[0], &c, 1) == 1 && c != '\n') name_ += c;
-    ::close(ready[0]);
-    if (!name_.empty()) display_.Set(":" + name_);
-  }
-  ~OwnDisplay() { End(); }
-  OwnDisplay(const OwnDisplay&) = delete;
-  OwnDisplay& operator=(const OwnDisplay&) = delete;
-
-  bool IsReady() const { return !name_.empty(); }
-  void End() {
-    if (server_ <= 0) return;
-    ::kill(server_, SIGTERM);
-    ::waitpid(server_, nullptr, 0);
-    server_ = 0;
-  }
-
- private:
-  pid_t server_ = 0;
-  std::string name_;
-  test::ScopedVariable display_{"DISPLAY"};
-};
 
 /// One window on the display, made through the display's own library.
 class Client {
@@ -60,7 +22,11 @@ class Client {
         Call<unsigned long>("XCreateSimpleWindow", display_, root, 0, 0, 8U, 8U, 0U, 0UL, 0UL);
     Call<int>("XSync", display_, 0);
   }
-  ~Client() { Call<int>("XCloseDisplay", display_); }
+  ~Client() {
+    Call<int>("XDestroyWindow", display_, window_);
+    Call<int>("XSync", display_, 0);
+    Call<int>("XCloseDisplay", display_);
+  }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
@@ -78,19 +44,24 @@ class Client {
 };
 
 TEST(Window, IsOneThatTheDisplayKnows) {
-  OwnDisplay display;
-  ASSERT_TRUE(display.IsReady()) << "this test needs the program Xvfb";
+  std::string reason;
+  const auto display = test::PrivateDisplay::Start(reason);
+  if (display == nullptr) GTEST_SKIP() << "no display: " << reason;
   void* gone = nullptr;
   {
-    const Client client;
-    gone = client.Window();
-    EXPECT_TRUE(IsWindow(client.Window()));
-    EXPECT_FALSE(IsWindow(reinterpret_cast<void*>(0x7FFFFFFFUL)));
-    EXPECT_FALSE(IsWindow(reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(gone) | 1UL << 32)));
-    EXPECT_FALSE(IsWindow(nullptr));
+    const Client other;  // the display lives as long as it has a client
+    {
+      const Client client;
+      gone = client.Window();
+      EXPECT_TRUE(IsWindow(gone));
+      EXPECT_FALSE(IsWindow(reinterpret_cast<void*>(0x7FFFFFFFUL)));
+      EXPECT_FALSE(
+          IsWindow(reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(gone) | 1UL << 32)));
+      EXPECT_FALSE(IsWindow(nullptr));
+    }
+    EXPECT_FALSE(IsWindow(gone));
   }
-  EXPECT_FALSE(IsWindow(gone));
-  display.End();
+  display->End();
   EXPECT_FALSE(IsWindow(gone)) << "the display has gone";
 }
 

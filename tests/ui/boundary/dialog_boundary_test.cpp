@@ -11,10 +11,10 @@
 #include "host/case_reader.h"
 #include "integration/real_run.h"
 #include "platform/registry.h"
+#include "private_display.h"
 #include "settings/machine_config.h"
 #include "settings/static_well_data.h"
 #include "ui/boundary/person.h"
-#include "ui/qt/private_display.h"
 
 namespace gantry {
 namespace {
