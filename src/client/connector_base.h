@@ -73,8 +73,8 @@ class CExtConnectorBase {
   void GetWellDataAndIPR(int32_t componentCount, const Strings& wells,
                          std::vector<ConnectorWellRecord>& records, bool useBottomHolePressure,
                          double skewness);
-  /// Takes records that have served, and leaves none. The next `GetWellDataAndIPR` fills the storage
-  /// of their lists, which with many wells is dear to find anew at each step.
+  /// Takes records that have served, and leaves none. The next `GetWellDataAndIPR` fills the
+  /// storage of their lists, which with many wells is dear to find anew at each step.
   void KeepStorageOf(std::vector<ConnectorWellRecord>& records);
 
  protected:

@@ -15,8 +15,8 @@ class ChildProcess {
   virtual bool IsRunning() = 0;
 };
 
-/// Starts `application` with `commandLine` in `directory`. An empty one is passed on as it is: POSIX
-/// takes it for the present directory, Windows starts nothing there.
+/// Starts `application` with `commandLine` in `directory`. An empty one is passed on as it is:
+/// POSIX takes it for the present directory, Windows starts nothing there.
 ///
 /// The command line is one text, as on Windows; where the system wants a list of arguments it is
 /// split at blanks outside double quotes, with no shell and no expansion. The child inherits no
