@@ -65,6 +65,9 @@ INT_PTR WinDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SIZE:
       OnSize(wParam);
       return FALSE;
+    case WM_DESTROY:
+      OnDestroy();
+      return FALSE;
     case WM_GETMINMAXINFO:
       reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {leastSize_.cx, leastSize_.cy};
       return FALSE;
@@ -165,20 +168,40 @@ void WinDialog::OnCommand(int id, int code) {
 void WinDialog::OnNotify(const NMHDR& notice) {
   const auto found = trees_.find(static_cast<int>(notice.idFrom));
   if (!isOpen_ || found == trees_.end()) return;
+  WinTree& tree = found->second;
+  const auto is = [&notice](UINT code) { return notice.code == code; };
   std::optional<TreePlace> place;
-  if (notice.code == static_cast<UINT>(NM_CLICK)) place = found->second.PlaceUnderCursor();
-  if (notice.code == static_cast<UINT>(TVN_KEYDOWN) &&
-      reinterpret_cast<const NMTVKEYDOWN&>(notice).wVKey == VK_SPACE) {
-    place = found->second.ChosenPlace();
+  if (is(NM_CLICK) || is(NM_DBLCLK)) place = tree.PlaceUnderCursor();
+  if (is(TVN_KEYDOWN) && reinterpret_cast<const NMTVKEYDOWN&>(notice).wVKey == VK_SPACE) {
+    place = tree.ChosenPlace();
   }
-  if (place) handler_.OnTreeCheck(*this, found->first, *place);
+  // Checked by a program in the user's stead, such as a screen reader.
+  if (is(TVN_ITEMCHANGEDA) || is(TVN_ITEMCHANGEDW)) {
+    tree.Touch(WinTree::PlaceOfMark(reinterpret_cast<const NMTVITEMCHANGE&>(notice).lParam));
+  }
+  if (!place) return;
+  tree.Touch(*place);
+  handler_.OnTreeCheck(*this, found->first, *place);
 }
 
 void WinDialog::OnSize(WPARAM kind) {
   if (isOpen_ && kind != SIZE_MINIMIZED) handler_.OnSize(*this, ClientSize());
 }
 
-void WinDialog::Close(int result) { ::EndDialog(window_, result); }
+// The host's window takes the dialog with it: that counts as giving up. The dialog's loop looks for
+// its window only after a message.
+void WinDialog::OnDestroy() {
+  if (isOpen_ && !isClosed_) {
+    handler_.OnButton(*this, kCancelButton);
+    ::PostThreadMessageA(::GetCurrentThreadId(), WM_NULL, 0, 0);
+  }
+  for (auto& [id, tree] : trees_) tree.Release();
+}
+
+void WinDialog::Close(int result) {
+  isClosed_ = true;
+  ::EndDialog(window_, result);
+}
 
 PixelSize WinDialog::ClientSize() {
   RECT rect = {};

@@ -64,12 +64,14 @@ class WinDialog : public DialogWindow {
   void OnCommand(int id, int code);
   void OnNotify(const NMHDR& notice);
   void OnSize(WPARAM kind);
+  void OnDestroy();
 
   HWND Item(int id) const { return ::GetDlgItem(window_, id); }
   const ControlRow* Row(int id) const;
   LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return ::SendMessageA(Item(id), message, wParam, lParam);
   }
+  void Deselect(int id, size_t first, size_t last);
   WinTree* FindTree(int id);
 
   DialogHandler& handler_;
@@ -80,6 +82,7 @@ class WinDialog : public DialogWindow {
   std::map<int, WinTree> trees_;
   SIZE leastSize_ = {};
   bool isOpen_ = false;
+  bool isClosed_ = false;
 };
 
 }  // namespace gantry::platform

@@ -1,5 +1,8 @@
 // The drop lists, list boxes, list views and trees of a dialog.
 
+#include <algorithm>
+#include <set>
+
 #include "platform/windows/win_dialog.h"
 
 namespace gantry::platform {
@@ -13,6 +16,21 @@ int Scaled(int pixels, HWND window) {
   const int dots = ::GetDeviceCaps(context, LOGPIXELSX);
   ::ReleaseDC(window, context);
   return ::MulDiv(pixels, dots, 96);
+}
+
+std::string FirstText(HWND list, size_t row) {
+  char text[256] = "";
+  LVITEMA item = {};
+  item.pszText = text;
+  item.cchTextMax = sizeof text;
+  ::SendMessageA(list, LVM_GETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item));
+  return text;
+}
+
+void SelectRow(HWND list, size_t row) {
+  LVITEMA item = {};
+  item.state = item.stateMask = LVIS_SELECTED;
+  ::SendMessageA(list, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&item));
 }
 
 void InsertRow(HWND list, int row, const std::vector<std::string>& texts, int picture) {
@@ -61,10 +79,13 @@ void WinDialog::SetColumns(int id, const std::vector<ListColumn>& columns) {
 }
 
 void WinDialog::SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
+  std::set<std::string> selected;
+  for (const size_t row : SelectedRows(id)) selected.insert(FirstText(Item(id), row));
   Send(id, WM_SETREDRAW, FALSE);
   Send(id, LVM_DELETEALLITEMS);
   for (size_t i = 0; i < rows.size(); ++i) {
     InsertRow(Item(id), static_cast<int>(i), rows[i], picture);
+    if (selected.contains(FirstText(Item(id), i))) SelectRow(Item(id), i);
   }
   Send(id, WM_SETREDRAW, TRUE);
   ::InvalidateRect(Item(id), nullptr, TRUE);
@@ -91,15 +112,29 @@ std::vector<size_t> WinDialog::SelectedRows(int id) {
 
 void WinDialog::SelectAll(int id) { Send(id, LB_SETSEL, TRUE, -1); }
 
+// By whole runs of rows: one row costs as much.
 void WinDialog::InvertSelection(int id) {
-  const LRESULT count = Send(id, LB_GETCOUNT);
+  const std::vector<size_t> selected = SelectedRows(id);
   Send(id, WM_SETREDRAW, FALSE);
-  for (LRESULT i = 0; i < count; ++i) {
-    const bool isSelected = Send(id, LB_GETSEL, static_cast<WPARAM>(i)) > 0;
-    Send(id, LB_SETSEL, isSelected ? FALSE : TRUE, i);
+  SelectAll(id);
+  for (size_t i = 0; i < selected.size();) {
+    const size_t first = i++;
+    while (i < selected.size() && selected[i] == selected[i - 1] + 1) ++i;
+    Deselect(id, selected[first], selected[i - 1]);
   }
   Send(id, WM_SETREDRAW, TRUE);
   ::InvalidateRect(Item(id), nullptr, TRUE);
+}
+
+void WinDialog::Deselect(int id, size_t first, size_t last) {
+  constexpr size_t kLastOfRun = 0xFFFF;  // what a list can take as the end of a run
+  if (first < last && last <= kLastOfRun) {
+    Send(id, LB_SELITEMRANGEEX, last, static_cast<LPARAM>(first));
+    return;
+  }
+  for (size_t row = first; row <= last; ++row) {
+    Send(id, LB_SETSEL, FALSE, static_cast<LPARAM>(row));
+  }
 }
 
 WinTree* WinDialog::FindTree(int id) {

@@ -14,13 +14,16 @@ LPARAM MarkOf(size_t parent, size_t ownPlusOne) {
   return static_cast<LPARAM>(parent << kMarkShift | ownPlusOne);
 }
 
-/// Holds back the painting of a control for a while.
+/// Holds back the painting of a control for a while. Hidden as well, since a tree draws its items
+/// anew with each that is checked.
 class NoRedraw {
  public:
   explicit NoRedraw(HWND control) : control_(control) {
     ::SendMessageA(control_, WM_SETREDRAW, FALSE, 0);
+    ::DefWindowProcA(control_, WM_SETREDRAW, FALSE, 0);
   }
   ~NoRedraw() {
+    ::DefWindowProcA(control_, WM_SETREDRAW, TRUE, 0);
     ::SendMessageA(control_, WM_SETREDRAW, TRUE, 0);
     ::InvalidateRect(control_, nullptr, TRUE);
   }
@@ -44,10 +47,15 @@ HTREEITEM WinTree::Insert(const TreeItem& item, HTREEITEM parent, HTREEITEM afte
   insert.item.pszText = const_cast<char*>(item.text.c_str());
   insert.item.iImage = insert.item.iSelectedImage = PictureIndex(item.picture);
   insert.item.lParam = mark;
-  insert.item.state = CheckState(item.isChecked) | (item.isExpanded ? TVIS_EXPANDED : 0U);
-  insert.item.stateMask = TVIS_STATEIMAGEMASK | TVIS_EXPANDED;
+  insert.item.state = CheckState(item.isChecked);
+  insert.item.stateMask = TVIS_STATEIMAGEMASK;
   return reinterpret_cast<HTREEITEM>(
       ::SendMessageA(control_, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insert)));
+}
+
+void WinTree::Release() const {
+  const LRESULT boxes = ::SendMessageA(control_, TVM_SETIMAGELIST, TVSIL_STATE, 0);
+  ::ImageList_Destroy(reinterpret_cast<HIMAGELIST>(boxes));
 }
 
 void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
@@ -57,25 +65,40 @@ void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
   ::SendMessageA(control_, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(pictures));
   ::SendMessageA(control_, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
   items_ = std::move(items);
+  InsertParents();
+  for (size_t i = 0; i < items_.size(); ++i) InsertChildren(i);
+  for (size_t i = 0; i < items_.size(); ++i) {
+    if (items_[i].isExpanded) {
+      ::SendMessageA(control_, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(parents_[i]));
+    }
+  }
+  Choose(TVGN_CARET, chosen);
+  Choose(TVGN_FIRSTVISIBLE, first);
+}
+
+void WinTree::Choose(UINT which, uintptr_t data) const {
+  if (const HTREEITEM item = FindShown(data)) {
+    ::SendMessageA(control_, TVM_SELECTITEM, which, reinterpret_cast<LPARAM>(item));
+  }
+}
+
+void WinTree::InsertParents() {
   parents_.clear();
-  children_.assign(items_.size(), {});
+  touched_.clear();
   HTREEITEM last = TVI_FIRST;
   for (size_t i = 0; i < items_.size(); ++i) {
     last = Insert(items_[i], TVI_ROOT, last, MarkOf(i, 0));
     parents_.push_back(last);
-    HTREEITEM lastChild = TVI_FIRST;
-    for (const TreeItem& child : items_[i].children) {
-      lastChild = Insert(child, last, lastChild, MarkOf(i, children_[i].size() + 1));
-      children_[i].push_back(lastChild);
-    }
   }
-  const auto select = [&](UINT which, uintptr_t data) {
-    if (const HTREEITEM item = Find(data)) {
-      ::SendMessageA(control_, TVM_SELECTITEM, which, reinterpret_cast<LPARAM>(item));
-    }
-  };
-  select(TVGN_CARET, chosen);
-  select(TVGN_FIRSTVISIBLE, first);
+  children_.assign(items_.size(), {});
+}
+
+void WinTree::InsertChildren(size_t parent) {
+  const std::vector<TreeItem>& items = items_[parent].children;
+  children_[parent].resize(items.size());
+  for (size_t i = items.size(); i-- > 0;) {
+    children_[parent][i] = Insert(items[i], parents_[parent], TVI_FIRST, MarkOf(parent, i + 1));
+  }
 }
 
 UINT WinTree::State(HTREEITEM item) const {
@@ -84,20 +107,24 @@ UINT WinTree::State(HTREEITEM item) const {
                                           TVIS_STATEIMAGEMASK | TVIS_EXPANDED));
 }
 
+bool WinTree::IsChecked(HTREEITEM item) const {
+  return (State(item) & TVIS_STATEIMAGEMASK) == CheckState(true);
+}
+
 std::vector<TreeItem> WinTree::Items() const {
   std::vector<TreeItem> items = items_;
-  const auto isChecked = [](UINT state) {
-    return (state & TVIS_STATEIMAGEMASK) == CheckState(true);
-  };
   for (size_t i = 0; i < items.size(); ++i) {
-    const UINT state = State(parents_[i]);
-    items[i].isChecked = isChecked(state);
-    items[i].isExpanded = (state & TVIS_EXPANDED) != 0;
-    for (size_t j = 0; j < items[i].children.size(); ++j) {
-      items[i].children[j].isChecked = isChecked(State(children_[i][j]));
-    }
+    items[i].isChecked = IsChecked(parents_[i]);
+    items[i].isExpanded = (State(parents_[i]) & TVIS_EXPANDED) != 0;
+  }
+  for (const TreePlace& place : touched_) {
+    items[place.parent].children[*place.child].isChecked = IsChecked(HandleOf(place));
   }
   return items;
+}
+
+void WinTree::Touch(const TreePlace& place) {
+  if (place.child) touched_.push_back(place);
 }
 
 void WinTree::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {
@@ -109,10 +136,11 @@ void WinTree::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {
     item.state = CheckState(isChecked);
     item.stateMask = TVIS_STATEIMAGEMASK;
     ::SendMessageA(control_, TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    Touch(place);
   }
 }
 
-// Filled anew: opening one item after the other would lay out the tree each time.
+// Filled anew: opening or closing one item after the other would lay out the tree each time.
 void WinTree::Expand(bool isExpanded, HIMAGELIST pictures) {
   std::vector<TreeItem> items = Items();
   for (TreeItem& item : items) item.isExpanded = isExpanded;
@@ -128,9 +156,13 @@ TreePlace WinTree::PlaceOf(HTREEITEM item) const {
   asked.mask = TVIF_PARAM;
   asked.hItem = item;
   ::SendMessageA(control_, TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&asked));
-  const auto mark = static_cast<uint64_t>(asked.lParam);
-  TreePlace place{mark >> kMarkShift};
-  if (const size_t ownPlusOne = mark & UINT32_MAX) place.child = ownPlusOne - 1;
+  return PlaceOfMark(asked.lParam);
+}
+
+TreePlace WinTree::PlaceOfMark(LPARAM mark) {
+  const auto positions = static_cast<uint64_t>(mark);
+  TreePlace place{positions >> kMarkShift};
+  if (const size_t ownPlusOne = positions & UINT32_MAX) place.child = ownPlusOne - 1;
   return place;
 }
 
@@ -141,13 +173,15 @@ uintptr_t WinTree::DataOf(HTREEITEM item) const {
   return place.child ? parent.children[*place.child].data : parent.data;
 }
 
-HTREEITEM WinTree::Find(uintptr_t data) const {
+HTREEITEM WinTree::FindShown(uintptr_t data) const {
   if (data == 0) return nullptr;
   for (size_t i = 0; i < items_.size(); ++i) {
     if (items_[i].data == data) return parents_[i];
     const auto& children = items_[i].children;
     const auto child = std::ranges::find(children, data, &TreeItem::data);
-    if (child != children.end()) return children_[i][static_cast<size_t>(child - children.begin())];
+    if (child == children.end()) continue;
+    const auto position = static_cast<size_t>(child - children.begin());
+    return items_[i].isExpanded ? children_[i][position] : parents_[i];
   }
   return nullptr;
 }
