@@ -33,10 +33,8 @@ ControlClass ClassOf(const ControlRow& row) {
                                                                       : SS_LEFT),
               0};
     case ControlKind::kEdit:
-      return {
-          "Edit",
-          WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL | static_cast<DWORD>(isDigits ? ES_NUMBER : 0),
-          WS_EX_CLIENTEDGE};
+      return {"Edit", WS_TABSTOP | ES_AUTOHSCROLL | static_cast<DWORD>(isDigits ? ES_NUMBER : 0),
+              WS_EX_CLIENTEDGE};
     case ControlKind::kButton:
       return {"Button",
               WS_TABSTOP | static_cast<DWORD>(isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON), 0};
@@ -45,17 +43,14 @@ ControlClass ClassOf(const ControlRow& row) {
     case ControlKind::kDropList:
       return {"ComboBox", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, 0};
     case ControlKind::kListBox:
-      return {
-          "ListBox",
-          WS_TABSTOP | WS_BORDER | WS_VSCROLL | LBS_EXTENDEDSEL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-          WS_EX_CLIENTEDGE};
-    case ControlKind::kListView:
-      return {WC_LISTVIEWA, WS_TABSTOP | WS_BORDER | LVS_REPORT | LVS_SHOWSELALWAYS,
+      return {"ListBox",
+              WS_TABSTOP | WS_VSCROLL | LBS_EXTENDEDSEL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
               WS_EX_CLIENTEDGE};
+    case ControlKind::kListView:
+      return {WC_LISTVIEWA, WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS, WS_EX_CLIENTEDGE};
     case ControlKind::kTree:
       return {WC_TREEVIEWA,
-              WS_TABSTOP | WS_BORDER | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
-                  TVS_SHOWSELALWAYS,
+              WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
               WS_EX_CLIENTEDGE};
   }
   return {"Static", 0, 0};
