@@ -20,7 +20,6 @@ class WinTree {
  public:
   explicit WinTree(HWND control) : control_(control) {}
 
-  HWND Control() const { return control_; }
   /// Before the control goes: it leaves the pictures of its check boxes behind.
   void Release() const;
   void SetItems(std::vector<TreeItem> items, HIMAGELIST pictures);
