@@ -1,4 +1,5 @@
 #include <charconv>
+#include <cmath>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -36,6 +37,13 @@ std::pair<int, std::string> ParseWrite(const std::string& text) {
   const auto parsed = std::from_chars(text.data(), end, handle);
   if (equals == std::string::npos || parsed.ec != std::errc() || parsed.ptr != end) {
     throw CaseError("--write " + text, 0, "must be HANDLE=VALUE");
+  }
+  // The module would take the value 0 from any other text.
+  double value = 0;
+  const char* last = text.data() + text.size();
+  const auto number = std::from_chars(end + 1, last, value);
+  if (number.ec != std::errc() || number.ptr != last || !std::isfinite(value)) {
+    throw CaseError("--write " + text, 0, "the value must be a number");
   }
   return {handle, text.substr(equals + 1)};
 }
@@ -151,6 +159,9 @@ void ServeVariables(const Session& session) {
   const Options& options = session.options;
   std::vector<std::pair<int, std::string>> writes;
   for (const std::string& text : options.writes) writes.push_back(ParseWrite(text));
+  if (!options.start && !(writes.empty() && options.readHandles.empty())) {
+    throw CaseError("--read and --write", 0, "need --start: only a running simulator has values");
+  }
   std::vector<VariableChoice> additions;
   for (const std::string& text : options.additions) additions.push_back(ParseChoice(text));
   const CaseModel caseModel = ReadCaseOf(options);

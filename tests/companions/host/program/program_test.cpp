@@ -189,7 +189,12 @@ TEST_F(Program, KeepsTheVariablesThatAreAddedAndDeleted) {
 
   ASSERT_EQ(Run({"variables", Path("case.toml"), "--delete", "-1"}).status, 0);
   EXPECT_EQ(Run({"variables", Path("case.toml")}).out.find("Oil"), std::string::npos);
-  EXPECT_EQ(Run({"variables", Path("case.toml"), "--add", "P1:Colour"}).status, 2);
+  for (const std::vector<std::string>& line : std::vector<std::vector<std::string>>{
+           {"--add", "P1:Colour"}, {"--read", "0"}, {"--start", "--write", "0=much"}}) {
+    std::vector<std::string> whole{"variables", Path("case.toml")};
+    whole.insert(whole.end(), line.begin(), line.end());
+    EXPECT_EQ(Run(whole).status, 2) << line[0];
+  }
 
   fs::remove(folder_ / "case.state");
   fs::create_directory(folder_ / "case.state");  // which no file can take the place of
