@@ -115,7 +115,8 @@ std::byte* MessageStream::Grow(size_t length) {
 }
 
 void MessageStream::Send(const EncodedMessage& message) {
-  CreateOutgoingMessage();  // the stream must be free for one
+  CreateOutgoingMessage();        // the stream must be free for one
+  size_ = message.bytes_.size();  // and isn't until it has been sent
   SendFrame(message.bytes_);
 }
 

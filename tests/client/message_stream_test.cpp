@@ -134,6 +134,29 @@ TEST(Codec, TakesNamesOf255BytesAndNoLongerOnes) {
       << "nothing has been written";
 }
 
+TEST(Codec, SendsNothingMoreAfterASendThatFailed) {
+  struct Broken : MemoryConnection {
+    void Write(std::span<const std::byte>) override { throw std::runtime_error("broken"); }
+  };
+  const auto compose = [](MessageStream& stream) {
+    return stream.CreateOutgoingMessage().AppendMarker("HALF");
+  };
+  Wire whole;
+  EncodedMessage encoded;
+  compose(whole.stream).KeepAs(encoded);
+  const std::function<void(MessageStream&)> sends[] = {
+      [&](MessageStream& stream) { compose(stream).Send(); },
+      [&](MessageStream& stream) { stream.Send(encoded); }};
+  for (const auto& send : sends) {
+    Broken connection;
+    MessageStream stream(connection);
+    EXPECT_EQ(Raised([&] { send(stream); }), "runtime_error: broken");
+    EXPECT_EQ(Raised([&] { send(stream); }),
+              "logic_error: Cannot create a new out-going message as the previous message is still "
+              "on going.");
+  }
+}
+
 TEST(Codec, RefusesASecondMessageBeforeTheFirstHasEnded) {
   Wire wire(Frame(Entries{"READY"}));
   wire.stream.CreateOutgoingMessage().AppendMarker("HALF");
