@@ -58,8 +58,9 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 }
 
 /// The environment of this process, with what the script and flow need. A fork of flow lacks the
-/// helper threads of the message-passing library, so that its end mustn't wait for them; nor is a
-/// run on one processor in need of a daemon of that library.
+/// helper threads of the message-passing library, so that its end mustn't wait for them. A run on
+/// one processor needs no daemon of that library, nor the displays of this machine that it looks
+/// for: it would end when one of them does.
 std::vector<std::string> Environment(int socket) {
   std::vector<std::string> variables;
   for (char** variable = environ; *variable != nullptr; ++variable)
@@ -67,6 +68,7 @@ std::vector<std::string> Environment(int socket) {
   variables.push_back(std::string(kSocketVariable) + "=" + std::to_string(socket));
   variables.emplace_back("OMPI_MCA_async_mpi_finalize=1");
   variables.emplace_back("OMPI_MCA_ess_singleton_isolated=1");
+  variables.emplace_back("HWLOC_COMPONENTS=-gl");
   return variables;
 }
 
