@@ -198,7 +198,9 @@ class Composer {
   void WriteStepTo(double end) {
     composed_.text += StepTo(composed_.start, end);
     const auto block = std::ranges::find(blocks_, end, &Block::days);
-    if (block != blocks_.end()) composed_.text += block->text;
+    if (block == blocks_.end() || block->text.empty()) return;
+    composed_.text += block->text;
+    composed_.orders.push_back(end);
   }
 
   /// The times of the deck, and those of the grid that don't stand at one of them already.

@@ -20,7 +20,8 @@ struct ComposedDeck {
   double waterDensity = 0.0;
   double gasDensity = 0.0;
   std::vector<std::pair<std::string, std::string>> injected;  ///< well or pattern, and its phase
-  std::vector<double> ends;  ///< days at which the report steps of this run end
+  std::vector<double> ends;    ///< days at which the report steps of this run end
+  std::vector<double> orders;  ///< days, after the start, at which the deck orders something
 };
 
 /// Where an earlier run is taken up again: behind one of its report steps.

@@ -1,5 +1,6 @@
 #include "flowlink/flow_run.h"
 
+#include <algorithm>
 #include <fstream>
 
 #include "flowlink/flow_items.h"
@@ -42,11 +43,20 @@ FlowProcess FlowRun::Start(const LinkSettings& settings, const std::filesystem::
   return {arguments, folder, name_ + ".log"};
 }
 
-std::optional<RestartPoint> FlowRun::WayToStop() const {
+double FlowRun::EndOf(int report) const {
   const int before = restart_ ? restart_->report : 0;
+  return deck_.ends.at(static_cast<size_t>(report - before - 1));
+}
+
+bool FlowRun::HasOrdersAtStop() const {
+  return std::ranges::binary_search(deck_.orders, EndOf(link_.Stop().report));
+}
+
+std::optional<RestartPoint> FlowRun::WayToStop() const {
   const int report = link_.Stop().report;
-  if (report <= before + 1) return restart_;
-  return RestartPoint{name_, report, deck_.ends.at(static_cast<size_t>(report - before - 1))};
+  const double end = EndOf(report);
+  if (end <= deck_.ends.front()) return restart_;
+  return RestartPoint{name_, report, end};
 }
 
 }  // namespace gantry::flowlink

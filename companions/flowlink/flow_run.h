@@ -24,11 +24,15 @@ class FlowRun {
   FlowLink& Link() { return link_; }
   const FlowLink& Link() const { return link_; }
 
+  /// Whether the deck orders something at the present stop.
+  bool HasOrdersAtStop() const;
   /// From where the present stop is come to again by another run; empty for the deck's start. A
   /// stop behind the tiny step is come to from where this run came.
   std::optional<RestartPoint> WayToStop() const;
 
  private:
+  /// The end of a report step, as the deck has it.
+  double EndOf(int report) const;
   FlowProcess Start(const LinkSettings& settings, const std::filesystem::path& folder);
 
   std::string name_;

@@ -277,7 +277,11 @@ void FlowSimulator::ContinueUntil(double days) {
   if (days < Stop().days - kSameTimeDays) GoBackTo(days);
   while (!Stop().isLast && Stop().days < days - kSameTimeDays) {
     const std::string keywords = KeywordsOf(ControlsOfRun());
-    run_->Link().Advance(keywords + UptimeKeywords());
+    const std::string orders = keywords + UptimeKeywords();
+    // What was ordered once holds until the deck orders something: flow takes its time over it.
+    const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
+    run_->Link().Advance(isInForce ? "" : orders);
+    ordered_ = orders;
     TakeStop();
     // What the run has just done under the limits in force is the answer to them.
     answers_.emplace(keywords, Stop().values);
@@ -299,6 +303,7 @@ void FlowSimulator::GoBackTo(double days) {
   ++runs_;
   const std::string name = caseName_ + "_" + std::to_string(runs_);
   run_ = std::make_unique<FlowRun>(settings_, folder_, name, way);
+  ordered_.clear();
   TakeStop();
 }
 

@@ -95,6 +95,7 @@ class FlowSimulator : public simulator::ControlledSimulator {
   };
   std::vector<PastStop> stops_;  ///< up to the present one
 
+  std::string ordered_;                        ///< the keywords that this run has been given last
   std::map<std::string, WellValues> answers_;  ///< at this stop, by the keywords
   const WellValues* inForce_ = nullptr;        ///< the answer to the present limits, once known
   const WellValues* last_ = nullptr;           ///< the answer that was read last

@@ -157,7 +157,7 @@ std::string NamesKeyword() {
   }
   std::string text = "UDQ\n";
   for (const std::string& name : names) {
-    text += "DEFINE " + name + " 0 /\nUPDATE " + name + " OFF /\n";
+    text.append("DEFINE ").append(name).append(" 0 /\nUPDATE ").append(name).append(" OFF /\n");
   }
   return text + "/\n";
 }
