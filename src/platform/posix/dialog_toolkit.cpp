@@ -6,20 +6,22 @@ namespace gantry::platform {
 
 namespace {
 
-/// Kept open for good: a toolkit doesn't survive being unloaded.
-DialogToolkit* OpenToolkit() {
-  auto library = DynamicLibrary::Open(ModuleFolder() + LibraryFileName("IntersectDialogs"));
+/// Given up with the module; the library itself stays for good, as it asks of the loader.
+std::unique_ptr<DynamicLibrary> OpenLibrary() {
+  return DynamicLibrary::Open(ModuleFolder() + LibraryFileName("IntersectDialogs"));
+}
+
+DialogToolkit* OpenToolkit(const DynamicLibrary* library) {
   if (library == nullptr) return nullptr;
   const auto open = reinterpret_cast<OpenDialogToolkit*>(library->Symbol(kOpenDialogToolkit));
-  DialogToolkit* const toolkit = open != nullptr ? open(kDialogToolkitVersion) : nullptr;
-  if (toolkit != nullptr) static_cast<void>(library.release());
-  return toolkit;
+  return open != nullptr ? open(kDialogToolkitVersion) : nullptr;
 }
 
 }  // namespace
 
 DialogToolkit* DialogToolkit::Find() {
-  static DialogToolkit* const toolkit = OpenToolkit();
+  static const std::unique_ptr<DynamicLibrary> library = OpenLibrary();
+  static DialogToolkit* const toolkit = OpenToolkit(library.get());
   return toolkit;
 }
 
