@@ -41,8 +41,11 @@ Outcome RunFieldrun(const gantry::test::TestFolder& folder,
                     const std::vector<std::string>& arguments) {
   ShareSettingsWithPrograms();
   gantry::test::StartSimulatorsOnFreePorts();
-  const fs::path out = folder / "standard-output";
-  const fs::path err = folder / "standard-error";
+  // Of each run's own: what a program has started may hold its files open for longer than it lives.
+  static int runs = 0;
+  const std::string number = std::to_string(++runs);
+  const fs::path out = folder / ("standard-output-" + number);
+  const fs::path err = folder / ("standard-error-" + number);
   const int status = RunProgram(Place("GANTRY_FIELDRUN", FIELDRUN), arguments, out, err);
   return {status, ReadOutput(out), ReadOutput(err)};
 }
