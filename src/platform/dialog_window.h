@@ -91,6 +91,7 @@ class DialogWindow {
   virtual void Select(int id, int index) = 0;
 
   virtual void SetColumns(int id, const std::vector<ListColumn>& columns) = 0;
+  /// Rows that were selected stay so, by their first texts.
   virtual void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) = 0;
   /// Of a list box or list view, ascending.
   virtual std::vector<size_t> SelectedRows(int id) = 0;

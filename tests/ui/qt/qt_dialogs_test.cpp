@@ -174,10 +174,18 @@ TEST_F(QtDialogs, AddAPropertyThroughADialogOverTheDialogAndDeleteIt) {
     EXPECT_EQ(list->columnWidth(0), 180);
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                       list->visualItemRect(list->topLevelItem(0)).center());
-    open.Click(configure_id::kDelete);
-    EXPECT_EQ(list->topLevelItemCount(), 0);
+    QTimer::singleShot(0, host.get(), [] {
+      const OpenDialog add(*QApplication::activeModalWidget());
+      add.Type(add_property_id::kProperty, "GAS");
+      add.Type(add_property_id::kDisplayName, "Gas");
+      add.Click(kOkButton);
+    });
+    open.Click(configure_id::kAdd);
+    EXPECT_EQ(list->topLevelItemCount(), 2);
+    open.Click(configure_id::kDelete);  // of the row that has stayed selected
   });
-  EXPECT_TRUE(config.UserProperties.empty());
+  ASSERT_EQ(config.UserProperties.size(), 1u);
+  EXPECT_EQ(config.UserProperties[0]->DisplayName, "Gas");
 }
 
 TEST_F(QtDialogs, PickAFileByItsNameWithItsExtensionOrWithout) {

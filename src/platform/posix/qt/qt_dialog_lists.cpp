@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QItemSelectionModel>
 #include <QListView>
+#include <QSet>
 #include <QStringListModel>
 #include <QTreeWidget>
 #include <algorithm>
@@ -63,6 +64,8 @@ void QtDialog::SetColumns(int id, const std::vector<ListColumn>& columns) {
 void QtDialog::SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
   auto* list = Find<QTreeWidget>(id);
   if (list == nullptr) return;
+  QSet<QString> selected;
+  for (const QTreeWidgetItem* item : list->selectedItems()) selected << item->text(0);
   const QIcon icon = PictureIcon(picture);
   QList<QTreeWidgetItem*> items;
   for (const auto& row : rows) {
@@ -72,6 +75,7 @@ void QtDialog::SetRows(int id, const std::vector<std::vector<std::string>>& rows
   }
   list->clear();
   list->addTopLevelItems(items);
+  for (QTreeWidgetItem* item : items) item->setSelected(selected.contains(item->text(0)));
 }
 
 std::vector<size_t> QtDialog::SelectedRows(int id) {
