@@ -85,8 +85,10 @@ void DriverModel::DeletePublished(int handle) {
 void DriverModel::WriteEquipmentXml(const std::string& path, bool withVariables,
                                     const std::vector<std::string>& wells) {
   std::vector<std::string> moduleWells;
+  moduleWells.reserve(wells.size());
   for (const std::string& well : wells) moduleWells.push_back(NameForModule(well));
   std::vector<const char*> names;
+  names.reserve(wells.size() + 1);
   for (const std::string& well : moduleWells) names.push_back(well.c_str());
   names.push_back(nullptr);
   const uint32_t withoutVariables = withVariables ? 0 : 1;

@@ -71,7 +71,7 @@ BlackOilData ReadBlackOil(const DeckTable& table, const DeckUnits& units) {
 
 /// A name that the simulator tells the driver, whose code page has to hold it.
 std::string ReadToldName(const DeckTable& table) {
-  const std::string name = table.Text("name");
+  std::string name = table.Text("name");
   if (platform::CodePageToUtf8(platform::Utf8ToCodePage(name)) != name) {
     table.Fail("name", fmt::format("the driver's code page lacks a character of '{}'", name));
   }
