@@ -6,6 +6,7 @@
 #include "support/test_folder.h"
 #include "ui/dialog_templates.h"
 #include "ui/memory_window.h"
+#include "ui/stopped_case.h"
 
 namespace gantry {
 namespace {
@@ -16,10 +17,7 @@ using platform::kOkButton;
 using test::MemoryWindow;
 
 /// A case whose simulator runs until it has been asked about `testsUntilStopped` times.
-class TestCase : public EditedCase {
- public:
-  LinkSettings& Settings() override { return settings; }
-  StaticWellDataCollection& Wells() override { return wells; }
+struct TestCase : test::StoppedCase {
   bool IsRunning() override {
     if (isStopping && testsUntilStopped-- <= 0) isRunning = false;
     return isRunning;
@@ -31,8 +29,6 @@ class TestCase : public EditedCase {
   }
   void SetUpInflow(void* window) override { setUpOver = window; }
 
-  LinkSettings settings;
-  StaticWellDataCollection wells;
   bool isRunning = false;
   bool isStopping = false;
   int testsUntilStopped = 0;

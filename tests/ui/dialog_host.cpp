@@ -18,6 +18,7 @@
 #include "ui/case_settings_dlg.h"
 #include "ui/configure_dlg.h"
 #include "ui/export_variables_dlg.h"
+#include "ui/stopped_case.h"
 
 namespace gantry {
 namespace {
@@ -25,9 +26,7 @@ namespace {
 using Arguments = std::map<std::string, std::string>;
 
 /// A case without a simulator process: it runs while it is told so.
-struct HeldCase : EditedCase {
-  LinkSettings& Settings() override { return settings; }
-  StaticWellDataCollection& Wells() override { return wells; }
+struct HeldCase : test::StoppedCase {
   bool IsRunning() override { return isRunning; }
   int32_t CloseSimulator() override {
     isRunning = false;
@@ -35,8 +34,6 @@ struct HeldCase : EditedCase {
   }
   void SetUpInflow(void* window) override { std::printf("set up %d\n", window != nullptr); }
 
-  LinkSettings settings;
-  StaticWellDataCollection wells;
   bool isRunning = false;
 };
 

@@ -30,6 +30,7 @@
 #include "ui/configure_dlg.h"
 #include "ui/dialog_templates.h"
 #include "ui/export_variables_dlg.h"
+#include "ui/stopped_case.h"
 
 namespace gantry {
 namespace {
@@ -38,20 +39,10 @@ using platform::DialogHandler;
 using platform::DialogToolkit;
 using platform::kCancelButton;
 using platform::kOkButton;
+using test::StoppedCase;
 
 /// How long a display may take to answer, in milliseconds.
 constexpr int kPatience = 100'000;
-
-struct StoppedCase : EditedCase {
-  LinkSettings& Settings() override { return settings; }
-  StaticWellDataCollection& Wells() override { return wells; }
-  bool IsRunning() override { return false; }
-  int32_t CloseSimulator() override { return 0; }
-  void SetUpInflow(void*) override {}
-
-  LinkSettings settings;
-  StaticWellDataCollection wells;
-};
 
 /// One open dialog, in a user's hands.
 class OpenDialog {

@@ -15,6 +15,7 @@
 #include "ui/configure_dlg.h"
 #include "ui/dialog_templates.h"
 #include "ui/export_variables_dlg.h"
+#include "ui/stopped_case.h"
 #include "window_texts.h"
 //
 #include <commctrl.h>
@@ -37,9 +38,7 @@ using test::Desk;
 constexpr int kMessageText = 0xFFFF;  ///< the system's id of a message's text
 
 /// A case without a simulator process: it runs until it is stopped.
-struct HeldCase : EditedCase {
-  LinkSettings& Settings() override { return settings; }
-  StaticWellDataCollection& Wells() override { return wells; }
+struct HeldCase : test::StoppedCase {
   bool IsRunning() override {
     cursors.push_back(::GetCursor());
     return isRunning && testsToStop-- > 0;
@@ -49,10 +48,7 @@ struct HeldCase : EditedCase {
     cursors.clear();
     return 0;
   }
-  void SetUpInflow(void*) override {}
 
-  LinkSettings settings;
-  StaticWellDataCollection wells;
   std::vector<HCURSOR> cursors;  ///< as they were at each test
   bool isRunning = false;
   int testsToStop = 1'000'000;
