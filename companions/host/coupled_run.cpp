@@ -98,6 +98,7 @@ RunEnd CoupledRun::Run() {
   }
   ReportLast();
   model_.CloseSimulator();
+  end.warnings = warnings_.All();
   listener_.Ended(end);
   return end;
 }
@@ -147,6 +148,10 @@ void CoupledRun::RetireWells() {
     if (!isProducer || !last_.wells[i].point.isOpen || !retired_[i].empty()) continue;
     retired_[i] = EconomicLimitPassed(*start_.wells[i].spec, last_.wells[i].Made());
   }
+}
+
+void CoupledRun::Warn(const RunWarning& warning) {
+  if (warnings_.Add(warning)) listener_.Warned(warning);
 }
 
 void CoupledRun::Solve(StepRecord& record) {

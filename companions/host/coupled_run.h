@@ -51,6 +51,7 @@ class CoupledRun {
   void SendControls(const StepRecord& record);
   void ReportLast();
   void RetireWells();
+  void Warn(const RunWarning& warning);
 
   const CaseModel& case_;
   DriverModel& model_;
@@ -62,6 +63,7 @@ class CoupledRun {
   std::vector<const TubingSpec*> tubings_;
   StepRecord last_;  ///< the step that was run and not yet reported
   bool hasLast_ = false;
+  RunWarnings warnings_;
 };
 
 }  // namespace gantry::fieldrun

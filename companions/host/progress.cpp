@@ -77,4 +77,9 @@ void Progress::Notice(const std::string& text) {
   if (showsTable_) fmt::print(UserOutput(), "{}\n", text);
 }
 
+void Progress::Warned(const RunWarning& warning) {
+  ClearBar();
+  fmt::print(stderr, "fieldrun: warning: {}\n", ToText(warning));
+}
+
 }  // namespace gantry::fieldrun

@@ -8,7 +8,7 @@
 namespace gantry::fieldrun {
 
 /// What a user sees of a run: one line for each step on standard output and, on a terminal, a bar
-/// below it on standard error.
+/// below it on standard error. Warnings go to standard error whether there is a table or not.
 class Progress : public RunListener {
  public:
   Progress(UnitSystem units, bool showsTable, bool showsBar);
@@ -18,6 +18,7 @@ class Progress : public RunListener {
   void StepDone(const StepRecord& record) override;
   void Ended(const RunEnd& end) override;
   void Notice(const std::string& text) override;
+  void Warned(const RunWarning& warning) override;
 
  private:
   void ClearBar();

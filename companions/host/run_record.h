@@ -6,6 +6,7 @@
 
 #include "host/case_model.h"
 #include "host/network.h"
+#include "host/run_warnings.h"
 
 namespace gantry::fieldrun {
 
@@ -53,6 +54,7 @@ struct RunEnd {
   size_t steps = 0;
   bool endedBySimulator = false;
   std::string failure;  ///< the module's own text; empty for a run that went well
+  std::vector<RunWarning> warnings{};
 };
 
 /// Whoever follows a run: the tables, the report, the terminal.
@@ -64,6 +66,8 @@ class RunListener {
   virtual void StepDone(const StepRecord& record) = 0;
   virtual void Ended(const RunEnd& end) = 0;
   virtual void Notice(const std::string& /*text*/) {}
+  /// Called once for each topic and well; RunEnd has them all.
+  virtual void Warned(const RunWarning& /*warning*/) {}
 };
 
 }  // namespace gantry::fieldrun

@@ -47,6 +47,9 @@ class Listeners : public RunListener {
   void Notice(const std::string& text) override {
     for (RunListener* listener : all_) listener->Notice(text);
   }
+  void Warned(const RunWarning& warning) override {
+    for (RunListener* listener : all_) listener->Warned(warning);
+  }
 
  private:
   std::vector<RunListener*> all_;
