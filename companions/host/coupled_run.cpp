@@ -4,10 +4,10 @@
 
 #include <fmt/format.h>
 
+#include "host/interruption.h"
+
 namespace gantry::fieldrun {
 namespace {
-
-constexpr const char* kInterrupted = "The run was interrupted";
 
 /// The module's gravities, where they can be those of surface fluids; the case's own come first.
 Gravities TubingGravities(const NetworkSpec& network, const Gravities& reported) {
@@ -53,7 +53,10 @@ void CoupledRun::CheckCompositions() const {
 }
 
 void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
-  StartSimulator(model_, case_);
+  {
+    const DeafToInterruptions simulator;
+    StartSimulator(model_, case_);
+  }
   const std::vector<DriverWell> wells = model_.Wells();
   start_.components = model_.ComponentNames();
   start_.start = FirstDay(case_, model_.SimulationDate());
@@ -83,24 +86,28 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
 RunEnd CoupledRun::Run() {
   RunEnd end;
   try {
-    while (end.steps < start_.stepCount && !end.endedBySimulator) {
-      if (isInterrupted && isInterrupted()) throw DriverFailure(kInterrupted);
-      end.endedBySimulator = !RunStep(end.steps);
-      ++end.steps;
-    }
-    if (!end.endedBySimulator) {
-      StepRecord after;
-      ReadInflow(after);  // only to learn what the last step has made
-    }
+    RunSteps(end);
   } catch (const DriverFailure& failure) {
-    // What stops this program from a terminal stops the simulator too: its loss is no news then.
-    end.failure = isInterrupted && isInterrupted() ? kInterrupted : failure.what();
+    end.failure = failure.what();
+    end.endedByUser = IsInterrupted();
   }
   ReportLast();
   model_.CloseSimulator();
   end.warnings = warnings_.All();
   listener_.Ended(end);
   return end;
+}
+
+void CoupledRun::RunSteps(RunEnd& end) {
+  while (end.steps < start_.stepCount && !end.endedBySimulator) {
+    end.endedByUser = IsInterrupted();
+    if (end.endedByUser) break;
+    end.endedBySimulator = !RunStep(end.steps);
+    ++end.steps;
+  }
+  if (end.steps == 0 || end.endedBySimulator) return;
+  StepRecord after;
+  ReadInflow(after);  // only to learn what the last step has made
 }
 
 bool CoupledRun::RunStep(size_t step) {

@@ -40,11 +40,13 @@ class CoupledRun {
 
   /// Called at the beginning of each step, when the simulator waits.
   std::function<void(size_t step)> atStep;
-  /// When set, asked before each step; true ends the run there, as a failure.
+  /// When set, asked before each step; true ends the run there, by its user's wish.
   std::function<bool()> isInterrupted;
 
  private:
   void CheckCompositions() const;
+  bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
+  void RunSteps(RunEnd& end);
   bool RunStep(size_t step);
   void ReadInflow(StepRecord& record);
   void Solve(StepRecord& record);

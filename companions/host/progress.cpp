@@ -67,8 +67,9 @@ void Progress::StepDone(const StepRecord& record) {
 void Progress::Ended(const RunEnd& end) {
   ClearBar();
   if (!showsTable_ || !end.failure.empty()) return;
-  const char* how =
-      end.endedBySimulator ? "the simulator has come to its own end" : "the run is complete";
+  const char* how = end.endedByUser        ? "ended by the user"
+                    : end.endedBySimulator ? "the simulator has come to its own end"
+                                           : "the run is complete";
   fmt::print(UserOutput(), "\n{}: {}\n", Counted(end.steps, "step"), how);
 }
 

@@ -80,6 +80,10 @@ std::string Report::Head() const {
   if (history_.end.endedBySimulator) {
     html += "<p class=\"soft\">The simulator came to its own end.</p>\n";
   }
+  if (history_.end.endedByUser) {
+    html += fmt::format("<p class=\"soft\">The run was ended by the user after {} of {}.</p>\n",
+                        history_.end.steps, Counted(start.stepCount, "step"));
+  }
   if (!history_.end.failure.empty()) {
     html += fmt::format("<p class=\"failure\">The run failed in step {}: {}</p>\n",
                         history_.end.steps + 1, EscapeHtml(history_.end.failure));

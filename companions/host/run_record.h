@@ -55,6 +55,7 @@ struct RunEnd {
   bool endedBySimulator = false;
   std::string failure;  ///< the module's own text; empty for a run that went well
   std::vector<RunWarning> warnings{};
+  bool endedByUser = false;
 };
 
 /// Whoever follows a run: the tables, the report, the terminal.

@@ -1,9 +1,9 @@
-#include <csignal>
 #include <filesystem>
 
 #include <fmt/format.h>
 
 #include "host/coupled_run.h"
+#include "host/interruption.h"
 #include "host/output_file.h"
 #include "host/progress.h"
 #include "host/report_html.h"
@@ -17,15 +17,6 @@ namespace gantry::fieldrun {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Set by the first request to stop; the step under way is finished and what was run is reported.
-// A second request ends the program at once.
-volatile std::sig_atomic_t stopRequested = 0;
-
-void RequestStop(int signal) {
-  stopRequested = 1;
-  std::signal(signal, SIG_DFL);
-}
 
 // Passes what happens in a run on to all who follow it.
 class Listeners : public RunListener {
@@ -54,6 +45,13 @@ class Listeners : public RunListener {
  private:
   std::vector<RunListener*> all_;
 };
+
+std::string DescribeEnd(const RunEnd& end) {
+  std::string text =
+      fmt::format("the run was ended by the user after {}", Counted(end.steps, "step"));
+  if (!end.failure.empty()) text += "; the next one failed: " + end.failure;
+  return text;
+}
 
 void MakeFolder(const std::string& folder) {
   std::error_code error;
@@ -85,15 +83,17 @@ void RunCase(const Session& session) {
   Listeners listeners({&tables, &history, &progress});
   CoupledRun run(caseModel, model, listeners);
   run.atStep = [&](size_t step) { script.RunStep(step + 1, model, UserOutput()); };
-  run.isInterrupted = [] { return stopRequested != 0; };
-  std::signal(SIGINT, RequestStop);
-  std::signal(SIGTERM, RequestStop);
+  run.isInterrupted = IsInterrupted;
+  TakeInterruptions();
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
   const RunEnd end = run.Run();
   OutputFile report(caseModel.general.output + "/report.html");
   report.Write(ComposeReport(caseModel, history));
   report.Finish();
+  if (end.endedByUser) {
+    throw EndedByUser(DescribeEnd(end) + "; results: " + caseModel.general.output);
+  }
   if (!end.failure.empty()) throw DriverFailure(end.failure);
   if (!options.quiet) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
 }

@@ -8,6 +8,7 @@
 
 #include "host/case_keys.h"
 #include "host/case_reader.h"
+#include "host/interruption.h"
 #include "host/terminal.h"
 #include "platform/dynamic_library.h"
 #include "platform/file_path.h"
@@ -20,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2 };
+enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2, kEndedByUser = 3 };
 
 using VerbFunction = void (*)(const Session&);
 
@@ -112,6 +113,9 @@ int RunVerb(const Options& options) {
   } catch (const CaseError& error) {
     fmt::print(stderr, "{}\n", error.what());
     return kBadInput;
+  } catch (const EndedByUser& end) {
+    fmt::print(stderr, "fieldrun: {}\n", end.what());
+    return kEndedByUser;
   } catch (const std::exception& error) {
     fmt::print(stderr, "fieldrun: {}\n", error.what());
     return kFailed;

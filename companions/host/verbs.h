@@ -14,7 +14,7 @@ struct Session {
 };
 
 /// Does what the command line says. The exit status: 0 done, 1 the module failed, 2 the case file
-/// or the command line is at fault. Tells faults on standard error.
+/// or the command line is at fault, 3 the user ended the run. Tells faults on standard error.
 int RunVerb(const Options& options);
 
 void RunCase(const Session& session);

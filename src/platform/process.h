@@ -20,7 +20,8 @@ class ChildProcess {
 ///
 /// The command line is one text, as on Windows; where the system wants a list of arguments it is
 /// split at blanks outside double quotes, with no shell and no expansion. The child inherits no
-/// descriptor but the standard three and leaves no zombie behind.
+/// descriptor but the standard three and leaves no zombie behind; on POSIX it leads a session of
+/// its own, which no terminal's signals reach.
 /// Returns null when the process couldn't be started.
 std::unique_ptr<ChildProcess> StartProcess(const std::string& application,
                                            const std::string& commandLine,

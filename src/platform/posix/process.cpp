@@ -101,6 +101,7 @@ void RestoreSignals() {
   const Descriptor& starter = launch.channel.started;
   char go = 0;
   if (Send(starter, ::getpid()) && Receive(starter, go)) {
+    ::setsid();
     TakeStandardInput(launch.standardInput);
     KeepOnlyStandardDescriptors();
     RestoreSignals();
