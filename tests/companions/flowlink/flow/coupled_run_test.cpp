@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "binary_records.h"
 #include "flow_fixture.h"
 #include "program.h"
 
@@ -82,6 +83,12 @@ TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
                            reference.Number(year, "bottom-hole pressure (psia)"),
                            "pressure" + when);
   }
+  // The first report step is the adapter's tiny one.
+  const fs::path written = folder_ / "ODEH_FLOW.flow";
+  EXPECT_EQ(CountRecords(written / "ODEH_FLOW.UNRST", "SEQNUM"), 121);
+  EXPECT_EQ(CountRecords(written / "ODEH_FLOW.UNSMRY", "SEQHDR"), 121);
+  EXPECT_EQ(gantry::test::TestFolder::Read(written / "ODEH_FLOW.log").find("Uncaught"),
+            std::string::npos);
   WaitForAll();
 }
 
