@@ -15,6 +15,7 @@ else()
   set(built Intersect InflowCalc fieldrun tanksim flowlink runfactory)
   if(TARGET IntersectDialogs)
     list(APPEND built IntersectDialogs)
+    install(TARGETS intersect_dialogs RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR})
   endif()
   install(TARGETS ${built}
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "host/case_writer.h"
+#include "host/dialog_parts.h"
 #include "host/output_file.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
@@ -113,7 +114,10 @@ void WriteBack(const CaseModel& caseModel, const Values& changes, const std::str
   output.Finish();
 }
 
-void* RequireScreen() {
+void* RequireScreen(const ModuleApi& api) {
+  if (const std::string fault = DialogFault(api); !fault.empty()) {
+    throw DriverFailure("The module can't open its dialogs: " + fault);
+  }
   void* const screen = platform::ScreenWindow();
   if (screen == nullptr) throw DriverFailure("There is no display to show a dialog on");
   return screen;
@@ -122,14 +126,14 @@ void* RequireScreen() {
 }  // namespace
 
 void OpenConfiguration(const Session& session) {
-  void* const screen = RequireScreen();
+  void* const screen = RequireScreen(session.api);
   if (session.trace != nullptr) session.trace->Begin("ExtConfigure", "window=screen");
   const int32_t result = session.api.ExtConfigure(screen);
   if (session.trace != nullptr) session.trace->End(result, "");
 }
 
 void OpenSettings(const Session& session) {
-  void* const screen = RequireScreen();
+  void* const screen = RequireScreen(session.api);
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   const bool hasWells = session.options.blockFile.empty() && LoadProducers(model, caseModel);
@@ -152,7 +156,7 @@ void OpenSettings(const Session& session) {
 }
 
 void OpenExport(const Session& session) {
-  void* const screen = RequireScreen();
+  void* const screen = RequireScreen(session.api);
   const CaseModel caseModel = ReadCaseOf(session.options);
   if (caseModel.simulator.storeFile.empty()) {
     throw CaseError(session.options.caseFile, 0, "[simulator] has no store_file for the variables");

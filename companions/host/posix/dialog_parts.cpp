@@ -1,0 +1,34 @@
+#include "host/dialog_parts.h"
+
+#include <dlfcn.h>
+
+#include "host/module_api.h"
+#include "platform/dialog_toolkit_library.h"
+#include "platform/dynamic_library.h"
+#include "platform/files.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+std::string FolderOf(const ModuleApi& api) {
+  Dl_info info{};
+  const bool isKnown = ::dladdr(reinterpret_cast<void*>(api.ExtConfigure), &info) != 0;
+  return isKnown ? platform::DirectoryOf(info.dli_fname) + platform::kPathSeparator : "";
+}
+
+}  // namespace
+
+std::string DialogFault(const ModuleApi& api) {
+  const std::string folder = FolderOf(api);
+  std::string reason;
+  const auto library = platform::DynamicLibrary::Open(
+      folder + platform::LibraryFileName("IntersectDialogs"), &reason);
+  if (library == nullptr) return reason;
+  const auto open =
+      reinterpret_cast<platform::OpenDialogToolkit*>(library->Symbol(platform::kOpenDialogToolkit));
+  if (open != nullptr && open(platform::kDialogToolkitVersion) != nullptr) return {};
+  return folder + platform::ProgramFileName("IntersectDialogs") +
+         " is missing, or isn't of the module's version";
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,7 @@
+#include "host/dialog_parts.h"
+
+namespace gantry::fieldrun {
+
+std::string DialogFault(const ModuleApi& /*api*/) { return {}; }  // they are in the module itself
+
+}  // namespace gantry::fieldrun
