@@ -10,48 +10,79 @@
 #include "host/case_reader.h"
 #include "host/input_file.h"
 #include "platform/file_path.h"
+#include "toml/near_word.h"
 
 namespace gantry::fieldrun {
 namespace {
 
+/// The checks of one case. What is wrong is gathered.
+class Check {
+ public:
+  Check(const CaseModel& model, std::vector<Finding>& findings)
+      : model_(model), findings_(findings) {}
+
+  void All();
+
+ private:
+  template <class Spec>
+  void NamesDiffer(const std::vector<Spec>& specs, std::string_view what);
+  void Simulator();
+  void Time();
+  void Tubings();
+  void KeysFitKind(const WellSpec& well);
+  void Producer(const WellSpec& well);
+  void Injector(const WellSpec& well);
+  void Groups();
+  void Fail(int line, const std::string& reason) { findings_.push_back({line, reason}); }
+
+  const CaseModel& model_;
+  std::vector<Finding>& findings_;
+};
+
 template <class Spec>
-void CheckNamesDiffer(const CaseModel& model, const std::vector<Spec>& specs,
-                      std::string_view what) {
+std::vector<std::string_view> Names(const std::vector<Spec>& specs) {
+  std::vector<std::string_view> names;
+  for (const Spec& spec : specs) names.push_back(spec.name);
+  return names;
+}
+
+template <class Spec>
+void Check::NamesDiffer(const std::vector<Spec>& specs, std::string_view what) {
   std::unordered_set<std::string> names;
   for (const Spec& spec : specs) {
-    if (!names.insert(spec.name).second) {
-      model.Fail(spec.LineOf("name"), fmt::format("there are two {}s \"{}\"", what, spec.name));
+    if (!spec.name.empty() && !names.insert(spec.name).second) {
+      Fail(spec.LineOf("name"), fmt::format("there are two {}s \"{}\"", what, spec.name));
     }
   }
 }
 
-void CheckSimulator(const CaseModel& model) {
-  const SimulatorSpec& simulator = model.simulator;
+void Check::Simulator() {
+  const SimulatorSpec& simulator = model_.simulator;
   const bool isCluster = simulator.connection == 1;
   if (isCluster && simulator.headNode.empty()) {
-    model.Fail(simulator.LineOf("connection"), "a cluster needs its head_node");
+    Fail(simulator.LineOf("connection"), "a cluster needs its head_node");
   }
-  if (isCluster) return;
+  if (isCluster || simulator.deck.empty()) return;
   if (!IsFile(simulator.deck)) {
-    model.Fail(simulator.LineOf("deck"), fmt::format("no such dataset: {}", simulator.deck));
+    Fail(simulator.LineOf("deck"), fmt::format("no such dataset: {}", simulator.deck));
   }
   const std::string name = platform::NameOf(platform::PathOf(simulator.deck).filename());
   if (name.find(' ') != std::string::npos) {
-    model.Fail(simulator.LineOf("deck"),
-               fmt::format("the dataset's name can't hold a blank, since a simulator of this "
-                           "machine would take it for two: {}",
-                           name));
+    Fail(simulator.LineOf("deck"),
+         fmt::format("the dataset's name can't hold a blank, since a simulator of this "
+                     "machine would take it for two: {}",
+                     name));
   }
 }
 
-void CheckTime(const CaseModel& model) {
-  const TimeSpec& time = model.time;
+void Check::Time() {
+  const TimeSpec& time = model_.time;
   const int ways = (time.end ? 1 : 0) + (time.duration ? 1 : 0) + (time.steps ? 1 : 0);
   if (ways != 1) {
-    model.Fail(time.line, "[time] needs one, and only one, of the keys end, duration and steps");
+    Fail(time.line, "[time] needs one, and only one, of the keys end, duration and steps");
   }
   if (time.start && time.end && !(*time.start < *time.end)) {
-    model.Fail(time.LineOf("end"), "end must lie after start");
+    Fail(time.LineOf("end"), "end must lie after start");
   }
 }
 
@@ -74,7 +105,7 @@ const std::vector<KindKeys>& KeysOfKinds() {
   return kKeys;
 }
 
-void CheckKeysFitKind(const CaseModel& model, const WellSpec& well) {
+void Check::KeysFitKind(const WellSpec& well) {
   static const std::vector<std::string> kForAll{"name", "kind", "connected", "downtime"};
   const std::vector<std::string>& own = KeysOfKinds()[static_cast<size_t>(well.kind)].keys;
   for (const auto& [key, line] : well.keyLines) {
@@ -82,77 +113,85 @@ void CheckKeysFitKind(const CaseModel& model, const WellSpec& well) {
                        std::find(kForAll.begin(), kForAll.end(), key) != kForAll.end();
     if (isOwn) continue;
     static constexpr const char* kKindWords[] = {"producer", "water injector", "gas injector"};
-    model.Fail(line, fmt::format("{} means nothing for a {}", key, kKindWords[well.kind]));
+    Fail(line, fmt::format("{} means nothing for a {}", key, kKindWords[well.kind]));
   }
 }
 
-void CheckProducer(const CaseModel& model, const WellSpec& well,
-                   const std::unordered_set<std::string>& tubings) {
+void Check::Producer(const WellSpec& well) {
   if (well.tubing.empty()) return;
-  if (!tubings.contains(well.tubing)) {
-    model.Fail(well.LineOf("tubing"), fmt::format("there is no tubing \"{}\"", well.tubing));
+  if (model_.TubingOf(well) == nullptr) {
+    Fail(well.LineOf("tubing"),
+         fmt::format("there is no tubing \"{}\"{}", well.tubing,
+                     toml_reader::DidYouMean(well.tubing, Names(model_.tubings))));
   }
-  if (!well.manifoldPressure && !model.network.manifoldPressure) {
-    model.Fail(well.LineOf("tubing"),
-               "a well with a tubing needs a manifold_pressure, of its own or in [network]");
+  if (!well.manifoldPressure && !model_.network.manifoldPressure) {
+    Fail(well.LineOf("tubing"),
+         "a well with a tubing needs a manifold_pressure, of its own or in [network]");
   }
 }
 
-void CheckInjector(const CaseModel& model, const WellSpec& well) {
+void Check::Injector(const WellSpec& well) {
   const bool hasRate = well.waterRate || well.gasRate;
   if (well.connected && hasRate == well.bottomHolePressure.has_value()) {
-    model.Fail(well.line,
-               fmt::format("injector \"{}\" needs either {} or bottom_hole_pressure", well.name,
-                           well.Kind() == WellKind::kGasInjector ? "gas_rate" : "water_rate"));
+    Fail(well.line,
+         fmt::format("injector \"{}\" needs either {} or bottom_hole_pressure", well.name,
+                     well.Kind() == WellKind::kGasInjector ? "gas_rate" : "water_rate"));
   }
   if (well.composition.empty()) return;
   const double sum = std::accumulate(well.composition.begin(), well.composition.end(), 0.0);
   if (std::abs(sum - 1) > 1e-6) {
-    model.Fail(well.LineOf("composition"),
-               fmt::format("the fractions of composition must sum to 1, not {:g}", sum));
+    Fail(well.LineOf("composition"),
+         fmt::format("the fractions of composition must sum to 1, not {:g}", sum));
   }
   if (well.composition.size() > 100) {
-    model.Fail(well.LineOf("composition"), "composition can have no more than 100 fractions");
+    Fail(well.LineOf("composition"), "composition can have no more than 100 fractions");
   }
 }
 
-void CheckGroups(const CaseModel& model) {
+void Check::Groups() {
   std::unordered_map<std::string, bool> wells;
-  for (const WellSpec& well : model.wells) wells[well.name] = well.connected;
-  for (const GroupSpec& group : model.groups) {
+  for (const WellSpec& well : model_.wells) wells[well.name] = well.connected;
+  for (const GroupSpec& group : model_.groups) {
     for (const std::string& name : group.wells) {
       const auto well = wells.find(name);
       if (well == wells.end()) {
-        model.Fail(group.LineOf("wells"), fmt::format("there is no well \"{}\"", name));
-      }
-      if (!well->second) {
-        model.Fail(group.LineOf("wells"), fmt::format("well \"{}\" isn't connected", name));
+        Fail(group.LineOf("wells"),
+             fmt::format("there is no well \"{}\"{}", name,
+                         toml_reader::DidYouMean(name, Names(model_.wells))));
+      } else if (!well->second) {
+        Fail(group.LineOf("wells"), fmt::format("well \"{}\" isn't connected", name));
       }
     }
   }
+}
+
+void Check::Tubings() {
+  for (const TubingSpec& tubing : model_.tubings) {
+    if (tubing.isSound && tubing.length && *tubing.length < tubing.depth) {
+      Fail(tubing.LineOf("length"), "length can't be less than depth");
+    }
+  }
+}
+
+void Check::All() {
+  Simulator();
+  if (model_.time.isSound) Time();
+  NamesDiffer(model_.tubings, "tubing");
+  NamesDiffer(model_.wells, "well");
+  NamesDiffer(model_.groups, "group");
+  Tubings();
+  for (const WellSpec& well : model_.wells) {
+    if (!well.isSound) continue;
+    KeysFitKind(well);
+    well.Kind() == WellKind::kProducer ? Producer(well) : Injector(well);
+  }
+  Groups();
 }
 
 }  // namespace
 
-void CheckCase(const CaseModel& model) {
-  CheckSimulator(model);
-  CheckTime(model);
-  CheckNamesDiffer(model, model.tubings, "tubing");
-  CheckNamesDiffer(model, model.wells, "well");
-  CheckNamesDiffer(model, model.groups, "group");
-  std::unordered_set<std::string> tubings;
-  for (const TubingSpec& tubing : model.tubings) {
-    if (tubing.length && *tubing.length < tubing.depth) {
-      model.Fail(tubing.LineOf("length"), "length can't be less than depth");
-    }
-    tubings.insert(tubing.name);
-  }
-  for (const WellSpec& well : model.wells) {
-    CheckKeysFitKind(model, well);
-    if (well.Kind() == WellKind::kProducer) CheckProducer(model, well, tubings);
-    if (well.Kind() != WellKind::kProducer) CheckInjector(model, well);
-  }
-  CheckGroups(model);
+void CheckCase(const CaseModel& model, std::vector<Finding>& findings) {
+  Check(model, findings).All();
 }
 
 }  // namespace gantry::fieldrun

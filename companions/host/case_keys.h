@@ -20,6 +20,8 @@ struct KeyDescription {
   bool isRequired = false;
   double low = -1e300;            ///< smallest number, in field units
   double high = 1e300;            ///< largest number
+  double usualLow = -1e300;       ///< a smaller number can hardly be meant, and is warned of
+  double usualHigh = 1e300;       ///< nor a larger one
   std::string_view choices = "";  ///< words divided by '|'; a choice is kept as its position
   std::string_view fallback =
       "";  ///< what stands in when the key is missing, as the reference says
@@ -56,6 +58,19 @@ KeyTable<GroupSpec> GroupKeys();
 
 /// In the order of the file: case, simulator, time, network, tubing, well, group.
 std::span<const SectionDescription> CaseSections();
+
+/// Does something with each section in the order of the file: its description and its keys.
+template <class Action>
+void ForEachSection(Action action) {
+  const auto sections = CaseSections();
+  action(sections[0], GeneralKeys());
+  action(sections[1], SimulatorKeys());
+  action(sections[2], TimeKeys());
+  action(sections[3], NetworkKeys());
+  action(sections[4], TubingKeys());
+  action(sections[5], WellKeys());
+  action(sections[6], GroupKeys());
+}
 
 /// The names of the choices of a key, by position.
 std::vector<std::string_view> SplitChoices(std::string_view choices);

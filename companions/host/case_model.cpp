@@ -6,9 +6,27 @@
 
 namespace gantry::fieldrun {
 
+namespace {
+
+std::string TextOf(const std::string& file, const std::vector<Finding>& findings) {
+  std::string text;
+  for (const Finding& finding : findings) {
+    text += (text.empty() ? "" : "\n") + finding.In(file);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string Finding::In(const std::string& file) const {
+  return fmt::format("{}:{}: {}{}", file, std::max(line, 1), isError ? "" : "warning: ", reason);
+}
+
 CaseError::CaseError(const std::string& file, int line, const std::string& reason)
-    : runtime_error(line > 0 ? fmt::format("{}:{}: {}", file, line, reason)
-                             : fmt::format("{}: {}", file, reason)) {}
+    : CaseError(file, {{line, reason}}) {}
+
+CaseError::CaseError(const std::string& file, const std::vector<Finding>& findings)
+    : runtime_error(TextOf(file, findings)) {}
 
 int Located::LineOf(const std::string& key) const {
   const auto found = keyLines.find(key);

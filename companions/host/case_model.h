@@ -11,16 +11,28 @@
 
 namespace gantry::fieldrun {
 
-/// A case file that can't be run as it stands. what() is "file:line: reason", or "file: reason"
-/// where no line is at fault.
+/// What is wrong with a line of a file of the user's, or can hardly be meant.
+struct Finding {
+  int line = 0;  ///< from 1; 0 where the file as a whole is meant
+  std::string reason;
+  bool isError = true;
+
+  /// "file:line: reason", with "warning: " before the reason of a warning.
+  std::string In(const std::string& file) const;
+};
+
+/// A case file, or another file of the user's, that can't be used as it stands. what() has a line
+/// for each fault, "file:line: reason".
 class CaseError : public std::runtime_error {
  public:
   CaseError(const std::string& file, int line, const std::string& reason);
+  CaseError(const std::string& file, const std::vector<Finding>& findings);
 };
 
 /// Where a section and its keys stand in the case file, for messages.
 struct Located {
   int line = 0;
+  bool isSound = true;  ///< false when one of its keys is at fault
   std::map<std::string, int> keyLines;
 
   int LineOf(const std::string& key) const;
@@ -114,6 +126,7 @@ struct CaseModel {
   std::vector<TubingSpec> tubings;
   std::vector<WellSpec> wells;
   std::vector<GroupSpec> groups;
+  std::vector<std::string> warnings;  ///< what can hardly be meant, each "file:line: warning: ..."
 
   UnitSystem Units() const { return static_cast<UnitSystem>(general.units); }
   /// Null for a well without a tubing.

@@ -11,6 +11,7 @@
 #include "host/input_file.h"
 #include "platform/file_path.h"
 #include "toml/checked_toml.h"
+#include "toml/near_word.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -19,10 +20,23 @@ namespace fs = std::filesystem;
 
 int LineOf(const toml::node& node) { return static_cast<int>(node.source().begin.line); }
 
+/// What is wrong with a place of the file: ends the reading of the key, or of the section.
+struct Fault {
+  int line;
+  std::string reason;
+};
+
+template <class Range, class Name>
+std::vector<std::string_view> NamesOf(const Range& range, Name name) {
+  std::vector<std::string_view> names;
+  for (const auto& item : range) names.push_back(name(item));
+  return names;
+}
+
 // Reads one file by the tables of keys. Holds what every message and every number needs.
 class Reader {
  public:
-  explicit Reader(CaseModel& model) : model_(model) {}
+  Reader(CaseModel& model, std::vector<Finding>& findings) : model_(model), findings_(findings) {}
 
   void ReadAll(const toml::table& file);
 
@@ -48,45 +62,89 @@ class Reader {
   template <class Value>
   void Take(const toml::node& node, const KeyDescription& about, std::vector<Value>& values);
 
-  int Choice(const toml::node& node, const KeyDescription& about);
+  int Choice(const toml::node& node, const KeyDescription& about, std::string_view orElse = "");
   void CheckRange(const toml::node& node, const KeyDescription& about, double value);
+  void WarnOfTheUnusual(const toml::node& node, const KeyDescription& about, double value);
+  std::string WithUnit(double value, const KeyDescription& about) const;
   void RefuseUnknownSections(const toml::table& file);
+  /// Does it; a fault is noted, and the answer is false.
+  template <class Action>
+  bool Try(Action action);
   [[noreturn]] void FailType(const toml::node& node, const KeyDescription& about,
                              std::string_view wanted);
 
   CaseModel& model_;
+  std::vector<Finding>& findings_;
+  bool knowsUnits_ = true;
 };
+
+template <class Action>
+bool Reader::Try(Action action) {
+  try {
+    action();
+    return true;
+  } catch (const Fault& fault) {
+    findings_.push_back({fault.line, fault.reason});
+    return false;
+  }
+}
 
 void Reader::FailType(const toml::node& node, const KeyDescription& about,
                       std::string_view wanted) {
-  model_.Fail(LineOf(node), fmt::format("{} must be {}", about.name, wanted));
+  throw Fault{LineOf(node), fmt::format("{} must be {}", about.name, wanted)};
+}
+
+std::string Reader::WithUnit(double value, const KeyDescription& about) const {
+  const std::string_view unit = UnitName(about.quantity, model_.Units());
+  return fmt::format("{:g}{}{}", FromInternal(value, about.quantity, model_.Units()),
+                     unit.empty() ? "" : " ", unit);
 }
 
 void Reader::CheckRange(const toml::node& node, const KeyDescription& about, double value) {
-  const auto limit = [&](double number) {
-    const std::string_view unit = UnitName(about.quantity, model_.Units());
-    return fmt::format("{:g}{}{}", FromInternal(number, about.quantity, model_.Units()),
-                       unit.empty() ? "" : " ", unit);
-  };
   if (!std::isfinite(value)) FailType(node, about, "a finite number");
+  if (!knowsUnits_ && about.quantity != Quantity::kNone) return;
   // What a conversion may lose at the bound itself is no fault of the case.
   const double slack = 1e-9 * std::abs(value);
-  if (value < about.low - slack) FailType(node, about, "at least " + limit(about.low));
-  if (value > about.high + slack) FailType(node, about, "at most " + limit(about.high));
+  if (value < about.low - slack) FailType(node, about, "at least " + WithUnit(about.low, about));
+  if (value > about.high + slack) FailType(node, about, "at most " + WithUnit(about.high, about));
+  WarnOfTheUnusual(node, about, value);
 }
 
-int Reader::Choice(const toml::node& node, const KeyDescription& about) {
+void Reader::WarnOfTheUnusual(const toml::node& node, const KeyDescription& about, double value) {
+  const auto isUsual = [&](double number) {
+    return number >= about.usualLow && number <= about.usualHigh;
+  };
+  if (isUsual(value)) return;
+  const bool isLow = value < about.usualLow;
+  const UnitSystem other =
+      model_.Units() == UnitSystem::kField ? UnitSystem::kMetric : UnitSystem::kField;
+  const double stated = FromInternal(value, about.quantity, model_.Units());
+  const std::string_view unit = UnitName(about.quantity, other);
+  const bool wouldFit = unit != UnitName(about.quantity, model_.Units()) &&
+                        isUsual(ToInternal(stated, about.quantity, other));
+  findings_.push_back({LineOf(node),
+                       fmt::format("{} is {}, {} than {}: it can hardly be meant{}", about.name,
+                                   WithUnit(value, about), isLow ? "less" : "more",
+                                   WithUnit(isLow ? about.usualLow : about.usualHigh, about),
+                                   wouldFit ? fmt::format(" ({:g} {} could)", stated, unit) : ""),
+                       false});
+}
+
+/// `orElse` is what the key takes beside its words, with the "or".
+int Reader::Choice(const toml::node& node, const KeyDescription& about, std::string_view orElse) {
   const std::vector<std::string_view> words = SplitChoices(about.choices);
   std::string list;
   for (const std::string_view word : words) {
     list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", word);
   }
+  list = std::string(orElse) + (words.size() > 1 ? "one of " : "") + list;
   const auto* text = node.as_string();
-  if (text == nullptr) FailType(node, about, "one of " + list);
+  if (text == nullptr) FailType(node, about, list);
   const auto found = std::find(words.begin(), words.end(), text->get());
   if (found == words.end()) {
-    model_.Fail(LineOf(node), fmt::format("{} can't be \"{}\"; it must be one of {}", about.name,
-                                          text->get(), list));
+    throw Fault{LineOf(node),
+                fmt::format("{} can't be \"{}\"; it must be {}{}", about.name, text->get(), list,
+                            toml_reader::DidYouMean(text->get(), words))};
   }
   return static_cast<int>(found - words.begin());
 }
@@ -104,7 +162,8 @@ void Reader::Take(const toml::node& node, const KeyDescription& about, std::stri
 
 void Reader::Take(const toml::node& node, const KeyDescription& about, double& value) {
   if (!about.choices.empty() && !node.is_number()) {
-    Choice(node, about);
+    Choice(node, about,
+           fmt::format("a number of {} or ", UnitName(about.quantity, model_.Units())));
     value = 0;
     return;
   }
@@ -121,8 +180,8 @@ void Reader::Take(const toml::node& node, const KeyDescription& about, int& valu
   }
   const auto* number = node.as_integer();
   if (number == nullptr) FailType(node, about, "a whole number");
-  CheckRange(node, about, static_cast<double>(number->get()));
   if (number->get() > std::numeric_limits<int>::max()) FailType(node, about, "smaller");
+  CheckRange(node, about, static_cast<double>(number->get()));
   value = static_cast<int>(number->get());
 }
 
@@ -161,21 +220,26 @@ template <class Spec>
 void Reader::ReadKeys(const toml::table& table, std::string_view section, KeyTable<Spec> keys,
                       Spec& spec) {
   spec.line = LineOf(table);
+  const auto names = NamesOf(keys, [](const auto& row) { return row.about.name; });
   for (const auto& [key, node] : table) {
-    const auto row = std::find_if(keys.begin(), keys.end(), [&, name = key.str()](const auto& r) {
-      return r.about.name == name;
+    const std::string_view name = key.str();
+    const int line = static_cast<int>(key.source().begin.line);
+    const bool isRead = Try([&, &value = node] {
+      const auto place = std::ranges::find(names, name) - names.begin();
+      if (place == std::ssize(names)) {
+        throw Fault{line, fmt::format("[{}] has no key \"{}\"{}", section, name,
+                                      toml_reader::DidYouMean(name, names))};
+      }
+      spec.keyLines[std::string(name)] = LineOf(value);
+      Store(value, keys[static_cast<size_t>(place)], spec);
     });
-    if (row == keys.end()) {
-      model_.Fail(static_cast<int>(key.source().begin.line),
-                  fmt::format("[{}] has no key \"{}\"", section, key.str()));
-    }
-    spec.keyLines[std::string(key.str())] = LineOf(node);
-    Store(node, *row, spec);
+    spec.isSound = spec.isSound && isRead;
   }
   for (const KeyRow<Spec>& row : keys) {
-    if (row.about.isRequired && !table.contains(row.about.name)) {
-      model_.Fail(spec.line, fmt::format("[{}] needs the key \"{}\"", section, row.about.name));
-    }
+    if (!row.about.isRequired || table.contains(row.about.name)) continue;
+    findings_.push_back(
+        {spec.line, fmt::format("[{}] needs the key \"{}\"", section, row.about.name)});
+    spec.isSound = false;
   }
 }
 
@@ -185,7 +249,9 @@ void Reader::ReadSection(const toml::table& file, size_t section, KeyTable<Spec>
   const toml::node* node = file.get(name);
   static const toml::table kNothing;
   if (node != nullptr && !node->is_table()) {
-    model_.Fail(LineOf(*node), fmt::format("{} must be a section, [{}]", name, name));
+    findings_.push_back({LineOf(*node), fmt::format("{} must be a section, [{}]", name, name)});
+    spec.isSound = false;
+    return;
   }
   ReadKeys(node != nullptr ? *node->as_table() : kNothing, name, keys, spec);
 }
@@ -198,20 +264,21 @@ void Reader::ReadList(const toml::table& file, size_t section, KeyTable<Spec> ke
   if (node == nullptr) return;
   const auto* list = node->as_array();
   if (list == nullptr || !list->is_homogeneous(toml::node_type::table)) {
-    model_.Fail(LineOf(*node), fmt::format("{} must be a list of sections, [[{}]]", name, name));
+    findings_.push_back(
+        {LineOf(*node), fmt::format("{} must be a list of sections, [[{}]]", name, name)});
+    return;
   }
   for (const toml::node& item : *list) ReadKeys(*item.as_table(), name, keys, specs.emplace_back());
 }
 
 void Reader::RefuseUnknownSections(const toml::table& file) {
-  const auto sections = CaseSections();
+  const auto names =
+      NamesOf(CaseSections(), [](const SectionDescription& section) { return section.name; });
   for (const auto& [key, node] : file) {
-    const bool isKnown = std::any_of(sections.begin(), sections.end(),
-                                     [&k = key](const auto& s) { return s.name == k.str(); });
-    if (!isKnown) {
-      model_.Fail(static_cast<int>(key.source().begin.line),
-                  fmt::format("a case has no section \"{}\"", key.str()));
-    }
+    if (std::ranges::find(names, key.str()) != names.end()) continue;
+    findings_.push_back({static_cast<int>(key.source().begin.line),
+                         fmt::format("a case has no section \"{}\"{}", key.str(),
+                                     toml_reader::DidYouMean(key.str(), names))});
   }
 }
 
@@ -219,6 +286,7 @@ void Reader::ReadAll(const toml::table& file) {
   RefuseUnknownSections(file);
   // First, since every other number is converted by the units that stand here.
   ReadSection(file, 0, GeneralKeys(), model_.general);
+  knowsUnits_ = model_.general.isSound;
   ReadSection(file, 1, SimulatorKeys(), model_.simulator);
   ReadSection(file, 2, TimeKeys(), model_.time);
   ReadSection(file, 3, NetworkKeys(), model_.network);
@@ -248,18 +316,32 @@ void CompletePaths(CaseModel& model) {
 
 }  // namespace
 
-CaseModel ReadCase(const std::string& path) {
-  CaseModel model;
-  model.file = path;
+bool CheckedCase::HasErrors() const { return std::ranges::any_of(findings, &Finding::isError); }
+
+CheckedCase ReadAndCheckCase(const std::string& path) {
+  CheckedCase checked;
+  checked.model.file = path;
   const std::string text = ReadInputFile(path);
   try {
-    Reader(model).ReadAll(toml_reader::Parse(text));
+    Reader(checked.model, checked.findings).ReadAll(toml_reader::Parse(text));
+    CompletePaths(checked.model);
+    CheckCase(checked.model, checked.findings);
   } catch (const toml_reader::TomlError& error) {
-    throw CaseError(path, static_cast<int>(error.Line), error.what());
+    checked.findings.push_back({static_cast<int>(error.Line), error.what()});
   }
-  CompletePaths(model);
-  CheckCase(model);
-  return model;
+  std::ranges::stable_sort(checked.findings, {}, &Finding::line);
+  return checked;
+}
+
+CaseModel ReadCase(const std::string& path) {
+  CheckedCase checked = ReadAndCheckCase(path);
+  std::vector<Finding> errors;
+  for (const Finding& finding : checked.findings) {
+    if (finding.isError) errors.push_back(finding);
+    if (!finding.isError) checked.model.warnings.push_back(finding.In(path));
+  }
+  if (!errors.empty()) throw CaseError(path, errors);
+  return std::move(checked.model);
 }
 
 }  // namespace gantry::fieldrun

@@ -45,16 +45,13 @@ std::string KeyLines(KeyTable<Spec> table) {
 }  // namespace
 
 std::string CaseReference() {
-  const std::array keys{KeyLines(GeneralKeys()), KeyLines(SimulatorKeys()), KeyLines(TimeKeys()),
-                        KeyLines(NetworkKeys()), KeyLines(TubingKeys()),    KeyLines(WellKeys()),
-                        KeyLines(GroupKeys())};
   std::string text;
-  for (size_t i = 0; i < keys.size(); ++i) {
-    const SectionDescription& section = CaseSections()[i];
+  ForEachSection([&text](const SectionDescription& section, const auto& keys) {
     const std::string heading =
         section.isList ? fmt::format("[[{}]]", section.name) : fmt::format("[{}]", section.name);
-    text += fmt::format("{}{}  {}\n{}", i == 0 ? "" : "\n", heading, section.meaning, keys[i]);
-  }
+    text += fmt::format("{}{}  {}\n{}", text.empty() ? "" : "\n", heading, section.meaning,
+                        KeyLines(keys));
+  });
   return text;
 }
 

@@ -1,14 +1,13 @@
 #include "host/run_script.h"
 
 #include <charconv>
-#include <filesystem>
-#include <fstream>
+#include <sstream>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "host/case_model.h"
-#include "platform/file_path.h"
+#include "host/input_file.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -53,10 +52,7 @@ RunScript::Line RunScript::Parse(const std::string& text, const std::string& fil
 }
 
 RunScript RunScript::Read(const std::string& path) {
-  std::ifstream file(path);
-  if (!file || std::filesystem::is_directory(platform::PathOf(path))) {
-    throw CaseError(path, 0, "no such script");
-  }
+  std::istringstream file(ReadInputFile(path));
   RunScript script;
   std::string text;
   for (int number = 1; std::getline(file, text); ++number) {

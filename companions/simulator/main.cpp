@@ -1,6 +1,7 @@
 // tanksim: a small reference simulator that an external controller drives. docs/tanksim.md
 
 #include <cstdio>
+#include <filesystem>
 
 #include "platform/file_path.h"
 #include "simulator/server/controller_service.h"
@@ -14,11 +15,23 @@ namespace {
 using namespace gantry;
 using namespace gantry::simulator;
 
+int CheckDeck(const std::string& deck) {
+  const std::filesystem::path file = platform::PathOf(deck);
+  try {
+    const TankSimulator simulator(ReadDeck(file));
+    return 0;
+  } catch (const DeckError& error) {
+    std::printf("%s\n", error.what());
+    return kRunFailed;
+  }
+}
+
 const ProgramDescription kProgram = {
     "tanksim",
     "A reference reservoir simulator of tanks, driven by an external controller.",
     TANKSIM_VERSION,
-    {{"--deck-keys", "show the numbers of a deck with units and ranges", DeckReference}}};
+    {{"--deck-keys", "show the numbers of a deck with units and ranges", DeckReference}},
+    CheckDeck};
 
 int Run(const DriverArguments& arguments) {
   try {

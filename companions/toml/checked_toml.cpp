@@ -63,9 +63,23 @@ void RequirePlainKeys(std::string_view text) {
   }
 }
 
+/// The text without the mark that some editors put ahead of UTF-8. Texts in UTF-16 are refused,
+/// with their name: their zero bytes would be told of one by one.
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  using namespace std::string_view_literals;
+  for (const std::string_view mark : {"\xFF\xFE"sv, "\xFE\xFF"sv}) {
+    const bool isZero = text.size() > 1 && (text[0] == '\0') != (text[1] == '\0');
+    if (text.starts_with(mark) || isZero) {
+      throw TomlError(1, "the file is in UTF-16; save it in UTF-8");
+    }
+  }
+  return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
+}
+
 }  // namespace
 
-toml::table Parse(std::string_view text) {
+toml::table Parse(std::string_view whole) {
+  const std::string_view text = WithoutByteOrderMark(whole);
   RequirePlainKeys(text);
   try {
     return toml::parse(text);

@@ -33,6 +33,9 @@ class TomlError : public std::runtime_error {
   size_t Line;
 };
 
+/// What may stand ahead of a text in UTF-8.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 /// Parses a whole file's text; for any content, a table or a TomlError. Heavy to include: for the
 /// source files that walk the table alone.
 toml::table Parse(std::string_view text);

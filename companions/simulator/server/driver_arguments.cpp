@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 namespace gantry::simulator {
 
@@ -69,11 +70,23 @@ std::variant<DriverArguments, int> ReadDriverArguments(int argc, char** argv,
     };
     app.add_flag_callback(shown.flag, show, shown.help);
   }
+  if (program.checkDeck) {
+    app.add_option_function<std::string>(
+        "--check",
+        [&program](const std::string& deck) { throw CLI::RuntimeError(program.checkDeck(deck)); },
+        "tell all that is wrong with this deck, without a run");
+  }
+  app.failure_message([&program](const CLI::App* /*app*/, const CLI::Error& error) {
+    return fmt::format("{}: {}\nRun with --help for more information.\n", program.name,
+                       error.what());
+  });
   app.set_version_flag("--version", program.name + " " + program.version);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : kBadCommandLine;
+    const bool isVerdict = dynamic_cast<const CLI::RuntimeError*>(&error) != nullptr;
+    const int status = app.exit(error);
+    return status == 0 || isVerdict ? status : kBadCommandLine;
   }
   const std::string fault = TakeDriverOptions(driverOptions, arguments);
   if (fault.empty()) return arguments;

@@ -29,6 +29,9 @@ struct ProgramDescription {
   std::string purpose;
   std::string version;
   std::vector<ShownText> texts;
+  /// When set, `--check DECK` reads a deck and ends the program: tells what is wrong with it on
+  /// standard output, a line "file:line: reason" each, and returns the exit status.
+  std::function<int(const std::string& deck)> checkDeck = {};
 };
 
 constexpr int kRunFailed = 1;

@@ -9,7 +9,8 @@
 
 namespace gantry::simulator {
 
-/// Reads and checks a deck: docs/tanksim.md tells its form. Throws `DeckError`.
+/// Reads and checks a deck: docs/tanksim.md tells its form. Throws `DeckError`, which
+/// tells all faults.
 Deck ReadDeck(const std::filesystem::path& file);
 Deck ReadDeckText(std::string_view text, const std::string& fileName);
 

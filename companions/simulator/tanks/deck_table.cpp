@@ -4,12 +4,14 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <set>
 
 #include <fmt/format.h>
 
 #include "platform/file_path.h"
 #include "toml/checked_toml.h"
+#include "toml/near_word.h"
 
 namespace gantry::simulator {
 
@@ -44,14 +46,22 @@ std::string_view WordOf(ColumnKey::Order order) {
 
 }  // namespace
 
+/// A fault before it is told.
+struct DeckFault : DeckError {
+  DeckFault(const std::string& file, const toml::source_region& region, const std::string& reason)
+      : DeckError(PlaceOf(file, region) + ": " + reason), line(region.begin.line) {}
+  toml::source_index line;
+};
+
 struct DeckTable::Node {
   std::shared_ptr<const toml::table> file;  ///< keeps the nodes alive
   std::shared_ptr<const std::string> fileName;
+  std::shared_ptr<std::multimap<toml::source_index, std::string>> faults;  ///< by lines
   const toml::table* table;
   std::set<std::string, std::less<>> asked;
 
   [[noreturn]] void Fail(const node& at, const std::string& reason) const {
-    throw DeckError(PlaceOf(*fileName, at.source()) + ": " + reason);
+    throw DeckFault(*fileName, at.source(), reason);
   }
   const node* Find(std::string_view key) {
     asked.emplace(key);
@@ -89,7 +99,7 @@ struct DeckTable::Node {
     return *array;
   }
   std::shared_ptr<Node> Below(const toml::table& other) const {
-    return std::make_shared<Node>(Node{file, fileName, &other, {}});
+    return std::make_shared<Node>(Node{file, fileName, faults, &other, {}});
   }
 };
 
@@ -98,7 +108,11 @@ DeckTable DeckTable::ReadText(std::string_view text, const std::string& fileName
     auto table = std::make_shared<const toml::table>(toml_reader::Parse(text));
     const toml::table* root = table.get();
     return DeckTable(std::make_shared<Node>(
-        Node{std::move(table), std::make_shared<const std::string>(fileName), root, {}}));
+        Node{std::move(table),
+             std::make_shared<const std::string>(fileName),
+             std::make_shared<std::multimap<toml::source_index, std::string>>(),
+             root,
+             {}}));
   } catch (const toml_reader::TomlError& error) {
     throw DeckError(fmt::format("{}:{}: {}", fileName, error.Line, error.what()));
   }
@@ -112,6 +126,19 @@ std::string DeckTable::Text(std::string_view key) const {
 
 std::string DeckTable::Text(std::string_view key, std::string_view fallback) const {
   return Has(key) ? Text(key) : std::string(fallback);
+}
+
+size_t DeckTable::Word(std::string_view key, std::string_view fallback,
+                       std::span<const std::string_view> words) const {
+  const std::string word = fallback.empty() ? Text(key) : Text(key, fallback);
+  const auto found = std::ranges::find(words, word);
+  if (found != words.end()) return static_cast<size_t>(found - words.begin());
+  std::string list;
+  for (size_t i = 0; i < words.size(); ++i) {
+    const char* const link = i == 0 ? "" : i + 1 == words.size() ? " or " : ", ";
+    list += fmt::format("{}\"{}\"", link, words[i]);
+  }
+  Fail(key, fmt::format("'{}' must be {}{}", key, list, toml_reader::DidYouMean(word, words)));
 }
 
 bool DeckTable::Flag(std::string_view key, bool fallback) const {
@@ -186,12 +213,25 @@ std::vector<DeckTable> DeckTable::Tables(std::string_view key) const {
 }
 
 void DeckTable::RejectUnknownKeys() const {
+  const std::vector<std::string_view> known(node_->asked.begin(), node_->asked.end());
   for (const auto& [key, value] : *node_->table) {
     if (!node_->asked.contains(key.str())) {
-      throw DeckError(PlaceOf(*node_->fileName, key.source()) +
-                      fmt::format(": unknown key '{}'", key.str()));
+      Keep(DeckFault(
+          *node_->fileName, key.source(),
+          fmt::format("unknown key '{}'{}", key.str(), toml_reader::DidYouMean(key.str(), known))));
     }
   }
+}
+
+void DeckTable::Keep(const DeckError& fault) const {
+  const auto* placed = dynamic_cast<const DeckFault*>(&fault);
+  node_->faults->emplace(placed == nullptr ? 0 : placed->line, fault.what());
+}
+
+void DeckTable::ThrowFaults() const {
+  std::string text;
+  for (const auto& [line, fault] : *node_->faults) text += (text.empty() ? "" : "\n") + fault;
+  if (!text.empty()) throw DeckError(text);
 }
 
 std::string DeckTable::Place() const { return PlaceOf(*node_->fileName, node_->table->source()); }
@@ -204,7 +244,7 @@ void DeckTable::Fail(std::string_view key, const std::string& reason) const {
 DeckTable DeckTable::ReadFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   const std::string name = platform::NameOf(file);
-  if (!stream || std::filesystem::is_directory(file)) {
+  if (!stream || !std::filesystem::is_regular_file(file)) {
     throw DeckError(name + ":1: the deck can't be read");
   }
   return ReadText(std::string(std::istreambuf_iterator<char>(stream), {}), name);

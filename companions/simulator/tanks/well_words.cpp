@@ -36,6 +36,8 @@ constexpr std::array<LimitWord, 13> kLimits = {{
 
 std::string_view WordOf(WellType type) { return kTypes[static_cast<size_t>(type)]; }
 
+std::span<const std::string_view> StatusWords() { return kStatuses; }
+
 std::string_view WordOf(WellStatus status) { return kStatuses[static_cast<size_t>(status)]; }
 
 std::string_view WordOf(LimitItem item) { return kLimits[static_cast<size_t>(item)].word; }
