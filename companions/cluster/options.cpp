@@ -6,6 +6,8 @@
 #include <CLI/CLI.hpp>
 #include <unistd.h>
 
+#include "cluster/program.h"
+
 namespace gantry::cluster {
 
 namespace {
@@ -54,12 +56,30 @@ void ParseLauncher(const std::string& text, Options& options) {
   options.launcher = text == "local" ? LauncherKind::kLocal : LauncherKind::kSlurm;
 }
 
-bool IsProgram(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+/// Cases lie where others may write: what is started there is settled before, by its absolute path.
+void Settle(const char* option, std::string& program) {
+  if (program.empty()) return;
+  const std::string path = FindProgram(program);
+  if (path.empty())
+    throw CLI::ValidationError(std::string(option) + ": " + program + " is no program");
+  program = path;
+}
+
+void SettlePrograms(Options& options) {
+  Settle("--mpiexec", options.mpiexec);
+  if (options.launcher == LauncherKind::kLocal) return Settle("--simulator", options.simulator);
+  // It need not be on this machine.
+  if (options.simulator.front() != '/') {
+    throw CLI::ValidationError("--simulator: " + options.simulator + " is not absolute");
+  }
 }
 
 void Check(const Options& options) {
+  if (::geteuid() == 0 && !options.mayBeRoot) {
+    throw CLI::ValidationError(
+        "as root, whoever reaches the port could run anything here: give it a user of its own, or "
+        "--allow-root");
+  }
   if (options.maps.empty() && options.roots.empty()) {
     throw CLI::ValidationError("no case could be opened: name a --map or a --root");
   }
@@ -68,9 +88,6 @@ void Check(const Options& options) {
   }
   for (const std::string& root : options.roots) {
     if (root.front() != '/') throw CLI::ValidationError("--root: " + root + " is not absolute");
-  }
-  if (options.launcher == LauncherKind::kLocal && !IsProgram(options.simulator)) {
-    throw CLI::ValidationError("--simulator: " + options.simulator + " is no program");
   }
   if (options.ports.last - options.ports.first + 1 < options.maxSessions) {
     throw CLI::ValidationError("--ports has fewer ports than there are sessions");
@@ -92,7 +109,9 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, int& exit
   std::string launcher = "local";
   app.add_option("--listen", listen, "address and port to take drivers on; port 0 takes any")
       ->capture_default_str();
-  app.add_option("--simulator", options.simulator, "the simulator's program")->required();
+  app.add_option("--simulator", options.simulator,
+                 "the simulator's program; a bare name is looked up in PATH now, not later")
+      ->required();
   app.add_option("--map", maps,
                  "FROM=TO: case directories that a driver names below FROM lie below TO here");
   app.add_option("--root", options.roots, "a directory below which cases may be opened");
@@ -112,6 +131,7 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, int& exit
       ->check(CLI::Range(1, 7 * 24 * 3600))
       ->capture_default_str();
   app.add_option("--mpiexec", options.mpiexec, "what starts parallel runs (launcher local)");
+  app.add_flag("--allow-root", options.mayBeRoot, "run as root all the same");
   app.add_option("--slurm-option", options.slurmOptions,
                  "an argument for sbatch, such as --partition=long (launcher slurm)");
   try {
@@ -121,6 +141,7 @@ bool ParseOptions(int argc, const char* const* argv, Options& options, int& exit
     ParseLauncher(launcher, options);
     for (const std::string& map : maps) ParseMap(map, options);
     Check(options);
+    SettlePrograms(options);
   } catch (const CLI::ParseError& outcome) {
     exitStatus = app.exit(outcome) == 0 ? 0 : kUsageError;
     return false;

@@ -23,7 +23,7 @@ enum class LauncherKind { kLocal, kSlurm };
 struct Options {
   std::string address = "127.0.0.1";
   uint16_t port = 7777;
-  std::string simulator;
+  std::string simulator;  ///< absolute, as is what else it starts
   std::vector<PathMap> maps;
   std::vector<std::string> roots;
   LauncherKind launcher = LauncherKind::kLocal;
@@ -34,6 +34,7 @@ struct Options {
   int startSeconds = 60;
   std::string mpiexec;
   std::vector<std::string> slurmOptions;
+  bool mayBeRoot = false;
 };
 
 /// Reads the command line. When there is nothing to run (help was asked for, or the line is

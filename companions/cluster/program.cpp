@@ -5,7 +5,10 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <sstream>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -25,6 +28,12 @@ constexpr size_t kMostOutput = 65536;
 constexpr int kTerminationMilliseconds = 3000;
 
 using Clock = std::chrono::steady_clock;
+namespace fs = std::filesystem;
+
+bool IsProgram(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
+}
 
 class SpawnActions {
  public:
@@ -87,6 +96,20 @@ bool ReadAll(int pipe, Clock::time_point deadline, std::string& text) {
 
 }  // namespace
 
+std::string FindProgram(const std::string& name) {
+  std::error_code error;
+  if (name.find('/') != std::string::npos) {
+    const fs::path path = fs::absolute(name, error).lexically_normal();
+    return !error && IsProgram(path) ? path.string() : "";
+  }
+  const char* const variable = std::getenv("PATH");
+  std::istringstream path(variable != nullptr ? variable : "");
+  for (std::string folder; std::getline(path, folder, ':');) {
+    if (folder.starts_with('/') && IsProgram(folder + "/" + name)) return folder + "/" + name;
+  }
+  return {};
+}
+
 pid_t StartProgram(const Program& program) {
   std::vector<char*> arguments;
   for (const std::string& argument : program.arguments) {
@@ -107,8 +130,8 @@ pid_t StartProgram(const Program& program) {
   ::posix_spawn_file_actions_addclosefrom_np(actions.Get(), STDERR_FILENO + 1);
   const SpawnAttributes attributes(program.ownGroup);
   pid_t process = -1;
-  const int error = ::posix_spawnp(&process, arguments.front(), actions.Get(), attributes.Get(),
-                                   arguments.data(), environ);
+  const int error = ::posix_spawn(&process, arguments.front(), actions.Get(), attributes.Get(),
+                                  arguments.data(), environ);
   if (error == 0) return process;
   throw std::runtime_error("cannot start " + program.arguments.front() + ": " +
                            std::strerror(error));

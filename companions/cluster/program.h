@@ -7,8 +7,12 @@
 
 namespace gantry::cluster {
 
-/// A program to start: its arguments as a list, which no shell looks at. The first is the program,
-/// looked for in the path when it has no directory.
+/// The absolute path of a program: one with a directory is taken from the present one, a bare name
+/// is looked up in the absolute directories of PATH. Empty when there is no such program.
+std::string FindProgram(const std::string& name);
+
+/// A program to start: its arguments as a list, which no shell looks at. The first is the program's
+/// path, which nothing is searched for.
 struct Program {
   std::vector<std::string> arguments;
   int directory = -1;    ///< descriptor of the folder to start in, -1 for the present one

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -97,7 +99,10 @@ void Sessions::Fork(Session& session, const RunRequest& request, UniqueFd report
                      .report = std::move(reportEnd)};
     std::_Exit(RunSession(std::move(task)));
   }
-  log_.Write(session.label + " can't be forked");
+  const std::string reason =
+      std::string("The run factory can't start a session: ") + std::strerror(errno);
+  log_.Write(session.label + ": " + reason);
+  SendBriefly(session.driver.Get(), FramedText(reason));
   sessions_.pop_back();
 }
 
@@ -157,6 +162,9 @@ bool Sessions::BeginClosing(Session& session) {
   if (session.job.empty()) return false;
   session.isClosing = true;
   session.process = ::fork();
+  if (session.process < 0) {
+    log_.Write(session.label + ": nothing can end its simulator: " + std::strerror(errno));
+  }
   if (session.process != 0) return session.process > 0;
   BecomeChild({log_.Descriptor()});
   try {

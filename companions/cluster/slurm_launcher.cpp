@@ -18,23 +18,27 @@ constexpr std::chrono::milliseconds kRound{500};
 constexpr int kPatienceRounds = 10;
 constexpr int kCancelRounds = 60;
 
-/// The batch script: its arguments are the simulator's command, which it runs as one step.
-constexpr std::string_view kBatchScript = "#!/bin/sh\nexec srun \"$@\"\n";
-
 std::string Trimmed(const std::string& text) {
   const size_t begin = text.find_first_not_of(" \n");
   if (begin == std::string::npos) return {};
   return text.substr(begin, text.find_last_not_of(" \n") - begin + 1);
 }
 
+std::string FindCommand(const std::string& name) {
+  const std::string path = FindProgram(name);
+  if (path.empty()) throw LaunchFailed("The run factory finds no " + name + " in its path");
+  return path;
+}
+
 /// Runs a command of Slurm; its last line of output is the reason when it fails.
-std::string AskSlurm(const std::vector<std::string>& command) {
+std::string AskSlurm(std::vector<std::string> command) {
+  const std::string name = command.front();
+  command.front() = FindCommand(name);
   try {
     const Outcome outcome = RunProgram(command, kCommandSeconds);
     std::string output = Trimmed(outcome.output);
     if (outcome.exitStatus == 0) return output;
-    throw LaunchFailed("Slurm's " + command.front() +
-                       " failed: " + output.substr(output.rfind('\n') + 1));
+    throw LaunchFailed("Slurm's " + name + " failed: " + output.substr(output.rfind('\n') + 1));
   } catch (const LaunchFailed&) {
     throw;
   } catch (const std::runtime_error& failure) {
@@ -150,12 +154,13 @@ class SlurmLauncher : public Launcher {
   class ScriptFile {
    public:
     ScriptFile() {
+      // Its arguments are the simulator's command, which it runs as one step.
+      const std::string text = "#!/bin/sh\nexec '" + FindCommand("srun") + "' \"$@\"\n";
       const char* folder = std::getenv("TMPDIR");
       path_ = std::string(folder != nullptr ? folder : "/tmp") + "/runfactory-XXXXXX";
       const UniqueFd file(::mkostemp(path_.data(), O_CLOEXEC));
-      const bool isWritten =
-          file && ::write(file.Get(), kBatchScript.data(), kBatchScript.size()) ==
-                      static_cast<ssize_t>(kBatchScript.size());
+      const bool isWritten = file && ::write(file.Get(), text.data(), text.size()) ==
+                                         static_cast<ssize_t>(text.size());
       if (!isWritten) throw LaunchFailed("The run factory cannot write its batch script");
     }
     ~ScriptFile() { ::unlink(path_.c_str()); }

@@ -1,10 +1,8 @@
 #include "factory_fixture.h"
 
 #include <array>
-#include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include <fcntl.h>
@@ -22,25 +20,20 @@ namespace {
 
 constexpr int kPatienceMilliseconds = 30000;
 
+std::vector<pid_t> ChildrenOf(pid_t process) {
+  const std::string number = std::to_string(process);
+  std::istringstream list(TestFolder::Read("/proc/" + number + "/task/" + number + "/children"));
+  return {std::istream_iterator<pid_t>(list), {}};
+}
+
 }  // namespace
 
-RunningFactory::RunningFactory(const std::vector<std::string>& arguments) {
+RunningFactory::RunningFactory(std::vector<std::string> command) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   log_ = cluster::UniqueFd(ends[0]);
   const cluster::UniqueFd writeEnd(ends[1]);
-  const int first = FreePorts(2);
-  cluster::Program program;
-  program.arguments = {RUNFACTORY,
-                       "--listen",
-                       "127.0.0.1:0",
-                       "--ports",
-                       std::to_string(first) + "-" + std::to_string(first + 1),
-                       "--max-sessions",
-                       "2"};
-  program.arguments.insert(program.arguments.end(), arguments.begin(), arguments.end());
-  program.output = writeEnd.Get();
-  process_ = cluster::StartProgram(program);
+  process_ = cluster::StartProgram({.arguments = std::move(command), .output = writeEnd.Get()});
   // Standard output and the log are one pipe, and both begin with this.
   const std::string line = AwaitLog("listens on 127.0.0.1:");
   port_ = static_cast<uint16_t>(std::stoi(line.substr(line.rfind(':') + 1)));
@@ -52,26 +45,21 @@ RunningFactory::~RunningFactory() {
   Wait();
 }
 
-std::string RunningFactory::ReadLine() {
-  size_t end = 0;
-  while ((end = unread_.find('\n')) == std::string::npos) {
-    pollfd waiting = {log_.Get(), POLLIN, 0};
-    std::array<char, 4096> block{};
-    if (::poll(&waiting, 1, kPatienceMilliseconds) <= 0) return {};
-    const ssize_t count = ::read(log_.Get(), block.data(), block.size());
-    if (count <= 0) return {};
-    unread_.append(block.data(), static_cast<size_t>(count));
-  }
-  std::string line = unread_.substr(0, end);
-  unread_.erase(0, end + 1);
-  return line;
-}
-
 std::string RunningFactory::AwaitLog(const std::string& text) {
+  pollfd waiting = {log_.Get(), POLLIN, 0};
+  std::array<char, 4096> block{};
   std::string read;
-  for (std::string line = ReadLine(); !line.empty(); line = ReadLine()) {
-    read += line + "\n";
-    if (line.find(text) != std::string::npos) return line;
+  for (;;) {
+    for (size_t end = 0; (end = unread_.find('\n')) != std::string::npos;) {
+      const std::string line = unread_.substr(0, end);
+      unread_.erase(0, end + 1);
+      if (line.find(text) != std::string::npos) return line;
+      read += line + "\n";
+    }
+    const bool speaks = ::poll(&waiting, 1, kPatienceMilliseconds) > 0;
+    const ssize_t count = speaks ? ::read(log_.Get(), block.data(), block.size()) : 0;
+    if (count <= 0) break;
+    unread_.append(block.data(), static_cast<size_t>(count));
   }
   ADD_FAILURE() << "the log doesn't say '" << text << "' but\n" << read;
   return {};
@@ -87,54 +75,59 @@ int RunningFactory::Wait() {
 }
 
 std::vector<pid_t> RunningFactory::Children() const {
-  std::vector<pid_t> all;
+  std::vector<pid_t> all = ChildrenOf(process_);
   for (const pid_t child : ChildrenOf(process_)) {
-    all.push_back(child);
     for (const pid_t grandchild : ChildrenOf(child)) all.push_back(grandchild);
   }
   return all;
 }
 
-std::vector<pid_t> ChildrenOf(pid_t process) {
-  const std::string number = std::to_string(process);
-  std::ifstream list("/proc/" + number + "/task/" + number + "/children");
-  std::vector<pid_t> children;
-  for (pid_t child = 0; list >> child;) children.push_back(child);
-  return children;
-}
-
 bool IsAlive(pid_t process) {
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::ostringstream text;
-  text << file.rdbuf();
-  const size_t state = text.str().rfind(") ");
-  return state != std::string::npos && text.str()[state + 2] != 'Z';
+  const std::string status = TestFolder::Read("/proc/" + std::to_string(process) + "/stat");
+  const size_t state = status.rfind(") ");
+  return state != std::string::npos && status[state + 2] != 'Z';
 }
 
 FactoryTest::FactoryTest() {
-  for (const char* deck :
-       {"five_spot/FIVE_SPOT.afi", "gas_cycling/GAS_CYCLING.afi", "odeh/ODEH.afi"}) {
-    const fs::path source = fs::path(EXAMPLES) / deck;
-    folder.Write("cases/" + source.filename().string(), TestFolder::Read(source));
+  fs::create_directory(folder / "cases");
+  for (const char* deck : {"five_spot/FIVE_SPOT.afi", "odeh/ODEH.afi"}) {
+    fs::copy(fs::path(EXAMPLES) / deck, folder / "cases");
   }
 }
 
-RunningFactory& FactoryTest::StartFactory(const std::vector<std::string>& more) {
-  std::vector<std::string> arguments = {"--simulator", TANKSIM, "--map",
-                                        "C:\\Cases=" + (folder / "cases").string()};
-  arguments.insert(arguments.end(), more.begin(), more.end());
-  factory = std::make_unique<RunningFactory>(arguments);
-  return *factory;
+std::string FactoryTest::Script(const std::string& name, const std::string& text) const {
+  const fs::path script = folder.Write(name, "#!/bin/sh\n" + text + "\n");
+  fs::permissions(script, fs::perms::owner_all);
+  return script.string();
 }
 
-LinkSettings FactoryTest::SettingsFor(const std::string& deck, int32_t version) const {
+void FactoryTest::StartFactory(const std::vector<std::string>& more, const std::string& simulator,
+                               const std::vector<std::string>& wrapper) {
+  const int first = FreePorts(2);
+  std::vector<std::string> command = wrapper;
+  for (const std::string& word :
+       {std::string(RUNFACTORY), std::string("--allow-root"), std::string("--listen=127.0.0.1:0"),
+        "--ports=" + std::to_string(first) + "-" + std::to_string(first + 1),
+        std::string("--max-sessions=2"), "--simulator=" + simulator, "--map=C:\\Cases=" + Cases(),
+        "--root=" + Cases()}) {
+    command.push_back(word);
+  }
+  command.insert(command.end(), more.begin(), more.end());
+  factory = std::make_unique<RunningFactory>(std::move(command));
+}
+
+LinkSettings FactoryTest::SettingsFor(const std::string& deck) const {
   LinkSettings settings;
   settings.ConnectionMode = 1;
   settings.HeadNode = "127.0.0.1";
   settings.HeadNodePort = factory->Port();
-  settings.LinuxIXVersion = version;
+  settings.LinuxIXVersion = 20172;
   settings.FileName = "C:\\Cases\\" + deck + ".afi";
   return settings;
+}
+
+std::unique_ptr<CLinuxJobSession> FactoryTest::Begin(const std::string& deck) {
+  return Begin(SettingsFor(deck));
 }
 
 std::unique_ptr<CLinuxJobSession> FactoryTest::Begin(const LinkSettings& settings) {
@@ -150,27 +143,8 @@ std::string FactoryTest::Refusal(const LinkSettings& settings) {
   return message;
 }
 
-void FactoryTest::CopyExample(const std::string& name) {
-  std::string text = TestFolder::Read(fs::path(EXAMPLES) / "five_spot" / (name + ".toml"));
-  const std::string key = "head_node_port = ";
-  if (const size_t place = text.find(key); place != std::string::npos) {
-    const size_t begin = place + key.size();
-    text.replace(begin, text.find('\n', begin) - begin, std::to_string(factory->Port()));
-  }
-  folder.Write("cases/" + name + ".toml", text);
-}
-
-void FactoryTest::RunFieldrun(const std::string& name) {
-  StartSimulatorsOnFreePorts();
-  const cluster::Outcome outcome =
-      cluster::RunProgram({FIELDRUN, "run", (folder / ("cases/" + name + ".toml")).string(),
-                           "--output", (folder / name).string(), "--steps", "24", "--quiet"},
-                          100);
-  ASSERT_EQ(outcome.exitStatus, 0) << outcome.output;
-}
-
-pid_t FactoryTest::SimulatorOf(const std::string& session) {
-  const std::string line = factory->AwaitLog(session);
+pid_t FactoryTest::SimulatorOfNext() {
+  const std::string line = factory->AwaitLog("runs on localhost");
   return std::stoi(line.substr(line.rfind(' ') + 1));
 }
 

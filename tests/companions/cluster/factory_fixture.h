@@ -17,8 +17,7 @@ namespace gantry::test {
 /// A running service, ended with the object. Its log is read line by line.
 class RunningFactory {
  public:
-  /// It has two places and a port for the simulator of each. `arguments` say the rest.
-  explicit RunningFactory(const std::vector<std::string>& arguments);
+  explicit RunningFactory(std::vector<std::string> command);
   ~RunningFactory();
   RunningFactory(const RunningFactory&) = delete;
   RunningFactory& operator=(const RunningFactory&) = delete;
@@ -34,16 +33,12 @@ class RunningFactory {
   std::vector<pid_t> Children() const;
 
  private:
-  std::string ReadLine();
-
-  pid_t process_ = -1;
   cluster::UniqueFd log_;
   std::string unread_;
+  pid_t process_ = -1;
   uint16_t port_ = 0;
 };
 
-/// The processes that a process has started.
-std::vector<pid_t> ChildrenOf(pid_t process);
 /// True while the process runs; one that has ended and that nobody has asked about doesn't.
 bool IsAlive(pid_t process);
 
@@ -52,21 +47,23 @@ class FactoryTest : public ::testing::Test {
  protected:
   FactoryTest();
 
-  /// Starts the service with the reference simulator, its cases in the folder.
-  RunningFactory& StartFactory(const std::vector<std::string>& more = {});
+  std::string Cases() const { return (folder / "cases").string(); }
+  /// A program of that text.
+  std::string Script(const std::string& name, const std::string& text) const;
+  /// Starts a service of two places with that simulator, its cases in the folder; `wrapper` is what
+  /// starts the service in turn.
+  void StartFactory(const std::vector<std::string>& more = {},
+                    const std::string& simulator = TANKSIM,
+                    const std::vector<std::string>& wrapper = {});
   /// What a driver is set to for a case of the folder.
-  LinkSettings SettingsFor(const std::string& deck, int32_t version = 20172) const;
+  LinkSettings SettingsFor(const std::string& deck) const;
   /// A session that is up. Fails the test when it isn't.
+  std::unique_ptr<CLinuxJobSession> Begin(const std::string& deck);
   std::unique_ptr<CLinuxJobSession> Begin(const LinkSettings& settings);
   /// The reason why a session can't be begun.
   static std::string Refusal(const LinkSettings& settings);
-  /// The simulator of a session that has just been begun.
-  pid_t SimulatorOf(const std::string& session);
-
-  /// Copies a case file of the five-spot example to the folder, its factory's port set.
-  void CopyExample(const std::string& name);
-  /// Runs it for two years; the results are left in a folder of its name.
-  void RunFieldrun(const std::string& name);
+  /// The simulator, or its job, of a session that has just been begun.
+  pid_t SimulatorOfNext();
 
   TestFolder folder;
   std::unique_ptr<RunningFactory> factory;

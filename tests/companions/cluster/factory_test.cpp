@@ -3,24 +3,25 @@
 #include <csignal>
 #include <filesystem>
 
+#include <unistd.h>
+
 #include "cluster/dialogue.h"
 #include "cluster/program.h"
 #include "factory_fixture.h"
+#include "program.h"
 #include "remote/socket.h"
+#include "support/isolation.h"
 
 namespace gantry::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kRunsOn = "runs on localhost";
-
 TEST_F(FactoryTest, RunsACaseAndFreesItsPlaceWhenTheDriverShutsItDown) {
   StartFactory();
-  const LinkSettings settings = SettingsFor("FIVE_SPOT");
-  auto session = Begin(settings);
+  auto session = Begin("FIVE_SPOT");
   EXPECT_EQ(session->GetHostDescription(), "localhost");
-  const pid_t simulator = SimulatorOf(kRunsOn);
+  const pid_t simulator = SimulatorOfNext();
   EXPECT_TRUE(IsAlive(simulator));
   session->Connector->AdvanceNewton();
   session->Connector->RunUntil(31.0);
@@ -30,6 +31,26 @@ TEST_F(FactoryTest, RunsACaseAndFreesItsPlaceWhenTheDriverShutsItDown) {
   factory->AwaitLog("its place is free");
   EXPECT_FALSE(IsAlive(simulator));
   EXPECT_TRUE(fs::exists(folder / "cases/FIVE_SPOT_factory.log"));
+}
+
+// The cluster's example, from the host's program to the simulator and back.
+TEST_F(FactoryTest, GivesTheResultsOfTheLocalRunToTheLastDigit) {
+  StartFactory();
+  std::string text = TestFolder::Read(fs::path(EXAMPLES) / "five_spot/cluster.toml");
+  text.replace(text.find("7777"), 4, std::to_string(factory->Port()));
+  folder.Write("cases/cluster.toml", text);
+  fs::copy(fs::path(EXAMPLES) / "five_spot/case.toml", folder / "cases");
+  for (const std::string name : {"case", "cluster"}) {
+    const auto outcome =
+        fieldrun::test::RunFieldrun(folder, {"run", Cases() + "/" + name + ".toml", "--output",
+                                             (folder / name).string(), "--steps", "24", "--quiet"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+  }
+  for (const char* table : {"wells.csv", "inflow.csv", "field.csv"}) {
+    const std::string local = TestFolder::Read(folder / "case" / table);
+    EXPECT_GT(local.size(), 1000u) << table;
+    EXPECT_EQ(local, TestFolder::Read(folder / "cluster" / table)) << table;
+  }
 }
 
 TEST_F(FactoryTest, TellsTheDriverInOneLineWhyThereIsNoSimulator) {
@@ -42,8 +63,7 @@ TEST_F(FactoryTest, TellsTheDriverInOneLineWhyThereIsNoSimulator) {
   const std::vector<std::pair<LinkSettings, std::string>> cases = {
       {SettingsFor("BROKEN"),
        "The simulator has ended (exit status 1): BROKEN.afi:1: 'title' must be a text"},
-      {SettingsFor("ABSENT"),
-       "The run factory finds no case 'ABSENT' in " + (folder / "cases").string()},
+      {SettingsFor("ABSENT"), "The run factory finds no case 'ABSENT' in " + Cases()},
       {elsewhere,
        "The run factory can't open the case directory D:\\Cases\\: it lies under no "
        "directory that is served here"},
@@ -53,38 +73,36 @@ TEST_F(FactoryTest, TellsTheDriverInOneLineWhyThereIsNoSimulator) {
     EXPECT_EQ(Refusal(settings), reason);
     factory->AwaitLog("its place is free");
   }
-  Begin(SettingsFor("FIVE_SPOT"));
+  Begin("FIVE_SPOT");
 }
 
 TEST_F(FactoryTest, GivesUpASimulatorThatDoesNotListen) {
-  const fs::path silent = folder.Write("silent", "#!/bin/sh\nexec sleep 1000\n");
-  fs::permissions(silent, fs::perms::owner_all);
-  factory = std::make_unique<RunningFactory>(
-      std::vector<std::string>{"--simulator", silent.string(), "--root",
-                               (folder / "cases").string(), "--start-seconds", "1"});
-  LinkSettings settings = SettingsFor("FIVE_SPOT");
-  settings.FileName = (folder / "cases/FIVE_SPOT.afi").string();
-  EXPECT_NE(Refusal(settings).find("is not up: it doesn't listen"), std::string::npos);
+  StartFactory({"--start-seconds", "1"}, Script("silent", "exec sleep 1000"));
+  EXPECT_NE(Refusal(SettingsFor("FIVE_SPOT")).find("is not up: it doesn't listen"),
+            std::string::npos);
   factory->AwaitLog("its place is free");
   EXPECT_TRUE(factory->Children().empty());
 }
 
-TEST_F(FactoryTest, StartsParallelRunsThroughMpiexec) {
-  const fs::path mpiexec = folder.Write(
-      "mpiexec", "#!/bin/sh\n[ \"$1 $2\" = \"-np 3\" ] || exit 9\nshift 2\nexec \"$@\"\n");
-  fs::permissions(mpiexec, fs::perms::owner_all);
-  StartFactory({"--mpiexec", mpiexec.string()});
-  LinkSettings settings = SettingsFor("FIVE_SPOT");
-  settings.Parallel = 3;
-  EXPECT_TRUE(Begin(settings)->IsRunning());
+TEST_F(FactoryTest, StartsWhatItsNamesMeantWhenItWasStartedItself) {
+  Script("cases/tanksim", "exit 9");  // what anyone could put beside a case
+  const std::string mpiexec =
+      Script("mpiexec", "[ \"$1 $2\" = \"-np 3\" ] || exit 9\nshift 2\nexec \"$@\"");
+  const ScopedVariable path("PATH", fs::path(TANKSIM).parent_path().string() + ":/usr/bin:/bin");
+  for (const std::string& name : {std::string("tanksim"), fs::relative(TANKSIM).string()}) {
+    StartFactory({"--mpiexec", fs::relative(mpiexec).string()}, name);
+    LinkSettings settings = SettingsFor("FIVE_SPOT");
+    EXPECT_TRUE(Begin(settings)->IsRunning());
+    settings.Parallel = 3;
+    EXPECT_TRUE(Begin(settings)->IsRunning());
+  }
 }
 
 TEST_F(FactoryTest, ServesTwoDriversAtOnceAndNoMoreThanItHasPlacesFor) {
   StartFactory();
-  const LinkSettings settings = SettingsFor("FIVE_SPOT");
-  auto first = Begin(settings);
-  const auto second = Begin(SettingsFor("ODEH"));
-  EXPECT_EQ(Refusal(settings), "The run factory is full: it runs 2 sessions already");
+  auto first = Begin("FIVE_SPOT");
+  const auto second = Begin("ODEH");
+  EXPECT_EQ(Refusal(SettingsFor("ODEH")), "The run factory is full: it runs 2 sessions already");
   first->Connector->AdvanceNewton();
   second->Connector->AdvanceNewton();
   first->Connector->RunUntil(10.0);
@@ -93,14 +111,13 @@ TEST_F(FactoryTest, ServesTwoDriversAtOnceAndNoMoreThanItHasPlacesFor) {
   EXPECT_EQ(second->Connector->GetTimeDays(), 20.0);
   first.reset();
   factory->AwaitLog("its place is free");
-  EXPECT_TRUE(Begin(settings)->IsRunning());
+  EXPECT_TRUE(Begin("FIVE_SPOT")->IsRunning());
 }
 
 TEST_F(FactoryTest, EndsTheSimulatorOfASessionThatCrashes) {
   StartFactory();
-  const LinkSettings settings = SettingsFor("FIVE_SPOT");
-  const auto session = Begin(settings);
-  const pid_t simulator = SimulatorOf(kRunsOn);
+  const auto session = Begin("FIVE_SPOT");
+  const pid_t simulator = SimulatorOfNext();
   ::kill(factory->Children().front(), SIGKILL);
   factory->AwaitLog("its process has ended, signal 9");
   factory->AwaitLog("its place is free");
@@ -128,26 +145,46 @@ class RawDriver : public SocketClient {
 TEST_F(FactoryTest, EndsASessionThatLosesItsDriverWhileTheSimulatorIsBusy) {
   StartFactory();
   auto driver = std::make_unique<RawDriver>(factory->Port());
-  const pid_t simulator = SimulatorOf("session 1 (jo): " + std::string(kRunsOn));
+  const pid_t simulator = SimulatorOfNext();
   ::kill(simulator, SIGSTOP);
   driver->Put(cluster::FramedText(std::string("\7\0\0\0\7\0\0\0", 8)));
   driver.reset();
-  factory->AwaitLog("its driver has gone");
+  factory->AwaitLog("session 1 (jo): its driver has gone");
   factory->AwaitLog("its place is free");
   EXPECT_FALSE(IsAlive(simulator));
 }
 
 TEST_F(FactoryTest, StopsAllSessionsInOrderWhenASignalAsksItTo) {
   StartFactory();
-  const LinkSettings settings = SettingsFor("FIVE_SPOT");
-  const auto first = Begin(settings);
-  const auto second = Begin(settings);
+  const auto first = Begin("FIVE_SPOT");
+  const auto second = Begin("FIVE_SPOT");
   const std::vector<pid_t> children = factory->Children();
   EXPECT_EQ(children.size(), 4u) << "a process and a simulator for each";
   factory->Signal(SIGTERM);
   factory->AwaitLog("has stopped");
   EXPECT_EQ(factory->Wait(), 0);
   for (const pid_t child : children) EXPECT_FALSE(IsAlive(child));
+}
+
+TEST_F(FactoryTest, GivesItsSessionsNoSocketsForStandardDescriptors) {
+  StartFactory({}, TANKSIM, {"/bin/sh", "-c", "exec \"$0\" \"$@\" <&- >&-"});
+  const auto session = Begin("FIVE_SPOT");
+  for (const pid_t process : factory->Children()) {
+    const fs::path descriptors = "/proc/" + std::to_string(process) + "/fd";
+    EXPECT_EQ(fs::read_symlink(descriptors / "0"), "/dev/null");
+    EXPECT_TRUE(fs::read_symlink(descriptors / "1").string().starts_with('/'));
+  }
+}
+
+TEST_F(FactoryTest, TellsTheDriverWhyItCannotFork) {
+  // Root may start as many processes as it likes; another user of this limit has one.
+  StartFactory({}, TANKSIM,
+               {"/bin/sh", "-c",
+                "user=$(id -u); prlimit --nproc=1 --pid $$\n"
+                "[ $user -ne 0 ] || exec setpriv --reuid=64123 --clear-groups \"$0\" \"$@\"\n"
+                "exec \"$0\" \"$@\""});
+  EXPECT_EQ(Refusal(SettingsFor("FIVE_SPOT")),
+            "The run factory can't start a session: Resource temporarily unavailable");
 }
 
 TEST_F(FactoryTest, DropsPeersThatSayNothingOrNonsenseAndServesDriversAllTheWhile) {
@@ -159,7 +196,7 @@ TEST_F(FactoryTest, DropsPeersThatSayNothingOrNonsenseAndServesDriversAllTheWhil
   SocketClient garbage("127.0.0.1", factory->Port());
   garbage.SendText(std::string(5000, 'x'));
   factory->AwaitLog("is dropped: its version word claims 5000 characters");
-  Begin(SettingsFor("FIVE_SPOT"));
+  Begin("FIVE_SPOT");
   int32_t length = 0;
   for (const auto& peer : silent) {
     EXPECT_EQ(peer->ReceiveText(length), "3");
@@ -190,23 +227,27 @@ TEST_F(FactoryTest, DropsADriverWhoseRequestsMakeNoSense) {
 }
 
 TEST_F(FactoryTest, RefusesABadCommandLineWithItsReason) {
-  const std::string cases = (folder / "cases").string();
-  const std::vector<std::pair<std::vector<std::string>, std::string>> lines = {
-      {{"--simulator", TANKSIM}, "no case could be opened"},
-      {{"--root", cases}, "--simulator is required"},
-      {{"--simulator", "/nowhere", "--root", cases}, "is no program"},
-      {{"--simulator", "/tmp", "--root", cases}, "is no program"},
-      {{"--simulator", TANKSIM, "--root", "cases"}, "is not absolute"},
-      {{"--simulator", TANKSIM, "--map", "x"}, "--map wants FROM=TO"},
-      {{"--simulator", TANKSIM, "--root", cases, "--listen", "here"}, "ADDRESS:PORT"},
-      {{"--simulator", TANKSIM, "--root", cases, "--ports", "9-3"}, "FIRST-LAST"},
-      {{"--simulator", TANKSIM, "--root", cases, "--ports", "1-3"}, "fewer ports"},
-      {{"--simulator", TANKSIM, "--root", cases, "--launcher", "cron"}, "local or slurm, not"},
+  const std::string run = "--allow-root --simulator " TANKSIM " ";
+  const std::string root = "--root " + Cases() + " ";
+  std::vector<std::pair<std::string, std::string>> lines = {
+      {run, "no case could be opened"},
+      {root, "--simulator is required"},
+      {"--allow-root --simulator /nowhere " + root, "/nowhere is no program"},
+      {"--allow-root --simulator /tmp " + root, "/tmp is no program"},
+      {"--allow-root --simulator no-simulator " + root, "no-simulator is no program"},
+      {"--allow-root --launcher slurm --simulator sim " + root, "sim is not absolute"},
+      {run + root + "--mpiexec ./none", "--mpiexec: ./none is no program"},
+      {run + "--root cases", "is not absolute"},
+      {run + "--map x", "--map wants FROM=TO"},
+      {run + root + "--listen here", "ADDRESS:PORT"},
+      {run + root + "--ports 9-3", "FIRST-LAST"},
+      {run + root + "--ports 1-3", "fewer ports"},
+      {run + root + "--launcher cron", "local or slurm, not"},
   };
+  if (::geteuid() == 0) lines.emplace_back("--simulator " TANKSIM " " + root, "--allow-root");
   for (const auto& [line, reason] : lines) {
-    std::vector<std::string> command = {RUNFACTORY};
-    command.insert(command.end(), line.begin(), line.end());
-    const cluster::Outcome outcome = cluster::RunProgram(command, 20);
+    const cluster::Outcome outcome =
+        cluster::RunProgram({"/bin/sh", "-c", RUNFACTORY " " + line}, 20);
     EXPECT_EQ(outcome.exitStatus, 2);
     EXPECT_NE(outcome.output.find(reason), std::string::npos) << outcome.output;
   }
