@@ -78,4 +78,7 @@ std::vector<std::string_view> SplitChoices(std::string_view choices);
 /// The whole reference of a case file, as plain text.
 std::string CaseReference();
 
+/// The same as a JSON schema (draft 7), as editors take it for TOML files.
+std::string CaseSchema();
+
 }  // namespace gantry::fieldrun

@@ -25,8 +25,9 @@ std::string JoinLines(const Lines& lines) {
   return text;
 }
 
+/// The mark that some editors put ahead of a text counts as a blank.
 std::string Trimmed(const std::string& text) {
-  const size_t first = text.find_first_not_of(" \t\r");
+  const size_t first = text.find_first_not_of(" \t\r\xEF\xBB\xBF");
   if (first == std::string::npos) return {};
   return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }

@@ -1,15 +1,17 @@
 #include <algorithm>
 #include <iostream>
+#include <span>
 
 #include <CLI/CLI.hpp>
 
 #include "host/options.h"
+#include "toml/near_word.h"
 
 namespace gantry::fieldrun {
 namespace {
 
 bool Takes(const OptionRow& row, Verb verb) {
-  if (row.verbs.empty()) return verb != Verb::kReference;
+  if (row.verbs.empty()) return verb != Verb::kReference && verb != Verb::kCheck;
   return std::find(row.verbs.begin(), row.verbs.end(), verb) != row.verbs.end();
 }
 
@@ -31,12 +33,38 @@ void AddTo(CLI::App& app, const OptionRow& row, Options& options) {
   if (name == "-n,--steps") option->check(CLI::Range(1, kMostSteps));
 }
 
+std::vector<std::string_view> VerbNames() {
+  std::vector<std::string_view> names;
+  for (const VerbRow& verb : Verbs()) names.push_back(verb.name);
+  return names;
+}
+
 // The library would only say that a command is missing.
 bool NamesUnknownVerb(int argc, const char* const* argv) {
   if (argc < 2 || argv[1][0] == '-') return false;
+  const std::vector<std::string_view> names = VerbNames();
+  return std::ranges::find(names, std::string_view(argv[1])) == names.end();
+}
+
+/// What may have been meant by the first option that the command doesn't have.
+std::string NearOption(int argc, const char* const* argv) {
   const auto verbs = Verbs();
-  return std::none_of(verbs.begin(), verbs.end(),
-                      [&](const VerbRow& verb) { return verb.name == argv[1]; });
+  const std::string_view command = argc > 1 ? argv[1] : "";
+  const auto verb = std::ranges::find(verbs, command, &VerbRow::name);
+  if (verb == verbs.end()) return {};
+  std::vector<std::string_view> known{"--help"};
+  for (const OptionRow& row : OptionRows()) {
+    const size_t dashes = row.name.find("--");
+    if (dashes != std::string_view::npos && Takes(row, verb->verb)) {
+      known.push_back(row.name.substr(dashes));
+    }
+  }
+  for (const std::string_view word : std::span(argv, static_cast<size_t>(argc))) {
+    const std::string_view option = word.substr(0, word.find('='));
+    const bool isKnown = std::ranges::find(known, option) != known.end();
+    if (option.starts_with("--") && !isKnown) return toml_reader::DidYouMean(option, known);
+  }
+  return {};
 }
 
 }  // namespace
@@ -44,7 +72,9 @@ bool NamesUnknownVerb(int argc, const char* const* argv) {
 std::variant<Options, int> ParseCommandLine(int argc, const char* const* argv) {
   constexpr int kBadCommandLine = 2;
   if (NamesUnknownVerb(argc, argv)) {
-    std::cerr << "fieldrun: there is no command \"" << argv[1] << "\"; see fieldrun --help\n";
+    const std::string near = toml_reader::DidYouMean(argv[1], VerbNames());
+    std::cerr << "fieldrun: there is no command \"" << argv[1] << '"'
+              << (near.empty() ? "; see fieldrun --help" : near) << '\n';
     return kBadCommandLine;
   }
   Options options;
@@ -54,6 +84,10 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const* argv) {
       "fieldrun");
   app.allow_windows_style_options(false);  // a path may begin with a slash anywhere
   app.set_version_flag("--version", "fieldrun " FIELDRUN_VERSION);
+  app.failure_message([argc, argv](const CLI::App* /*app*/, const CLI::Error& error) {
+    return std::string("fieldrun: ") + error.what() + NearOption(argc, argv) +
+           "\nRun with --help for more information.\n";
+  });
   app.require_subcommand(1);
   for (const VerbRow& verb : Verbs()) {
     CLI::App* command = app.add_subcommand(std::string(verb.name), std::string(verb.meaning));

@@ -9,7 +9,7 @@ constexpr VerbRow kVerbs[] = {
     {kRun, "run", "Run a field model in lock-step with its simulator"},
     {kWells, "wells", "Start a case's simulator and list its wells"},
     {kIdentify, "identify", "Show what the module says of itself"},
-    {kUnits, "units", "List the units of the variables that the module reports"},
+    {kUnits, "units", "List the units of a case, or of the variables that the module reports"},
     {kGet, "get", "Read properties of a case or its simulator by their paths"},
     {kSet, "set", "Write a property of a case or its simulator by its path"},
     {kDo, "do", "Run a command of the module on a case"},
@@ -21,15 +21,17 @@ constexpr VerbRow kVerbs[] = {
     {kEdit, "edit", "Open the case settings dialog"},
     {kExport, "export", "Open the dialog of published variables"},
     {kReference, "reference", "Print the reference of case files"},
+    {kCheck, "check", "Tell all that is wrong with a case and its deck, without a run"},
 };
 
-const std::vector<Verb> kWithCase{kRun,  kWells, kGet,       kSet,      kDo,
-                                  kSave, kEdit,  kVariables, kDescribe, kExport};
+const std::vector<Verb> kWithCase{kRun,  kWells,     kGet,      kSet,    kDo,   kSave,
+                                  kEdit, kVariables, kDescribe, kExport, kCheck};
 const std::vector<Verb> kOneShot{kGet, kSet, kDo, kSave, kVariables, kDescribe};
-const std::vector<Verb> kPrinting{kWells, kIdentify, kUnits, kGet, kLoad, kVariables};
+const std::vector<Verb> kPrinting{kWells, kIdentify, kUnits, kGet, kLoad, kVariables, kCheck};
 
 const std::vector<OptionRow> kOptions{
     {"case", "the case file (see fieldrun reference)", &Options::caseFile, kWithCase},
+    {"case", "the case whose units to list", &Options::caseFile, {kUnits}, false},
     {"path", "path of a property, like Intersect.IsRunning", &Options::path, {kSet}},
     {"value", "what to write", &Options::value, {kSet}},
     {"paths", "paths of properties, like Intersect.IsRunning", &Options::paths, {kGet}},
@@ -66,6 +68,10 @@ const std::vector<OptionRow> kOptions{
     {"-w,--well", "only this well; may be given several times", &Options::wells, {kDescribe}},
     {"--no-variables", "leave the variables of the wells out", &Options::noVariables, {kDescribe}},
     {"--keep-dataset", "don't look for a dataset that has moved", &Options::keepDataset, {kLoad}},
+    {"--json-schema",
+     "as a JSON schema, by which editors complete and check a case file",
+     &Options::jsonSchema,
+     {kReference}},
     {"-j,--json", "print as JSON", &Options::json, kPrinting},
 };
 

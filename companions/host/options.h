@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -25,6 +26,13 @@ enum class Verb {
   kEdit,
   kExport,
   kReference,
+  kCheck,
+};
+
+/// A command line that can't be obeyed, for a reason that shows only beside the case or the module.
+class CommandLineError : public std::runtime_error {
+ public:
+  using runtime_error::runtime_error;
 };
 
 /// What a command line says.
@@ -55,6 +63,7 @@ struct Options {
   bool noVariables = false;
   bool keepDataset = false;
   bool json = false;
+  bool jsonSchema = false;
   bool quiet = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace gantry::fieldrun {
 
@@ -18,6 +19,20 @@ enum class Quantity {
   kLiquidVolume,
   kGasVolume,
   kDays,
+};
+
+/// The quantities that have a unit, as a user calls them.
+inline constexpr std::pair<Quantity, std::string_view> kQuantityNames[] = {
+    {Quantity::kLiquidRate, "liquid rate"},
+    {Quantity::kGasRate, "gas rate"},
+    {Quantity::kPressure, "pressure"},
+    {Quantity::kLength, "length"},
+    {Quantity::kDiameter, "diameter, roughness"},
+    {Quantity::kTemperature, "temperature"},
+    {Quantity::kGasLiquidRatio, "gas-oil ratio"},
+    {Quantity::kLiquidVolume, "liquid volume"},
+    {Quantity::kGasVolume, "gas volume"},
+    {Quantity::kDays, "time"},
 };
 
 /// The units in which a case states its numbers and wants its results.

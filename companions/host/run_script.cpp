@@ -1,5 +1,7 @@
 #include "host/run_script.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <sstream>
 #include <utility>
@@ -8,6 +10,8 @@
 
 #include "host/case_model.h"
 #include "host/input_file.h"
+#include "host/module_values.h"
+#include "toml/near_word.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -36,8 +40,11 @@ RunScript::Line RunScript::Parse(const std::string& text, const std::string& fil
     throw CaseError(file, number, "a line begins with the number of a step, or with *");
   }
   const std::string action = TakeWord(rest);
-  if (action != "get" && action != "set" && action != "do") {
-    throw CaseError(file, number, "after the step stands get, set or do");
+  static constexpr std::array<std::string_view, 3> kActions{"get", "set", "do"};
+  if (std::ranges::find(kActions, action) == kActions.end()) {
+    throw CaseError(
+        file, number,
+        "after the step stands get, set or do" + toml_reader::DidYouMean(action, kActions));
   }
   line.action = action == "get" ? Action::kGet : action == "set" ? Action::kSet : Action::kDo;
   // A command may hold blanks; a path is one word.
@@ -48,6 +55,10 @@ RunScript::Line RunScript::Parse(const std::string& text, const std::string& fil
     throw CaseError(file, number, "set needs a value");
   if (line.action == Action::kGet && !rest.empty())
     throw CaseError(file, number, "get takes one path");
+  if (line.action == Action::kDo) {
+    const std::string fault = WhyNoCommand(line.subject);
+    if (!fault.empty()) throw CaseError(file, number, fault);
+  }
   return line;
 }
 
@@ -71,7 +82,7 @@ void RunScript::RunStep(size_t step, DriverModel& model, std::FILE* output) cons
         fmt::print(output, "step {}: {} = {}\n", step, line.subject, model.Get(line.subject));
         break;
       case Action::kSet:
-        model.Set(line.subject, line.value);
+        SetProperty(model, line.subject, line.value);
         break;
       case Action::kDo:
         model.Do(line.subject);

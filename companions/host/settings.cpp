@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "host/coupled_run.h"
+#include "toml/near_word.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -67,15 +68,18 @@ WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
 std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
                                 const std::vector<DriverWell>& simulatorWells) {
   std::unordered_map<std::string, int> handles;
+  std::vector<std::string_view> names;
   for (size_t i = 0; i < simulatorWells.size(); ++i) {
     handles.emplace(simulatorWells[i].name, static_cast<int>(i));
+    names.push_back(simulatorWells[i].name);
   }
   std::vector<RunWell> wells;
   for (const WellSpec& spec : caseModel.wells) {
     const auto handle = handles.find(spec.name);
     if (handle == handles.end()) {
       caseModel.Fail(spec.LineOf("name"),
-                     fmt::format("the simulator has no well \"{}\"", spec.name));
+                     fmt::format("the simulator has no well \"{}\"{}", spec.name,
+                                 toml_reader::DidYouMean(spec.name, names)));
     }
     const DriverWell& well = simulatorWells[static_cast<size_t>(handle->second)];
     const WellKind kind = KindInSimulator(model, well);

@@ -9,8 +9,8 @@
 
 #include <fmt/format.h>
 
-#include "host/case_model.h"
 #include "host/module_text.h"
+#include "host/options.h"
 #include "settings/case_archive.h"
 #include "settings/exported_variables.h"
 #include "settings/well_variable_catalogue.h"
@@ -121,11 +121,11 @@ VariableChoice ParseChoice(const std::string& text) {
   // A well's name may hold a colon; a label holds none.
   const size_t colon = text.rfind(':');
   if (colon == std::string::npos || colon == 0) {
-    throw CaseError("--add " + text, 0, "must be WELL:LABEL");
+    throw CommandLineError("--add " + text + ": must be WELL:LABEL");
   }
   VariableChoice choice{NameForModule(text.substr(0, colon)), text.substr(colon + 1)};
   if (FindVariable(choice.label) == nullptr) {
-    throw CaseError("--add " + text, 0, "the label must be one of " + Labels());
+    throw CommandLineError("--add " + text + ": the label must be one of " + Labels());
   }
   return choice;
 }

@@ -14,7 +14,7 @@ struct VariableChoice {
   std::string label;
 };
 
-/// Throws CaseError for a text of another form and for a label that no variable has.
+/// Throws CommandLineError for a text of another form and for a label that no variable has.
 VariableChoice ParseChoice(const std::string& text);
 
 /// Publishes variables in a model. The module adds none by itself, but takes over those of a state

@@ -159,7 +159,7 @@ void OpenExport(const Session& session) {
   void* const screen = RequireScreen(session.api);
   const CaseModel caseModel = ReadCaseOf(session.options);
   if (caseModel.simulator.storeFile.empty()) {
-    throw CaseError(session.options.caseFile, 0, "[simulator] has no store_file for the variables");
+    caseModel.Fail(caseModel.simulator.line, "[simulator] has no store_file for the variables");
   }
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);

@@ -6,6 +6,7 @@
 
 #include "host/coupled_run.h"
 #include "host/input_file.h"
+#include "host/module_values.h"
 #include "host/output_file.h"
 #include "host/terminal.h"
 #include "host/variable_choice.h"
@@ -36,14 +37,14 @@ std::pair<int, std::string> ParseWrite(const std::string& text) {
   const char* end = text.data() + std::min(equals, text.size());
   const auto parsed = std::from_chars(text.data(), end, handle);
   if (equals == std::string::npos || parsed.ec != std::errc() || parsed.ptr != end) {
-    throw CaseError("--write " + text, 0, "must be HANDLE=VALUE");
+    throw CommandLineError("--write " + text + ": must be HANDLE=VALUE");
   }
   // The module would take the value 0 from any other text.
   double value = 0;
   const char* last = text.data() + text.size();
   const auto number = std::from_chars(end + 1, last, value);
   if (number.ec != std::errc() || number.ptr != last || !std::isfinite(value)) {
-    throw CaseError("--write " + text, 0, "the value must be a number");
+    throw CommandLineError("--write " + text + ": the value must be a number");
   }
   return {handle, text.substr(equals + 1)};
 }
@@ -56,6 +57,12 @@ void KeepVariables(const Session& session, DriverModel& model, const std::string
   reader.SetStoreFile(storeFile, true);
   if (reader.PublishedVariables() == model.PublishedVariables()) return;
   throw std::runtime_error("The variables couldn't be kept in " + storeFile);
+}
+
+void RequireStoreFile(const CaseModel& caseModel, bool isNeeded) {
+  if (!isNeeded || !caseModel.simulator.storeFile.empty()) return;
+  caseModel.Fail(caseModel.simulator.line,
+                 "variables are kept in the case's store_file, and [simulator] names none");
 }
 
 void ListVariables(DriverModel& model, bool asJson) {
@@ -117,11 +124,13 @@ void SetOneProperty(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
-  model.Set(session.options.path, session.options.value);
+  SetProperty(model, session.options.path, session.options.value);
   SaveIfAsked(model, session.options);
 }
 
 void DoOneCommand(const Session& session) {
+  const std::string fault = WhyNoCommand(session.options.command);
+  if (!fault.empty()) throw CommandLineError(fault);
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
@@ -139,15 +148,19 @@ void SaveBlock(const Session& session) {
 void LoadBlock(const Session& session) {
   DriverModel model(session.api, session.trace);
   LoadInto(model, session.options.file, session.options.keepDataset);
-  static constexpr const char* kFields[] = {
-      "ConnectionMode",        "IPRModel",       "UpTimeMode", "HeadNode",
-      "HeadNodePort",          "LinuxIXVersion", "SimExeName", "FileName",
-      "CloseUnconnectedWells", "StdLogging",     "Parallel"};
+  static constexpr const char* kNumbers[] = {
+      "ConnectionMode",        "IPRModel",   "UpTimeMode", "HeadNodePort", "LinuxIXVersion",
+      "CloseUnconnectedWells", "StdLogging", "Parallel"};
+  static constexpr const char* kTexts[] = {"HeadNode", "SimExeName", "FileName"};
   std::vector<PrintedRow> rows;
-  for (const char* field : kFields) {
-    rows.push_back({{"property", std::string(field)},
-                    {"value", model.Get(fmt::format("Intersect.CaseDetails.{}", field))}});
-  }
+  const auto add = [&rows](const char* field, PrintedValue value) {
+    rows.push_back({{"property", std::string(field)}, {"value", std::move(value)}});
+  };
+  const auto read = [&model](const char* field) {
+    return model.Get(fmt::format("Intersect.CaseDetails.{}", field));
+  };
+  for (const char* field : kNumbers) add(field, int64_t{std::stoll(read(field))});
+  for (const char* field : kTexts) add(field, read(field));
   for (const DriverWell& well : model.Wells()) {
     rows.push_back({{"property", "well " + well.name},
                     {"value", std::string(well.isProducer ? "producer" : "injector")}});
@@ -160,11 +173,12 @@ void ServeVariables(const Session& session) {
   std::vector<std::pair<int, std::string>> writes;
   for (const std::string& text : options.writes) writes.push_back(ParseWrite(text));
   if (!options.start && !(writes.empty() && options.readHandles.empty())) {
-    throw CaseError("--read and --write", 0, "need --start: only a running simulator has values");
+    throw CommandLineError("--read and --write need --start: only a running simulator has values");
   }
   std::vector<VariableChoice> additions;
   for (const std::string& text : options.additions) additions.push_back(ParseChoice(text));
   const CaseModel caseModel = ReadCaseOf(options);
+  RequireStoreFile(caseModel, !additions.empty());
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, options);
   for (const int handle : options.deleteHandles) model.DeletePublished(handle);
@@ -186,6 +200,12 @@ void Describe(const Session& session) {
   PrepareModel(model, caseModel, session.options);
   const std::string& file = session.options.file;
   model.WriteEquipmentXml(file, !session.options.noVariables, session.options.wells);
+  if (model.Wells().empty()) {
+    fmt::print(stderr,
+               "fieldrun: {} describes no wells, since no simulator is running that knows any; "
+               "--start starts it\n",
+               file);
+  }
   // The module doesn't tell of a disk that has filled up.
   if (IsFile(file) && ReadInputFile(file).find("</Model>") == std::string::npos) {
     throw std::runtime_error(fmt::format("The description {} couldn't be written whole", file));

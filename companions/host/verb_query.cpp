@@ -22,7 +22,23 @@ void ShowIdentity(const Session& session) {
   }
 }
 
+namespace {
+
+/// What each number of a case measures, and the unit that it is in there.
+void ListUnitsOfCase(const Session& session) {
+  const UnitSystem system = ReadCaseOf(session.options).Units();
+  std::vector<PrintedRow> rows;
+  for (const auto& [quantity, name] : kQuantityNames) {
+    rows.push_back(
+        {{"quantity", std::string(name)}, {"unit", std::string(UnitName(quantity, system))}});
+  }
+  Print(rows, session.options.json);
+}
+
+}  // namespace
+
 void ListUnits(const Session& session) {
+  if (!session.options.caseFile.empty()) return ListUnitsOfCase(session);
   std::vector<PrintedRow> rows;
   for (const DriverUnit& unit : Units(session.api, session.trace)) {
     rows.push_back(

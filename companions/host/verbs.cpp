@@ -25,7 +25,7 @@ enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2, kEndedByUser = 3 };
 
 using VerbFunction = void (*)(const Session&);
 
-// In the order of Verb, without the last, which needs no module.
+// In the order of Verb, without the last two, which need no module.
 constexpr std::array<VerbFunction, 14> kFunctions{
     RunCase,        ListWells,         ShowIdentity, ListUnits, GetProperties,
     SetOneProperty, DoOneCommand,      SaveBlock,    LoadBlock, ServeVariables,
@@ -55,17 +55,34 @@ void CheckWritten(const Options& options, const CallTrace* trace) {
   }
 }
 
+/// False when the verb has told faults of the user's files.
+bool DoVerb(const Options& options, CallTrace* trace) {
+  if (options.verb == Verb::kCheck) return CheckFiles(options);
+  if (options.verb == Verb::kReference) {
+    fmt::print(UserOutput(), "{}", options.jsonSchema ? CaseSchema() : CaseReference());
+    return true;
+  }
+  const std::string path = options.module.empty() ? DefaultModule() : options.module;
+  const std::unique_ptr<ModuleApi> api = ModuleApi::Load(path);
+  kFunctions.at(static_cast<size_t>(options.verb))({options, *api, trace});
+  return true;
+}
+
 }  // namespace
 
-std::string DefaultSimulator() {
+std::string MachineSimulator() {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
-  const std::string own = key ? key->ReadText("SimExecutable").value_or("") : "";
-  if (platform::CanOpenForReading(own)) return "";
+  return key ? key->ReadText("SimExecutable").value_or("") : "";
+}
+
+std::string DefaultSimulator() {
+  if (platform::CanOpenForReading(MachineSimulator())) return "";
   return platform::ModuleFolder() + platform::ProgramFileName("tanksim");
 }
 
 CaseModel ReadCaseOf(const Options& options) {
   CaseModel model = ReadCase(options.caseFile);
+  for (const std::string& warning : model.warnings) fmt::print(stderr, "{}\n", warning);
   if (!options.simulator.empty()) model.simulator.executable = options.simulator;
   if (!options.output.empty())
     model.general.output = platform::NameOf(fs::absolute(platform::PathOf(options.output)));
@@ -98,20 +115,17 @@ void Print(const std::vector<PrintedRow>& rows, bool asJson) {
 
 int RunVerb(const Options& options) {
   UserOutput();  // from here on, before any simulator can write among the results
-  if (options.verb == Verb::kReference) {
-    fmt::print(UserOutput(), "{}", CaseReference());
-    return kDone;
-  }
   try {
     std::unique_ptr<CallTrace> trace;
     if (!options.trace.empty()) trace = std::make_unique<CallTrace>(options.trace);
-    const std::string path = options.module.empty() ? DefaultModule() : options.module;
-    const std::unique_ptr<ModuleApi> api = ModuleApi::Load(path);
-    kFunctions.at(static_cast<size_t>(options.verb))({options, *api, trace.get()});
+    const bool isSound = DoVerb(options, trace.get());
     CheckWritten(options, trace.get());
-    return kDone;
+    return isSound ? kDone : kBadInput;
   } catch (const CaseError& error) {
     fmt::print(stderr, "{}\n", error.what());
+    return kBadInput;
+  } catch (const CommandLineError& error) {
+    fmt::print(stderr, "fieldrun: {}\n", error.what());
     return kBadInput;
   } catch (const EndedByUser& end) {
     fmt::print(stderr, "fieldrun: {}\n", end.what());

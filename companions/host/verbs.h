@@ -32,6 +32,13 @@ void OpenConfiguration(const Session& session);
 void OpenSettings(const Session& session);
 void OpenExport(const Session& session);
 
+/// Tells all that is wrong with a case and, where its simulator can say so, with its deck. False
+/// when something is.
+bool CheckFiles(const Options& options);
+
+/// The simulator of the machine's settings; empty when none is set.
+std::string MachineSimulator();
+
 /// The simulator to start when the case names none: the machine's own (an empty text, since the
 /// module knows it), else the tanksim beside this program.
 std::string DefaultSimulator();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "host/case_keys.h"
 #include "support/test_folder.h"
@@ -159,6 +160,19 @@ TEST(CaseReference, ShowsEveryKeyWithItsUnitsAndChoices) {
   for (const auto& row : WellKeys()) {
     EXPECT_NE(text.find("  " + std::string(row.about.name) + " "), std::string::npos);
   }
+}
+
+TEST(CaseSchema, HoldsEveryKeyWithItsTypeAndBounds) {
+  const nlohmann::json schema = nlohmann::json::parse(CaseSchema())["properties"];
+  const nlohmann::json& well = schema["well"]["items"];
+  EXPECT_EQ(well["properties"].size(), WellKeys().size());
+  EXPECT_EQ(well["required"], nlohmann::json({"name", "kind"}));
+  EXPECT_EQ(well["properties"]["kind"]["enum"][1], "water_injector");
+  EXPECT_EQ(well["properties"]["max_water_cut"]["maximum"], 1);
+  EXPECT_FALSE(well["properties"]["max_oil"].contains("minimum")) << "its unit isn't known";
+  const nlohmann::json& time = schema["time"]["properties"];
+  EXPECT_EQ(time["step"]["anyOf"][0]["type"], "number");
+  EXPECT_EQ(time["end"]["format"], "date");
 }
 
 }  // namespace

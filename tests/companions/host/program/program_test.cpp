@@ -44,33 +44,94 @@ TEST_F(Program, CallsTheModuleInTheOrderOfARun) {
 }
 
 TEST_F(Program, TellsABadCommandLineWithStatusTwo) {
-  const std::vector<std::vector<std::string>> kLines{{},
-                                                     {"fly"},
-                                                     {"run"},
-                                                     {"units", "--quick"},
-                                                     {"run", "a.toml", "--steps", "0"},
-                                                     {"run", "a.toml", "--steps", "many"}};
-  for (const auto& line : kLines) {
+  const std::string odeh = ExampleCase("odeh");
+  const struct {
+    std::vector<std::string> line;
+    std::string complaint;
+  } kLines[] = {
+      {{}, ""},
+      {{"rum"}, "there is no command \"rum\"; did you mean \"run\"?"},
+      {{"fly"}, "there is no command \"fly\"; see fieldrun --help"},
+      {{"run"}, "case is required"},
+      {{"units", "--jsn"},
+       "The following argument was not expected: --jsn; did you mean \"--json\"?"},
+      {{"run", "a.toml", "--steps", "0"}, "--steps: "},
+      {{"do", odeh, "Intersect.Fly(1)"}, "the module has no command \"Fly\"; it has StartIX, "},
+      {{"variables", odeh, "--add", "P1:Colour"}, "--add P1:Colour: the label must be one of "},
+      {{"variables", odeh, "--read", "0"}, "--read and --write need --start: "},
+      {{"variables", odeh, "--start", "--write", "0=much"}, "--write 0=much: the value must be"},
+  };
+  for (const auto& [line, complaint] : kLines) {
     const Outcome outcome = Run(line);
     EXPECT_EQ(outcome.status, 2) << outcome.err;
-    EXPECT_NE(outcome.err, "");
+    const std::string start = "fieldrun: " + complaint;
+    EXPECT_EQ(outcome.err.substr(0, start.size()), start);
   }
 }
 
-TEST_F(Program, ShowsHelpForEveryCommand) {
-  for (const char* verb : {"run", "wells", "identify", "units", "get", "set", "do", "save", "load",
-                           "variables", "describe", "configure", "edit", "export", "reference"}) {
-    const Outcome outcome = Run({verb, "--help"});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_NE(outcome.out.find("--help"), std::string::npos) << verb;
+TEST_F(Program, ChecksACaseAndItsDeckWithoutARun) {
+  EXPECT_EQ(Run({"check", ExampleCase("odeh")}).status, 0);
+  const std::string file = ChangedExample(folder_, "five_spot", "diameter = 62", "diameter = 6.2");
+  const auto change = [this](const std::string& name, const std::string& from, const char* to) {
+    std::string text = gantry::test::TestFolder::Read(folder_ / "five_spot" / name);
+    text.replace(text.find(from), from.size(), to);
+    folder_.Write("five_spot/" + name, text);
+  };
+  EXPECT_NE(Run({"run", file, "-q", "-n", "1"}).err.find(":32: warning: diameter is 6.2 mm"),
+            std::string::npos);
+  change("case.toml", "max_liquid", "max_liqid");
+  change("FIVE_SPOT.afi", "skin", "skn");
+  const Outcome outcome = Run({"check", file});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.out,
+            file +
+                ":32: warning: diameter is 6.2 mm, less than 19.05 mm: it can hardly be meant (6.2 "
+                "in could)\n" +
+                file + ":47: [well] has no key \"max_liqid\"; did you mean \"max_liquid\"?\n" +
+                Path("five_spot/FIVE_SPOT.afi") +
+                ":96: unknown key 'skn'; did you mean \"skin\"?\n" + file +
+                ": 2 errors, 1 warning\n");
+}
+
+TEST_F(Program, TellsWhatTheModulePassesOverInSilence) {
+  const std::string odeh = ExampleCase("odeh");
+  const std::string parallel = "Intersect.CaseDetails.Parallel";
+  const struct {
+    std::vector<std::string> line;
+    int status;
+    std::string notice;
+  } kLines[] = {
+      {{"set", odeh, parallel, "much"},
+       1,
+       "fieldrun: " + parallel + " takes a number; \"much\" has"},
+      {{"set", odeh, parallel, "600"}, 0, "fieldrun: " + parallel + " is 512 now, not 600\n"},
+      {{"set", odeh, parallel, "7"}, 0, ""},
+      {{"set", odeh, "Intersect.CaseDetails.HeadNode", "node7"}, 0, ""},
+      {{"describe", odeh, Path("d.xml")},
+       0,
+       "fieldrun: " + Path("d.xml") + " describes no wells, "},
+      {{"variables", odeh, "--add", "P1:Oil production rate"},
+       2,
+       odeh + ":9: variables are kept in the case's store_file, and [simulator] names none\n"},
+  };
+  for (const auto& [line, status, notice] : kLines) {
+    const Outcome outcome = Run(line);
+    EXPECT_EQ(outcome.status, status) << outcome.err;
+    EXPECT_EQ(outcome.err.substr(0, notice.empty() ? 1 : notice.size()), notice) << line[2];
   }
+}
+
+TEST_F(Program, NamesTheUnitsOfACase) {
+  const Outcome outcome = Run({"units", ExampleCase("five_spot"), "--json"});
+  EXPECT_TRUE(std::regex_search(outcome.out, std::regex(R"("pressure",\s+"unit": "bara")")));
 }
 
 TEST_F(Program, NamesTheLineOfACaseThatDoesntFitItsSimulator) {
   const struct {
     std::string part, replacement, complaint;
   } kCases[] = {
-      {"name = \"INJ\"", "name = \"inj\"", R"(case\.toml:\d+: the simulator has no well "inj")"},
+      {"name = \"INJ\"", "name = \"inj\"",
+       R"(case\.toml:\d+: the simulator has no well "inj"; did you mean "INJ"\?)"},
       {"kind = \"gas_injector\"\ngas_rate", "kind = \"water_injector\"\nwater_rate",
        R"(case\.toml:\d+: well "INJ" is a gas injector in the simulator)"},
       {"gas_rate = 100", "gas_rate = 100\ncomposition = [1.0]",
@@ -160,6 +221,8 @@ TEST_F(Program, SavesACaseAndLoadsItAgain) {
   const Outcome load = Run({"load", Path("case.block")});
   ASSERT_EQ(load.status, 0) << load.err;
   EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(Parallel +7\n)"))) << load.out;
+  EXPECT_TRUE(std::regex_search(Run({"load", Path("case.block"), "--json"}).out,
+                                std::regex(R"("Parallel",\s+"value": 7\s)")));
   EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(well PROD +producer\n)"))) << load.out;
   EXPECT_EQ(Run({"get", odeh, "--block", Path("case.block"), "--simulator", "/bin/other",
                  "Intersect.CaseDetails.SimExeName"})
@@ -189,12 +252,6 @@ TEST_F(Program, KeepsTheVariablesThatAreAddedAndDeleted) {
 
   ASSERT_EQ(Run({"variables", Path("case.toml"), "--delete", "-1"}).status, 0);
   EXPECT_EQ(Run({"variables", Path("case.toml")}).out.find("Oil"), std::string::npos);
-  for (const std::vector<std::string>& line : std::vector<std::vector<std::string>>{
-           {"--add", "P1:Colour"}, {"--read", "0"}, {"--start", "--write", "0=much"}}) {
-    std::vector<std::string> whole{"variables", Path("case.toml")};
-    whole.insert(whole.end(), line.begin(), line.end());
-    EXPECT_EQ(Run(whole).status, 2) << line[0];
-  }
 
   fs::remove(folder_ / "case.state");
   fs::create_directory(folder_ / "case.state");  // which no file can take the place of
@@ -260,7 +317,8 @@ TEST_F(Program, RunsAScriptBetweenTheSteps) {
             std::string::npos);
   EXPECT_EQ(Table(folder_ / "out/field.csv").Rows(), 1U) << "the step that was run is reported";
 
-  for (const char* bad : {"0 get X", "one get X", "1 fetch X", "1 get", "1 set X", "1 get X Y"}) {
+  for (const char* bad : {"0 get X", "one get X", "1 fetch X", "1 get", "1 set X", "1 get X Y",
+                          "1 do Intersect.Fly()"}) {
     folder_.Write("script", std::string("\n") + bad + "\n");
     const Outcome refused = Run(line);
     EXPECT_EQ(refused.status, 2) << bad;
