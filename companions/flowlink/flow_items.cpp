@@ -1,6 +1,8 @@
 #include "flowlink/flow_items.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace gantry::flowlink {
 
@@ -66,6 +68,13 @@ constexpr auto kItems = std::to_array<Item>({
     {"WATER_OIL_RATIO", [](const Values& v) { return Ratio(v[kWater], v[kOil]); }},
 });
 
+constexpr double kLeastSpan = 0.01;   // of a pressure
+constexpr double kLeastWhole = 1e-3;  // in any unit: less is the solver's noise
+
+double Share(double difference, double whole) {
+  return whole > kLeastWhole ? std::abs(difference) / whole : 0.0;
+}
+
 }  // namespace
 
 const std::vector<std::string>& SummaryVectors() {
@@ -84,6 +93,27 @@ std::optional<size_t> FindFlowItem(std::string_view item) {
 
 double FlowItemValue(size_t handle, const std::vector<double>& vectors) {
   return kItems[handle].value(vectors);
+}
+
+double MissOf(const Values& guess, const Values& found, const Values& top, const Values& bottom) {
+  const auto missOf = [&](size_t vector, double whole) {
+    return Share(guess[vector] - found[vector], whole);
+  };
+  const double liquid = std::abs(found[kOil] + found[kWater]);
+  double miss = std::max(missOf(kOil, liquid), missOf(kWater, liquid));
+  for (const size_t rate : {kGas, kInjectedWater, kInjectedGas, kInjectedOil}) {
+    miss = std::max(miss, missOf(rate, std::abs(found[rate])));
+  }
+  for (const size_t pressure : {kBottomHole, kTubingHead}) {
+    const double span = std::abs(top[pressure] - bottom[pressure]);
+    miss = std::max(miss, missOf(pressure, std::max(span, kLeastSpan * std::abs(top[pressure]))));
+  }
+  return miss;
+}
+
+void CopyTotals(const Values& from, Values& to) {
+  constexpr std::ptrdiff_t kEnd = kInjectedReservoirTotal + 1;
+  std::copy(from.begin() + kOilTotal, from.begin() + kEnd, to.begin() + kOilTotal);
 }
 
 }  // namespace gantry::flowlink

@@ -76,17 +76,20 @@ FlowLink::FlowLink(FlowProcess& process, const std::vector<std::string>& vectors
   AwaitStop();
 }
 
-std::vector<std::optional<WellValues>> FlowLink::Ask(const std::string& keywords,
-                                                     std::span<const NamedLimits> sets) {
-  json order = json::object({{"do", "ask"}, {"keywords", keywords}, {"sets", json::array()}});
+std::vector<FlowAnswer> FlowLink::Ask(const std::string& keywords, double days,
+                                      std::span<const NamedLimits> sets) {
+  json order = json::object(
+      {{"do", "ask"}, {"keywords", keywords}, {"days", days}, {"sets", json::array()}});
   for (const NamedLimits& limits : sets) order["sets"].push_back(SetOf(limits));
   Send(Message(std::move(order)));
   const Message message = Receive();
   try {
-    std::vector<std::optional<WellValues>> answers;
-    for (const json& found : message.at("values")) {
-      answers.emplace_back();
-      if (!found.is_null()) answers.back() = ValuesOf(found, wells_, vectorCount_);
+    std::vector<FlowAnswer> answers;
+    for (const json& found : message.at("answers")) {
+      FlowAnswer& answer = answers.emplace_back();
+      answer.said = found.at("said").get<std::string>();
+      const json& values = found.at("values");
+      if (!values.is_null()) answer.values = ValuesOf(values, wells_, vectorCount_);
     }
     if (answers.size() == sets.size()) return answers;
   } catch (const json::exception& error) {
@@ -95,8 +98,9 @@ std::vector<std::optional<WellValues>> FlowLink::Ask(const std::string& keywords
   throw LinkFault("flow's script answered another question");
 }
 
-void FlowLink::Advance(const std::string& keywords) {
-  Send(Message(json::object({{"do", "advance"}, {"keywords", keywords}})));
+void FlowLink::Advance(const std::string& keywords, const NamedLimits& numbers) {
+  Send(Message(
+      json::object({{"do", "advance"}, {"keywords", keywords}, {"numbers", SetOf(numbers)}})));
   AwaitStop();
 }
 

@@ -24,6 +24,12 @@ struct FlowStop {
   WellValues values;
 };
 
+/// What one set of limits came to.
+struct FlowAnswer {
+  std::optional<WellValues> values;  ///< none where flow found no solution
+  std::string said;                  ///< the last of what flow said then
+};
+
 /// The dialogue with the script inside flow. An operation that flow doesn't survive, or that its
 /// answer doesn't fit, throws `LinkFault` with the reason.
 class FlowLink {
@@ -38,12 +44,13 @@ class FlowLink {
   const std::vector<DeckChange>& DeckChanges() const { return changes_; }
   const FlowStop& Stop() const { return stop_; }
 
-  /// What the wells would do under these keywords with each set of numbers in place of the names,
-  /// without going on; empty where flow finds no solution.
-  std::vector<std::optional<WellValues>> Ask(const std::string& keywords,
-                                             std::span<const NamedLimits> sets);
-  /// Runs the next report step under these keywords.
-  void Advance(const std::string& keywords);
+  /// What the wells would do for so many days under these keywords with each set of numbers in
+  /// place of the names, without going on.
+  std::vector<FlowAnswer> Ask(const std::string& keywords, double days,
+                              std::span<const NamedLimits> sets);
+  /// Runs the next report step under these keywords, beside those of the steps before, and with
+  /// these numbers in place of the names.
+  void Advance(const std::string& keywords, const NamedLimits& numbers);
   /// Lets flow end the run here and close its files. Ahead of the deck's end flow calls this a
   /// failure of its own, so that its status tells nothing.
   void Finish();

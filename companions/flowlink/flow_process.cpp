@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
@@ -12,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "flowlink/flow_log.h"
 #include "flowlink/link_fault.h"
 
 namespace gantry::flowlink {
@@ -20,7 +22,6 @@ namespace {
 
 constexpr const char* kSocketVariable = "FLOWLINK_SOCKET";
 constexpr int kNoSuchProgram = 127;
-constexpr size_t kLongestReason = 200;
 
 /// What the new process does between the fork and the program; nothing here takes a lock.
 struct Launch {
@@ -147,21 +148,10 @@ std::string FlowProcess::DescribeEnd() {
   std::string end = "flow ended";
   if (WIFEXITED(status_)) end += " with status " + std::to_string(WEXITSTATUS(status_));
   if (WIFSIGNALED(status_)) end += " by signal " + std::to_string(WTERMSIG(status_));
-  const std::string reason = FirstErrorOfLog();
-  return end + (reason.empty() ? "; its log is " + log_.string() : ": " + reason);
-}
-
-std::string FlowProcess::FirstErrorOfLog() const {
-  std::ifstream log(log_);
-  std::string reason;
-  for (std::string line; reason.size() < kLongestReason && std::getline(log, line);) {
-    const bool isError = line.find("Error") != std::string::npos ||
-                         line.find("threw an exception") != std::string::npos;
-    if (reason.empty() && !isError) continue;
-    if (line.empty() && !reason.empty()) break;
-    reason += (reason.empty() ? "" : " ") + line;
-  }
-  return reason.substr(0, kLongestReason);
+  std::ifstream log(log_, std::ios::binary);
+  const std::string said((std::istreambuf_iterator<char>(log)), std::istreambuf_iterator<char>());
+  const std::string reason = LastErrorIn(said);
+  return end + (reason.empty() ? "" : ": " + reason) + "; its log is " + log_.string();
 }
 
 }  // namespace gantry::flowlink

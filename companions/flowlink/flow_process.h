@@ -30,8 +30,6 @@ class FlowProcess {
   void WaitForEnd();
 
  private:
-  std::string FirstErrorOfLog() const;
-
   std::filesystem::path log_;
   pid_t process_ = -1;
   int socket_ = -1;

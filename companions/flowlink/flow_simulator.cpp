@@ -6,7 +6,6 @@
 
 #include "flowlink/flow_items.h"
 #include "flowlink/link_fault.h"
-#include "flowlink/sweep_foresight.h"
 
 namespace gantry::flowlink {
 
@@ -49,14 +48,17 @@ void RequireNumber(double value, std::string_view what, const std::string& well)
 
 FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
                              const std::filesystem::path& folder)
-    : settings_(std::move(settings)), caseName_(caseName), folder_(folder) {
+    : settings_(std::move(settings)),
+      caseName_(caseName),
+      folder_(folder),
+      notes_(folder / (caseName + ".warnings")),
+      answers_(notes_, settings_.solvesAllRungs) {
   PrepareFolder();
   run_ = std::make_unique<FlowRun>(settings_, folder_, caseName_, std::nullopt);
   wellNames_ = run_->Link().Wells();
   deckWells_ = DeckWells(run_->Link().DeckChanges(), wellNames_.size());
   controls_.resize(wellNames_.size());
-  TakeStop();
-  answers_.emplace("", Stop().values);
+  TakeStop("");
   Describe();
 }
 
@@ -141,33 +143,9 @@ const WellValues& FlowSimulator::Values() {
   if (inForce_ != nullptr) return *inForce_;
   // Nothing can be asked where no step follows any more.
   if (Stop().isLast) return Stop().values;
-  const std::string keywords = KeywordsOf(controls_);
-  const auto known = answers_.find(keywords);
-  inForce_ = known != answers_.end() ? &known->second : &AskFlow(keywords);
-  last_ = inForce_;
+  inForce_ = &answers_.Of(run_->Link(), controls_,
+                          [this](const auto& controls) { return QuestionOf(controls); });
   return *inForce_;
-}
-
-const WellValues& FlowSimulator::AskFlow(const std::string& keywords) {
-  const Question question = QuestionOf(controls_);
-  Strings asked = {keywords};
-  std::vector<NamedLimits> sets = {question.numbers};
-  if (last_ != nullptr) {
-    for (const auto& controls : ForeseeSweep(controls_, *last_)) {
-      Question next = QuestionOf(controls);
-      if (next.keywords != question.keywords) continue;
-      asked.push_back(KeywordsOf(controls));
-      sets.push_back(std::move(next.numbers));
-    }
-  }
-  std::vector<std::optional<WellValues>> answers = run_->Link().Ask(question.keywords, sets);
-  if (!answers.front()) {
-    throw LinkFault("flow found no solution for the wells under these limits");
-  }
-  for (size_t i = 0; i < answers.size(); ++i) {
-    if (answers[i]) answers_.emplace(asked[i], std::move(*answers[i]));
-  }
-  return answers_.at(keywords);
 }
 
 template <class Write>
@@ -187,8 +165,9 @@ std::string FlowSimulator::KeywordsOf(const std::vector<HostControls>& controls)
   return ControlKeywords(controls, [](const auto&... well) { return ControlKeyword(well...); });
 }
 
-FlowSimulator::Question FlowSimulator::QuestionOf(const std::vector<HostControls>& controls) const {
+Question FlowSimulator::QuestionOf(const std::vector<HostControls>& controls) const {
   Question question;
+  question.key = KeywordsOf(controls);
   question.keywords = NamesKeyword() + ControlKeywords(controls, [&](const auto&... well) {
                         return ControlKeyword(well..., &question.numbers);
                       });
@@ -276,15 +255,13 @@ void FlowSimulator::ContinueUntil(double days) {
   isRunning_ = true;
   if (days < Stop().days - kSameTimeDays) GoBackTo(days);
   while (!Stop().isLast && Stop().days < days - kSameTimeDays) {
-    const std::string keywords = KeywordsOf(ControlsOfRun());
-    const std::string orders = keywords + UptimeKeywords();
-    // What was ordered once holds until the deck orders something: flow takes its time over it.
+    const Question limits = QuestionOf(ControlsOfRun());
+    const std::string orders = limits.keywords + UptimeKeywords();
+    // What was ordered once holds until the deck orders something.
     const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
-    run_->Link().Advance(isInForce ? "" : orders);
+    run_->Link().Advance(isInForce ? "" : orders, limits.numbers);
     ordered_ = orders;
-    TakeStop();
-    // What the run has just done under the limits in force is the answer to them.
-    answers_.emplace(keywords, Stop().values);
+    TakeStop(limits.key);
   }
 }
 
@@ -304,15 +281,14 @@ void FlowSimulator::GoBackTo(double days) {
   const std::string name = caseName_ + "_" + std::to_string(runs_);
   run_ = std::make_unique<FlowRun>(settings_, folder_, name, way);
   ordered_.clear();
-  TakeStop();
+  TakeStop("");
 }
 
-void FlowSimulator::TakeStop() {
+void FlowSimulator::TakeStop(const std::string& key) {
   stops_.push_back({Stop().days, run_->WayToStop()});
   deckWells_.GoTo(Stop().days);
-  answers_.clear();
+  answers_.Begin(Stop(), key);
   inForce_ = nullptr;
-  last_ = nullptr;
 }
 
 }  // namespace gantry::flowlink

@@ -8,6 +8,8 @@
 #include "flowlink/deck_wells.h"
 #include "flowlink/flow_run.h"
 #include "flowlink/link_settings.h"
+#include "flowlink/run_notes.h"
+#include "flowlink/stop_answers.h"
 #include "flowlink/well_controls.h"
 #include "simulator/server/controlled_simulator.h"
 
@@ -16,8 +18,9 @@ namespace gantry::flowlink {
 /// flow as an external controller sees it.
 ///
 /// The run stands at the end of a report step. What the wells would do under the controller's
-/// limits is asked of a fork of flow, once for each different set of limits; the run itself takes
-/// the limits when it goes on. Every report step is run under the keywords of the wells that the
+/// limits is asked of a fork of flow; the run itself takes the limits when it goes on, as numbers
+/// in place of names where only these have changed: flow takes its time over keywords, and settles
+/// each well anew. Every report step is run under the keywords of the wells that the
 /// host has taken over, so that those of the deck never take a well back. To an earlier time leads
 /// a run of its own, from the restart files.
 class FlowSimulator : public simulator::ControlledSimulator {
@@ -51,22 +54,15 @@ class FlowSimulator : public simulator::ControlledSimulator {
   void Shutdown() override { run_->Link().Finish(); }
 
  private:
-  /// What is asked of flow: keywords with names for numbers, and the numbers.
-  struct Question {
-    std::string keywords;
-    NamedLimits numbers;
-  };
-
   void PrepareFolder() const;
   void Describe();
   const FlowStop& Stop() const { return run_->Link().Stop(); }
-  /// Takes note of the stop that the run has come to.
-  void TakeStop();
+  /// Takes note of the stop that the run has come to under the limits of a question's key.
+  void TakeStop(const std::string& key);
   void GoBackTo(double days);
 
   double OwnNumber(size_t well, size_t item) const;
   const WellValues& Values();
-  const WellValues& AskFlow(const std::string& keywords);
   /// Keywords of the wells that the host has taken over, as `write(well, kind, limits)` has them.
   template <class Write>
   std::string ControlKeywords(const std::vector<HostControls>& controls, Write write) const;
@@ -95,10 +91,10 @@ class FlowSimulator : public simulator::ControlledSimulator {
   };
   std::vector<PastStop> stops_;  ///< up to the present one
 
-  std::string ordered_;                        ///< the keywords that this run has been given last
-  std::map<std::string, WellValues> answers_;  ///< at this stop, by the keywords
-  const WellValues* inForce_ = nullptr;        ///< the answer to the present limits, once known
-  const WellValues* last_ = nullptr;           ///< the answer that was read last
+  std::string ordered_;  ///< the keywords that this run has been given last
+  RunNotes notes_;
+  StopAnswers answers_;
+  const WellValues* inForce_ = nullptr;  ///< the answer to the present limits, once known
   bool isRunning_ = false;
 };
 

@@ -22,7 +22,9 @@ import stat
 import opm_embedded
 
 LINK_VARIABLE = "FLOWLINK_SOCKET"
-TINY_STEP = "TUNING\n0.0005 /\n/\n/\n"
+TINY_STEP = "TUNING\n{} /\n/\n/\n"
+FIRST_STEP_DAYS = 0.0005
+SAID_LENGTH = 4000  # the bytes of flow's last words that are passed on
 TIME_TOLERANCE = 0.5  # seconds
 PR_SET_PDEATHSIG = 1
 
@@ -111,6 +113,32 @@ class Fork:
         os.waitpid(self.process, 0)
 
 
+class Answerer(Fork):
+    """A fork for one set of numbers. It writes nothing but what flow says, which is kept.
+
+    flow writes out the report step ahead of the tiny one: files that the run opens anew each time
+    must not be written by several.
+    """
+
+    def __init__(self, seconds):
+        self.said = os.memfd_create("said")
+        super().__init__()
+        if self.is_here:
+            os.dup2(self.said, 1)
+            os.dup2(self.said, 2)
+            resource.setrlimit(resource.RLIMIT_NOFILE, (0, 0))
+            signal.alarm(seconds)
+
+    def take_answer(self):
+        values = self.receive()
+        self.end()
+        length = os.fstat(self.said).st_size
+        begin = max(0, length - SAID_LENGTH)
+        text = "" if values is not None else os.pread(self.said, length - begin, begin).decode(errors="replace")
+        os.close(self.said)
+        return {"values": values, "said": text}
+
+
 class Link:
     def __init__(self, schedule):
         gc.disable()  # a collection would touch, and so copy, every object in a fork
@@ -146,28 +174,30 @@ class Link:
             self.end_survey()
             if order["do"] == "advance":
                 self.insert(schedule, next_step, order["keywords"])
+                set_numbers(summary_state, order["numbers"])
             elif order["do"] == "finish":
                 self.finish(schedule, next_step, is_last)
             return
 
     def ask(self, order, schedule, next_step, summary_state):
         """Has a survey answer. True in a fork that has to go on to its tiny step."""
-        if self.survey is None or self.keywords != order["keywords"]:
+        keywords = order["keywords"] + TINY_STEP.format(order["days"])
+        if self.survey is None or self.keywords != keywords:
             self.end_survey()
-            self.keywords = order["keywords"]
+            self.keywords = keywords
             self.survey = Fork()
         if self.survey.is_here:
             self.adapter.close()
             close_files()
             self.asker = self.survey.line
-            self.insert(schedule, next_step, self.keywords + TINY_STEP)
+            self.insert(schedule, next_step, self.keywords)
             return self.serve(summary_state)
         self.survey.line.send(order["sets"])
         answers = self.survey.receive()
         if answers is None:
             self.end_survey()
-            answers = [None for _ in order["sets"]]
-        self.adapter.send({"event": "answers", "values": answers})
+            answers = [{"values": None, "said": ""} for _ in order["sets"]]
+        self.adapter.send({"event": "answers", "answers": answers})
         return False
 
     def serve(self, summary_state):
@@ -177,18 +207,13 @@ class Link:
             answers, asked = [], []
             for numbers in self.asker.receive():
                 if len(asked) == processors:
-                    answers.append(take_answer(asked.pop(0)))
-                asked.append(Fork())
+                    answers.append(asked.pop(0).take_answer())
+                asked.append(Answerer(self.seconds_for_question))
                 if asked[-1].is_here:
                     self.asker = asked[-1].line
-                    # flow writes out the report step before the tiny one: files that the run opens anew
-                    # each time must not be written by several.
-                    resource.setrlimit(resource.RLIMIT_NOFILE, (0, 0))
-                    signal.alarm(self.seconds_for_question)
-                    for well, name, value in numbers:
-                        summary_state.update_well_var(well, name, value)
+                    set_numbers(summary_state, numbers)
                     return True
-            self.asker.send(answers + [take_answer(fork) for fork in asked])
+            self.asker.send(answers + [fork.take_answer() for fork in asked])
 
     def answer(self, summary_state):
         self.asker.send(self.values(summary_state))
@@ -203,7 +228,7 @@ class Link:
         """Lets flow write out this report step; it is stopped in the next one."""
         self.is_finished = True
         if not is_last:
-            self.insert(schedule, next_step, TINY_STEP)
+            self.insert(schedule, next_step, TINY_STEP.format(FIRST_STEP_DAYS))
 
     def insert(self, schedule, step, text):
         if not text:
@@ -224,10 +249,9 @@ class Link:
         os._exit(1)
 
 
-def take_answer(fork):
-    answer = fork.receive()
-    fork.end()
-    return answer
+def set_numbers(summary_state, numbers):
+    for well, name, value in numbers:
+        summary_state.update_well_var(well, name, value)
 
 
 def report_times(schedule):
@@ -257,12 +281,19 @@ def deck_wells(schedule, wells, step):
             well = schedule.get_well(name, step)
         except Exception:
             continue  # not drilled yet
-        if well.isproducer():
-            limits = schedule.get_production_properties(name, step)
-        else:
-            limits = schedule.get_injection_properties(name, step)
-        found[name] = {"producer": well.isproducer(), "status": well.status(), "limits": limits}
+        found[name] = {"producer": well.isproducer(), "status": well.status(),
+                       "limits": deck_limits(schedule, well, step)}
     return found
+
+
+def deck_limits(schedule, well, step):
+    """None for a well whose limits are quantities that are computed in the run."""
+    try:
+        if well.isproducer():
+            return schedule.get_production_properties(well.name, step)
+        return schedule.get_injection_properties(well.name, step)
+    except ValueError:
+        return {}
 
 
 def well_value(summary_state, well, vector):

@@ -103,6 +103,13 @@ void ReadQuestionTime(const SettingsFile& file, LinkSettings& settings) {
   settings.secondsForQuestion = static_cast<int>(seconds);
 }
 
+void ReadRungs(const SettingsFile& file, LinkSettings& settings) {
+  const std::string rungs = file.Text("rungs", "few");
+  if (rungs != "few" && rungs != "all")
+    file.Fail(file.Find("rungs"), "'rungs' must be \"few\" or \"all\"");
+  settings.solvesAllRungs = rungs == "all";
+}
+
 void ReadWayBack(const SettingsFile& file, LinkSettings& settings) {
   const toml::node* node = file.Find("way_back");
   if (node == nullptr) return;
@@ -121,9 +128,9 @@ void CheckLimits(const SettingsFile& file, const LinkSettings& settings) {
 }  // namespace
 
 LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
-  static constexpr std::string_view kKeys[] = {"deck",         "report_step",      "keep",
-                                               "wells",        "temperature",      "flow",
-                                               "flow_options", "question_seconds", "way_back"};
+  static constexpr std::string_view kKeys[] = {
+      "deck",         "report_step",      "keep",     "wells", "temperature", "flow",
+      "flow_options", "question_seconds", "way_back", "rungs"};
   const SettingsFile file(path);
   file.RejectOthers(kKeys);
   LinkSettings settings;
@@ -137,6 +144,7 @@ LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
   ReadTemperature(file, settings);
   ReadQuestionTime(file, settings);
   ReadWayBack(file, settings);
+  ReadRungs(file, settings);
   CheckLimits(file, settings);
   return settings;
 }

@@ -23,7 +23,8 @@ struct LinkSettings {
   std::string program = "flow";
   std::vector<std::string> options;  ///< for flow, after the adapter's own
   int secondsForQuestion = 60;
-  bool keepsWayBack = true;  ///< restart files, so that a controller can go back in time
+  bool solvesAllRungs = false;  ///< of an inflow sweep, however straight the curves
+  bool keepsWayBack = true;     ///< restart files, so that a controller can go back in time
 };
 
 /// Throws `LinkFault` "FILE:LINE: reason".

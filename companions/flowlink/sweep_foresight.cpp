@@ -56,21 +56,21 @@ bool AreAt(double share, const std::vector<HostControls>& present, const WellVal
 
 }  // namespace
 
-std::vector<std::vector<HostControls>> ForeseeSweep(const std::vector<HostControls>& present,
-                                                    const WellValues& before) {
+Sweep ForeseeSweep(const std::vector<HostControls>& present, const WellValues& before) {
   const double skewness = SkewnessOf(present, before).value_or(0.0);
   if (!(skewness >= kLeastSkewness && skewness <= kMostSkewness)) return {};
   if (!AreAt(ShareAfter(1, skewness), present, before)) return {};
-  std::vector<std::vector<HostControls>> rungs;
+  Sweep sweep = {{1.0, ShareAfter(1, skewness)}, {present}};
   for (int rung = 2; rung < kRungs; ++rung) {
-    std::vector<HostControls>& controls = rungs.emplace_back(present);
+    sweep.shares.push_back(ShareAfter(rung, skewness));
+    std::vector<HostControls>& controls = sweep.controls.emplace_back(present);
     for (size_t well = 0; well < controls.size(); ++well) {
       for (WellConstraint& limit : controls[well].constraints) {
-        limit.value = ShareAfter(rung, skewness) * RateOf(limit, before[well]).value_or(0.0);
+        limit.value = sweep.shares.back() * RateOf(limit, before[well]).value_or(0.0);
       }
     }
   }
-  return rungs;
+  return sweep;
 }
 
 }  // namespace gantry::flowlink

@@ -49,7 +49,8 @@ std::span<const Limit> LimitsOf(WellKind kind) {
 bool IsPressure(const Limit& limit) { return limit.mode == "BHP"; }
 
 /// flow takes a quantity that begins with WU for one that a user has defined for wells.
-std::string NameOf(const Limit& limit) { return "WUFL" + std::string(limit.mode); }
+constexpr std::string_view kNamePrefix = "WUFL";
+std::string NameOf(const Limit& limit) { return std::string(kNamePrefix).append(limit.mode); }
 
 std::string Format(double value) {
   char text[32];
@@ -147,6 +148,8 @@ std::string ControlKeyword(const std::string& well, WellKind kind, const HostCon
   const std::string phase = kind == WellKind::kGasInjector ? "GAS " : "WATER ";
   return "WCONINJE\n" + name + phase + status + mode + columns.Text(well, named) + " /\n/\n";
 }
+
+std::string LimitName(const NamedLimit& limit) { return limit.name.substr(kNamePrefix.size()); }
 
 std::string NamesKeyword() {
   std::set<std::string> names;

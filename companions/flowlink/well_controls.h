@@ -42,6 +42,9 @@ std::string ControlKeyword(const std::string& well, WellKind kind, const HostCon
                            std::span<const simulator::WellConstraint> kept,
                            NamedLimits* named = nullptr);
 
+/// The word of flow's for the limit that the name stands for.
+std::string LimitName(const NamedLimit& limit);
+
 /// What makes the names of limits known to flow, as quantities that nobody computes.
 std::string NamesKeyword();
 

@@ -30,10 +30,11 @@ std::vector<HostControls> Rung(int rung, double skewness) {
 
 TEST(SweepForesight, GivesTheLimitsThatTheDriverComesTo) {
   for (const double skewness : {2.5, 1.0, 0.4}) {
-    const auto rungs = ForeseeSweep(Rung(1, skewness), Answer());
-    ASSERT_EQ(rungs.size(), 8U);
-    for (size_t i = 0; i < rungs.size(); ++i) {
-      const auto expected = Rung(static_cast<int>(i) + 2, skewness);
+    const Sweep sweep = ForeseeSweep(Rung(1, skewness), Answer());
+    ASSERT_EQ(sweep.controls.size(), 9U);
+    for (size_t i = 0; i < sweep.controls.size(); ++i) {
+      const auto& rungs = sweep.controls;
+      const auto expected = Rung(static_cast<int>(i) + 1, skewness);
       for (size_t well = 0; well < expected.size(); ++well) {
         EXPECT_EQ(rungs[i][well].status, "OPEN");
         for (size_t limit = 0; limit < expected[well].constraints.size(); ++limit) {
@@ -48,12 +49,12 @@ TEST(SweepForesight, GivesTheLimitsThatTheDriverComesTo) {
 TEST(SweepForesight, TakesNothingElseForASweep) {
   auto onlyOneWell = Rung(1, 2.5);
   onlyOneWell[1].constraints[0].value *= 1.001;
-  EXPECT_TRUE(ForeseeSweep(onlyOneWell, Answer()).empty());
+  EXPECT_TRUE(ForeseeSweep(onlyOneWell, Answer()).controls.empty());
   auto pressure = Rung(1, 2.5);
   pressure[1].constraints = {{"BOTTOM_HOLE_PRESSURE", 300, "USER"}};
-  EXPECT_TRUE(ForeseeSweep(pressure, Answer()).empty());
-  EXPECT_TRUE(ForeseeSweep(Rung(0, 2.5), Answer()).empty());
-  EXPECT_TRUE(ForeseeSweep(std::vector<HostControls>(2), Answer()).empty());
+  EXPECT_TRUE(ForeseeSweep(pressure, Answer()).controls.empty());
+  EXPECT_TRUE(ForeseeSweep(Rung(0, 2.5), Answer()).controls.empty());
+  EXPECT_TRUE(ForeseeSweep(std::vector<HostControls>(2), Answer()).controls.empty());
 }
 
 }  // namespace
