@@ -24,3 +24,8 @@ build() {
   rm -f "$log"
   cmake --build "build/$preset" --parallel "$(nproc)" ${1:+--target "$@"}
 }
+
+# Whether two tables of results hold the same but for their last column, the id of the run.
+same_table() {
+  cmp <(sed 's/,[^,]*$//' "$1") <(sed 's/,[^,]*$//' "$2")
+}

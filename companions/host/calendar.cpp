@@ -44,4 +44,10 @@ std::string ToText(const Date& date) {
   return fmt::format("{:04}-{:02}-{:02}", date.year, date.month, date.day);
 }
 
+Date DateOf(const std::string& text) {
+  Date date{0, 0, 0};
+  std::sscanf(text.c_str(), "%d-%d-%d", &date.year, &date.month, &date.day);
+  return date;
+}
+
 }  // namespace gantry::fieldrun

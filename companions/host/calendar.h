@@ -28,5 +28,7 @@ Date AddMonths(const Date& date, int months);
 
 /// "2015-01-31".
 std::string ToText(const Date& date);
+/// The other way round. A text of another form gives a day that isn't valid.
+Date DateOf(const std::string& text);
 
 }  // namespace gantry::fieldrun

@@ -10,8 +10,12 @@
 namespace gantry::fieldrun {
 namespace {
 
+bool NeedsModule(Verb verb) {
+  return verb != Verb::kReference && verb != Verb::kCheck && verb != Verb::kReport;
+}
+
 bool Takes(const OptionRow& row, Verb verb) {
-  if (row.verbs.empty()) return verb != Verb::kReference && verb != Verb::kCheck;
+  if (row.verbs.empty()) return NeedsModule(verb);
   return std::find(row.verbs.begin(), row.verbs.end(), verb) != row.verbs.end();
 }
 

@@ -1,10 +1,12 @@
 #include "host/coupled_run.h"
 
 #include <algorithm>
+#include <random>
 
 #include <fmt/format.h>
 
 #include "host/interruption.h"
+#include "host/text/number_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -22,6 +24,15 @@ Gravities TubingGravities(const NetworkSpec& network, const Gravities& reported)
           choose(network.waterGravity, reported.water, 0.9, 1.5, usual.water)};
 }
 
+/// The gravities that the tubings should have: the case's own, else the module's.
+Gravities WantedGravities(const NetworkSpec& network, const Gravities& reported) {
+  return {network.oilGravity.value_or(reported.oil), network.gasGravity.value_or(reported.gas),
+          network.waterGravity.value_or(reported.water)};
+}
+
+/// Eight characters that no other run has, as far as chance goes.
+std::string NewRunId() { return fmt::format("{:08x}", std::random_device()()); }
+
 Date FirstDay(const CaseModel& model, const std::optional<Date>& simulation) {
   const std::optional<Date>& own = model.time.start;
   if (!own && !simulation) {
@@ -37,7 +48,10 @@ Date FirstDay(const CaseModel& model, const std::optional<Date>& simulation) {
 }  // namespace
 
 CoupledRun::CoupledRun(const CaseModel& caseModel, DriverModel& model, RunListener& listener)
-    : case_(caseModel), model_(model), listener_(listener) {}
+    : case_(caseModel),
+      model_(model),
+      listener_(listener),
+      checks_(caseModel.Units(), [this](const RunWarning& warning) { Warn(warning); }) {}
 
 void CoupledRun::CheckCompositions() const {
   const size_t count = start_.components.size();
@@ -52,11 +66,30 @@ void CoupledRun::CheckCompositions() const {
   }
 }
 
+// Without it the run goes on all the same, with totals of its own making.
+void CoupledRun::Publish() {
+  try {
+    PublishTotals(model_, case_);
+  } catch (const std::exception&) {
+    // WellTotals finds nothing published, and says so
+  }
+}
+
+void CoupledRun::BeginTotals() {
+  const ReadVariable read = [this](int handle) { return ReadDouble(model_.ReadPublished(handle)); };
+  totals_ = std::make_unique<WellTotals>(start_.wells, model_.PublishedVariables(), read,
+                                         [this](const RunWarning& warning) { Warn(warning); });
+  totals_->Begin(start_.start);
+}
+
 void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
+  Publish();
   {
     const DeafToInterruptions simulator;
     StartSimulator(model_, case_);
   }
+  start_.id = NewRunId();
+  start_.simulator = SimulatorProgram(model_, case_);
   const std::vector<DriverWell> wells = model_.Wells();
   start_.components = model_.ComponentNames();
   start_.start = FirstDay(case_, model_.SimulationDate());
@@ -81,20 +114,21 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
   for (const RunWell& well : start_.wells) {
     tubings_.push_back(case_.TubingOf(*well.spec));
   }
+  BeginTotals();
 }
 
 RunEnd CoupledRun::Run() {
   RunEnd end;
   try {
     RunSteps(end);
-  } catch (const DriverFailure& failure) {
+  } catch (const std::exception& failure) {
     end.failure = failure.what();
     end.endedByUser = IsInterrupted();
   }
-  ReportLast();
+  ReportRest(end);
   model_.CloseSimulator();
   end.warnings = warnings_.All();
-  listener_.Ended(end);
+  Tell(end);
   return end;
 }
 
@@ -105,9 +139,7 @@ void CoupledRun::RunSteps(RunEnd& end) {
     end.endedBySimulator = !RunStep(end.steps);
     ++end.steps;
   }
-  if (end.steps == 0 || end.endedBySimulator) return;
-  StepRecord after;
-  ReadInflow(after);  // only to learn what the last step has made
+  if (!end.endedBySimulator) FinishLast();
 }
 
 bool CoupledRun::RunStep(size_t step) {
@@ -128,24 +160,76 @@ bool CoupledRun::RunStep(size_t step) {
   return goesOn;
 }
 
-// The read of one step is at once the result of the step before.
-void CoupledRun::ReadInflow(StepRecord& record) {
+void CoupledRun::AskForInflow(StepRecord& record) {
   model_.ReadWells();
   inflow_.clear();
   for (const RunWell& well : start_.wells) {
     inflow_.push_back(model_.Inflow(well.handle));
     record.wells.emplace_back().inflow = inflow_.back().points;
   }
+}
+
+// The read of one step is at once the result of the step before.
+void CoupledRun::ReadInflow(StepRecord& record) {
+  try {
+    AskForInflow(record);
+  } catch (const DriverFailure&) {
+    ReportUnread();
+    throw;
+  }
   for (size_t i = 0; hasLast_ && i < inflow_.size(); ++i) {
-    last_.wells[i].reported = inflow_[i].current;
+    WellStep& well = last_.wells[i];
+    const InflowPoint& current = inflow_[i].current;
+    if (checks_.Report(start_.wells[i], last_.date, well.point, current)) well.reported = current;
   }
   RetireWells();
   ReportLast();
 }
 
 void CoupledRun::ReportLast() {
-  if (hasLast_) listener_.StepDone(last_);
+  if (!hasLast_) return;
   hasLast_ = false;
+  totals_->Count(last_);
+  listener_.StepDone(last_);
+}
+
+// Not what the network decided counts as made, but nothing.
+void CoupledRun::ReportUnread() {
+  if (!hasLast_) return;
+  hasLast_ = false;
+  Warn({"unread", "", last_.date,
+        fmt::format("nothing tells the rates of step {}, the last: only what the network decided "
+                    "stands in wells.csv",
+                    last_.step + 1)});
+  listener_.StepDone(last_);
+}
+
+void CoupledRun::FinishLast() {
+  if (!hasLast_) return;
+  StepRecord after;
+  ReadInflow(after);
+}
+
+// Listeners that write may find the disk full.
+void CoupledRun::Tell(RunEnd& end) {
+  try {
+    listener_.Ended(end);
+  } catch (const std::exception& failure) {
+    if (end.failure.empty()) end.failure = failure.what();
+  }
+}
+
+// What the step before has made when the run ends ahead of its time. A simulator that has come to
+// its own end may still tell its totals.
+void CoupledRun::ReportRest(RunEnd& end) {
+  if (hasLast_ && end.endedBySimulator) totals_->Count(last_);
+  try {
+    FinishLast();
+  } catch (const DriverFailure&) {
+    // the step is reported as unread
+  } catch (const std::exception& failure) {
+    if (end.failure.empty()) end.failure = failure.what();
+  }
 }
 
 // A well that has passed an economic limit stays shut for the rest of the run.
@@ -153,6 +237,7 @@ void CoupledRun::RetireWells() {
   for (size_t i = 0; hasLast_ && i < last_.wells.size(); ++i) {
     const bool isProducer = start_.wells[i].spec->Kind() == WellKind::kProducer;
     if (!isProducer || !last_.wells[i].point.isOpen || !retired_[i].empty()) continue;
+    if (!last_.wells[i].reported) continue;
     retired_[i] = EconomicLimitPassed(*start_.wells[i].spec, last_.wells[i].Made());
   }
 }
@@ -171,11 +256,16 @@ void CoupledRun::Solve(StepRecord& record) {
     }
     const WellSpec& spec = *start_.wells[i].spec;
     const bool isProducer = spec.Kind() == WellKind::kProducer;
+    checks_.Inflow(start_.wells[i], record.date, record.wells[i].inflow);
     NetworkWell& well = wells.emplace_back(spec, InflowCurve(record.wells[i].inflow, isProducer));
     well.tubing = tubings_[i];
     well.manifoldPressure = case_.ManifoldPressureOf(spec);
     well.gravities = TubingGravities(case_.network, inflow_[i].gravities);
     record.wells[i].gravities = well.gravities;
+    if (well.tubing != nullptr) {
+      checks_.TubingGravities(start_.wells[i], record.date,
+                              WantedGravities(case_.network, inflow_[i].gravities), well.gravities);
+    }
     places.push_back(i);
   }
   record.groups = SolveNetwork(wells, case_.groups);

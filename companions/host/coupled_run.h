@@ -1,12 +1,15 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "host/driver_model.h"
+#include "host/run_checks.h"
 #include "host/run_record.h"
 #include "host/schedule.h"
+#include "host/well_totals.h"
 
 namespace gantry::fieldrun {
 
@@ -18,6 +21,9 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
 /// Starts the simulator of the case. The module's text doesn't name the program that failed to come
 /// up on this machine; it is added here.
 void StartSimulator(DriverModel& model, const CaseModel& caseModel);
+
+/// The program that runs the dataset, by its path, or the cluster that does.
+std::string SimulatorProgram(DriverModel& model, const CaseModel& caseModel);
 
 /// What a well of the simulator is, as the module says. An injector of no stated phase counts as a
 /// water injector, since that is how the module controls it.
@@ -47,11 +53,18 @@ class CoupledRun {
   void CheckCompositions() const;
   bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
   void RunSteps(RunEnd& end);
+  void Publish();
+  void BeginTotals();
   bool RunStep(size_t step);
   void ReadInflow(StepRecord& record);
+  void AskForInflow(StepRecord& record);
+  void FinishLast();
+  void ReportRest(RunEnd& end);
+  void Tell(RunEnd& end);
   void Solve(StepRecord& record);
   void SendControls(const StepRecord& record);
   void ReportLast();
+  void ReportUnread();
   void RetireWells();
   void Warn(const RunWarning& warning);
 
@@ -66,6 +79,8 @@ class CoupledRun {
   StepRecord last_;  ///< the step that was run and not yet reported
   bool hasLast_ = false;
   RunWarnings warnings_;
+  RunChecks checks_;
+  std::unique_ptr<WellTotals> totals_;  ///< from the beginning of the run on
 };
 
 }  // namespace gantry::fieldrun

@@ -4,7 +4,8 @@
 
 namespace gantry::fieldrun {
 
-/// What all wells together made and took in one step.
+/// What all wells together made and took at the end of a step. Not a number where the simulator
+/// doesn't tell it of an open well.
 struct FieldRates {
   Rates produced;
   Rates injected;
@@ -19,12 +20,19 @@ struct FieldRates {
 /// step for which each well is up.
 FieldRates SumWells(const std::vector<RunWell>& wells, const StepRecord& record);
 
-/// What has been made and injected since the start of a run: rates held over each step. STB, MMscf.
-struct FieldCumulatives {
+/// What all wells have made and injected since the start of a run. STB, MMscf.
+struct FieldTotals {
   Rates produced;
   Rates injected;
-
-  void Add(const FieldRates& rates, double days);
+  std::string by;  ///< "simulator", "rates" or "both": who has counted it
 };
+
+FieldTotals SumTotals(const std::vector<RunWell>& wells, const StepRecord& record);
+
+/// What the sums of a group's limit are measured in.
+Quantity QuantityOf(const GroupLimitReport& group);
+
+/// "simulator" or "rates".
+std::string_view CountedBy(const WellStep& step);
 
 }  // namespace gantry::fieldrun

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -16,6 +17,11 @@ struct Rates {
   /// weighs about as much as 150 barrels of water).
   double Size() const { return oil + water + 150 * gas; }
 };
+
+/// Of what nobody tells. Sums with it are unknown too.
+constexpr Rates kUnknownRates{std::numeric_limits<double>::quiet_NaN(),
+                              std::numeric_limits<double>::quiet_NaN(),
+                              std::numeric_limits<double>::quiet_NaN()};
 
 Rates operator*(double factor, const Rates& rates);
 Rates& operator+=(Rates& sum, const Rates& rates);

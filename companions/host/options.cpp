@@ -20,6 +20,7 @@ constexpr VerbRow kVerbs[] = {
     {kConfigure, "configure", "Open the module's configuration dialog"},
     {kEdit, "edit", "Open the case settings dialog"},
     {kExport, "export", "Open the dialog of published variables"},
+    {kReport, "report", "Make the report of a run, finished or not, from its tables"},
     {kReference, "reference", "Print the reference of case files"},
     {kCheck, "check", "Tell all that is wrong with a case and its deck, without a run"},
 };
@@ -36,6 +37,7 @@ const std::vector<OptionRow> kOptions{
     {"value", "what to write", &Options::value, {kSet}},
     {"paths", "paths of properties, like Intersect.IsRunning", &Options::paths, {kGet}},
     {"command", "a command, like \"Intersect.RunToTime(365)\"", &Options::command, {kDo}},
+    {"results", "the folder of a run's results", &Options::results, {kReport}},
     {"file", "the file to write or to load", &Options::file, {kSave, kLoad, kDescribe}},
     {"-m,--module",
      "the driver module, else the one installed with fieldrun",

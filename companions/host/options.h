@@ -25,6 +25,7 @@ enum class Verb {
   kConfigure,
   kEdit,
   kExport,
+  kReport,
   kReference,
   kCheck,
 };
@@ -44,6 +45,7 @@ struct Options {
   std::string path;
   std::string value;
   std::string command;
+  std::string results;
   std::vector<std::string> paths;
 
   std::string module;

@@ -29,6 +29,10 @@ class OutputFile {
   std::unique_ptr<platform::ReplacementFile> file_;
 };
 
+/// "The file PATH can't be written: REASON", with the system's text for an error number; without a
+/// reason for 0.
+std::string WriteFailure(const std::string& path, int error);
+
 /// A field of a comma-separated table, in quotes where it needs them.
 std::string CsvField(std::string_view text);
 

@@ -1,6 +1,7 @@
 #include "host/progress.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <fmt/format.h>
 
@@ -49,15 +50,19 @@ void Progress::StepBegins(size_t step) {
   std::fflush(stderr);
 }
 
+std::string Progress::Shown(double value, Quantity quantity, int digits) const {
+  if (!std::isfinite(value)) return "?";
+  return fmt::format("{:.{}f}", FromInternal(value, quantity, units_), digits);
+}
+
 void Progress::StepDone(const StepRecord& record) {
   if (!showsTable_) return;
   ClearBar();
   const FieldRates rates = SumWells(wells_, record);
-  const auto liquid = [&](double rate) { return FromInternal(rate, kLiquidRate, units_); };
-  const auto gas = [&](double rate) { return FromInternal(rate, kGasRate, units_); };
+  const auto liquid = [&](double rate) { return Shown(rate, kLiquidRate, 1); };
+  const auto gas = [&](double rate) { return Shown(rate, kGasRate, 3); };
   const int open = rates.openProducers + rates.openInjectors;
-  fmt::print(UserOutput(),
-             "{:>5} {:>10} {:>9.1f} {:>10.1f} {:>10.1f} {:>10.3f} {:>10.1f} {:>10.3f} {:>6}\n",
+  fmt::print(UserOutput(), "{:>5} {:>10} {:>9.1f} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n",
              record.step + 1, ToText(record.date), record.length, liquid(rates.produced.oil),
              liquid(rates.produced.water), gas(rates.produced.gas), liquid(rates.injected.water),
              gas(rates.injected.gas), open);

@@ -22,6 +22,7 @@ class Progress : public RunListener {
 
  private:
   void ClearBar();
+  std::string Shown(double value, Quantity quantity, int digits) const;
 
   UnitSystem units_;
   bool showsTable_;

@@ -16,6 +16,10 @@ using enum Quantity;
 
 constexpr size_t kMostWellCards = 40;
 
+void AddPoint(ChartSeries& series, double x, double y) {
+  if (std::isfinite(x) && std::isfinite(y)) series.points.emplace_back(x, y);
+}
+
 // As the simulator's own choice of a well's controlling rate: by gas above 10000 scf/STB.
 bool FlowsMostlyGas(const std::vector<InflowPoint>& inflow) {
   Rates sum;
@@ -40,6 +44,9 @@ class Report {
   bool Has(WellKind kind) const;
 
   std::string Head() const;
+  std::string HowItEnded() const;
+  std::string Failure() const;
+  std::string Warnings() const;
   std::string Tiles() const;
   std::string Tile(const std::string& name, double value, Quantity quantity) const;
   std::string FieldCharts() const;
@@ -73,22 +80,46 @@ std::string Report::Head() const {
   const RunStart& start = history_.start;
   const double days = history_.field.empty() ? 0 : history_.field.back().endDays;
   const Date end = FromDayNumber(DayNumber(start.start) + static_cast<int>(std::lround(days)));
-  std::string html = fmt::format("<h1>{}</h1>\n<p class=\"soft\">{} to {} in {}, {}. {}.</p>\n",
-                                 EscapeHtml(model_.general.title), ToText(start.start), ToText(end),
-                                 Counted(history_.field.size(), "step"),
-                                 Counted(start.wells.size(), "well"), EscapeHtml(start.driver));
-  if (history_.end.endedBySimulator) {
-    html += "<p class=\"soft\">The simulator came to its own end.</p>\n";
+  std::string html = fmt::format(
+      "<h1>{}</h1>\n<p class=\"soft\">{} to {} in {}, {}. {}.</p>\n"
+      "<p class=\"soft\">Simulator: {}. Run {}.</p>\n",
+      EscapeHtml(model_.general.title), ToText(start.start), ToText(end),
+      Counted(history_.field.size(), "step"), Counted(start.wells.size(), "well"),
+      EscapeHtml(start.driver), EscapeHtml(start.simulator), start.id);
+  return html + HowItEnded() + Warnings();
+}
+
+std::string Report::HowItEnded() const {
+  const RunEnd& end = history_.end;
+  if (!history_.hasEnded) {
+    return fmt::format("<p class=\"failure\">{} This shows the {} of {} that it has written.</p>\n",
+                       history_.isGoingOn ? "The run is going on." : "The run was cut off.",
+                       Counted(history_.field.size(), "step"), history_.start.stepCount);
   }
-  if (history_.end.endedByUser) {
-    html += fmt::format("<p class=\"soft\">The run was ended by the user after {} of {}.</p>\n",
-                        history_.end.steps, Counted(start.stepCount, "step"));
+  if (end.endedByUser) {
+    return fmt::format("<p class=\"soft\">The run was ended by the user after {} of {}.</p>\n",
+                       end.steps, Counted(history_.start.stepCount, "step")) +
+           Failure();
   }
-  if (!history_.end.failure.empty()) {
-    html += fmt::format("<p class=\"failure\">The run failed in step {}: {}</p>\n",
-                        history_.end.steps + 1, EscapeHtml(history_.end.failure));
+  if (!end.failure.empty()) return Failure();
+  return end.endedBySimulator ? "<p class=\"soft\">The simulator came to its own end.</p>\n" : "";
+}
+
+std::string Report::Failure() const {
+  const RunEnd& end = history_.end;
+  if (end.failure.empty()) return "";
+  return fmt::format("<p class=\"failure\">The run failed in step {}: {}</p>\n", end.steps + 1,
+                     EscapeHtml(end.failure));
+}
+
+std::string Report::Warnings() const {
+  if (history_.warnings.empty()) return "";
+  std::string html = fmt::format("<div class=\"failure\"><b>{}</b><ul>\n",
+                                 Counted(history_.warnings.size(), "warning"));
+  for (const RunWarning& warning : history_.warnings) {
+    html += fmt::format("<li>{}</li>\n", EscapeHtml(ToText(warning)));
   }
-  return html;
+  return html + "</ul></div>\n";
 }
 
 std::string Report::Tile(const std::string& name, double value, Quantity quantity) const {
@@ -100,7 +131,7 @@ std::string Report::Tile(const std::string& name, double value, Quantity quantit
 
 std::string Report::Tiles() const {
   if (history_.field.empty()) return "";
-  const FieldMoment& last = history_.field.back();
+  const RunHistory& last = history_;
   std::string html = "<div class=\"tiles\">\n";
   if (Has(WellKind::kProducer)) {
     html += Tile("oil produced", last.totals.produced.oil, kLiquidVolume);
@@ -124,9 +155,9 @@ ChartSeries Report::FieldSeries(const char* name, const char* colour, Quantity q
                                 Value value) const {
   ChartSeries series{name, colour, {}, false};
   const bool isTotal = quantity == kLiquidVolume || quantity == kGasVolume;
-  series.points.emplace_back(0, isTotal ? 0 : Show(value(history_.field.front()), quantity));
+  AddPoint(series, 0, isTotal ? 0 : Show(value(history_.field.front()), quantity));
   for (const FieldMoment& moment : history_.field) {
-    series.points.emplace_back(moment.endDays, Show(value(moment), quantity));
+    AddPoint(series, moment.endDays, Show(value(moment), quantity));
   }
   return series;
 }
@@ -136,9 +167,9 @@ ChartSeries Report::WellSeries(size_t place, const char* name, const char* colou
                                Quantity quantity, Value value) const {
   ChartSeries series{name, colour, {}, false};
   const std::vector<WellMoment>& moments = history_.wells[place].moments;
-  series.points.emplace_back(0, Show(value(moments.front()), quantity));
+  AddPoint(series, 0, Show(value(moments.front()), quantity));
   for (size_t i = 0; i < moments.size(); ++i) {
-    series.points.emplace_back(history_.field[i].endDays, Show(value(moments[i]), quantity));
+    AddPoint(series, history_.field[i].endDays, Show(value(moments[i]), quantity));
   }
   return series;
 }
@@ -210,14 +241,13 @@ std::string Report::WellTable() const {
   for (size_t i = 0; i < history_.wells.size(); ++i) {
     const WellHistory& well = history_.wells[i];
     const WellSpec& spec = *history_.start.wells[i].spec;
-    const double pressure = well.moments.empty() ? 0 : well.moments.back().pressure;
     html += fmt::format(
         "<tr><td>{}</td><td class=\"left\">{}</td><td>{:.0f}</td><td>{}</td><td>{}</td><td>{}</td>"
         "<td>{:.1f}</td><td class=\"left\">{}</td></tr>\n",
         EscapeHtml(spec.name), KindName(spec.Kind()), well.daysOpen,
         ShortNumber(Show(well.total.oil, kLiquidVolume)),
         ShortNumber(Show(well.total.water, kLiquidVolume)),
-        ShortNumber(Show(well.total.gas, kGasVolume)), Show(pressure, kPressure),
+        ShortNumber(Show(well.total.gas, kGasVolume)), Show(well.pressure, kPressure),
         EscapeHtml(well.limitedBy));
   }
   return html + "</table></div>\n";
@@ -230,8 +260,7 @@ std::string Report::GroupTable() const {
       "<th class=\"left\">limit on</th><th>steps</th><th>most that the wells would have made</th>"
       "</tr>\n";
   for (const GroupHistory& group : history_.groups) {
-    const bool isGas = group.limit.starts_with("gas");
-    const Quantity quantity = isGas ? kGasRate : kLiquidRate;
+    const Quantity quantity = QuantityOf({group.group, group.limit, 0, 0});
     html += fmt::format("<tr><td>{}</td><td class=\"left\">{}</td><td>{}</td><td>{} {}</td></tr>\n",
                         EscapeHtml(group.group), group.limit, group.steps,
                         ShortNumber(Show(group.mostBefore, quantity)), Unit(quantity));
@@ -246,7 +275,7 @@ void Report::AddInflow(Chart& chart, const InflowMoment& moment, const char* col
   };
   ChartSeries series{ToText(moment.date), colour, {}, false};
   for (const InflowPoint& point : moment.inflow) {
-    series.points.emplace_back(place(point.rates), Show(point.pressure, kPressure));
+    AddPoint(series, place(point.rates), Show(point.pressure, kPressure));
   }
   std::sort(series.points.begin(), series.points.end());
   chart.series.push_back(std::move(series));

@@ -7,7 +7,7 @@ const char* const kReportStyle = R"(
 :root { --ink: #1c2430; --soft: #5d6875; --line: #d9dee4; --page: #f4f6f8; --card: #ffffff;
   --oil: #14804a; --gas: #cf3f3f; --water: #2a6fc9; --inj: #6b4bb0; --pressure: #8a6d1f;
   --first: #9aa5b1; --last: #2a3a4d; --lift: #d9822b; }
-@media (prefers-color-scheme: dark) { :root { --ink: #e6eaef; --soft: #9aa5b3; --line: #343d49;
+@media screen and (prefers-color-scheme: dark) { :root { --ink: #e6eaef; --soft: #9aa5b3; --line: #343d49;
   --page: #14181e; --card: #1c2229; --oil: #45c486; --gas: #f07878; --water: #6aa8f7;
   --inj: #b39af0; --pressure: #d9b75c; --first: #6f7c8b; --last: #dfe6ee; --lift: #f0a35a; } }
 * { box-sizing: border-box; }
@@ -58,7 +58,7 @@ text.x { text-anchor: middle; }
 .legend .pressure::before { color: var(--pressure); }
 .well { padding: 14px; margin-top: 14px; }
 .well figure { border: 0; padding: 6px 0 0; }
-@media (min-width: 1000px) { .producer figure:first-child { grid-row: span 2; } }
+@media print, (min-width: 1000px) { .producer figure:first-child { grid-row: span 2; } }
 .wide { overflow-x: auto; }
 table { border-collapse: collapse; width: 100%; background: var(--card); font-size: 14px;
   font-variant-numeric: tabular-nums; }
@@ -66,7 +66,26 @@ th, td { text-align: right; padding: 6px 10px; border-bottom: 1px solid var(--li
   white-space: nowrap; }
 th { color: var(--soft); font-weight: 600; }
 th:first-child, td:first-child, .left { text-align: left; }
-@media print { body { background: none; } .well, figure { break-inside: avoid; } }
+.failure ul { margin: 4px 0 0; padding-left: 20px; }
+@media print {
+  @page { margin: 12mm; }
+  body { background: none; font-size: 11px; }
+  main { max-width: none; padding: 0; }
+  h1 { font-size: 20px; }
+  h2 { font-size: 14px; margin: 14px 0 6px; break-after: avoid; }
+  h3 { font-size: 12px; }
+  .tiles { grid-template-columns: repeat(4, 1fr); gap: 6px; margin-top: 10px; }
+  .tile { padding: 5px 8px; }
+  .tile b { font-size: 15px; }
+  .tile span, figcaption, figcaption span, .legend { font-size: 9px; }
+  .charts { grid-template-columns: repeat(3, 1fr); gap: 6px; }
+  .charts, .tiles, .well, figure, tr { break-inside: avoid; }
+  figure { padding: 4px; }
+  .well { padding: 6px 8px; margin-top: 8px; }
+  .wide { overflow: visible; }
+  table { font-size: 9px; }
+  th, td { padding: 2px 5px; white-space: normal; }
+}
 )";
 
 }  // namespace gantry::fieldrun

@@ -1,6 +1,7 @@
 #include "host/run_history.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace gantry::fieldrun {
 
@@ -11,23 +12,29 @@ void RunHistory::Started(const RunStart& runStart) {
 
 void RunHistory::StepDone(const StepRecord& record) {
   FieldMoment& moment = field.emplace_back();
-  if (field.size() > 1) moment.totals = field[field.size() - 2].totals;
   moment.endDays = record.days + record.length;
   moment.rates = SumWells(start.wells, record);
-  moment.totals.Add(moment.rates, record.length);
+  moment.totals = SumTotals(start.wells, record);
+  if (!std::isnan(moment.totals.produced.Size())) totals = moment.totals;
+  if (!std::isnan(moment.rates.produced.Size())) rates = moment.rates;
   for (size_t i = 0; i < wells.size(); ++i) AddWell(i, record);
   for (const GroupLimitReport& report : record.groups) AddGroup(report);
+}
+
+void RunHistory::Ended(const RunEnd& runEnd) {
+  end = runEnd;
+  hasEnded = true;
 }
 
 void RunHistory::AddWell(size_t place, const StepRecord& record) {
   WellHistory& well = wells[place];
   const WellStep& step = record.wells[place];
-  const Rates rates = step.point.isOpen ? step.Made() : Rates{};
   const double uptime = 1 - start.wells[place].spec->downtime;
-  const double pressure = step.reported ? step.reported->pressure : step.point.pressure;
-  well.moments.push_back({step.point.isOpen, pressure, rates});
-  well.total += uptime * record.length * rates;
-  if (step.point.isOpen) well.daysOpen += uptime * record.length;
+  const double pressure = step.reported ? step.reported->pressure : kUnknownRates.oil;
+  if (step.reported) well.pressure = pressure;
+  well.moments.push_back({step.point.isOpen, pressure, step.Made()});
+  if (!std::isnan(step.total.Size())) well.total = step.total;
+  if (step.point.isOpen && step.reported) well.daysOpen += uptime * record.length;
   well.limitedBy = step.point.limitedBy;
   if (step.inflow.empty()) return;
   well.last = {record.date, step.inflow, step.point, step.gravities};

@@ -18,8 +18,10 @@ struct RunWell {
 
 /// What is known before the first step.
 struct RunStart {
-  std::string driver;  ///< what the module calls itself
-  std::string deck;    ///< what the module says of the dataset
+  std::string id;         ///< that all files of this run carry
+  std::string driver;     ///< what the module calls itself
+  std::string simulator;  ///< the program that runs the dataset
+  std::string deck;       ///< what the module says of the dataset
   Date start;
   size_t stepCount = 0;
   double totalDays = 0;
@@ -33,11 +35,17 @@ struct WellStep {
   std::vector<InflowPoint> inflow;  ///< as the module gave it
   OperatingPoint point;             ///< as the network decided
   Gravities gravities;              ///< that the tubing was computed with
-  /// The state that the simulator reports when the step is over; none when it has ended by then.
+  /// The state that the simulator reports when the step is over; none when it tells no sound one.
   std::optional<InflowPoint> reported;
+  /// Made or injected since the start of the run. STB, MMscf.
+  Rates total = kUnknownRates;
+  bool isTotalMeasured = false;  ///< by the simulator's own count, else by reported rates
 
-  /// What the well made in the step, as far as is known.
-  const Rates& Made() const { return reported ? reported->rates : point.rates; }
+  /// The well's rates at the end of the step, as far as anybody tells.
+  Rates Made() const {
+    if (!point.isOpen) return {};
+    return reported ? reported->rates : kUnknownRates;
+  }
 };
 
 struct StepRecord {

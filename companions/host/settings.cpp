@@ -55,6 +55,13 @@ void StartSimulator(DriverModel& model, const CaseModel& caseModel) {
   }
 }
 
+std::string SimulatorProgram(DriverModel& model, const CaseModel& caseModel) {
+  const SimulatorSpec& simulator = caseModel.simulator;
+  if (simulator.connection == 1) return "the cluster behind " + simulator.headNode;
+  const std::string program = model.Get("Intersect.CaseDetails.SimExeName");
+  return program.empty() ? "the one that the machine's configuration names" : program;
+}
+
 WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
   if (well.isProducer) return WellKind::kProducer;
   const std::string type = model.Get(WellPath(well.name, "SourceType"));

@@ -98,7 +98,7 @@ class Drawing {
       for (const auto& [x, y] : series.points) xs.Add(x), ys.Add(y);
     }
     for (const ChartMarker& marker : chart.markers) xs.Add(marker.x), ys.Add(marker.y);
-    if (chart.startsAtZero) ys.Add(0);
+    if (chart.startsAtZero || ys.low > ys.high) ys.Add(0);
     xs.Add(0);
     x_ = chart.dateOfX0 ? DateAxis(*chart.dateOfX0, xs.low, xs.high)
                         : NumberAxis(xs.low, xs.high, true);

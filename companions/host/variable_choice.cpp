@@ -130,6 +130,8 @@ VariableChoice ParseChoice(const std::string& text) {
   return choice;
 }
 
+uint32_t CodeOfVariable(const std::string& key) { return FindVariable(key)->code; }
+
 void Publish(DriverModel& model, const std::vector<VariableChoice>& choices,
              const std::string& storeFile) {
   if (choices.empty()) return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,9 @@ struct VariableChoice {
 
 /// Throws CommandLineError for a text of another form and for a label that no variable has.
 VariableChoice ParseChoice(const std::string& text);
+
+/// The host's code of a variable of the catalogue, by its key.
+uint32_t CodeOfVariable(const std::string& key);
 
 /// Publishes variables in a model. The module adds none by itself, but takes over those of a state
 /// file: so its own state file is written to a scratch file, completed and read back. `storeFile`

@@ -7,7 +7,10 @@
 #include "host/output_file.h"
 #include "host/progress.h"
 #include "host/report_html.h"
+#include "host/result_folder.h"
+#include "host/result_reader.h"
 #include "host/result_tables.h"
+#include "host/run_file.h"
 #include "host/run_script.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
@@ -53,13 +56,37 @@ std::string DescribeEnd(const RunEnd& end) {
   return text;
 }
 
-void MakeFolder(const std::string& folder) {
-  std::error_code error;
-  fs::create_directories(platform::PathOf(folder), error);
-  if (error) {
-    throw std::runtime_error(
-        fmt::format("The folder {} can't be made: {}", folder, error.message()));
+// The files of a run, which begin together in place of an earlier run's.
+class Results : public RunListener {
+ public:
+  explicit Results(const CaseModel& model)
+      : folder_(model.general.output),
+        file_(model.general.output, model),
+        tables_(model.general.output, model.Units()) {}
+
+  void Started(const RunStart& start) override {
+    folder_.ReplaceBy([&] {
+      file_.Started(start);
+      tables_.Started(start);
+    });
   }
+  void StepDone(const StepRecord& record) override {
+    tables_.StepDone(record);
+    file_.StepDone(record);
+  }
+  void Ended(const RunEnd& end) override { file_.Ended(end); }
+  void Warned(const RunWarning& warning) override { file_.Warned(warning); }
+
+ private:
+  ResultFolder folder_;
+  RunFile file_;
+  ResultTables tables_;
+};
+
+void WriteReport(const CaseModel& model, const RunHistory& history, const std::string& folder) {
+  OutputFile report(folder + "/" + kReportFile);
+  report.Write(ComposeReport(model, history));
+  report.Finish();
 }
 
 }  // namespace
@@ -76,26 +103,38 @@ void RunCase(const Session& session) {
   model.SetStoreFile(caseModel.simulator.storeFile, true);
   ApplySettings(model, caseModel, DefaultSimulator());
 
-  MakeFolder(caseModel.general.output);
-  ResultTables tables(caseModel.general.output, caseModel.Units());
+  Results results(caseModel);
   Progress progress(caseModel.Units(), !options.quiet, !options.quiet && IsTerminal());
   RunHistory history;
-  Listeners listeners({&tables, &history, &progress});
+  Listeners listeners({&history, &progress, &results});
   CoupledRun run(caseModel, model, listeners);
   run.atStep = [&](size_t step) { script.RunStep(step + 1, model, UserOutput()); };
   run.isInterrupted = IsInterrupted;
   TakeInterruptions();
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
-  const RunEnd end = run.Run();
-  OutputFile report(caseModel.general.output + "/report.html");
-  report.Write(ComposeReport(caseModel, history));
-  report.Finish();
+  RunEnd end = run.Run();
+  try {
+    WriteReport(caseModel, history, caseModel.general.output);
+  } catch (const std::exception& failure) {
+    if (end.failure.empty()) end.failure = failure.what();  // a full disk has been told of already
+  }
   if (end.endedByUser) {
     throw EndedByUser(DescribeEnd(end) + "; results: " + caseModel.general.output);
   }
   if (!end.failure.empty()) throw DriverFailure(end.failure);
   if (!options.quiet) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
+}
+
+void ReportRun(const Options& options) {
+  const std::string folder =
+      platform::NameOf(fs::absolute(platform::PathOf(options.results)).lexically_normal());
+  const StoredRun run = ReadRunFile(folder);
+  RunHistory history;
+  history.isGoingOn = !run.end && ResultFolder::IsBeingWritten(folder);
+  ReplayRun(folder, run, history);
+  WriteReport(run.model, history, folder);
+  fmt::print(UserOutput(), "{}/{}\n", folder, kReportFile);
 }
 
 }  // namespace gantry::fieldrun

@@ -25,7 +25,7 @@ enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2, kEndedByUser = 3 };
 
 using VerbFunction = void (*)(const Session&);
 
-// In the order of Verb, without the last two, which need no module.
+// In the order of Verb, without the last three, which need no module.
 constexpr std::array<VerbFunction, 14> kFunctions{
     RunCase,        ListWells,         ShowIdentity, ListUnits, GetProperties,
     SetOneProperty, DoOneCommand,      SaveBlock,    LoadBlock, ServeVariables,
@@ -58,6 +58,10 @@ void CheckWritten(const Options& options, const CallTrace* trace) {
 /// False when the verb has told faults of the user's files.
 bool DoVerb(const Options& options, CallTrace* trace) {
   if (options.verb == Verb::kCheck) return CheckFiles(options);
+  if (options.verb == Verb::kReport) {
+    ReportRun(options);
+    return true;
+  }
   if (options.verb == Verb::kReference) {
     fmt::print(UserOutput(), "{}", options.jsonSchema ? CaseSchema() : CaseReference());
     return true;

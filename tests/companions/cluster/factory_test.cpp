@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <regex>
 
 #include <unistd.h>
 
@@ -47,9 +48,12 @@ TEST_F(FactoryTest, GivesTheResultsOfTheLocalRunToTheLastDigit) {
     ASSERT_EQ(outcome.status, 0) << outcome.err;
   }
   for (const char* table : {"wells.csv", "inflow.csv", "field.csv"}) {
-    const std::string local = TestFolder::Read(folder / "case" / table);
-    EXPECT_GT(local.size(), 1000u) << table;
-    EXPECT_EQ(local, TestFolder::Read(folder / "cluster" / table)) << table;
+    const auto read = [&](const char* run) {  // without its last column, the run's id
+      const std::string whole = TestFolder::Read(folder / run / table);
+      return std::regex_replace(whole, std::regex(",[^,\n]*\n"), "\n");
+    };
+    EXPECT_GT(read("case").size(), 1000u) << table;
+    EXPECT_EQ(read("case"), read("cluster")) << table;
   }
 }
 

@@ -35,10 +35,12 @@ TEST_F(Program, CallsTheModuleInTheOrderOfARun) {
     if (name != last) order += name;
     last = name;
   }
-  // Three wells; a repeated call counts once. The last read is the result of the second step.
+  // Three wells; a repeated call counts once. The totals are published before the simulator
+  // starts, and the last read is the result of the second step.
   EXPECT_EQ(order,
-            "ExtIdentify ExtCreateUnit ExtCreateInstance 21 20 97 23 2 9 11 97 96 129 19 48 "
-            "63 50 53 101 49 63 50 53 101 49 63 50 56 ExtDestroyInstance ")
+            "ExtIdentify ExtCreateUnit ExtCreateInstance 21 20 97 20 12 109 20 12 20 23 96 2 9 11 "
+            "97 96 129 19 48 103 105 63 50 53 101 49 63 50 105 53 101 49 63 50 105 56 "
+            "ExtDestroyInstance ")
       << order;
   EXPECT_NE(trace.find("composition=[0.02 0.86 0.09 0.03 0 0]"), std::string::npos);
 }
@@ -191,6 +193,25 @@ TEST_F(Program, TellsOfADiskThatIsFull) {
   const Outcome trace = Run({"identify", "--trace", "/dev/full"});
   EXPECT_EQ(trace.status, 1);
   EXPECT_NE(trace.err.find("/dev/full couldn't be written whole"), std::string::npos) << trace.err;
+
+  const std::string script = folder_
+                                 .Write("fieldrun",
+                                        "#!/bin/sh\ntrap '' XFSZ; ulimit -f 40\n"
+                                        "exec \"" FIELDRUN "\" \"$@\"\n")
+                                 .string();
+  fs::permissions(script, fs::perms::owner_all);
+  const std::string odeh = ExampleCase("odeh");
+  const Outcome run = [&] {
+    const gantry::test::ScopedVariable limited("GANTRY_FIELDRUN", script);
+    return Run({"run", odeh, "-o", Path("out"), "-q"});
+  }();
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.err.find("inflow.csv can't be written: File too large"), std::string::npos)
+      << run.err;
+  const size_t steps = Table(folder_ / "out/field.csv").Rows();
+  EXPECT_GT(steps, 4U);
+  EXPECT_EQ(Table(folder_ / "out/inflow.csv").Rows(), 20 * steps) << "whole steps are kept";
+  EXPECT_EQ(Run({"report", Path("out")}).status, 0);
 }
 
 TEST_F(Program, ListsTheWellsOfACase) {
@@ -315,7 +336,20 @@ TEST_F(Program, RunsAScriptBetweenTheSteps) {
   EXPECT_EQ(failed.status, 1);
   EXPECT_NE(failed.err.find("RunToTime called for a time which has already passed"),
             std::string::npos);
-  EXPECT_EQ(Table(folder_ / "out/field.csv").Rows(), 1U) << "the step that was run is reported";
+  Table field(folder_ / "out/field.csv");
+  ASSERT_EQ(field.Rows(), 1U) << "the step that was run is reported";
+  EXPECT_EQ(field.Text(0, "total oil (STB)"), "620000");
+
+  folder_.Write("script", "2 do Intersect.StopIX()\n");
+  const Outcome lost = Run(line);
+  EXPECT_EQ(lost.status, 1);
+  EXPECT_NE(lost.err.find("warning: 2015-01-01: nothing tells the rates of step 1"),
+            std::string::npos)
+      << lost.err;
+  field = Table(folder_ / "out/field.csv");
+  ASSERT_EQ(field.Rows(), 1U);
+  EXPECT_EQ(field.Text(0, "oil (STB/d)") + field.Text(0, "total oil (STB)"), "")
+      << "nothing is counted that the network had only decided";
 
   for (const char* bad : {"0 get X", "one get X", "1 fetch X", "1 get", "1 set X", "1 get X Y",
                           "1 do Intersect.Fly()"}) {
