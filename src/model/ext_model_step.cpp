@@ -46,6 +46,7 @@ int32_t CExtModel::ApplyOperatingPoints(ExtErrorBlock* err) {
   const StepRules rules = {.closeUnconnected = Settings.CloseUnconnectedWells,
                            .compositional = Compositional,
                            .reevaluate = Compositional && !InCalculatorStep};
+  OpPointsApplied = false;  // unless all of these reach the simulator
   try {
     DrawUpOrders(Sources, Wells, rules, orders_);
     orders_.Send(*Session->Connector);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "model/ext_model.h"
 #include "model/model_fixture.h"
 
 namespace gantry::test {
@@ -92,6 +93,12 @@ TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
   EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{1}"});
   StepBy(1.0);
   EXPECT_EQ(peer.TakeOrders().size(), 4u) << "the next step sends them again";
+  ASSERT_EQ(Command(101), 0);
+  peer.CutAt("SETWCONSTRAINTS");
+  EXPECT_EQ(Command(101), 1);
+  EXPECT_EQ(StepBy(1.0), 1);
+  EXPECT_EQ(static_cast<CExtModel*>(model)->SimulatorDays, 2.0)
+      << "no step is made on orders that have not all arrived";
 }
 
 TEST_F(Step, ReadsTheConnectedWellsOnly) {
