@@ -85,9 +85,9 @@ int32_t CExtModel::ReadStaticData(ExtErrorBlock* err) {
 
 void CExtModel::ReadFluid() {
   Compositional = Session->Connector->GetCompositionalFlag();
-  EOSProperties fluid;
-  if (Compositional) Session->Connector->GetEOSProperties(fluid);
-  FluidModel = std::move(fluid);
+  FluidModel = {};
+  fluidRecord_.reset();
+  if (Compositional) Session->Connector->GetEOSProperties(FluidModel);
   ComponentNames = FluidModel.componentNames;
   fluidRecord_ = MakeFluidRecord(FluidModel);
 }

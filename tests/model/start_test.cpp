@@ -206,6 +206,9 @@ TEST_F(CompositionalStart, DescribesTheFluid) {
             (Numbers{0.1, 0.2, 0.3, 0.4, 0, 0, 0}));
   EXPECT_EQ(fluid->reserved0, 0x55555555u) << "the host's own bytes stay";
   EXPECT_EQ(fluid->reserved2[99], 0x55);
+  peer.CutAt("QRFLUIDMODEL");
+  EXPECT_EQ(Command(23), 1);
+  EXPECT_EQ(Command(9, fluid.get()), 1) << "one that can't be read isn't that of the start before";
 }
 
 TEST_F(CompositionalStart, HasNoFluidModelForBlackOilNorForMoreComponentsThanFit) {
