@@ -1,8 +1,7 @@
 // The variables that the user publishes to the host, and the names of those that the host asks for
 // by itself.
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
 
 #include "host/text/number_text.h"
 #include "model/ext_model.h"
@@ -24,9 +23,9 @@ std::string EntrySuffix(const CExportedVariables::Entry& entry,
   }
 }
 
+/// The text to write, which goes on behind the field's own end where the host gives a longer one.
 std::string TextOf(const EvalPublishedRequest& request) {
-  const char* const end = std::find(std::begin(request.value), std::end(request.value), '\0');
-  return {std::begin(request.value), end};
+  return reinterpret_cast<const char*>(&request) + offsetof(EvalPublishedRequest, value);
 }
 
 }  // namespace

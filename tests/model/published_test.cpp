@@ -43,12 +43,14 @@ class Published : public ModelTest {
   }
 
   int32_t Evaluate(int32_t handle, std::string& value, bool write = false) {
-    EvalPublishedRequest request = {};
+    std::vector<char> space(sizeof(EvalPublishedRequest) + value.size());
+    auto& request = *new (space.data()) EvalPublishedRequest;
     request.handle = handle;
     request.isWrite = write ? 1 : 0;
-    value.copy(request.value, sizeof request.value - 1);
+    char* const text = space.data() + offsetof(EvalPublishedRequest, value);
+    value.copy(text, value.size());
     const int32_t result = Command(105, &request);
-    value = request.value;
+    value = text;
     return result;
   }
 };
@@ -88,10 +90,10 @@ TEST_F(Published, AreReadAndWrittenWhileTheSimulatorRuns) {
   EXPECT_EQ(FullNames().size(), 2u) << "a well that has gone takes its variables with it";
   EXPECT_EQ(Evaluate(0, value), 0) << Error();
   EXPECT_EQ(value, "123.457");
-  value = "55.5";
+  value = "55." + std::string(80, '0') + "e1";
   EXPECT_EQ(Evaluate(0, value, true), 0) << Error();
   EXPECT_EQ(peer.TakeOrders(), Texts{"SET SETWCONSTRAINTS WELLNAME{P1} ITEMS{OIL_PRODUCTION_RATE} "
-                                     "VALUES{55.5} SETTERS{USER}"});
+                                     "VALUES{550} SETTERS{USER}"});
   EXPECT_EQ(Evaluate(1, value, true), 1);
   EXPECT_EQ(Error(), "Attempting to set a read-only variable (Cuml)");
   EXPECT_EQ(Evaluate(2, value), 1);
