@@ -45,8 +45,10 @@ bool CExtModel::ReadOwnWord(TagParser& parser) {
 bool CExtModel::HandlePath(TagParser& parser) {
   if (Settings.Handle(parser, nullptr) || Wells.Handle(parser, false, nullptr, {})) return true;
   if (!hasSession_) return false;
-  TagParser stored = parser;
-  if (Sources.Handle(stored, false, nullptr, kLiveWells)) return true;
+  const TagParser whole = parser;
+  if (Sources.Handle(parser, false, nullptr, kLiveWells)) return true;
+  if (!parser.NeedsSimulator) return false;
+  parser = whole;
   const platform::SingleLock lock(Lock);
   return Session != nullptr && Sources.Handle(parser, false, Session->Connector.get(), kLiveWells);
 }

@@ -132,7 +132,9 @@ bool Source::Handle(TagParser& parser, TagContext context) {
 }
 
 bool Source::HandleVariable(TagParser& parser, TagContext context) {
-  if (context == nullptr || parser.Mode() == TagMode::kCommand) return false;
+  if (parser.Mode() == TagMode::kCommand) return false;
+  parser.NeedsSimulator = true;
+  if (context == nullptr) return false;
   const bool reading = parser.Mode() == TagMode::kRead;
   std::string variable = parser.NextWord();
   const int32_t family = TakeFieldUnits(variable);

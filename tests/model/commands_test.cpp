@@ -68,11 +68,12 @@ TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
     result = ExtCmd(model, nullptr, 49, &record, 0, &own);
   });
   stepping.acquire();
-  const std::pair<const char*, const char*> answers[] = {{"CurrentElapsedDays", "0"},
-                                                         {"Compositional", "0"},
-                                                         {"CaseDetails.Parallel", "1"},
-                                                         {"StaticWell[{P2}].Connected", "0"},
-                                                         {"Well[{P2}].Name", "P2"}};
+  const std::pair<const char*, const char*> answers[] = {
+      {"CurrentElapsedDays", "0"},    {"Compositional", "0"},
+      {"CaseDetails.Parallel", "1"},  {"StaticWell[{P2}].Connected", "0"},
+      {"Well[{P2}].Name", "P2"},      {"Nonsense", "none"},
+      {"StaticWell[9].Name", "none"}, {"Well[9].SKIN", "none"},
+      {"Well[{NOPE}].SKIN", "none"}};
   for (const auto& [path, answer] : answers) EXPECT_EQ(Get(path), answer) << path;
   EXPECT_EQ(Set("Well[{P2}].OilGravity", "0.9"), 0);
   answered.release();

@@ -77,6 +77,8 @@ class TagParser {
 
   /// A text that a handler leaves for the host; not empty means failure.
   std::string ErrorText;
+  /// Set by a handler that the simulator's connector would let go on.
+  bool NeedsSimulator = false;
 
  private:
   TagParser(std::string_view path, TagMode mode);
