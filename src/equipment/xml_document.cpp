@@ -1,5 +1,6 @@
 #include "equipment/xml_document.h"
 
+#include <algorithm>
 #include <fstream>
 #include <memory>
 
@@ -27,6 +28,11 @@ bool CXMLDocument::WriteStream(std::ostream& out, bool /*unused*/) {
   Depth = 0;
   for (const auto& child : Children) child->Write(out, *this, true);
   return out.good();
+}
+
+std::string_view CXMLDocument::Indentation() {
+  if (IndentBuffer.front() == '\0') std::fill(IndentBuffer.begin(), IndentBuffer.end() - 1, '\t');
+  return {IndentBuffer.data(), static_cast<size_t>(std::clamp(Depth, 0, kDeepestIndentation))};
 }
 
 }  // namespace gantry

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "equipment/xml_element.h"
 
@@ -23,8 +25,14 @@ class CXMLDocument : public CXMLElement {
   virtual bool SaveToFile(const std::string& path, std::string& error);
   virtual bool WriteStream(std::ostream& out, bool unused);
 
-  std::string DateStamp;  ///< when the document was made
-  int32_t Depth = 0;      ///< during a write
+  /// As many tabs as the present depth asks for.
+  std::string_view Indentation();
+
+  std::string DateStamp;                                        ///< when the document was made
+  int32_t Depth = 0;                                            ///< during a write
+  std::array<char, kDeepestIndentation + 1> IndentBuffer = {};  ///< tabs, once one is asked for
+  bool UseSchemaPath = false;
+  std::string SchemaPath;  ///< this driver sets none
 };
 
 }  // namespace gantry

@@ -1,6 +1,5 @@
 #include "equipment/xml_element.h"
 
-#include <algorithm>
 #include <ostream>
 #include <utility>
 
@@ -13,11 +12,6 @@ namespace {
 
 constexpr size_t kAttributesOfLine = 4;
 constexpr size_t kMostUnindentedAttributes = 5;
-
-std::string Indentation(const CXMLDocument& document, bool indent) {
-  if (!indent) return {};
-  return std::string(static_cast<size_t>(std::clamp(document.Depth, 0, kDeepestIndentation)), '\t');
-}
 
 std::string EscapedAndEncoded(const std::string& text) {
   return platform::CodePageToUtf8(EscapeXml(text));
@@ -64,7 +58,7 @@ CXMLElement& CXMLElement::AddAttribute(std::string name, std::string value) {
 }
 
 void CXMLElement::Write(std::ostream& out, CXMLDocument& document, bool indent) const {
-  out << Indentation(document, indent);
+  if (indent) out << document.Indentation();
   switch (Type) {
     case kAttribute:
       return WriteAttribute(out);
@@ -112,7 +106,7 @@ void CXMLElement::WriteChildren(std::ostream& out, CXMLDocument& document, bool 
   out << std::endl;
   for (const auto& child : Children) child->Write(out, document, true);
   --document.Depth;
-  out << Indentation(document, indent);
+  if (indent) out << document.Indentation();
 }
 
 }  // namespace gantry

@@ -99,6 +99,16 @@ TEST(XmlDocument, TellsAFileThatItCannotOpenAndAStreamThatFails) {
   EXPECT_FALSE(document.WriteStream(broken, false));
 }
 
+TEST(XmlDocument, HasNoSchemaAndFillsItsTabsWhenTheyAreAskedFor) {
+  CXMLDocument document;
+  EXPECT_FALSE(document.UseSchemaPath);
+  EXPECT_EQ(document.SchemaPath, "");
+  EXPECT_EQ(document.IndentBuffer[0], '\0');
+  document.Depth = 2;
+  EXPECT_EQ(document.Indentation(), "\t\t");
+  EXPECT_STREQ(document.IndentBuffer.data(), std::string(128, '\t').c_str());
+}
+
 TEST(XmlDocument, GivesItsStampToEveryNode) {
   CXMLDocument document;
   EXPECT_EQ(document.AddElement("E").AddElement("C").GetDateStamp(), document.DateStamp);
