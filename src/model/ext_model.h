@@ -171,8 +171,9 @@ class CExtModel : public CExtInterface {
   void* InflowHandle = nullptr;
   HostTextCallback HostLogCallback = nullptr;
   HostTextCallback HostStatusCallback = nullptr;
-  bool OpPointsApplied = false;   ///< the orders of the present step have been sent
-  bool InCalculatorStep = false;  ///< the inflow library is stepping the simulator
+  bool OpPointsApplied = false;     ///< the orders of the present step have been sent
+  bool InCalculatorStep = false;    ///< the inflow library is stepping the simulator
+  bool holdsForeignState_ = false;  ///< the store file holds what could not be read from it
   std::unique_ptr<const FluidModelRecord> fluidRecord_;  ///< null where the host gets none
   std::vector<ConnectorWellRecord> wellRecords_;  ///< empty between reads; only for its storage
   StepOrders orders_;                             ///< of the last step; only for its storage

@@ -44,9 +44,10 @@ int32_t CExtModel::EnumDataFiles(EnumDataFilesRow* row, uint32_t /*value*/,
 
 int32_t CExtModel::SetStoreFile(const char* path, bool load, ExtErrorBlock* /*err*/) {
   StoreFileName = path;
+  holdsForeignState_ = false;
   if (!load) return 0;
   const auto loadInflow = [this](intptr_t file) { Inflow->LoadIPR(InflowHandle, file); };
-  ReadStateFile(StoreFileName, loadInflow, ExportedVariables);
+  holdsForeignState_ = !ReadStateFile(StoreFileName, loadInflow, ExportedVariables);
   return 0;
 }
 
@@ -55,6 +56,9 @@ int32_t CExtModel::SaveCaseData(char* buffer, uint32_t capacity, ExtErrorBlock* 
       CaseDataOutcome::kDone) {
     return Fail(err, "Failed in writing all case data - buffer overflow");
   }
+  // Without a copy of what wasn't understood, the file stays as it is.
+  if (holdsForeignState_ && !KeepStateFile(StoreFileName)) return 0;
+  holdsForeignState_ = false;
   const auto saveInflow = [this](intptr_t file) { Inflow->SaveIPR(InflowHandle, file); };
   WriteStateFile(StoreFileName, saveInflow, ExportedVariables);
   return 0;

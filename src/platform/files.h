@@ -31,7 +31,8 @@ class NativeFile {
 
 /// A file that is written aside and takes its final name only when all of it is on the disk, so
 /// that a failed save leaves the old file in place. What a process that was killed has left aside
-/// is swept away by the next who writes the same file.
+/// is swept away by the next who writes the same file. Where the folder takes no new file but the
+/// old one may be written, the new content is put over the old once there is room for it.
 class ReplacementFile {
  public:
   virtual ~ReplacementFile() = default;  ///< drops the new file unless it was committed

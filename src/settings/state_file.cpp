@@ -45,18 +45,29 @@ void WriteStateFile(const std::string& path, const InflowStateTransfer& saveInfl
   }
 }
 
-void ReadStateFile(const std::string& path, const InflowStateTransfer& loadInflow,
+bool ReadStateFile(const std::string& path, const InflowStateTransfer& loadInflow,
                    CExportedVariables& variables) {
-  if (path.empty()) return;
+  if (path.empty()) return true;
   const auto file = platform::NativeFile::OpenForReading(path);
-  if (file == nullptr || file->Remaining() == 0) return;
+  if (file == nullptr || file->Remaining() == 0) return true;
   CExportedVariables read;
   try {
     ReadAll(*file, loadInflow, read);
   } catch (const ArchiveError&) {
-    return;
+    return false;
   }
   for (auto& parent : read) variables.Add(std::move(parent));
+  return file->Remaining() == 0;
+}
+
+bool KeepStateFile(const std::string& path) {
+  if (path.empty() || !platform::FileExists(path)) return true;
+  constexpr int kMostCopies = 1000;
+  std::string copy = path + ".backup";
+  for (int i = 2; platform::FileExists(copy) && i <= kMostCopies; ++i) {
+    copy = path + ".backup" + std::to_string(i);
+  }
+  return !platform::FileExists(copy) && platform::CopyFileOver(path, copy);
 }
 
 }  // namespace gantry

@@ -20,8 +20,13 @@ void WriteStateFile(const std::string& path, const InflowStateTransfer& saveInfl
                     CExportedVariables& variables);
 
 /// Reads the file if it exists and isn't empty, and appends its variables to the list once all of
-/// them could be read. No failure is reported.
-void ReadStateFile(const std::string& path, const InflowStateTransfer& loadInflow,
+/// them could be read. No failure is reported. False when the file holds what was not understood:
+/// it is damaged, or the inflow library that wrote into it isn't the one at hand.
+bool ReadStateFile(const std::string& path, const InflowStateTransfer& loadInflow,
                    CExportedVariables& variables);
+
+/// Copies the file to a new one beside it, PATH.backup or PATH.backup2 and so on. True when it is
+/// kept so, or when there is none.
+bool KeepStateFile(const std::string& path);
 
 }  // namespace gantry

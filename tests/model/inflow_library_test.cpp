@@ -163,6 +163,14 @@ TEST_F(InflowLibrary, SharesThePlaceInTheStoreFile) {
   Command(20, store.data(), 1);
   EXPECT_EQ(probe->calls, Texts{"loaded probe's state"});
   ASSERT_EQ(static_cast<CExtModel*>(model)->ExportedVariables.Size(), 1u);
+
+  probe->leavesStateAlone = true;  // as where there is no library, or another one
+  Command(20, store.data(), 1);
+  ASSERT_EQ(Command(12, block->block, kCaseDataCapacity), 0);
+  EXPECT_EQ(TestFolder::Read(store + ".backup"), bytes);
+  Command(12, block->block, kCaseDataCapacity);
+  Command(20, store.data(), 1);
+  EXPECT_FALSE(std::filesystem::exists(store + ".backup2")) << "only what wasn't understood";
 }
 
 }  // namespace

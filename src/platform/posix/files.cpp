@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include "platform/aside_file.h"
@@ -110,6 +111,56 @@ void SweepBeside(const std::string& path) {
   }
 }
 
+bool CopyContent(const NativeFile& from, NativeFile& to) {
+  std::array<char, 65536> piece = {};
+  while (true) {
+    const ssize_t got = ::read(static_cast<int>(from.Handle()), piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return got == 0;
+    if (!to.Write(piece.data(), static_cast<size_t>(got))) return false;
+  }
+}
+
+/// For a file whose folder takes no new ones: the new content waits in memory.
+class OverwritingFile : public ReplacementFile {
+ public:
+  OverwritingFile(Descriptor file, Descriptor target)
+      : file_(std::move(file)), target_(std::move(target)) {}
+
+  NativeFile& File() override { return file_; }
+  bool Commit() override {
+    if (committed_) return true;
+    const off_t length = LengthOf(file_);
+    const off_t old = LengthOf(target_);
+    const int target = static_cast<int>(target_.Handle());
+    if (length > old && ::posix_fallocate(target, old, length - old) != 0) {
+      (void)!::ftruncate(target, old);
+      return false;
+    }
+    committed_ = ::lseek(static_cast<int>(file_.Handle()), 0, SEEK_SET) == 0 &&
+                 CopyContent(file_, target_) && ::ftruncate(target, length) == 0 &&
+                 ::fsync(target) == 0;
+    return committed_;
+  }
+
+ private:
+  static off_t LengthOf(const PosixFile& file) {
+    struct stat status {};
+    return ::fstat(static_cast<int>(file.Handle()), &status) == 0 ? status.st_size : 0;
+  }
+
+  PosixFile file_;
+  PosixFile target_;
+  bool committed_ = false;
+};
+
+std::unique_ptr<ReplacementFile> OpenOver(const std::string& path) {
+  Descriptor target(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  Descriptor file(target.IsOpen() ? ::memfd_create("replacement", MFD_CLOEXEC) : -1);
+  if (!file.IsOpen()) return nullptr;
+  return std::make_unique<OverwritingFile>(std::move(file), std::move(target));
+}
+
 class PosixReplacement : public ReplacementFile {
  public:
   PosixReplacement(Descriptor file, std::string name, std::string path)
@@ -134,16 +185,6 @@ class PosixReplacement : public ReplacementFile {
   std::string path_;
   bool committed_ = false;
 };
-
-bool CopyContent(NativeFile& from, NativeFile& to) {
-  std::array<char, 65536> piece = {};
-  while (true) {
-    const ssize_t got = ::read(static_cast<int>(from.Handle()), piece.data(), piece.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return got == 0;
-    if (!to.Write(piece.data(), static_cast<size_t>(got))) return false;
-  }
-}
 
 }  // namespace
 
@@ -178,7 +219,7 @@ std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path
   if (!error) SweepBeside(target);
   std::string name;
   Descriptor file = error ? Descriptor() : CreateBeside(target, name);
-  if (!file.IsOpen()) return nullptr;
+  if (!file.IsOpen()) return old && !error ? OpenOver(target) : nullptr;
   if (old) (void)::fchmod(file.Number(), old->st_mode & 0777);
   return std::make_unique<PosixReplacement>(std::move(file), name, target);
 }

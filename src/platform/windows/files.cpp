@@ -95,13 +95,29 @@ void SweepBeside(const std::string& path) {
   }
 }
 
+/// A new file in the system's folder for temporary ones, for the place of one that may be written.
+HANDLE CreateElsewhere(const std::string& path, std::string& name) {
+  HANDLE target = CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (target == INVALID_HANDLE_VALUE) return target;
+  CloseHandle(target);
+  char folder[MAX_PATH + 1] = {};
+  char file[MAX_PATH + 1] = {};
+  if (GetTempPathA(sizeof folder, folder) == 0 || GetTempFileNameA(folder, "gnt", 0, file) == 0) {
+    return INVALID_HANDLE_VALUE;
+  }
+  name = file;
+  return CreateFileA(file, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                     FILE_ATTRIBUTE_TEMPORARY, nullptr);
+}
+
 class WindowsReplacement : public ReplacementFile {
  public:
-  WindowsReplacement(HANDLE handle, std::string aside, std::string path)
-      : file_(handle), aside_(std::move(aside)), path_(std::move(path)) {}
+  WindowsReplacement(HANDLE handle, std::string aside, std::string path, bool isBeside)
+      : file_(handle), aside_(std::move(aside)), path_(std::move(path)), isBeside_(isBeside) {}
   ~WindowsReplacement() override {
     file_.Close();
-    if (!committed_) DeleteFileA(aside_.c_str());
+    if (!committed_ || !isBeside_) DeleteFileA(aside_.c_str());
   }
 
   NativeFile& File() override { return file_; }
@@ -110,8 +126,9 @@ class WindowsReplacement : public ReplacementFile {
     if (committed_) return true;
     if (!file_.Flush()) return false;
     file_.Close();
-    committed_ = MoveFileExA(aside_.c_str(), path_.c_str(),
-                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    constexpr DWORD kOver = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    committed_ = (isBeside_ ? MoveFileExA(aside_.c_str(), path_.c_str(), kOver)
+                            : CopyFileA(aside_.c_str(), path_.c_str(), FALSE)) != 0;
     return committed_;
   }
 
@@ -119,6 +136,7 @@ class WindowsReplacement : public ReplacementFile {
   WindowsFile file_;
   std::string aside_;
   std::string path_;
+  bool isBeside_;
   bool committed_ = false;
 };
 
@@ -151,8 +169,10 @@ std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path
   SweepBeside(path);
   std::string aside;
   HANDLE handle = CreateBeside(path, aside);
+  const bool isBeside = handle != INVALID_HANDLE_VALUE;
+  if (!isBeside && old != INVALID_FILE_ATTRIBUTES) handle = CreateElsewhere(path, aside);
   if (handle == INVALID_HANDLE_VALUE) return nullptr;
-  return std::make_unique<WindowsReplacement>(handle, aside, path);
+  return std::make_unique<WindowsReplacement>(handle, aside, path, isBeside);
 }
 
 std::string DirectoryOf(const std::string& path) {

@@ -76,11 +76,13 @@ int32_t TransformIPR(void*, const char* wellName, const void* stateRecord, void*
 int32_t SetupIPR(void*, void*) { return 0; }
 
 int32_t SaveIPR(void*, intptr_t file) {
+  if (probe.leavesStateAlone) return 0;
   WriteToFile(file, kState, sizeof kState);
   return 0;
 }
 
 int32_t LoadIPR(void*, intptr_t file) {
+  if (probe.leavesStateAlone) return 0;
   char state[sizeof kState] = {};
   ReadFromFile(file, state, sizeof state);
   Note(std::string("loaded ") + state);

@@ -19,10 +19,11 @@ struct InflowProbe {
   int32_t (*readCurrent)(void*, int32_t, void*, char*) = nullptr;
 
   // What a transformation does.
-  int32_t pointsAfter = -1;      ///< the number of points that it leaves, when not negative
-  bool restartsInside = false;   ///< it starts the simulator anew
-  int32_t readsInside = -1;      ///< it reads the inflow of another well
-  double stateOilAfterRead = 0;  ///< the state record's oil rate after that
+  int32_t pointsAfter = -1;       ///< the number of points that it leaves, when not negative
+  bool restartsInside = false;    ///< it starts the simulator anew
+  bool leavesStateAlone = false;  ///< it neither saves nor loads
+  int32_t readsInside = -1;       ///< it reads the inflow of another well
+  double stateOilAfterRead = 0;   ///< the state record's oil rate after that
 };
 
 extern "C" InflowProbe* TheInflowProbe();

@@ -140,6 +140,21 @@ TEST_F(StateFile, AFailedSaveLeavesTheOldFileAndNothingBesideIt) {
   EXPECT_EQ(FilesInFolder(), 1u);
 }
 
+// Nothing can be made beside a file whose name leaves no room for a longer one.
+TEST_F(StateFile, IsWrittenInPlaceWhereNothingCanBeMadeBesideIt) {
+  const std::string name(250, 'n');
+  const std::string path = folder_.Write(name, std::string(1000, 'x')).string();
+  WriteStateFile(path, inflow_.Save(), variables_);
+  EXPECT_EQ(test::TestFolder::Read(path), FileWith("inflow's own"));
+  {
+    const test::FullDisk disk(100);
+    inflow_.state = std::string(50, 's');
+    WriteStateFile(path, inflow_.Save(), variables_);
+  }
+  EXPECT_EQ(test::TestFolder::Read(path), FileWith("inflow's own")) << "or left as it was";
+  EXPECT_EQ(FilesInFolder(), 1u);
+}
+
 TEST_F(StateFile, NoPlaceToWriteIsNoFailure) {
   fs::create_directory(folder_ / "folder");
   for (const std::string& path :
