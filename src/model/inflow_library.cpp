@@ -1,6 +1,7 @@
 #include "model/inflow_library.h"
 
-#include <string>
+#include <mutex>
+#include <optional>
 
 #include "platform/dynamic_library.h"
 
@@ -66,9 +67,7 @@ bool BindAll(const platform::DynamicLibrary& library, InflowFunctions& functions
 
 class LoadedInflowLibrary : public InflowLibrary {
  public:
-  LoadedInflowLibrary(std::unique_ptr<platform::DynamicLibrary> library,
-                      const InflowFunctions& functions)
-      : library_(std::move(library)), functions_(functions) {}
+  explicit LoadedInflowLibrary(const InflowFunctions& functions) : functions_(functions) {}
 
   void* CreateIPRModel(void* model) override { return functions_.CreateIPRModel(model); }
   void DestroyIPRModel(void* handle) override { functions_.DestroyIPRModel(handle); }
@@ -94,25 +93,40 @@ class LoadedInflowLibrary : public InflowLibrary {
   int32_t LoadIPR(void* handle, intptr_t file) override { return functions_.LoadIPR(handle, file); }
 
  private:
-  std::unique_ptr<platform::DynamicLibrary> library_;
   InflowFunctions functions_;
 };
 
-std::unique_ptr<InflowLibrary> OpenAt(const std::string& path) {
-  auto library = platform::DynamicLibrary::Open(path);
+struct BoundLibrary {
+  std::unique_ptr<platform::DynamicLibrary> library;
   InflowFunctions functions = {};
-  if (library == nullptr || !BindAll(*library, functions)) return nullptr;
-  return std::make_unique<LoadedInflowLibrary>(std::move(library), functions);
+};
+
+/// Without its library when there is none that has every operation.
+BoundLibrary FindLibrary() {
+  for (const auto& place : platform::LibraryPlaces("InflowCalc")) {
+    BoundLibrary found = {.library = platform::DynamicLibrary::OpenAt(place)};
+    if (found.library != nullptr && BindAll(*found.library, found.functions)) return found;
+  }
+  return {};
+}
+
+/// Once found, the library stays loaded for as long as the module: what a library takes when it is
+/// loaded isn't all given back.
+std::optional<InflowFunctions> TheFunctions() {
+  static std::mutex lock;
+  static BoundLibrary bound;
+  const std::lock_guard guard(lock);
+  if (bound.library == nullptr) bound = FindLibrary();
+  if (bound.library == nullptr) return std::nullopt;
+  return bound.functions;
 }
 
 }  // namespace
 
 std::unique_ptr<InflowLibrary> InflowLibrary::Open() {
-  const std::string name = platform::LibraryFileName("InflowCalc");
-  if (const std::string folder = platform::ModuleFolder(); !folder.empty()) {
-    if (auto library = OpenAt(folder + name)) return library;
+  if (const auto functions = TheFunctions()) {
+    return std::make_unique<LoadedInflowLibrary>(*functions);
   }
-  if (auto library = OpenAt(name)) return library;
   return None();
 }
 

@@ -37,8 +37,8 @@ class InflowLibrary {
   virtual int32_t SaveIPR(void* handle, intptr_t file) = 0;
   virtual int32_t LoadIPR(void* handle, intptr_t file) = 0;
 
-  /// The library beside the module, else by the loader's rules. Where there is none, or one that
-  /// lacks an operation, an object that transforms nothing and keeps nothing. Never null.
+  /// The library beside the module, else where the system keeps libraries. Where there is none, or
+  /// one that lacks an operation, an object that transforms nothing and keeps nothing. Never null.
   static std::unique_ptr<InflowLibrary> Open();
   static std::unique_ptr<InflowLibrary> None();
 };

@@ -8,7 +8,8 @@ namespace gantry::platform {
 /// Compares as the C library's comparison without regard to case does, in the C locale.
 bool EqualNoCase(std::string_view a, std::string_view b);
 
-/// The text, which is in the host's code page (Windows-1252), in UTF-8.
+/// The text, which is in the code page of the wire and the case data (Windows-1252, whatever that
+/// of this process), in UTF-8.
 std::string CodePageToUtf8(std::string_view text);
 
 /// The other way round. What the code page lacks, and what isn't UTF-8, becomes another character,

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/file_path.h"
 #include "settings/case_archive.h"
 #include "settings/link_settings.h"
 #include "settings/static_well_data.h"
@@ -43,11 +44,17 @@ void TransferNames(CaseArchive& archive, std::vector<std::string>& names) {
   }
 }
 
+void TransferFileName(CaseArchive& archive, std::string& name) {
+  std::string stored = platform::StoredFileName(name);
+  archive.Transfer(stored);
+  if (archive.IsReading()) name = platform::FileNameOfStored(stored);
+}
+
 /// The fields behind the version, in the order of the block, in the archive's direction.
 void TransferFields(CaseArchive& archive, int32_t version, CaseData& data) {
   LinkSettings& settings = data.settings;
-  archive.Transfer(settings.SimExeName);
-  archive.Transfer(settings.FileName);
+  TransferFileName(archive, settings.SimExeName);
+  TransferFileName(archive, settings.FileName);
   archive.Transfer(settings.HeadNode);
   archive.Transfer(settings.HeadNodePort);
   if (version >= kFirstWithClusterVersion) archive.Transfer(settings.LinuxIXVersion);

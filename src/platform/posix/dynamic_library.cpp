@@ -43,6 +43,11 @@ std::string FindModuleFolder() {
 }  // namespace
 
 std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, std::string* error) {
+  return OpenAt(path, error);
+}
+
+std::unique_ptr<DynamicLibrary> DynamicLibrary::OpenAt(const std::filesystem::path& path,
+                                                       std::string* error) {
   void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle != nullptr) return std::make_unique<PosixLibrary>(handle);
   if (error != nullptr) {
@@ -55,6 +60,15 @@ std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, st
 std::string ModuleFolder() {
   static const std::string folder = FindModuleFolder();
   return folder;
+}
+
+std::filesystem::path ModuleDirectory() { return ModuleFolder(); }
+
+std::vector<std::filesystem::path> LibraryPlaces(const std::string& name) {
+  const std::string file = LibraryFileName(name);
+  const std::string folder = ModuleFolder();
+  if (folder.empty()) return {file};
+  return {folder + file, file};
 }
 
 std::string LibraryFileName(const std::string& name) { return "lib" + name + ".so"; }

@@ -1,5 +1,6 @@
 #include "platform/dynamic_library.h"
 
+#include "platform/file_path.h"
 #include "platform/windows/win32.h"
 
 namespace gantry::platform {
@@ -28,28 +29,57 @@ std::string SystemMessage(DWORD error) {
   return end > 0 ? message.substr(0, end) : "system error " + std::to_string(error);
 }
 
+constexpr DWORD kLongestPath = 32768;
+
+/// The folder of a module's file; null stands for the program.
+std::filesystem::path FolderOf(HMODULE module) {
+  std::wstring file(kLongestPath, L'\0');
+  const DWORD length = GetModuleFileNameW(module, file.data(), kLongestPath);
+  if (length == 0 || length == kLongestPath) return {};
+  return file.substr(0, file.rfind(L'\\', length) + 1);
+}
+
+std::filesystem::path SystemFolder() {
+  std::wstring folder(kLongestPath, L'\0');
+  const UINT length = GetSystemDirectoryW(folder.data(), kLongestPath);
+  return length < kLongestPath ? folder.substr(0, length) : std::wstring();
+}
+
 }  // namespace
 
 std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, std::string* error) {
-  // What the library itself needs is looked for beside it, not beside the program.
-  const bool hasFolder = path.find_first_of("/\\") != std::string::npos;
-  HMODULE module =
-      LoadLibraryExA(path.c_str(), nullptr, hasFolder ? LOAD_WITH_ALTERED_SEARCH_PATH : DWORD{0});
+  return OpenAt(PathOf(path), error);
+}
+
+std::unique_ptr<DynamicLibrary> DynamicLibrary::OpenAt(const std::filesystem::path& path,
+                                                       std::string* error) {
+  // What the library itself needs is looked for beside it, beside the program, and in the system.
+  constexpr DWORD kPlaces = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
+  std::error_code failure;
+  const std::filesystem::path file = std::filesystem::absolute(path, failure);
+  HMODULE module = failure ? nullptr : LoadLibraryExW(file.c_str(), nullptr, kPlaces);
   if (module != nullptr) return std::make_unique<WindowsLibrary>(module);
-  if (error != nullptr) *error = path + ": " + SystemMessage(GetLastError());
+  if (error != nullptr) *error = NameOf(path) + ": " + SystemMessage(GetLastError());
   return nullptr;
 }
 
-std::string ModuleFolder() {
+std::filesystem::path ModuleDirectory() {
   HMODULE module = nullptr;
-  const BOOL found = GetModuleHandleExA(
+  const BOOL found = GetModuleHandleExW(
       GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<LPCSTR>(&ModuleFolder), &module);
-  constexpr DWORD kLongestPath = 32768;
-  std::string file(kLongestPath, '\0');
-  const DWORD length = found != 0 ? GetModuleFileNameA(module, file.data(), kLongestPath) : 0;
-  if (length == 0 || length == kLongestPath) return {};
-  return file.substr(0, file.rfind('\\', length) + 1);
+      reinterpret_cast<LPCWSTR>(&ModuleFolder), &module);
+  return found != 0 ? FolderOf(module) : std::filesystem::path();
+}
+
+std::string ModuleFolder() { return NameOf(ModuleDirectory()); }
+
+std::vector<std::filesystem::path> LibraryPlaces(const std::string& name) {
+  const std::string file = LibraryFileName(name);
+  std::vector<std::filesystem::path> places;
+  for (const auto& folder : {ModuleDirectory(), FolderOf(nullptr), SystemFolder()}) {
+    if (!folder.empty()) places.push_back(folder / file);
+  }
+  return places;
 }
 
 std::string LibraryFileName(const std::string& name) { return name + ".dll"; }
