@@ -61,9 +61,35 @@ function(gantry_export_only library)
   set_target_properties(${library} PROPERTIES LINK_DEPENDS ${exports})
 endfunction()
 
-# gantry_program(TARGET): makes a program read and write its texts in UTF-8 on every platform.
-function(gantry_program target)
+# gantry_described(TARGET FILE_TYPE DESCRIPTION): what Windows shows of a file: name, version, rights.
+function(gantry_described target file_type description)
+  set(file_name ${target}.exe)
+  if(file_type STREQUAL "VFT_DLL")
+    set(file_name ${target}.dll)
+  endif()
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/windows/version.rc.in ${resource} @ONLY)
+  target_sources(${target} PRIVATE ${resource})
+endfunction()
+
+# gantry_program(TARGET DESCRIPTION): makes a program read and write its texts in UTF-8 on every
+# platform.
+function(gantry_program target description)
   if(WIN32)
     target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/windows/program.rc)
+    gantry_described(${target} VFT_APP "${description}")
+  endif()
+endfunction()
+
+# gantry_library(TARGET DESCRIPTION): a library that lets out only what is listed, and that a process
+# may load and unload again and again.
+function(gantry_library target description)
+  gantry_export_only(${target})
+  if(WIN32)
+    gantry_described(${target} VFT_DLL "${description}")
+    target_sources(${target} PRIVATE
+                   ${PROJECT_SOURCE_DIR}/src/platform/windows/library/thread_slots.cpp)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+    target_link_options(${target} PRIVATE -Wl,--wrap=__imp_TlsAlloc)
   endif()
 endfunction()

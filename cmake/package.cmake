@@ -7,7 +7,13 @@ include(GNUInstallDirs)
 
 if(WIN32)
   install(TARGETS Intersect InflowCalc fieldrun tanksim RUNTIME DESTINATION .)
-  install(FILES cmake/windows/INSTALL.txt DESTINATION .)
+  # Texts that a Windows editor of any age shows line by line.
+  foreach(text cmake/windows/INSTALL.txt LICENSE)
+    get_filename_component(name ${text} NAME_WE)
+    configure_file(${text} ${CMAKE_BINARY_DIR}/texts/${name}.txt @ONLY NEWLINE_STYLE CRLF)
+    install(FILES ${CMAKE_BINARY_DIR}/texts/${name}.txt DESTINATION .)
+  endforeach()
+  install(DIRECTORY docs DESTINATION .)
   # OPM Flow runs on Linux alone.
   install(DIRECTORY examples DESTINATION . PATTERN results EXCLUDE
           PATTERN "flow*.toml" EXCLUDE PATTERN "*_FLOW.afi" EXCLUDE PATTERN "*.DATA" EXCLUDE)
@@ -24,6 +30,8 @@ else()
   install(DIRECTORY examples DESTINATION ${texts}
           PATTERN results EXCLUDE PATTERN "*.flow" EXCLUDE)
   install(FILES companions/cluster/runfactory.service DESTINATION ${texts})
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()
 
 set(CPACK_PACKAGE_NAME gantry)

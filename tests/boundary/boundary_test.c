@@ -1,5 +1,5 @@
 /* The boundary as a host sees it that shares nothing with the module: plain C, byte offsets, and
-   the shipped library. Usage: boundary_test LIBRARY */
+   the shipped library. Usage: boundary_test LIBRARY INFLOW_LIBRARY, which stand side by side */
 
 #include <stdint.h>
 #include <stdio.h>
@@ -182,6 +182,36 @@ static void TheDatasetIsListedOnce(void) {
   free(row);
 }
 
+static int32_t SetText(const char* path, const char* value) {
+  char request[24] = {0};
+  memcpy(request + 8, &path, sizeof path);
+  memcpy(request + 16, &value, sizeof value);
+  return Command(97, request, 0);
+}
+
+static int FileHolds(const char* path, const char* text) {
+  static char bytes[1 << 16];
+  FILE* file = fopen(path, "rb");
+  const size_t length = file == NULL ? 0 : fread(bytes, 1, sizeof bytes - 1, file);
+  if (file != NULL) fclose(file);
+  bytes[length] = '\0';
+  return strstr(bytes, text) != NULL;
+}
+
+/* Whatever the code page of this process. The text of a block begins at 20, behind its length. */
+static void NamesAreInTheCodePageOfTheWire(void) {
+  char* block = malloc(102400);
+  CHECK(SetText("Intersect.CaseDetails.FileName", FILE_NAME) == 0);
+  CHECK(Command(12, block, 102400) == 0);
+  CHECK(memcmp(block + 20, STORED_FILE_NAME, strlen(STORED_FILE_NAME)) == 0);
+  free(block);
+  CHECK(SetText("Intersect.StaticWell.Add", "") == 0);
+  CHECK(SetText("Intersect.StaticWell[0].Name", "BR\xD8NN-2") == 0);
+  CHECK(Find("ExtEquipXml").equipXml(model, "boundary.xml", 0, NULL) == 0);
+  CHECK(FileHolds("boundary.xml", "<Label>BR\xC3\x98NN-2</Label>"));
+  CHECK(SetText("Intersect.StaticWell.Reset", "") == 0);
+}
+
 /* A request holds a pointer to its path at 8 and the value field of 512 bytes at 16. */
 static void TextPathsAnswerWithinTheirField(void) {
   char request[528 + 16];
@@ -233,29 +263,48 @@ static void TheHostsCallbackHasAPlace(void) {
   *place = &failures;
 }
 
+static void TheWholeBoundaryHolds(const char* inflow) {
+  TheModuleSaysWhoItIs();
+  UnitsAreReadRowByRow();
+  CHECK(Find("ExtCreateInstance").createInstance(&model, err) == 0 && model != NULL);
+  FixedAnswersAndUnknownNumbers();
+  FailuresTellTheirReason();
+  MissingRecordsAndModelsHarmNothing();
+  TheDatasetIsListedOnce();
+  TextPathsAnswerWithinTheirField();
+  NamesAreInTheCodePageOfTheWire();
+  TheDescriptionFillsItsFieldWithoutATerminator();
+  TheVersionsOfTheLumpingRulesAreFixed();
+  TheHostsCallbackHasAPlace(); /* null again after an unload: the module is really gone */
+  char label[] = "Model 1";
+  CHECK(Command(21, label, 0) == 0 && Command(21, NULL, 0) == 0);
+  CHECK(Find("ExtDestroyInstance").destroyInstance(model, err) == 0);
+  CHECK(IsLoaded(inflow)); /* for the next model */
+}
+
+static void AModelFails(void) {
+  CHECK(Find("ExtCreateInstance").createInstance(&model, err) == 0 && model != NULL);
+  char record[102424] = {0};
+  CHECK(Command(13, record, 0) == 1);
+  CHECK(strcmp(err + 4, "Failed in reading all case data - buffer overflow") == 0);
+  CHECK(Find("ExtDestroyInstance").destroyInstance(model, err) == 0);
+}
+
 int main(int argc, char** argv) {
-  if (argc != 2) return 2;
-  for (int load = 0; load < 2; ++load) {
+  if (argc != 3) return 2;
+  int slots = 0;
+  for (int load = 0; load < LOADS && failures == 0; ++load) {
     library = OpenLibrary(argv[1]);
     if (library == NULL) {
-      fprintf(stderr, "%s can't be loaded\n", argv[1]);
+      fprintf(stderr, "%s can't be loaded for the %dth time\n", argv[1], load + 1);
       return 1;
     }
-    TheModuleSaysWhoItIs();
-    UnitsAreReadRowByRow();
-    CHECK(Find("ExtCreateInstance").createInstance(&model, err) == 0 && model != NULL);
-    FixedAnswersAndUnknownNumbers();
-    FailuresTellTheirReason();
-    MissingRecordsAndModelsHarmNothing();
-    TheDatasetIsListedOnce();
-    TextPathsAnswerWithinTheirField();
-    TheDescriptionFillsItsFieldWithoutATerminator();
-    TheVersionsOfTheLumpingRulesAreFixed();
-    TheHostsCallbackHasAPlace(); /* null again after an unload: the module is really gone */
-    char label[] = "Model 1";
-    CHECK(Command(21, label, 0) == 0 && Command(21, NULL, 0) == 0);
-    CHECK(Find("ExtDestroyInstance").destroyInstance(model, err) == 0);
+    if (load < 2) TheWholeBoundaryHolds(argv[2]);
+    AModelFails();
     CHECK(CloseLibrary(library));
+    CHECK(!IsLoaded(argv[2]));
+    if (load == 0) slots = FreeSlots();
   }
+  CHECK(FreeSlots() == slots);
   return failures == 0 ? 0 : 1;
 }

@@ -21,6 +21,16 @@ endfunction()
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/installed
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 require_content(${WORK}/installed)
+foreach(name INSTALL.txt LICENSE.txt)
+  if(NOT EXISTS ${WORK}/installed/${name})
+    continue()
+  endif()
+  file(READ ${WORK}/installed/${name} text HEX)
+  string(REGEX MATCH "^(..)*0d0a" ends "${text}")
+  if(NOT ends)
+    message(FATAL_ERROR "${name} ends its lines by a line feed alone")
+  endif()
+endforeach()
 
 execute_process(COMMAND ${CPACK} --config ${BUILD}/CPackConfig.cmake -B ${WORK}/archive
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
