@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/boundary/error_text.h"
 #include "host/command_table.h"
 
 namespace gantry {
@@ -33,18 +34,16 @@ class BareDriver : public CExtInterface {
 };
 
 TEST(BareDriver, AnswersTheOtherCommandsWithTheDefaults) {
-  struct Answer {
-    uint32_t command;
-    int32_t result;
-  };
-  constexpr Answer kAnswers[] = {{4, 0},   {7, 0},   {10, 0},  {11, 1},  {16, 0},  {19, 0},
-                                 {20, 0},  {21, 0},  {23, 0},  {58, 0},  {62, 1},  {63, 0},
-                                 {97, -1}, {98, -1}, {99, -1}, {100, 0}, {101, 0}, {102, 0},
-                                 {103, 0}, {104, 0}, {105, 0}, {109, 0}, {129, 0}, {130, 0}};
+  const std::pair<int32_t, std::vector<uint32_t>> answers[] = {
+      {0, {4, 7, 10, 16, 19, 20, 21, 23, 58, 63, 100, 101, 102, 103, 104, 105, 109, 129, 130}},
+      {1, {11, 62}},
+      {-1, {97, 98, 99}}};
   BareDriver driver;
   char data[1024] = {};
-  for (const Answer& answer : kAnswers) {
-    EXPECT_EQ(RunCommand(answer.command, &driver, {.data = data}), answer.result) << answer.command;
+  for (const auto& [result, commands] : answers) {
+    for (const uint32_t command : commands) {
+      EXPECT_EQ(RunCommand(command, &driver, {.data = data}), result) << command;
+    }
   }
 }
 
@@ -67,6 +66,18 @@ TEST(CommandTable, MakesABooleanOfTheValueWhereACommandTakesOne) {
   for (const auto& [value, answer] : {std::pair{0u, 6}, {1u, 7}, {0x80000000u, 7}}) {
     EXPECT_EQ(RunCommand(20, &listener, {.data = path, .value = value}), answer);
   }
+}
+
+TEST(ErrorText, TakesATextOfAnyLengthAndIsCutToItsField) {
+  const std::string name(5000, 'n');
+  EXPECT_EQ(FormatText("<%s> %d", name.c_str(), 7), "<" + name + "> 7");
+  ExtErrorBlock err;
+  std::memset(&err, 'x', sizeof err);
+  SetErrorText(&err, name);
+  EXPECT_EQ(std::strlen(err.text), 259u);
+  EXPECT_EQ(err.reserved, 0x78787878u);
+  SetErrorText(nullptr, "lost");
+  ClearErrorBlock(nullptr);
 }
 
 }  // namespace

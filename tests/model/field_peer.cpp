@@ -141,7 +141,7 @@ struct FieldPeer::Play {
     if (item == "UPTIME_FRACTION") return 1.0;
     if (item == "BOTTOM_HOLE_PRESSURE") return 3014.696 - produced;
     if (item == "GAS_DENSITY") return 0.0763;
-    if (item == "OIL_DENSITY") return 62.43 * 0.85;
+    if (item == "OIL_DENSITY") return 62.43 * OilGravityAt(produced);
     if (item == "WATER_DENSITY") return 62.43;
     if (item.starts_with("TOTAL_MOLE_FRACTION[")) {
       return 1.0 / static_cast<double>(field.components.size());

@@ -21,6 +21,9 @@ struct PeerWell {
   double rate = 0.0;             ///< what it was last told to make
 };
 
+/// The gravity of the oil that a producer makes on a liquid rate, water = 1.
+constexpr double OilGravityAt(double rate) { return 0.8 + rate / 20000.0; }
+
 /// The simulator's end of the external-controller protocol on a real loopback socket: a small field
 /// in field units that answers whatever it is asked, one client after the other. It writes down
 /// what it was told to do. Set it up before `Start`; the client must be gone before it is

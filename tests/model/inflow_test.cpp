@@ -1,5 +1,7 @@
 // The exchange of one well with the host's network.
 
+#include <cmath>
+
 #include "model/model_fixture.h"
 
 namespace gantry::test {
@@ -8,18 +10,23 @@ namespace {
 class Inflow : public ModelTest {
  protected:
   Inflow() {
-    peer.wells = {{.name = "P1"}, {.name = "W1", .type = "WATER_INJECTOR"}};
+    peer.wells = {{.name = "P1"},
+                  {.name = "W1", .type = "WATER_INJECTOR"},
+                  {.name = "S1", .status = "SURFACE_SHUTIN"}};
     std::memset(record.get(), 0x7e, sizeof *record);
   }
 
   void ReadWells() {
     StartSimulator();
-    ASSERT_EQ(StartRun({0, 1}), 0) << Error();
+    ASSERT_EQ(StartRun({0, 1, 2}), 0) << Error();
     ASSERT_EQ(Command(63), 0) << Error();
   }
 
   std::unique_ptr<_tGetSetData> record{new _tGetSetData};
 };
+
+/// That of the lowest rate of a sweep, which is nearest to a well that has not flowed yet.
+const double kOpenGravity = OilGravityAt(1000.0 * std::pow(0.1, 2.5));
 
 TEST_F(Inflow, GivesTheSweepOfAProducer) {
   ReadWells();
@@ -31,14 +38,17 @@ TEST_F(Inflow, GivesTheSweepOfAProducer) {
   EXPECT_DOUBLE_EQ(record->gasRate[0], 0.5);
   EXPECT_DOUBLE_EQ(record->pressure[0], 2000.0);
   EXPECT_NEAR(record->pressure[9], 3000.0, 4.0);
-  EXPECT_DOUBLE_EQ(record->oilGravity, 0.85);
+  EXPECT_DOUBLE_EQ(record->oilGravity, kOpenGravity);
   EXPECT_DOUBLE_EQ(record->gasGravity, 1.0);
   EXPECT_DOUBLE_EQ(record->massRate[0],
-                   800.0 * 5.615 * 62.43 * 0.85 + 0.5 * 1000000.0 * 0.0763 * 1.0)
+                   800.0 * 5.615 * 62.43 * kOpenGravity + 0.5 * 1000000.0 * 0.0763 * 1.0)
       << "water is left out";
   EXPECT_EQ(record->hasStepped, 0u);
   EXPECT_EQ(record->size, 0x7e7e7e7eu) << "the host's own bytes stay";
   EXPECT_EQ(record->fluid.componentCount, 0x7e7e7e7e);
+  ReadInflow(2, *record);
+  EXPECT_DOUBLE_EQ(record->oilGravity, OilGravityAt(1000.0 * std::pow(0.5, 2.5)))
+      << "a shut well's is that in the middle of its table";
 
   Operate(0, 400.0, 100.0, 0.0);
   StepBy(1.0);
@@ -76,14 +86,14 @@ TEST_F(Inflow, HandsBackAnInjectorsOwnNumbersButNotAProducers) {
     ReadInflow(well, *record);
     EXPECT_EQ(record->pointValue[9], well == 1 ? 7.0 : 0.0);
     EXPECT_EQ(record->passThrough[2], well == 1 ? 3.0 : 0.0);
-    EXPECT_EQ(record->oilGravity, well == 1 ? 0.5 : 0.85);
+    EXPECT_EQ(record->oilGravity, well == 1 ? 0.5 : kOpenGravity);
   }
 }
 
 TEST_F(Inflow, RefusesAWellThatIsNot) {
   ReadWells();
   for (const auto& [well, number] :
-       {std::pair{-1, "0"}, {2, "3"}, {std::numeric_limits<int32_t>::max(), "2147483648"}}) {
+       {std::pair{-1, "0"}, {3, "4"}, {std::numeric_limits<int32_t>::max(), "2147483648"}}) {
     EXPECT_EQ(ReadInflow(well, *record), 1);
     EXPECT_EQ(Error(), std::string("The requested well number ") + number +
                            " does not exist (function call GetIPR).");

@@ -6,14 +6,12 @@
 #include <gtest/gtest.h>
 
 #include "client/connector_base.h"
-#include "settings/case_archive.h"
 #include "settings/well_variable_catalogue.h"
 #include "support/well_messages.h"
 
 namespace gantry {
 namespace {
 
-using namespace std::string_literals;
 using test::ScriptedPeer;
 using test::WellAnswer;
 using test::WellConstraint;
@@ -132,45 +130,6 @@ TEST(ExportedVariable, IsReadAndSetElementByElementInTheDriversUnits) {
             "well data.");
   EXPECT_EQ(parent.Assign(*connector, rate, 0, "1", error), 1);
   EXPECT_TRUE(error.starts_with("error: ")) << error;
-}
-
-// Two wells: the first with one variable of kind 3, the second without any.
-const std::string kStream =
-    "\2\0\0\0"
-    "\2\0\0\0W1"
-    "\1\0\0\0"
-    "\x51\x78\0\0"
-    "\xff\xff\xff\xff"
-    "\3\0\0\0Key"
-    "\0\0\0\0"
-    "\5\0\0\0Label"
-    "\3\0\0\0"
-    "\2\0\0\0W2"
-    "\0\0\0\0"s;
-const std::string kHeader = "\1\0\0\0\x1a\xd2\x5f\x38"s;
-
-CExportedVariables FromStream(std::string bytes, int32_t version) {
-  bytes = kHeader + bytes;
-  CaseArchive reader(bytes, CaseArchive::Direction::kRead);
-  CExportedVariables variables;
-  variables.Serialize(reader, version);
-  return variables;
-}
-
-TEST(ExportedVariables, AreKeptInTheirFrozenForm) {
-  CExportedVariables variables = FromStream(kStream, 2);
-  ASSERT_EQ(variables.Size(), 2u);
-  ASSERT_EQ(variables[0].Variables.Size(), 1u);
-  const CExportedVariable& variable = variables[0].Variables[0];
-  EXPECT_EQ(variable.Code, 30801u);
-  EXPECT_EQ(variable.UnitFamily, -1);
-  EXPECT_EQ(variable.Key + "/" + variable.SimulatorItem + "/" + variable.Label, "Key//Label");
-  EXPECT_EQ(variable.Kind, 3u);
-
-  std::string block(kHeader.size() + kStream.size(), '\0');
-  CaseArchive writer(block, CaseArchive::Direction::kWrite);
-  variables.Serialize(writer, 2);
-  EXPECT_EQ(block, kHeader + kStream);
 }
 
 }  // namespace

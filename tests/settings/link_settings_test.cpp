@@ -89,12 +89,11 @@ TEST(LinkSettings, TheRegistryKeepsTheLastUsedValues) {
 
   LinkSettings loaded;
   loaded.LoadFromRegistry();
-  EXPECT_EQ(loaded.SimExeName, "C:\\ix.exe");
-  EXPECT_EQ(loaded.FileName, "a.afi");
-  EXPECT_EQ(loaded.HeadNode, "node");
-  EXPECT_EQ(loaded.HeadNodePort, 1);
-  EXPECT_EQ(loaded.LinuxIXVersion, 20162);
-  EXPECT_EQ(loaded.Parallel, 1000);
+  const auto kept = [](const LinkSettings& s) {
+    return std::tie(s.SimExeName, s.FileName, s.HeadNode, s.HeadNodePort, s.LinuxIXVersion,
+                    s.Parallel);
+  };
+  EXPECT_EQ(kept(loaded), kept(saved));
   EXPECT_EQ(loaded.IPRModel, 1) << "has no place in the registry";
 
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);

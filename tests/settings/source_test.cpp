@@ -18,25 +18,24 @@ using test::WellAnswer;
 using test::WellConstraint;
 using test::WellQuestion;
 
-struct Answer {
-  bool handled;
-  std::string text;
-  std::string error;
-  bool operator==(const Answer&) const = default;
-};
+std::string Outcome(bool handled, const TagParser& parser, const std::string& reply) {
+  EXPECT_EQ(handled, parser.ErrorText.empty());
+  return handled ? reply : parser.ErrorText;
+}
 
-Answer Read(Source& source, const std::string& tag, TagContext context = nullptr) {
+/// The reply, or the error.
+std::string Read(Source& source, const std::string& tag, TagContext context = nullptr) {
   std::array<char, 512> reply = {};
   TagParser parser = TagParser::ForReading(tag, reply);
   const bool handled = source.Handle(parser, context);
-  return {handled, reply.data(), parser.ErrorText};
+  return Outcome(handled, parser, reply.data());
 }
 
-Answer Write(Source& source, const std::string& tag, const char* value,
-             TagContext context = nullptr) {
+std::string Write(Source& source, const std::string& tag, const char* value,
+                  TagContext context = nullptr) {
   TagParser parser = TagParser::ForWriting(tag, value);
   const bool handled = source.Handle(parser, context);
-  return {handled, "", parser.ErrorText};
+  return Outcome(handled, parser, "done");
 }
 
 Source WellNamed(const std::string& name) {
@@ -55,23 +54,23 @@ TEST(Source, ReadsAndWritesEachOfItsNumbersByItsOwnTag) {
   };
   double number = 1.25;
   for (const auto& [tag, field] : tags) {
-    EXPECT_TRUE(Write(source, tag, std::to_string(++number).c_str()).handled) << tag;
+    EXPECT_EQ(Write(source, tag, std::to_string(++number).c_str()), "done") << tag;
     EXPECT_EQ(*field, number) << tag;
-    EXPECT_EQ(Read(source, tag), (Answer{true, std::to_string(number).substr(0, 4), ""})) << tag;
+    EXPECT_EQ(Read(source, tag), std::to_string(number).substr(0, 4)) << tag;
   }
-  EXPECT_EQ(Read(source, "name"), (Answer{true, "P1", ""}));
-  EXPECT_TRUE(Write(source, "Name", "P 2").handled);
+  EXPECT_EQ(Read(source, "name"), "P1");
+  EXPECT_EQ(Write(source, "Name", "P 2"), "done");
   EXPECT_EQ(source.Name, "P 2");
 }
 
-TEST(Source, AsksTheSimulatorForAnyOtherVariable) {
+TEST(Source, PassesAnyOtherVariableToTheSimulator) {
   struct Case {
     const char* tag;
-    const char* item;  ///< as the simulator is asked
-    double value;      ///< as it answers
-    const char* reply;
+    const char* item;  ///< as the simulator knows it
+    double value;      ///< there
+    const char* text;  ///< here
   };
-  const Case cases[] = {
+  const Case reads[] = {
       {"WATER_PRODUCTION_RATE_FIELD", "WATER_PRODUCTION_RATE", 15.8987, "100"},
       {"water_production_rate_FIELD", "water_production_rate", 15.8987, "100"},
       {"GAS_INJECTION_RATE_FIELD", "GAS_INJECTION_RATE", 28174.0, "1"},
@@ -83,72 +82,41 @@ TEST(Source, AsksTheSimulatorForAnyOtherVariable) {
       {"CurGasRates", "CurGasRates", 3.0, "3"},
       {"A(B)", "A(B)", 3.0, "3"},
   };
+  const Case writes[] = {
+      {"OIL_PRODUCTION_RATE_FIELD", "OIL_PRODUCTION_RATE", 100.0 * 0.158987, "100"},
+      {"OIL_PRODUCTION_RATE", "OIL_PRODUCTION_RATE", 100.0, "100"},
+      {"ANYTHING", "ANYTHING", 0.0, "none"},
+  };
   ScriptedPeer peer;
   GreetMetricConnector(peer);
-  for (const Case& c : cases) {
+  for (const Case& c : reads) {
     peer.Answer(WellQuestion("P1", c.item), WellAnswer("P1", c.item, c.value));
   }
-  peer.Start();
-  const auto connector = CreateLocalConnector(kVersion2016_2, peer.Port());
-  Source source = WellNamed("P1");
-  for (const Case& c : cases) {
-    EXPECT_EQ(Read(source, c.tag, connector.get()), (Answer{true, c.reply, ""})) << c.tag;
-  }
-}
-
-TEST(Source, SetsAnyOtherVariableInTheSimulator) {
-  struct Case {
-    const char* tag;
-    const char* value;
-    const char* item;
-    double sent;
-  };
-  const Case cases[] = {
-      {"OIL_PRODUCTION_RATE_FIELD", "100", "OIL_PRODUCTION_RATE", 100.0 * 0.158987},
-      {"OIL_PRODUCTION_RATE", "100", "OIL_PRODUCTION_RATE", 100.0},
-      {"ANYTHING", "none", "ANYTHING", 0.0},
-  };
-  ScriptedPeer peer;
-  GreetMetricConnector(peer);
-  for (const Case& c : cases) peer.Answer(WellConstraint("P1", c.item, c.sent));
-  peer.Start();
-  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-  Source source = WellNamed("P1");
-  for (const Case& c : cases) {
-    EXPECT_EQ(Write(source, c.tag, c.value, connector.get()), (Answer{true, "", ""})) << c.tag;
-  }
-}
-
-TEST(Source, TellsWhatFailedInTheSimulatorAndLeavesTheTagUnhandled) {
-  ScriptedPeer peer;
-  GreetMetricConnector(peer)
-      .Answer(WellQuestion("P1", "X"), WellAnswer("P1", "Y", 1.0))
+  for (const Case& c : writes) peer.Answer(WellConstraint("P1", c.item, c.value));
+  peer.Answer(WellQuestion("P1", "X"), WellAnswer("P1", "Y", 1.0))
       .Expect(WellConstraint("P1", "X", 1.0))
       .Start();
   const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
   Source source = WellNamed("P1");
-  EXPECT_EQ(
-      Read(source, "X_FIELD", connector.get()),
-      (Answer{false, "", "Error retrieving X, Unexpected answer when querying the well data."}));
-  const Answer gone = Write(source, "X", "1", connector.get());
-  EXPECT_FALSE(gone.handled);
-  EXPECT_TRUE(gone.error.starts_with("Error setting X, ")) << gone.error;
+  for (const Case& c : reads) EXPECT_EQ(Read(source, c.tag, connector.get()), c.text) << c.tag;
+  for (const Case& c : writes) {
+    EXPECT_EQ(Write(source, c.tag, c.text, connector.get()), "done") << c.tag;
+  }
+  EXPECT_EQ(Read(source, "X_FIELD", connector.get()),
+            "Error retrieving X, Unexpected answer when querying the well data.");
+  EXPECT_TRUE(Write(source, "X", "1", connector.get()).starts_with("Error setting X, "));
 }
 
 TEST(Source, IsClassifiedByTheSimulatorsExactWords) {
-  const std::pair<const char*, int32_t> types[] = {{"PRODUCER", 0},
-                                                   {"WATER_INJECTOR", 1},
-                                                   {"GAS_INJECTOR", 2},
-                                                   {"INJECTOR", 3},
-                                                   {"injector", 0}};
-  for (const auto& [text, code] : types) EXPECT_EQ(ClassifyWellType(text), code) << text;
-  const std::pair<const char*, int32_t> states[] = {{"OPEN", 2},
-                                                    {"SURFACE_SHUTIN", 1},
-                                                    {"SURFACE_ABANDONED", 1},
-                                                    {"ALL_COMPLETIONS_SHUTIN", 0},
-                                                    {"ALL_COMPLETIONS_ABANDONED", 0},
-                                                    {"SHUT", 2}};
-  for (const auto& [text, code] : states) EXPECT_EQ(ClassifyWellState(text), code) << text;
+  const auto codes = [](int32_t (*classify)(const std::string&), const auto&... words) {
+    return std::vector<int32_t>{classify(words)...};
+  };
+  EXPECT_EQ(
+      codes(ClassifyWellType, "PRODUCER", "WATER_INJECTOR", "GAS_INJECTOR", "INJECTOR", "else"),
+      (std::vector<int32_t>{0, 1, 2, 3, 0}));
+  EXPECT_EQ(codes(ClassifyWellState, "OPEN", "SURFACE_SHUTIN", "SURFACE_ABANDONED",
+                  "ALL_COMPLETIONS_SHUTIN", "ALL_COMPLETIONS_ABANDONED", "open"),
+            (std::vector<int32_t>{2, 1, 1, 0, 0, 2}));
 }
 
 TEST(Source, IsAGasWellWhenItsWholeInflowMakesMuchGasToItsLiquid) {

@@ -80,12 +80,9 @@ TEST(Command, LeavesAnotherOneToTheNextTest) {
 TEST(Command, GivesTheNumbersOfItsArguments) {
   CExtDataServerCmdArgumentCollection arguments;
   TagParser::ForCommand("Go(365.25,\"7\",word)").MatchCommand("Go", arguments, 3, 3);
-  ASSERT_EQ(arguments.Size(), 3u);
-  EXPECT_EQ(arguments[0].NumberValue, 365.25);
-  EXPECT_EQ(arguments[0].IntegerValue, 365);
-  EXPECT_EQ(arguments[1].NumberValue, 3.4e35);
-  EXPECT_EQ(arguments[1].IntegerValue, 0);
-  EXPECT_EQ(arguments[2].NumberValue, 0.0);
+  std::vector<std::pair<double, int32_t>> numbers;
+  for (const auto& a : arguments) numbers.emplace_back(a->NumberValue, a->IntegerValue);
+  EXPECT_EQ(numbers, (std::vector<std::pair<double, int32_t>>{{365.25, 365}, {3.4e35, 0}, {0, 0}}));
 }
 
 TEST(Command, BoundsWhatItKeepsOfALongOne) {

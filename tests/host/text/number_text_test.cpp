@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <limits>
 #include <random>
+#include <sstream>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,18 +17,12 @@ namespace {
 
 /// Texts that a conversion might trip over, and random ones of the characters that matter to it.
 std::vector<std::string> NumberTexts() {
-  std::vector<std::string> texts = {
-      "",           "0",           "-0",          "100",
-      " \t\n12abc", "+5",          "--5",         "+-5",
-      "-",          "1.5e3",       "1e",          "1e+",
-      ".5",         "5.",          ".",           "0x1p3",
-      "0x",         "0xg",         "0x-1",        "0xinf",
-      "-0x.",       "1e999",       "-1e999",      "1e-999",
-      "4.9e-324",   "1e-310",      "1e2147",      "1,5",
-      "inf",        "nan",         "abc",         "1e99999",
-      "1e-999999",  "0x1p99999",   "0x1p-99999",  "0x.p1",
-      "1e+-5",      "INF1",        "9|8",         "2147483647",
-      "2147483648", "-2147483648", "-2147483649", "99999999999999999999999999"};
+  std::vector<std::string> texts = {"", " \t\n12abc", "\v-7"};
+  std::istringstream words(
+      "0 -0 100 +5 --5 +-5 - 1.5e3 1e 1e+ .5 5. . 0x1p3 0x 0xg 0x-1 0xinf -0x. 1e999 -1e999 1e-999 "
+      "4.9e-324 1e-310 1e2147 1,5 inf nan abc 1e99999 1e-999999 0x1p99999 0x1p-99999 0x.p1 1e+-5 "
+      "INF1 9|8 2147483647 2147483648 -2147483648 -2147483649 99999999999999999999999999");
+  for (std::string word; words >> word;) texts.push_back(word);
   texts.push_back(std::string(400, '9') + "e-50");
   texts.push_back("0." + std::string(400, '0') + "1e50");
   texts.push_back("1e-" + std::string(30, '9'));

@@ -86,8 +86,10 @@ TEST_F(StateFile, SharesOnePositionWithTheInflowLibrary) {
   EXPECT_EQ(other.state, "inflow's own");
   ASSERT_EQ(read.Size(), 1u);
   EXPECT_EQ(read[0].WellName, "P1");
-  EXPECT_EQ(read[0].Variables[0].SimulatorItem, "GAS_RATE");
-  EXPECT_EQ(read[0].Variables[0].Kind, 0u);
+  const CExportedVariable& variable = read[0].Variables[0];
+  EXPECT_EQ(std::tie(variable.Code, variable.UnitFamily, variable.Kind),
+            std::make_tuple(60000u, 1, 0u));
+  EXPECT_EQ(variable.Key + "/" + variable.SimulatorItem + "/" + variable.Label, "GAS/GAS_RATE/Gas");
 }
 
 TEST_F(StateFile, AFirstVersionGivesEveryVariableOneValue) {
@@ -118,7 +120,7 @@ TEST_F(StateFile, ATruncatedOrCorruptFileAddsNoVariable) {
     ReadStateFile(Path(), inflow_.Load(0), variables_);
     ASSERT_EQ(variables_.Size(), 1u) << length;
   }
-  for (const size_t countAt : {size_t{12}, size_t{22}}) {
+  for (const size_t countAt : {12u, 16u, 22u}) {  // of wells, of a name's bytes, of variables
     for (const uint32_t count : {0xFFFFFFFFu, 0x7FFFFFFFu, 1000u}) {
       std::string corrupt = whole;
       corrupt.replace(countAt, 4, Word(count));
