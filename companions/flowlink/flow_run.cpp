@@ -18,6 +18,8 @@ constexpr const char* kScriptName = "flowlink_link.py";
 const std::vector<std::string> kNeededOptions = {
     "--threads-per-process=1", "--enable-async-ecl-output=false", "--enable-tuning=true"};
 
+constexpr std::uintmax_t kLeastSpace = 1 << 20;  // bytes
+
 void WriteFile(const std::filesystem::path& file, const std::string& text) {
   std::ofstream out(file, std::ios::binary);
   if (!(out << text << std::flush)) throw LinkFault("can't write " + file.string());
@@ -31,7 +33,29 @@ FlowRun::FlowRun(const LinkSettings& settings, const std::filesystem::path& fold
       restart_(restart),
       deck_(ComposeDeck(settings, kScriptName, SummaryVectors(), restart)),
       process_(Start(settings, folder)),
-      link_(process_, SummaryVectors(), deck_.units, settings.secondsForQuestion) {}
+      link_(process_, SummaryVectors(), deck_.units, settings.secondsForQuestion),
+      folder_(folder),
+      results_({ResultFile(folder / (name + ".UNRST")), ResultFile(folder / (name + ".UNSMRY"))}) {}
+
+void FlowRun::Advance(const std::string& keywords, const NamedLimits& numbers) {
+  link_.Advance(keywords, numbers);
+  CheckResults(std::span(results_).first(1));
+}
+
+void FlowRun::Finish() {
+  link_.Finish();
+  CheckResults(results_);
+}
+
+void FlowRun::CheckResults(std::span<ResultFile> files) const {
+  if (std::ranges::all_of(files, [](ResultFile& file) { return file.IsWhole(); })) return;
+  std::error_code error;
+  const auto space = std::filesystem::space(folder_, error);
+  const bool isFull = !error && space.available < kLeastSpace;
+  throw LinkFault(
+      "flow couldn't write its results in " + folder_.string() + " in full" +
+      (isFull ? ": the disk is full" : "; its log is " + (folder_ / (name_ + ".log")).string()));
+}
 
 FlowProcess FlowRun::Start(const LinkSettings& settings, const std::filesystem::path& folder) {
   WriteFile(folder / kScriptName, kLinkScript);

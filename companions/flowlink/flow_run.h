@@ -1,13 +1,16 @@
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "flowlink/deck_composer.h"
 #include "flowlink/flow_link.h"
 #include "flowlink/flow_process.h"
 #include "flowlink/link_settings.h"
+#include "flowlink/result_file.h"
 
 namespace gantry::flowlink {
 
@@ -24,6 +27,12 @@ class FlowRun {
   FlowLink& Link() { return link_; }
   const FlowLink& Link() const { return link_; }
 
+  /// Runs the next report step (`FlowLink::Advance`). Throws `LinkFault` also when flow couldn't
+  /// write in full what it has come to before.
+  void Advance(const std::string& keywords, const NamedLimits& numbers);
+  /// Ends the run here (`FlowLink::Finish`). Throws as `Advance` does.
+  void Finish();
+
   /// Whether the deck orders something at the present stop.
   bool HasOrdersAtStop() const;
   /// From where the present stop is come to again by another run; empty for the deck's start. A
@@ -35,11 +44,15 @@ class FlowRun {
   double EndOf(int report) const;
   FlowProcess Start(const LinkSettings& settings, const std::filesystem::path& folder);
 
+  void CheckResults(std::span<ResultFile> files) const;
+
   std::string name_;
   std::optional<RestartPoint> restart_;
   ComposedDeck deck_;
   FlowProcess process_;
   FlowLink link_;
+  std::filesystem::path folder_;
+  std::array<ResultFile, 2> results_;  ///< restart, closed after each report step, and summary
 };
 
 }  // namespace gantry::flowlink

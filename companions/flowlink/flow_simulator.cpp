@@ -53,21 +53,12 @@ FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
       folder_(folder),
       notes_(folder / (caseName + ".warnings")),
       answers_(notes_, settings_.solvesAllRungs) {
-  PrepareFolder();
-  run_ = std::make_unique<FlowRun>(settings_, folder_, caseName_, std::nullopt);
+  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), caseName_, std::nullopt);
   wellNames_ = run_->Link().Wells();
   deckWells_ = DeckWells(run_->Link().DeckChanges(), wellNames_.size());
   controls_.resize(wellNames_.size());
   TakeStop("");
   Describe();
-}
-
-/// What an earlier session has left there must not be taken for this one's.
-void FlowSimulator::PrepareFolder() const {
-  std::error_code error;
-  std::filesystem::remove_all(folder_, error);
-  if (!error) std::filesystem::create_directories(folder_, error);
-  if (error) throw LinkFault("can't empty " + folder_.string() + ": " + error.message());
 }
 
 void FlowSimulator::Describe() {
@@ -259,7 +250,7 @@ void FlowSimulator::ContinueUntil(double days) {
     const std::string orders = limits.keywords + UptimeKeywords();
     // What was ordered once holds until the deck orders something.
     const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
-    run_->Link().Advance(isInForce ? "" : orders, limits.numbers);
+    run_->Advance(isInForce ? "" : orders, limits.numbers);
     ordered_ = orders;
     TakeStop(limits.key);
   }
@@ -275,11 +266,11 @@ void FlowSimulator::GoBackTo(double days) {
   }
   const std::optional<RestartPoint> way = stop->way;
   stops_.erase(stop, stops_.end());
-  run_->Link().Finish();
+  run_->Finish();
   run_.reset();
   ++runs_;
   const std::string name = caseName_ + "_" + std::to_string(runs_);
-  run_ = std::make_unique<FlowRun>(settings_, folder_, name, way);
+  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), name, way);
   ordered_.clear();
   TakeStop("");
 }

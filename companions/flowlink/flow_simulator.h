@@ -11,6 +11,7 @@
 #include "flowlink/run_notes.h"
 #include "flowlink/stop_answers.h"
 #include "flowlink/well_controls.h"
+#include "flowlink/work_folder.h"
 #include "simulator/server/controlled_simulator.h"
 
 namespace gantry::flowlink {
@@ -51,10 +52,9 @@ class FlowSimulator : public simulator::ControlledSimulator {
 
   void ContinueToFirstNewton() override { isRunning_ = true; }
   void ContinueUntil(double days) override;
-  void Shutdown() override { run_->Link().Finish(); }
+  void Shutdown() override { run_->Finish(); }
 
  private:
-  void PrepareFolder() const;
   void Describe();
   const FlowStop& Stop() const { return run_->Link().Stop(); }
   /// Takes note of the stop that the run has come to under the limits of a question's key.
@@ -77,7 +77,7 @@ class FlowSimulator : public simulator::ControlledSimulator {
 
   LinkSettings settings_;
   std::string caseName_;
-  std::filesystem::path folder_;
+  WorkFolder folder_;
   std::unique_ptr<FlowRun> run_;
   int runs_ = 1;
   Strings wellNames_;

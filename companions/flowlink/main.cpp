@@ -24,9 +24,9 @@ const simulator::ProgramDescription kProgram = {
 void Serve(ByteChannel& channel, const std::string& base) {
   std::unique_ptr<FlowSimulator> flow;
   try {
-    const std::filesystem::path folder = std::filesystem::absolute(base + ".flow");
     flow = std::make_unique<FlowSimulator>(ReadLinkSettings(base + ".afi"),
-                                           std::filesystem::path(base).filename().string(), folder);
+                                           std::filesystem::path(base).filename().string(),
+                                           WorkFolderOf(base));
   } catch (const std::exception& fault) {
     simulator::RefuseController(channel, fault.what());
     throw;

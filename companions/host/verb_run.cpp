@@ -14,6 +14,7 @@
 #include "host/run_script.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
+#include "platform/environment.h"
 #include "platform/file_path.h"
 
 namespace gantry::fieldrun {
@@ -89,6 +90,13 @@ void WriteReport(const CaseModel& model, const RunHistory& history, const std::s
   report.Finish();
 }
 
+/// A simulator that writes files of its own finds here where to: two runs of one dataset mustn't
+/// write to one place.
+void ShareFolder(const std::string& folder) {
+  const fs::path path = fs::absolute(platform::PathOf(folder));
+  platform::WriteEnvironment("GANTRY_RESULTS", path.string());
+}
+
 }  // namespace
 
 void RunCase(const Session& session) {
@@ -104,6 +112,7 @@ void RunCase(const Session& session) {
   ApplySettings(model, caseModel, DefaultSimulator());
 
   Results results(caseModel);
+  ShareFolder(caseModel.general.output);
   Progress progress(caseModel.Units(), !options.quiet, !options.quiet && IsTerminal());
   RunHistory history;
   Listeners listeners({&history, &progress, &results});

@@ -10,4 +10,8 @@ namespace gantry::platform {
 /// for a reader with a buffer of that size.
 std::optional<std::string> ReadEnvironment(const char* name, size_t capacity);
 
+/// Sets a variable for this process and those that it starts from now on; no other thread may use
+/// the environment meanwhile.
+void WriteEnvironment(const char* name, const std::string& value);
+
 }  // namespace gantry::platform

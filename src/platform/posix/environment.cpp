@@ -12,4 +12,8 @@ std::optional<std::string> ReadEnvironment(const char* name, size_t capacity) {
   return text;
 }
 
+void WriteEnvironment(const char* name, const std::string& value) {
+  ::setenv(name, value.c_str(), 1);
+}
+
 }  // namespace gantry::platform

@@ -16,4 +16,8 @@ std::optional<std::string> ReadEnvironment(const char* name, size_t capacity) {
   return value;
 }
 
+void WriteEnvironment(const char* name, const std::string& value) {
+  SetEnvironmentVariableA(name, value.c_str());
+}
+
 }  // namespace gantry::platform

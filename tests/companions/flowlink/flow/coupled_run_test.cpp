@@ -84,7 +84,7 @@ TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
                            "pressure" + when);
   }
   // The first report step is the adapter's tiny one.
-  const fs::path written = folder_ / "ODEH_FLOW.flow";
+  const fs::path written = folder_ / "out" / "ODEH_FLOW.flow";
   EXPECT_EQ(CountRecords(written / "ODEH_FLOW.UNRST", "SEQNUM"), 121);
   EXPECT_EQ(CountRecords(written / "ODEH_FLOW.UNSMRY", "SEQHDR"), 121);
   EXPECT_EQ(gantry::test::TestFolder::Read(written / "ODEH_FLOW.log").find("Uncaught"),
@@ -133,12 +133,22 @@ struct Fault {
 
 void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 
-class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {};
+class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {
+ protected:
+  /// A flow that can write no file in full, as on a full disk.
+  void ProvideSmallDisk() {
+    const fs::path program =
+        folder_.Write("small-disk", "#!/bin/sh\ntrap '' XFSZ\nulimit -f 60\nexec flow \"$@\"\n");
+    fs::permissions(program, fs::perms::owner_all);
+    ::setenv("PATH", (folder_.Path().string() + ":" + ::getenv("PATH")).c_str(), 1);
+  }
+};
 
 TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
   const Fault& fault = GetParam();
   Copy(ODEH);
   Change(fault.file, fault.part, fault.replacement);
+  ProvideSmallDisk();
   const Outcome outcome = Run("flow.toml", {"--steps", "3"});
   EXPECT_EQ(outcome.status, 1);
   const size_t ofHost = outcome.err.find("fieldrun: ");
@@ -160,9 +170,10 @@ INSTANTIATE_TEST_SUITE_P(
               "GRUPTREE can't be taken over"},
         Fault{"ForeignWell", "ODEH_FLOW.afi", "temperature = 200.0", "wells = [\"INJ\"]",
               "Well PROD is left to the deck"},
-        Fault{"FlowEndsAtOnce", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"false\"",
-              "flow ended with status 1"},
-        Fault{"NoSuchKeyword", "ODEH.DATA", "DISGAS", "DISGUST", "flow ended with status 1"},
+        Fault{"DiskFull", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"small-disk\"",
+              "flow couldn't write its results"},
+        Fault{"NoSuchKeyword", "ODEH.DATA", "DISGAS", "DISGUST",
+              "flow ended with status 1: Error: Unrecoverable errors while loading input"},
         Fault{"NoConvergence", "ODEH_FLOW.afi", "temperature = 200.0",
               "flow_options = [\"--solver-max-restarts=1\", \"--newton-max-iterations=1\"]",
               "Solver failed to converge"}),

@@ -81,6 +81,8 @@ TEST_P(KilledRun, EndsWholeWhicheverOfItsProcessesIsKilled) {
   const int status = ended.at(fieldrun_);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
   EXPECT_THAT(Errors(), ::testing::HasSubstr("Connection to simulator failed"));
+  const std::string rows = gantry::test::TestFolder::Read(folder_ / "out" / "wells.csv");
+  EXPECT_THAT(rows, ::testing::HasSubstr("\n2,2015-02-01,")) << "the steps that were done";
   if (whom != "flow") return;
   EXPECT_THAT(Errors(), ::testing::HasSubstr("flow ended by signal 9"));
 }

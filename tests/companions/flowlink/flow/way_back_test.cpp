@@ -4,6 +4,7 @@
 
 #include "flow_fixture.h"
 #include "flowlink/flow_simulator.h"
+#include "flowlink/link_fault.h"
 
 namespace gantry::flowlink::test {
 namespace {
@@ -82,10 +83,14 @@ TEST_F(FlowInTime, GoesBackToAStopAndOnFromThereAsBefore) {
   }
 }
 
-TEST_F(FlowInTime, HasNoWayBackWhereTheSettingsDenyIt) {
+TEST_F(FlowInTime, HasItsFolderAloneAndNoWayBackWhereTheSettingsDenyIt) {
   folder_.Write("FLOOD.flow/LEFT.OVER", "of an earlier session");
   Start("deck = \"FLOOD.DATA\"\nway_back = false\n");
   EXPECT_FALSE(std::filesystem::exists(folder_ / "FLOOD.flow" / "LEFT.OVER"));
+  EXPECT_THROW(
+      FlowSimulator(ReadLinkSettings(folder_ / "FLOOD.afi"), "FLOOD", folder_ / "FLOOD.flow"),
+      LinkFault)
+      << "the folder is in use";
   flow_->ContinueUntil(60);
   EXPECT_THROW(flow_->ContinueUntil(20), RequestRefused);
   flow_->ContinueUntil(91);

@@ -1,0 +1,64 @@
+#include "flowlink/result_file.h"
+
+#include <fstream>
+#include <string_view>
+
+namespace gantry::flowlink {
+
+namespace {
+
+constexpr uint32_t kHeaderLength = 16;
+constexpr uint32_t kElementLength = 4;
+constexpr uint32_t kLongElementLength = 8;
+
+uint32_t ReadNumber(std::istream& file) {
+  unsigned char bytes[4] = {};
+  file.read(reinterpret_cast<char*>(bytes), sizeof bytes);
+  return static_cast<uint32_t>(bytes[0]) << 24 | static_cast<uint32_t>(bytes[1]) << 16 |
+         static_cast<uint32_t>(bytes[2]) << 8 | bytes[3];
+}
+
+/// The length of an element by its type; "C" and three digits for a text of that length.
+uint32_t LengthOf(std::string_view type) {
+  if (type == "MESS") return 0;
+  if (type == "DOUB" || type == "CHAR") return kLongElementLength;
+  if (type[0] != 'C') return kElementLength;
+  uint32_t length = 0;
+  for (const char digit : type.substr(1)) length = 10 * length + static_cast<uint32_t>(digit - '0');
+  return length;
+}
+
+}  // namespace
+
+bool ResultFile::IsWhole() {
+  std::ifstream file(path_, std::ios::binary | std::ios::ate);
+  if (!file) return true;
+  const int64_t end = file.tellg();
+  if (end < checked_) checked_ = 0;
+  file.seekg(checked_);
+  while (checked_ < end) {
+    if (!SkipArray(file) || file.tellg() > end) return false;
+    checked_ = file.tellg();
+  }
+  return true;
+}
+
+bool ResultFile::SkipArray(std::istream& file) {
+  if (ReadNumber(file) != kHeaderLength) return false;
+  char name[8];
+  file.read(name, sizeof name);
+  const uint64_t count = ReadNumber(file);
+  char type[4];
+  file.read(type, sizeof type);
+  if (ReadNumber(file) != kHeaderLength || !file) return false;
+  uint64_t left = count * LengthOf({type, sizeof type});
+  while (left > 0) {
+    const uint32_t length = ReadNumber(file);
+    file.seekg(length, std::ios::cur);
+    if (ReadNumber(file) != length || !file || length == 0 || length > left) return false;
+    left -= length;
+  }
+  return true;
+}
+
+}  // namespace gantry::flowlink

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace gantry::flowlink {
+
+/// Where a session of this base, "FOLDER/NAME", keeps flow's files: NAME.flow in the folder of the
+/// host's results (the variable GANTRY_RESULTS), or beside the base where the host names none.
+std::filesystem::path WorkFolderOf(const std::string& base);
+
+/// A folder for one session at a time, empty at its begin. It stays locked as long as the object,
+/// or the process, lives.
+class WorkFolder {
+ public:
+  /// Throws `LinkFault` when the folder can't be made or emptied, or belongs to another session.
+  explicit WorkFolder(std::filesystem::path path);
+  ~WorkFolder();
+  WorkFolder(const WorkFolder&) = delete;
+  WorkFolder& operator=(const WorkFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  void Lock();
+  void Empty() const;
+
+  std::filesystem::path path_;
+  int descriptor_ = -1;
+};
+
+}  // namespace gantry::flowlink
