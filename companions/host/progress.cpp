@@ -85,7 +85,7 @@ void Progress::Notice(const std::string& text) {
 
 void Progress::Warned(const RunWarning& warning) {
   ClearBar();
-  fmt::print(stderr, "fieldrun: warning: {}\n", ToText(warning));
+  std::fputs(fmt::format("fieldrun: warning: {}\n", ToText(warning)).c_str(), stderr);
 }
 
 }  // namespace gantry::fieldrun

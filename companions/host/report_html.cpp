@@ -234,9 +234,10 @@ std::string Report::FieldCharts() const {
 
 std::string Report::WellTable() const {
   std::string html = fmt::format(
-      "<h2>The wells</h2>\n<div class=\"wide\"><table><tr><th>well</th><th class=\"left\">kind</th>"
+      "<h2>The wells</h2>\n<div class=\"wide\"><table><thead><tr><th>well</th><th "
+      "class=\"left\">kind</th>"
       "<th>days open</th><th>oil, {0}</th><th>water, {0}</th><th>gas, {1}</th>"
-      "<th>pressure at the end, {2}</th><th class=\"left\">held by, at the end</th></tr>\n",
+      "<th>pressure at the end, {2}</th><th class=\"left\">held by, at the end</th></tr></thead>\n",
       Unit(kLiquidVolume), Unit(kGasVolume), Unit(kPressure));
   for (size_t i = 0; i < history_.wells.size(); ++i) {
     const WellHistory& well = history_.wells[i];
@@ -256,9 +257,9 @@ std::string Report::WellTable() const {
 std::string Report::GroupTable() const {
   if (history_.groups.empty()) return "";
   std::string html =
-      "<h2>Group limits in force</h2>\n<div class=\"wide\"><table><tr><th>group</th>"
+      "<h2>Group limits in force</h2>\n<div class=\"wide\"><table><thead><tr><th>group</th>"
       "<th class=\"left\">limit on</th><th>steps</th><th>most that the wells would have made</th>"
-      "</tr>\n";
+      "</tr></thead>\n";
   for (const GroupHistory& group : history_.groups) {
     const Quantity quantity = QuantityOf({group.group, group.limit, 0, 0});
     html += fmt::format("<tr><td>{}</td><td class=\"left\">{}</td><td>{}</td><td>{} {}</td></tr>\n",

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/output_file.h"
 #include "host/report_html.h"
 #include "host/result_folder.h"
 #include "host/result_reader.h"
@@ -22,6 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double kNaN = kUnknownRates.oil;
+constexpr const char* kProducer = "P,\"1\"";
 
 // A producer with a quarter of each step down and a water injector, over two steps. Of the second
 // the simulator tells nothing any more.
@@ -33,7 +33,7 @@ class Results : public ::testing::Test {
     case_.tubings[0].depth = 8000;
     case_.tubings[0].diameter = 3;
     case_.wells.resize(2);
-    case_.wells[0].name = "P,1";
+    case_.wells[0].name = kProducer;
     case_.wells[0].downtime = 0.25;
     case_.wells[0].tubing = "pipe";
     case_.wells[1].name = "I1";
@@ -90,11 +90,11 @@ TEST_F(Results, TablesHoldWhatIsToldWhileTheRunGoesOn) {
     const char* row;
   } kRows[] = {
       {"wells.csv",
-       "1,2020-01-01,0,31,\"P,1\",producer,1,tubing,0.75,2000,400,100,0.4,1990,420,80,0.42,"
+       "1,2020-01-01,0,31,\"P,\"\"1\"\"\",producer,1,tubing,0.75,2000,400,100,0.4,1990,420,80,0.42,"
        "9700,1800,9.7,simulator,0.85,0.7,1,00c0ffee"},
       {"wells.csv",
        "2,2020-02-01,31,31,I1,water injector,1,water rate,1,4000,0,500,0,,,,,,,,rates,,,,00c0ffee"},
-      {"inflow.csv", "2,2020-02-01,31,31,\"P,1\",2,1000,800,200,0.8,00c0ffee"},
+      {"inflow.csv", "2,2020-02-01,31,31,\"P,\"\"1\"\"\",2,1000,800,200,0.8,00c0ffee"},
       // For three quarters of the step: 315 of oil, 60 of water.
       {"field.csv",
        "1,2020-01-01,0,31,315,60,0.315,500,0,0.16,1000,9700,1800,9.7,15500,0,1,1,"
@@ -159,10 +159,10 @@ TEST_F(Results, AFolderHoldsTheFilesOfOneRun) {
 
 TEST_F(Results, TotalsAreTheSimulatorsAsFarAsTheyAreSound) {
   std::vector<RunWarning> warnings;
-  std::vector<double> counts{1, 2, 30, 4};  // P,1: oil, water, gas; I1: water
-  const std::vector<PublishedVariable> published{{0, false, "", "P,1", "", 30816},
-                                                 {1, false, "", "P,1", "", 30818},
-                                                 {2, false, "", "P,1", "", 30811},
+  std::vector<double> counts{1, 2, 30, 4};  // the producer's oil, water, gas; the injector's water
+  const std::vector<PublishedVariable> published{{0, false, "", kProducer, "", 30816},
+                                                 {1, false, "", kProducer, "", 30818},
+                                                 {2, false, "", kProducer, "", 30811},
                                                  {3, false, "", "I1", "", 30819}};
   const ReadVariable read = [&](int handle) {
     const double count = counts[static_cast<size_t>(handle)];
@@ -222,15 +222,15 @@ TEST_F(Results, NonsenseIsNamedOnceForEachTopicAndWell) {
     all += warning.topic + ": " + ToText(warning) + "\n";
   EXPECT_EQ(
       all.substr(0, all.find("the simulator's gas")),
-      "inflow: P,1, 2020-01-01: 2 of the 3 points of its inflow hold numbers that no well has\n"
-      "report: P,1, 2020-01-01: the simulator reports no numbers of it; such a step isn't "
+      "inflow: P,\"1\", 2020-01-01: 2 of the 3 points of its inflow hold numbers that no well has\n"
+      "report: P,\"1\", 2020-01-01: the simulator reports no numbers of it; such a step isn't "
       "counted\n"
-      "backflow: P,1, 2020-01-01: the simulator reports a flow the other way\n"
-      "rate: P,1, 2020-01-01: flows 290 STB/d of liquid, where the network has planned 500 "
+      "backflow: P,\"1\", 2020-01-01: the simulator reports a flow the other way\n"
+      "rate: P,\"1\", 2020-01-01: flows 290 STB/d of liquid, where the network has planned 500 "
       "STB/d\n"
-      "pressure: P,1, 2020-01-01: doesn't hold its planned pressure, 2000 psig: the simulator "
+      "pressure: P,\"1\", 2020-01-01: doesn't hold its planned pressure, 2000 psig: the simulator "
       "reports 1000 psig\n"
-      "gas gravity: P,1, 2020-01-01: ");
+      "gas gravity: P,\"1\", 2020-01-01: ");
 }
 
 TEST_F(Results, ReportNeedsNothingBesideItselfAndEscapesItsTexts) {
@@ -272,11 +272,6 @@ TEST(Chart, KeepsTheLabelsOfItsAxesInside) {
   EXPECT_LE(std::stod(last[1]) + 26, 400) << "half of the label's width lies beyond its tick";
   EXPECT_NE(html.find(">1</text>"), std::string::npos);
   EXPECT_EQ(html.find(">1.2</text>"), std::string::npos) << "of a part of 1";
-}
-
-TEST(CsvField, QuotesWhatWouldBreakTheTable) {
-  EXPECT_EQ(CsvField("plain"), "plain");
-  EXPECT_EQ(CsvField("a,b \"x\""), "\"a,b \"\"x\"\"\"");
 }
 
 }  // namespace

@@ -25,26 +25,6 @@ class Example : public ::testing::Test {
     const auto files = fs::directory_iterator(folder_ / "out");
     EXPECT_EQ(std::distance(fs::begin(files), fs::end(files)), 5) << "something is left behind";
   }
-  /// Metric results. An operating point lies between two measured points in pressure.
-  void ExpectWellsOnTheirInflow(size_t wellSteps) const {
-    const Table wells = Read("wells.csv");
-    const Table inflow = Read("inflow.csv");
-    ASSERT_EQ(wells.Rows(), wellSteps);
-    ASSERT_EQ(inflow.Rows(), 10 * wellSteps);
-    for (size_t row = 0; row < wells.Rows(); row += 7) {
-      if (wells.Text(row, "open") != "1") continue;
-      const double pressure = wells.Number(row, "pressure (bara)");
-      double lowest = 1e9;
-      double highest = -1e9;
-      for (size_t point = 10 * row; point < 10 * row + 10; ++point) {
-        ASSERT_EQ(inflow.Text(point, "well"), wells.Text(row, "well"));
-        lowest = std::min(lowest, inflow.Number(point, "pressure (bara)"));
-        highest = std::max(highest, inflow.Number(point, "pressure (bara)"));
-      }
-      EXPECT_GE(pressure, lowest - 1e-3);
-      EXPECT_LE(pressure, highest + 1e-3);
-    }
-  }
   Table Read(const char* file) const { return Table(folder_ / "out" / file); }
 
   gantry::test::TestFolder folder_;
@@ -67,8 +47,8 @@ TEST_F(Example, OdehHoldsThePublishedPlateauForTheFirstYears) {
     EXPECT_NEAR(field.Number(month, "gas-oil ratio (scf/STB)"), 1270, 15) << "month " << month + 1;
     EXPECT_NEAR(field.Number(month, "gas injected (MMscf/d)"), 100, 1e-3);
   }
-  EXPECT_LT(field.Number(119, "oil (STB/d)"), 15000);
-  EXPECT_GT(field.Number(119, "gas-oil ratio (scf/STB)"), 5000);
+  EXPECT_NEAR(field.Number(119, "gas-oil ratio (scf/STB)"), 11259, 100) << "as in docs/odeh.md";
+  EXPECT_NEAR(field.Number(119, "total oil (STB)"), 62.4e6, 0.2e6) << "as in docs/odeh.md";
 }
 
 TEST_F(Example, FiveSpotFloodsWithinTheLimitsOfItsGroups) {
@@ -85,7 +65,6 @@ TEST_F(Example, FiveSpotFloodsWithinTheLimitsOfItsGroups) {
   EXPECT_LT(field.Number(0, "water cut"), 0.01);
   EXPECT_GT(field.Number(119, "water cut"), 0.6);
   EXPECT_GT(field.Number(119, "total oil (Sm3)"), 1e6);
-  ExpectWellsOnTheirInflow(600);
 }
 
 TEST_F(Example, GasCyclingSendsItsGasAndMakesLeanerGas) {
