@@ -1,7 +1,6 @@
 #include "flowlink/deck_composer.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 
 #include "flowlink/deck_keywords.h"
@@ -14,51 +13,12 @@ namespace {
 constexpr double kSameTimeDays = 1e-4;
 constexpr double kDay = 86400.0;  // seconds
 
-struct Refusal {
-  std::string_view keyword;
-  std::string_view reason;
-};
-constexpr Refusal kRefused[] = {
-    {"LAB", "its units have no place in the protocol"},
-    {"PATHS", "paths must stand in full"},
-    {"RESTART", "the run must begin at its start"},
-    {"COMPS", "only black-oil decks can be driven"},
-    {"ACTIONX", "it changes wells that the host controls"},
-    {"GCONPROD", "group limits are the host's"},
-    {"GCONINJE", "group limits are the host's"},
-    {"BRANPROP", "the network is the host's"},
-    {"NODEPROP", "the network is the host's"},
-    {"GRUPNET", "the network is the host's"},
-    {"GRUPTREE", "the network is the host's"},
-};
-
-void RefuseForeign(const DeckKeyword& keyword) {
-  for (const Refusal& refusal : kRefused) {
-    if (keyword.name != refusal.keyword) continue;
-    throw LinkFault(keyword.place + ": " + keyword.name +
-                    " can't be taken over: " + std::string(refusal.reason));
-  }
-}
-
-double NumberOf(const DeckKeyword& keyword, const std::string& item) {
-  double number = 0.0;
-  const char* end = item.data() + item.size();
-  const auto read = std::from_chars(item.data(), end, number);
-  if (read.ec == std::errc() && read.ptr == end) return number;
-  throw LinkFault(keyword.place + ": " + keyword.name + " holds '" + item + "' for a number");
-}
-
 DeckTime DateIn(const DeckKeyword& keyword, const DeckRecord& record) {
   try {
     return ReadDeckDate(record);
   } catch (const LinkFault& fault) {
-    throw LinkFault(keyword.place + ": " + keyword.name + ": " + fault.what());
+    throw LinkFault(keyword.place.Text() + ": " + keyword.name + ": " + fault.what());
   }
-}
-
-void Append(const DeckKeyword& keyword, std::string& text) {
-  text += keyword.name + "\n";
-  for (const std::string& line : keyword.lines) text += line + "\n";
 }
 
 /// flow counts whole seconds, and a restart finds its time only to the second.
@@ -67,11 +27,23 @@ std::string StepTo(DeckTime start, double days) {
          " /\n/\n";
 }
 
+/// Keywords of the adapter's own as if the deck had them.
+DeckKeyword OwnKeyword(const std::string& name, const std::string& line) {
+  return {name, name, {}, {{0, line}}};
+}
+
 /// What the deck orders at one time of its schedule.
 struct Block {
   double days;
-  std::string text;
+  std::vector<DeckKeyword> keywords;
 };
+
+bool EnablesTuning(const std::vector<std::string>& options) {
+  const auto isIt = [](const std::string& option) {
+    return option == "--enable-tuning=true" || option == "--enable-tuning";
+  };
+  return std::ranges::any_of(options, isIt);
+}
 
 class Composer {
  public:
@@ -79,42 +51,66 @@ class Composer {
            const std::vector<std::string>& vectors, const std::optional<RestartPoint>& restart)
       : settings_(settings), script_(script), vectors_(vectors), restart_(restart) {}
 
-  ComposedDeck Compose() {
+  /// Takes in the deck; everything found so far stands in `findings` even when this throws.
+  void Read() {
+    using namespace std::chrono;
     composed_.units = "METRIC";
+    composed_.start = sys_days(year(1983) / 1 / 1);
     OrderRestartFiles();
-    for (const DeckKeyword& keyword : ReadDeckKeywords(settings_.deck)) {
-      if (keyword.name == "END") break;
-      RefuseForeign(keyword);
-      isInSchedule_ ? TakeScheduled(keyword) : TakeStatic(keyword);
+    for (DeckKeyword& keyword : ReadDeckKeywords(settings_.deck)) {
+      section_ = SectionAt(keyword, section_);
+      const auto found = Judge(keyword, section_, {settings_.leavesGroupsToDeck});
+      findings.insert(findings.end(), found.begin(), found.end());
+      section_ == DeckSection::kSchedule ? TakeScheduled(std::move(keyword)) : TakeStatic(keyword);
     }
     Check();
+  }
+
+  ComposedDeck Compose() {
+    Read();
+    RefuseWhatCantBeCoupled();
+    composed_.warnings = findings;
     WriteSchedule();
     return std::move(composed_);
   }
 
+  std::vector<DeckFinding> findings;
+
  private:
+  void RefuseWhatCantBeCoupled() const {
+    const auto refusal = std::ranges::find(findings, true, &DeckFinding::isRefusal);
+    if (refusal == findings.end()) return;
+    const auto others = std::ranges::count(findings, true, &DeckFinding::isRefusal) - 1;
+    throw LinkFault(
+        refusal->Text() +
+        (others == 0 ? "" : " (and " + std::to_string(others) + " more: flowlink --check)"));
+  }
+
   void TakeStatic(const DeckKeyword& keyword) {
-    if (keyword.name == "SCHEDULE") {
-      isInSchedule_ = true;
-      return;
-    }
-    if (keyword.name == "FIELD") composed_.units = keyword.name;
+    const bool isInRunspec = section_ == DeckSection::kRunspec;
+    if (isInRunspec && keyword.name == "FIELD") composed_.units = keyword.name;
+    if (isInRunspec && keyword.name == "START") TakeStart(keyword);
+    if (isInRunspec) TakeFluid(keyword.name);
     if (keyword.name == "SUMMARY") hasSummary_ = true;
-    if (keyword.name == "START") TakeStart(keyword);
     if (keyword.name == "DENSITY") TakeDensity(keyword);
-    Append(keyword, composed_.text);
+    composed_.text.Append(keyword);
     if (!restart_) return;
-    if (keyword.name == "UNIFOUT") composed_.text += "UNIFIN\n";
+    if (keyword.name == "UNIFOUT") composed_.text.Append("UNIFIN\n");
     if (keyword.name == "SOLUTION") {
-      composed_.text +=
-          "RESTART\n'" + restart_->caseName + "' " + std::to_string(restart_->report) + " /\n";
+      composed_.text.Append("RESTART\n'" + restart_->caseName + "' " +
+                            std::to_string(restart_->report) + " /\n");
     }
+  }
+
+  void TakeFluid(const std::string& name) {
+    if (name == "OIL") composed_.fluids.hasOil = true;
+    if (name == "WATER") composed_.fluids.hasWater = true;
+    if (name == "GAS") composed_.fluids.hasGas = true;
   }
 
   void TakeStart(const DeckKeyword& keyword) {
     const auto records = RecordsOf(keyword);
     composed_.start = DateIn(keyword, records.empty() ? DeckRecord() : records.front());
-    hasStart_ = true;
   }
 
   void TakeDensity(const DeckKeyword& keyword) {
@@ -124,27 +120,34 @@ class Composer {
                                  &composed_.gasDensity};
     for (size_t i = 0; i < 3; ++i) {
       const std::string& item = records.front()[i];
-      if (!item.empty()) *densities[i] = NumberOf(keyword, item);
+      if (!item.empty()) *densities[i] = DeckNumber(keyword, item);
     }
   }
 
-  void TakeScheduled(const DeckKeyword& keyword) {
+  void TakeScheduled(DeckKeyword keyword) {
+    if (keyword.name == "SCHEDULE") return;
     if (keyword.name == "TSTEP") return TakeSteps(keyword);
     if (keyword.name == "DATES") return TakeDates(keyword);
-    if (keyword.name == "WCONINJE" || keyword.name == "WCONINJH") TakeInjectors(keyword);
-    Append(keyword, blocks_.back().text);
-    if (keyword.name == "RPTRST" || keyword.name == "RPTSCHED") OrderRestartFiles();
+    const bool isTuning = keyword.name == "TUNING" || keyword.name == "NEXTSTEP";
+    if (isTuning && !EnablesTuning(settings_.options)) return;
+    const bool orderedFiles = keyword.name == "RPTRST" || keyword.name == "RPTSCHED";
+    for (WellOrder& order : OrdersOf(keyword, blocks_.back().days)) {
+      composed_.wellOrders.push_back(std::move(order));
+    }
+    blocks_.back().keywords.push_back(std::move(keyword));
+    if (orderedFiles) OrderRestartFiles();
   }
 
   /// One for each report step, whatever the deck says.
   void OrderRestartFiles() {
-    if (settings_.keepsWayBack) blocks_.back().text += "RPTRST\nBASIC=2 /\n";
+    if (!settings_.keepsWayBack) return;
+    blocks_.back().keywords.push_back(OwnKeyword("RPTRST", "BASIC=2 /"));
   }
 
   void TakeSteps(const DeckKeyword& keyword) {
     for (const DeckRecord& record : RecordsOf(keyword)) {
       for (const std::string& item : record) {
-        GoTo(keyword, blocks_.back().days + NumberOf(keyword, item));
+        GoTo(keyword, blocks_.back().days + DeckNumber(keyword, item));
       }
     }
   }
@@ -159,60 +162,47 @@ class Composer {
 
   void GoTo(const DeckKeyword& keyword, double days) {
     if (!(days > blocks_.back().days)) {
-      throw LinkFault(keyword.place + ": " + keyword.name + " doesn't go on in time");
+      throw LinkFault(keyword.place.Text() + ": " + keyword.name + " doesn't go on in time");
     }
-    blocks_.push_back({days, ""});
-  }
-
-  void TakeInjectors(const DeckKeyword& keyword) {
-    for (const DeckRecord& record : RecordsOf(keyword)) {
-      if (record.size() >= 2) composed_.injected.emplace_back(record[0], record[1]);
-    }
+    blocks_.push_back({days, {}});
   }
 
   void Check() const {
     const std::string deck = settings_.deck.string();
-    if (!hasStart_) throw LinkFault(deck + " has no START");
-    if (!isInSchedule_) throw LinkFault(deck + " has no SCHEDULE section");
+    if (section_ != DeckSection::kSchedule) throw LinkFault(deck + " has no SCHEDULE section");
     if (blocks_.size() < 2) throw LinkFault(deck + " has no TSTEP and no DATES: nothing to run");
   }
 
   void WriteSchedule() {
-    std::string& text = composed_.text;
-    if (!hasSummary_) text += "SUMMARY\n";
-    for (const std::string& vector : vectors_) text += vector + "\n/\n";
-    text += restart_ ? "SCHEDULE\nSKIPREST\n" : "SCHEDULE\n";
-    text += blocks_.front().text;
+    DeckText& text = composed_.text;
+    if (!hasSummary_) text.Append("SUMMARY\n");
+    for (const std::string& vector : vectors_) text.Append(vector + "\n/\n");
+    text.Append(restart_ ? "SCHEDULE\nSKIPREST\n" : "SCHEDULE\n");
+    for (const DeckKeyword& keyword : blocks_.front().keywords) text.Append(keyword);
     const double begin = restart_ ? restart_->days : 0.0;
     const std::vector<double> times = ReportTimes();
     const auto next = std::ranges::upper_bound(times, begin + kSameTimeDays);
     for (auto time = times.begin(); time != next; ++time) WriteStepTo(*time);
-    text += "PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n";
+    text.Append("PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n");
     composed_.ends = {begin + kFirstStepDays};
     composed_.ends.insert(composed_.ends.end(), next, times.end());
     for (const double end : composed_.ends) WriteStepTo(end);
-    text += "END\n";
+    text.Append("END\n");
   }
 
   /// The step and what the deck orders at its end.
   void WriteStepTo(double end) {
-    composed_.text += StepTo(composed_.start, end);
+    composed_.text.Append(StepTo(composed_.start, end));
     const auto block = std::ranges::find(blocks_, end, &Block::days);
-    if (block == blocks_.end() || block->text.empty()) return;
-    composed_.text += block->text;
+    if (block == blocks_.end() || block->keywords.empty()) return;
+    for (const DeckKeyword& keyword : block->keywords) composed_.text.Append(keyword);
     composed_.orders.push_back(end);
   }
 
-  /// The times of the deck, and those of the grid that don't stand at one of them already.
   std::vector<double> ReportTimes() const {
     std::vector<double> times;
     for (const Block& block : blocks_) times.push_back(block.days);
-    const std::vector<double> ofDeck = times;
-    for (const double time : GridTimes(settings_.grid, composed_.start, times.back())) {
-      const auto next = std::ranges::lower_bound(ofDeck, time - kSameTimeDays);
-      if (next == ofDeck.end() || *next > time + kSameTimeDays) times.push_back(time);
-    }
-    std::ranges::sort(times);
+    times = MergeTimes(settings_.grid, composed_.start, times);
     times.erase(times.begin());
     return times;
   }
@@ -222,18 +212,59 @@ class Composer {
   const std::vector<std::string>& vectors_;
   const std::optional<RestartPoint>& restart_;
   ComposedDeck composed_;
-  std::vector<Block> blocks_ = {{0.0, ""}};
-  bool isInSchedule_ = false;
+  std::vector<Block> blocks_ = {{0.0, {}}};
+  DeckSection section_ = DeckSection::kRunspec;
   bool hasSummary_ = false;
-  bool hasStart_ = false;
 };
 
 }  // namespace
+
+void DeckText::Append(const std::string& lines) {
+  size_t begin = 0;
+  for (size_t end = lines.find('\n'); end != std::string::npos; end = lines.find('\n', begin)) {
+    Append(lines.substr(begin, end - begin), {});
+    begin = end + 1;
+  }
+}
+
+void DeckText::Append(const DeckKeyword& keyword) {
+  Append(keyword.head, keyword.place);
+  for (const DeckLine& line : keyword.lines) Append(line.text, {keyword.place.file, line.number});
+}
+
+void DeckText::Append(const std::string& line, const DeckPlace& place) {
+  text_ += line + "\n";
+  ++lines_;
+  if (!stretches_.empty()) {
+    const Stretch& last = stretches_.back();
+    const bool goesOn = last.place.line + (lines_ - last.firstLine) == place.line;
+    if (last.place.file == place.file && (goesOn || place.file.empty())) return;
+  }
+  stretches_.push_back({lines_, place});
+}
+
+std::optional<DeckPlace> DeckText::PlaceOf(size_t line) const {
+  const auto next = std::ranges::upper_bound(stretches_, line, {}, &Stretch::firstLine);
+  if (next == stretches_.begin() || line > lines_) return std::nullopt;
+  const Stretch& stretch = *(next - 1);
+  if (stretch.place.file.empty()) return std::nullopt;
+  return DeckPlace{stretch.place.file, stretch.place.line + (line - stretch.firstLine)};
+}
 
 ComposedDeck ComposeDeck(const LinkSettings& settings, const std::string& script,
                          const std::vector<std::string>& summaryVectors,
                          const std::optional<RestartPoint>& restart) {
   return Composer(settings, script, summaryVectors, restart).Compose();
+}
+
+std::vector<DeckFinding> CheckDeck(const LinkSettings& settings) {
+  Composer composer(settings, "", {}, std::nullopt);
+  try {
+    composer.Read();
+  } catch (const LinkFault& fault) {
+    composer.findings.push_back({{}, fault.what(), true});
+  }
+  return std::move(composer.findings);
 }
 
 }  // namespace gantry::flowlink

@@ -37,113 +37,193 @@ size_t FindUnquoted(std::string_view text, std::string_view mark) {
   return std::string_view::npos;
 }
 
-bool LooksLikeKeyword(std::string_view line) {
-  if (line.empty() || line.size() > kLongestKeyword) return false;
-  if (std::isupper(static_cast<unsigned char>(line[0])) == 0) return false;
-  return std::ranges::all_of(line, [](char letter) {
-    const auto code = static_cast<unsigned char>(letter);
-    return std::isupper(code) != 0 || std::isdigit(code) != 0 || letter == '_' || letter == '-' ||
-           letter == '+';
-  });
+/// Keywords that the adapter acts on. flow takes what stands behind a keyword on its line for a
+/// remark; so does the adapter for these, while for any other it can't be told from data.
+constexpr std::string_view kActedOn[] = {
+    "RUNSPEC", "GRID",   "EDIT",    "PROPS",    "REGIONS",  "SOLUTION", "SUMMARY",  "SCHEDULE",
+    "TITLE",   "START",  "FIELD",   "METRIC",   "LAB",      "DENSITY",  "INCLUDE",  "PATHS",
+    "DATES",   "TSTEP",  "END",     "ENDINC",   "TUNING",   "NEXTSTEP", "RPTRST",   "RPTSCHED",
+    "UNIFOUT", "UNIFIN", "RESTART", "WCONPROD", "WCONINJE", "WCONHIST", "WCONINJH", "WELTARG",
+    "WELOPEN", "WEFAC",  "WECON",   "GCONPROD", "GCONINJE", "GRUPTREE", "GRUPNET"};
+
+bool IsNameLetter(char letter) {
+  return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '_' || letter == '-' ||
+         letter == '+';
+}
+
+/// The keyword that a line begins with, in capitals; empty for data.
+std::string KeywordOf(std::string_view line) {
+  const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
+  if (word.empty() || word.size() > kLongestKeyword) return {};
+  if (std::isalpha(static_cast<unsigned char>(word[0])) == 0) return {};
+  if (!std::ranges::all_of(word, IsNameLetter)) return {};
+  std::string name = InCapitals(std::string(word));
+  const bool isAlone = word.size() == line.size();
+  return isAlone || std::ranges::find(kActedOn, name) != std::end(kActedOn) ? name : "";
 }
 
 class DeckReader {
  public:
-  void ReadFile(const std::filesystem::path& file, int depth) {
+  explicit DeckReader(std::filesystem::path root) : root_(std::move(root)) {}
+
+  void ReadFile(const std::filesystem::path& file, const std::string& includedAt, int depth) {
     std::ifstream in(file);
-    if (!in) throw LinkFault("the deck's file " + file.string() + " can't be read");
-    if (depth > kDeepestInclude) throw LinkFault(file.string() + " includes itself");
-    size_t number = 0;
-    for (std::string line; std::getline(in, line);) {
-      ++number;
+    if (!in || std::filesystem::is_directory(file)) {
+      throw LinkFault(includedAt + "the deck's file " + file.string() + " can't be read");
+    }
+    if (depth > kDeepestInclude) throw LinkFault(includedAt + file.string() + " includes itself");
+    place_ = {file.string(), 0};
+    for (std::string line; !isOver_ && std::getline(in, line);) {
+      ++place_.line;
       const std::string text(Trim(std::string_view(line).substr(0, FindUnquoted(line, "--"))));
-      if (!text.empty()) Take(text, file, number, depth);
+      if (KeywordOf(text) == "ENDINC" && !isInRecord_) return;
+      if (text.empty()) {
+        TakeEmptyLine(line);
+      } else {
+        Take(text, depth);
+      }
     }
   }
 
   std::vector<DeckKeyword> keywords;
 
  private:
-  void Take(const std::string& text, const std::filesystem::path& file, size_t number, int depth) {
-    const bool isTitle = !keywords.empty() && keywords.back().name == "TITLE";
-    if (isTitle && keywords.back().lines.empty()) {
-      keywords.back().lines.push_back(text);
-    } else if (!isInRecord_ && LooksLikeKeyword(text)) {
-      keywords.push_back({text, file.string() + ":" + std::to_string(number), {}});
+  /// A title may be missing; the line below TITLE is empty then.
+  void TakeEmptyLine(std::string_view line) {
+    if (AwaitsTitle() && Trim(line).empty()) keywords.back().lines.push_back({place_.line, ""});
+  }
+
+  bool IsInTitle() const { return !keywords.empty() && keywords.back().name == "TITLE"; }
+  bool AwaitsTitle() const { return IsInTitle() && keywords.back().lines.empty(); }
+
+  void Take(const std::string& text, int depth) {
+    const std::string name = isInRecord_ || AwaitsTitle() ? "" : KeywordOf(text);
+    if (name == "END") {
+      isOver_ = true;
+    } else if (!name.empty()) {
+      keywords.push_back({name, text, place_, {}});
     } else {
-      TakeData(text, file, depth);
+      TakeData(text, depth);
     }
   }
 
-  void TakeData(const std::string& text, const std::filesystem::path& file, int depth) {
-    if (keywords.empty()) throw LinkFault(file.string() + " doesn't begin with a keyword");
-    keywords.back().lines.push_back(text);
+  void TakeData(const std::string& text, int depth) {
+    if (keywords.empty()) {
+      throw LinkFault(place_.Text() + ": the deck doesn't begin with a keyword");
+    }
+    DeckKeyword& keyword = keywords.back();
+    if (IsInTitle()) {
+      if (keyword.lines.empty()) keyword.lines.push_back({place_.line, text});
+      return;
+    }
+    keyword.lines.push_back({place_.line, text});
     isInRecord_ = FindUnquoted(text, "/") == std::string::npos;
-    // An unquoted path of an INCLUDE may hold slashes: it ends with the line's last one.
-    if (keywords.back().name != "INCLUDE") return;
-    isInRecord_ = text.back() != '/';
-    if (!isInRecord_) Include(file.parent_path(), depth);
+    if (keyword.name == "PATHS" && !isInRecord_) TakePath(text);
+    if (keyword.name == "INCLUDE") TakeInclude(text, depth);
   }
 
-  void Include(const std::filesystem::path& folder, int depth) {
-    std::string path;
-    for (const std::string& line : keywords.back().lines) path += line;
-    path = Trim(std::string_view(path).substr(0, path.size() - 1));
-    std::erase_if(path, [](char letter) { return letter == '\'' || letter == '"'; });
-    const std::string place = keywords.back().place;
-    keywords.pop_back();
-    if (path.empty() || path.find('$') != std::string::npos) {
-      throw LinkFault(place + ": an INCLUDE needs a plain path, not '" + path + "'");
+  /// An unquoted path may hold slashes: it ends with one behind a blank, or at the line's end.
+  static size_t EndOfPath(std::string_view text) {
+    const size_t end = text.find(" /");
+    if (end != std::string::npos) return end;
+    return text.ends_with('/') ? text.size() - 1 : std::string::npos;
+  }
+
+  void TakeInclude(const std::string& text, int depth) {
+    const bool isQuoted = text[0] == '\'' || text[0] == '"';
+    if (!isQuoted) isInRecord_ = EndOfPath(text) == std::string::npos;
+    if (!isInRecord_) Include(depth);
+  }
+
+  void TakePath(const std::string& line) {
+    const DeckKeyword alone{"PATHS", "", place_, {{place_.line, line}}};
+    for (const DeckRecord& record : RecordsOf(alone)) {
+      if (record.size() >= 2) paths_.emplace_back("$" + record[0], record[1]);
     }
-    ReadFile(folder / path, depth + 1);
   }
 
+  void Include(int depth) {
+    std::string path;
+    for (const DeckLine& line : keywords.back().lines) path += line.text;
+    const DeckPlace place = keywords.back().place;
+    keywords.pop_back();
+    path = Plain(PathIn(path));
+    if (path.empty() || path.find('$') != std::string::npos) {
+      throw LinkFault(place.Text() + ": an INCLUDE needs a path, not '" + path + "'");
+    }
+    const DeckPlace here = place_;
+    ReadFile(root_ / path, place.Text() + ": ", depth + 1);
+    place_ = here;
+  }
+
+  static std::string PathIn(const std::string& text) {
+    if (text[0] == '\'' || text[0] == '"') return text.substr(1, text.find(text[0], 1) - 1);
+    return std::string(Trim(std::string_view(text).substr(0, EndOfPath(text))));
+  }
+
+  std::string Plain(std::string path) const {
+    for (const auto& [name, folder] : paths_) {
+      const size_t at = path.find(name);
+      if (at != std::string::npos) path.replace(at, name.size(), folder);
+    }
+    std::ranges::replace(path, '\\', '/');
+    return path;
+  }
+
+  std::filesystem::path root_;
+  std::vector<std::pair<std::string, std::string>> paths_;
+  DeckPlace place_;
   bool isInRecord_ = false;
+  bool isOver_ = false;
 };
 
-/// "N*ITEM" as N and ITEM.
-void AppendItem(std::string_view token, DeckRecord& record) {
+/// "N*ITEM" as N and ITEM. False when N is out of reason.
+bool AppendItem(std::string_view token, DeckRecord& record) {
   size_t count = 0;
   const auto read = std::from_chars(token.data(), token.data() + token.size(), count);
   const size_t digits = static_cast<size_t>(read.ptr - token.data());
   if (read.ec != std::errc() || digits == token.size() || token[digits] != '*') {
     record.emplace_back(token);
-    return;
+    return true;
   }
-  if (count > kMostRepeats)
-    throw LinkFault("a deck can't repeat an item as '" + std::string(token));
+  if (count > kMostRepeats) return false;
   record.insert(record.end(), count, std::string(token.substr(digits + 1)));
+  return true;
 }
 
 /// Takes the first item off a line.
-void TakeItem(std::string_view& rest, DeckRecord& record) {
+bool TakeItem(std::string_view& rest, DeckRecord& record) {
   const bool isQuoted = rest[0] == '\'' || rest[0] == '"';
   if (!isQuoted) {
     const size_t end = std::min(rest.find_first_of(" \t\r/"), rest.size());
-    AppendItem(rest.substr(0, end), record);
+    const std::string_view token = rest.substr(0, end);
     rest.remove_prefix(end);
-    return;
+    return AppendItem(token, record);
   }
   const size_t end = std::min(rest.find(rest[0], 1), rest.size());
   record.emplace_back(rest.substr(1, end - 1));
   rest.remove_prefix(std::min(end + 1, rest.size()));
+  return true;
 }
 
 }  // namespace
 
 std::vector<DeckKeyword> ReadDeckKeywords(const std::filesystem::path& deck) {
-  DeckReader reader;
-  reader.ReadFile(deck, 0);
+  DeckReader reader(deck.parent_path());
+  reader.ReadFile(deck, "", 0);
   return std::move(reader.keywords);
 }
 
 std::vector<DeckRecord> RecordsOf(const DeckKeyword& keyword) {
   std::vector<DeckRecord> records;
   DeckRecord record;
-  for (const std::string& line : keyword.lines) {
-    std::string_view rest = Trim(line);
+  for (const DeckLine& line : keyword.lines) {
+    std::string_view rest = Trim(line.text);
     while (!rest.empty() && rest[0] != '/') {
-      TakeItem(rest, record);
+      if (!TakeItem(rest, record)) {
+        throw LinkFault(keyword.place.file + ":" + std::to_string(line.number) +
+                        ": a deck can't repeat an item so often");
+      }
       rest = Trim(rest);
     }
     if (rest.empty()) continue;
@@ -151,6 +231,29 @@ std::vector<DeckRecord> RecordsOf(const DeckKeyword& keyword) {
     record.clear();
   }
   return records;
+}
+
+double DeckNumber(const DeckKeyword& keyword, const std::string& item) {
+  std::string text = item.starts_with('+') ? item.substr(1) : item;
+  std::ranges::replace_if(
+      text, [](char letter) { return letter == 'D' || letter == 'd'; }, 'E');
+  double number = 0.0;
+  const char* end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, number);
+  if (read.ec == std::errc() && read.ptr == end) return number;
+  throw LinkFault(keyword.place.Text() + ": " + keyword.name + " holds '" + item +
+                  "' for a number");
+}
+
+std::string ItemAt(const DeckRecord& record, size_t column) {
+  return column < record.size() ? record[column] : "";
+}
+
+std::string InCapitals(std::string text) {
+  std::ranges::transform(text, text.begin(), [](unsigned char letter) {
+    return static_cast<char>(std::toupper(letter));
+  });
+  return text;
 }
 
 }  // namespace gantry::flowlink

@@ -27,6 +27,7 @@ enum Vector : size_t {
   kInjectedGasTotal,
   kInjectedOilTotal,
   kInjectedReservoirTotal,
+  kStatus,
   kVectorCount
 };
 using Values = std::vector<double>;
@@ -78,9 +79,9 @@ double Share(double difference, double whole) {
 }  // namespace
 
 const std::vector<std::string>& SummaryVectors() {
-  static const std::vector<std::string> kVectors = {"WOPR", "WGPR", "WWPR", "WVPR", "WWIR", "WGIR",
-                                                    "WOIR", "WVIR", "WBHP", "WTHP", "WOPT", "WGPT",
-                                                    "WWPT", "WVPT", "WWIT", "WGIT", "WOIT", "WVIT"};
+  static const std::vector<std::string> kVectors = {
+      "WOPR", "WGPR", "WWPR", "WVPR", "WWIR", "WGIR", "WOIR", "WVIR", "WBHP", "WTHP",
+      "WOPT", "WGPT", "WWPT", "WVPT", "WWIT", "WGIT", "WOIT", "WVIT", "WSTAT"};
   return kVectors;
 }
 
@@ -89,6 +90,11 @@ std::optional<size_t> FindFlowItem(std::string_view item) {
     if (kItems[i].name == item) return i;
   }
   return std::nullopt;
+}
+
+bool IsShutInFlow(const std::vector<double>& vectors) {
+  constexpr double kShut = 3.0;
+  return vectors[kStatus] == kShut;
 }
 
 double FlowItemValue(size_t handle, const std::vector<double>& vectors) {

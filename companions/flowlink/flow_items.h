@@ -25,4 +25,7 @@ void CopyTotals(const std::vector<double>& from, std::vector<double>& to);
 /// From the values of the summary vectors, in flow's unit system.
 double FlowItemValue(size_t handle, const std::vector<double>& vectors);
 
+/// Whether flow has the well shut, for whatever reason.
+bool IsShutInFlow(const std::vector<double>& vectors);
+
 }  // namespace gantry::flowlink

@@ -21,13 +21,9 @@ WellValues ValuesOf(const json& found, const Names& wells, size_t count) {
   return values;
 }
 
-DeckWell WellOf(const json& found) {
-  DeckWell well;
-  well.isDrilled = true;
-  well.isProducer = found.at("producer").get<bool>();
-  well.status = found.at("status").get<std::string>();
-  well.limits = found.at("limits").get<std::map<std::string, double>>();
-  return well;
+DeckChange::Well WellOf(const json& found) {
+  return {found.at("producer").get<bool>(), found.at("status").get<std::string>(),
+          found.at("limits").get<std::map<std::string, double>>()};
 }
 
 std::vector<DeckChange> ChangesOf(const json& found, const Names& wells) {

@@ -59,7 +59,7 @@ void FlowRun::CheckResults(std::span<ResultFile> files) const {
 
 FlowProcess FlowRun::Start(const LinkSettings& settings, const std::filesystem::path& folder) {
   WriteFile(folder / kScriptName, kLinkScript);
-  WriteFile(folder / (name_ + ".DATA"), deck_.text);
+  WriteFile(folder / (name_ + ".DATA"), deck_.text.Text());
   std::vector<std::string> arguments = {settings.program};
   arguments.insert(arguments.end(), kNeededOptions.begin(), kNeededOptions.end());
   arguments.insert(arguments.end(), settings.options.begin(), settings.options.end());

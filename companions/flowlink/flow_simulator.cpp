@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 
 #include "flowlink/flow_items.h"
 #include "flowlink/link_fault.h"
@@ -29,14 +30,28 @@ constexpr const char* kShut = "SURFACE_SHUTIN";
 constexpr std::array<std::string_view, 5> kStatuses = {
     "OPEN", kShut, "ALL_COMPLETIONS_SHUTIN", "SURFACE_ABANDONED", "ALL_COMPLETIONS_ABANDONED"};
 
-/// Whether a name of the deck means the well: itself, or a pattern with a star at its end.
-bool Names(const std::string& pattern, const std::string& well) {
-  if (!pattern.ends_with('*')) return pattern == well;
-  return well.starts_with(pattern.substr(0, pattern.size() - 1));
-}
-
 std::array<int32_t, 6> DateAfter(DeckTime start, double days) {
   return DateOf(start + std::chrono::seconds(std::llround(days * 86400.0)));
+}
+
+/// What tells a user that an order of the deck gives way to the host.
+std::string OverrideText(const WellOrder& order, DeckTime start, const std::string& wells,
+                         const Strings& kept) {
+  const auto [year, month, day, hour, minute, second] = DateAfter(start, order.days);
+  char date[32];
+  std::snprintf(date, sizeof date, "%04d-%02d-%02d", year, month, day);
+  std::string text = order.place.Text() + ": " + order.keyword + " of " + date +
+                     " gives way to the host's limits for " + wells;
+  if (order.isWhole && !kept.empty()) {
+    text += "; kept:";
+    for (const std::string& limit : kept) text += " " + limit;
+  }
+  const bool keepsTubing = std::ranges::find(kept, "tubing_head_pressure") != kept.end();
+  if (!order.liftTable.empty() && !keepsTubing) {
+    text +=
+        "; the tubing is the host's, its lift table doesn't count (keep \"tubing_head_pressure\")";
+  }
+  return text;
 }
 
 void RequireNumber(double value, std::string_view what, const std::string& well) {
@@ -55,8 +70,11 @@ FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
       answers_(notes_, settings_.solvesAllRungs) {
   run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), caseName_, std::nullopt);
   wellNames_ = run_->Link().Wells();
-  deckWells_ = DeckWells(run_->Link().DeckChanges(), wellNames_.size());
+  deckWells_ = DeckWells(wellNames_, run_->Link().DeckChanges(), run_->Deck().wellOrders);
   controls_.resize(wellNames_.size());
+  shutByFlow_.resize(wellNames_.size());
+  isTold_.resize(wellNames_.size());
+  for (const DeckFinding& warning : run_->Deck().warnings) notes_.Add(warning.Text());
   TakeStop("");
   Describe();
 }
@@ -112,22 +130,19 @@ std::string FlowSimulator::WellText(size_t well, size_t item) {
 }
 
 std::string_view FlowSimulator::StatusOf(size_t well) const {
+  if (IsLeftShut(well)) return "ALL_COMPLETIONS_SHUTIN";
   if (!controls_[well].status.empty()) return controls_[well].status;
   const DeckWell& deck = deckWells_[well];
   if (!deck.isDrilled || deck.status == "SHUT") return "ALL_COMPLETIONS_SHUTIN";
   return deck.status == "STOP" ? kShut : "OPEN";
 }
 
-WellKind FlowSimulator::KindOf(size_t well) const {
-  const std::string& name = WellNames()[well];
+/// What the deck or flow has shut the host can't open, unless the settings let it.
+bool FlowSimulator::IsLeftShut(size_t well) const {
+  if (shutByFlow_[well]) return true;
   const DeckWell& deck = deckWells_[well];
-  const auto means = [&](const auto& injected) { return Names(injected.first, name); };
-  const auto& injected = run_->Deck().injected;
-  const auto found = std::ranges::find_if(injected, means);
-  const bool isInjector = deck.isDrilled ? !deck.isProducer : found != injected.end();
-  if (!isInjector) return WellKind::kProducer;
-  const bool isGas = found != injected.end() && found->second == "GAS";
-  return isGas ? WellKind::kGasInjector : WellKind::kWaterInjector;
+  const bool isShut = deck.status == "SHUT" || deck.status == "STOP" || deck.isHeldAtNothing;
+  return isShut && !settings_.opensShutWells;
 }
 
 const WellValues& FlowSimulator::Values() {
@@ -145,9 +160,11 @@ std::string FlowSimulator::ControlKeywords(const std::vector<HostControls>& cont
   std::string keywords;
   for (size_t well = 0; well < controls.size(); ++well) {
     const HostControls& host = controls[well];
-    if (!deckWells_[well].isDrilled) continue;
+    if (!deckWells_[well].isDrilled || IsLeftShut(well)) continue;
     if (host.constraints.empty() && host.status.empty()) continue;
-    keywords += write(wellNames_[well], KindOf(well), host, DeckLimits(well, host));
+    HostControls inFluids = host;
+    inFluids.constraints = InFluids(host.constraints, run_->Deck().fluids);
+    keywords += write(wellNames_[well], KindOf(well), inFluids, DeckLimits(well, host));
   }
   return keywords;
 }
@@ -185,11 +202,9 @@ std::string FlowSimulator::UptimeKeywords() const {
 }
 
 /// All of them as long as the host has set none; later those that are kept beside the host's.
-std::vector<WellConstraint> FlowSimulator::DeckLimits(size_t well, const HostControls& host) const {
-  static const Strings kAll = {"bottom_hole_pressure", "oil_rate",      "water_rate", "gas_rate",
-                               "liquid_rate",          "reservoir_rate"};
-  const bool isHeldByHost = !host.constraints.empty();
-  return KeptLimits(deckWells_[well], KindOf(well), isHeldByHost ? settings_.keptLimits : kAll);
+HeldByDeck FlowSimulator::DeckLimits(size_t well, const HostControls& host) const {
+  if (host.constraints.empty()) return AllLimits(deckWells_[well]);
+  return KeptLimits(deckWells_[well], settings_.keptLimits);
 }
 
 InflowTable FlowSimulator::MeasureInflow(size_t, std::string_view, int32_t, double) {
@@ -197,7 +212,7 @@ InflowTable FlowSimulator::MeasureInflow(size_t, std::string_view, int32_t, doub
 }
 
 std::vector<WellConstraint> FlowSimulator::Constraints(size_t well) const {
-  std::vector<WellConstraint> constraints = DeckLimits(well, controls_[well]);
+  std::vector<WellConstraint> constraints = DeckLimits(well, controls_[well]).limits;
   const auto& host = controls_[well].constraints;
   constraints.insert(constraints.end(), host.begin(), host.end());
   return constraints;
@@ -205,9 +220,13 @@ std::vector<WellConstraint> FlowSimulator::Constraints(size_t well) const {
 
 HostControls& FlowSimulator::Take(size_t well) {
   const std::string& name = WellNames()[well];
-  const auto isNamed = [&](const std::string& pattern) { return Names(pattern, name); };
+  const auto isNamed = [&](const std::string& pattern) { return MeansWell(pattern, name); };
   if (!settings_.wells.empty() && std::ranges::none_of(settings_.wells, isNamed)) {
     throw RequestRefused("Well " + name + " is left to the deck: 'wells' doesn't name it");
+  }
+  if (const WellOrder* change = deckWells_.ChangeOfKind(well)) {
+    throw RequestRefused("Well " + name + " becomes another kind of well at " +
+                         change->place.Text() + ": leave it to the deck (connected = false)");
   }
   inForce_ = nullptr;
   return controls_[well];
@@ -230,6 +249,8 @@ void FlowSimulator::SetStatus(size_t well, std::string_view status, std::string_
 
 void FlowSimulator::SetUptime(size_t well, double fraction) {
   RequireNumber(fraction, "UPTIME_FRACTION", WellNames()[well]);
+  // A host without downtimes leaves the deck's efficiency factors alone.
+  if (fraction == 1.0 && !controls_[well].uptime) return;
   Take(well).uptime = std::clamp(fraction, 0.0, 1.0);
 }
 
@@ -242,10 +263,24 @@ void FlowSimulator::SetFluidSource(const std::string& source, std::span<const st
   throw RequestRefused("A black oil has no composition for the source " + source);
 }
 
+double FlowSimulator::TargetOf(double days) const {
+  std::vector<double> stops;
+  if (days <= Stop().days + kSameTimeDays) {
+    for (const PastStop& stop : stops_) stops.push_back(stop.days);
+  } else {
+    const auto& ends = run_->Deck().ends;
+    stops.assign(std::ranges::upper_bound(ends, Stop().days + kSameTimeDays), ends.end());
+  }
+  return stops.empty() ? Stop().days : stops[StopFor(settings_.grid, stops, days)];
+}
+
 void FlowSimulator::ContinueUntil(double days) {
   isRunning_ = true;
-  if (days < Stop().days - kSameTimeDays) GoBackTo(days);
-  while (!Stop().isLast && Stop().days < days - kSameTimeDays) {
+  const double target = TargetOf(days);
+  if (target < Stop().days - kSameTimeDays) GoBackTo(target);
+  TellOverrides();
+  while (!Stop().isLast && Stop().days < target - kSameTimeDays) {
+    const double before = Stop().days;
     const Question limits = QuestionOf(ControlsOfRun());
     const std::string orders = limits.keywords + UptimeKeywords();
     // What was ordered once holds until the deck orders something.
@@ -253,14 +288,69 @@ void FlowSimulator::ContinueUntil(double days) {
     run_->Advance(isInForce ? "" : orders, limits.numbers);
     ordered_ = orders;
     TakeStop(limits.key);
+    if (Stop().days < target - kSameTimeDays) ReleaseChanged(before);
   }
 }
 
-/// To the first stop that isn't before the time. The limits in force stay.
+/// What the host has decided for a step was for the well as it was then: from where the deck says
+/// something else within the step, the deck's word holds.
+void FlowSimulator::ReleaseChanged(double since) {
+  for (size_t well = 0; well < controls_.size(); ++well) {
+    HostControls& host = controls_[well];
+    if (host.constraints.empty() && host.status.empty()) continue;
+    const WellOrder* order = deckWells_.LastOrder(well, since, Stop().days);
+    if (order == nullptr) continue;
+    host.constraints.clear();
+    // Part of an order changes what the host has had written: it needs the rest anew.
+    host.status = order->isWhole ? "" : "OPEN";
+  }
+}
+
+void FlowSimulator::NoteShutWells() {
+  for (size_t well = 0; well < controls_.size(); ++well) {
+    const DeckWell& deck = deckWells_[well];
+    std::optional<double>& since = shutByFlow_[well];
+    if (since && (Stop().days < *since || deckWells_.LastOrder(well, *since, Stop().days))) {
+      since.reset();
+    }
+    const bool isWanted = deck.isDrilled && !IsLeftShut(well) &&
+                          IsHeldOpen(deck.kind, controls_[well]) &&
+                          controls_[well].uptime.value_or(1.0) > 0.0;
+    if (!isWanted || !deck.hasEconomicLimit || !IsShutInFlow(Stop().values[well])) continue;
+    since = Stop().days;
+    notes_.Add("flow has shut well " + wellNames_[well] + " by its economic limit (WECON), day " +
+               std::to_string(std::lround(Stop().days)));
+  }
+}
+
+void FlowSimulator::TellOverrides() {
+  std::vector<size_t> wells;
+  for (size_t well = 0; well < controls_.size(); ++well) {
+    if (isTold_[well] || !controls_[well].IsTakenOver()) continue;
+    isTold_[well] = true;
+    wells.push_back(well);
+  }
+  TellOverridesOf(wells);
+}
+
+/// One line for each order of the deck, with all wells for which it gives way.
+void FlowSimulator::TellOverridesOf(const std::vector<size_t>& wells) {
+  std::map<const WellOrder*, std::string> given;
+  for (const size_t well : wells) {
+    for (const WellOrder* order : deckWells_.OrdersFrom(well, 0.0)) {
+      std::string& names = given[order];
+      names += (names.empty() ? "" : ", ") + wellNames_[well];
+    }
+  }
+  for (const auto& [order, names] : given) {
+    notes_.Add(OverrideText(*order, run_->Deck().start, names, settings_.keptLimits));
+  }
+}
+
+/// To a stop that the run has come through. The limits in force stay.
 void FlowSimulator::GoBackTo(double days) {
   const auto isReached = [&](const PastStop& stop) { return stop.days >= days - kSameTimeDays; };
   const auto stop = std::ranges::find_if(stops_, isReached);
-  if (stop == stops_.end() - 1) return;
   if (!settings_.keepsWayBack) {
     throw RequestRefused("There is no way back in time: 'way_back' is false");
   }
@@ -278,6 +368,7 @@ void FlowSimulator::GoBackTo(double days) {
 void FlowSimulator::TakeStop(const std::string& key) {
   stops_.push_back({Stop().days, run_->WayToStop()});
   deckWells_.GoTo(Stop().days);
+  NoteShutWells();
   answers_.Begin(Stop(), key);
   inForce_ = nullptr;
 }

@@ -55,6 +55,17 @@ class FlowSimulator : public simulator::ControlledSimulator {
   void Shutdown() override { run_->Finish(); }
 
  private:
+  /// The day of the stop, reached or not, that a run until that day is meant for.
+  double TargetOf(double days) const;
+  /// Gives those wells back to the deck of which it has said something since that day.
+  void ReleaseChanged(double since);
+  /// Takes note of the wells that flow has shut by an economic limit, and of those that the deck
+  /// has opened again.
+  void NoteShutWells();
+  bool IsLeftShut(size_t well) const;
+  void TellOverrides();
+  void TellOverridesOf(const std::vector<size_t>& wells);
+
   void Describe();
   const FlowStop& Stop() const { return run_->Link().Stop(); }
   /// Takes note of the stop that the run has come to under the limits of a question's key.
@@ -70,8 +81,8 @@ class FlowSimulator : public simulator::ControlledSimulator {
   Question QuestionOf(const std::vector<HostControls>& controls) const;
   std::vector<HostControls> ControlsOfRun() const;
   std::string UptimeKeywords() const;
-  std::vector<simulator::WellConstraint> DeckLimits(size_t well, const HostControls& host) const;
-  WellKind KindOf(size_t well) const;
+  HeldByDeck DeckLimits(size_t well, const HostControls& host) const;
+  WellKind KindOf(size_t well) const { return deckWells_[well].kind; }
   std::string_view StatusOf(size_t well) const;
   HostControls& Take(size_t well);
 
@@ -84,6 +95,9 @@ class FlowSimulator : public simulator::ControlledSimulator {
   DeckWells deckWells_;
   simulator::ModelDescription description_;
   std::vector<HostControls> controls_;
+  std::vector<std::optional<double>> shutByFlow_;  ///< since which day
+  std::vector<bool> isTold_;  ///< for each well, whether its overrides have been told
+  RunNotes notes_;
 
   struct PastStop {
     double days;
@@ -92,7 +106,6 @@ class FlowSimulator : public simulator::ControlledSimulator {
   std::vector<PastStop> stops_;  ///< up to the present one
 
   std::string ordered_;  ///< the keywords that this run has been given last
-  RunNotes notes_;
   StopAnswers answers_;
   const WellValues* inForce_ = nullptr;  ///< the answer to the present limits, once known
   bool isRunning_ = false;

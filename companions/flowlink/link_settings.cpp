@@ -13,8 +13,9 @@ namespace gantry::flowlink {
 
 namespace {
 
-constexpr std::array<std::string_view, 6> kLimits = {
-    "bottom_hole_pressure", "oil_rate", "water_rate", "gas_rate", "liquid_rate", "reservoir_rate"};
+constexpr std::array<std::string_view, 7> kLimits = {
+    "bottom_hole_pressure", "oil_rate",       "water_rate",          "gas_rate",
+    "liquid_rate",          "reservoir_rate", "tubing_head_pressure"};
 constexpr int64_t kLongestQuestion = 86400;
 
 /// The file's table, key by key; a fault names the line.
@@ -57,6 +58,15 @@ class SettingsFile {
     std::vector<std::string> texts;
     for (const toml::node& element : *list) texts.push_back(element.value_or(std::string()));
     return texts;
+  }
+
+  /// Whether the key gives something to the deck; otherwise it is the host's.
+  bool IsDecks(std::string_view key, bool fallback) const {
+    const std::string owner = Text(key, fallback ? "deck" : "host");
+    if (owner != "deck" && owner != "host") {
+      Fail(Find(key), "'" + std::string(key) + "' must be \"deck\" or \"host\"");
+    }
+    return owner == "deck";
   }
 
   void RejectOthers(std::span<const std::string_view> known) const {
@@ -130,7 +140,7 @@ void CheckLimits(const SettingsFile& file, const LinkSettings& settings) {
 LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
   static constexpr std::string_view kKeys[] = {
       "deck",         "report_step",      "keep",     "wells", "temperature", "flow",
-      "flow_options", "question_seconds", "way_back", "rungs"};
+      "flow_options", "question_seconds", "way_back", "rungs", "groups",      "shut_wells"};
   const SettingsFile file(path);
   file.RejectOthers(kKeys);
   LinkSettings settings;
@@ -141,6 +151,8 @@ LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
   settings.wells = file.Texts("wells", {});
   settings.program = file.Text("flow", "flow");
   settings.options = file.Texts("flow_options", {});
+  settings.leavesGroupsToDeck = file.IsDecks("groups", false);
+  settings.opensShutWells = !file.IsDecks("shut_wells", true);
   ReadTemperature(file, settings);
   ReadQuestionTime(file, settings);
   ReadWayBack(file, settings);

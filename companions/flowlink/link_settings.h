@@ -18,6 +18,8 @@ struct LinkSettings {
   ReportGrid grid;
   std::vector<std::string> keptLimits;  ///< of the deck's limits, those that hold beside the host's
   std::vector<std::string> wells;       ///< that the host may take over; empty for all
+  bool leavesGroupsToDeck = false;      ///< the deck's group limits and network hold
+  bool opensShutWells = false;          ///< whether the host may open a well that the deck has shut
   double temperature = 0.0;             ///< of the produced fluids, in the deck's units
   bool hasTemperature = false;
   std::string program = "flow";

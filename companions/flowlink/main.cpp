@@ -1,7 +1,9 @@
 // flowlink: OPM Flow under an external controller. docs/flowlink.md
 
+#include <cstdio>
 #include <filesystem>
 
+#include "flowlink/deck_composer.h"
 #include "flowlink/flow_simulator.h"
 #include "flowlink/link_fault.h"
 #include "simulator/server/controller_service.h"
@@ -13,11 +15,28 @@ namespace {
 using namespace gantry;
 using namespace gantry::flowlink;
 
+/// What can be said of the deck that BASE.afi names without running it, a line each. The status is
+/// 1 when it can't be coupled.
+int Check(const std::string& settings) {
+  bool isRefused = false;
+  try {
+    for (const DeckFinding& finding : CheckDeck(ReadLinkSettings(settings))) {
+      std::printf("%s\n", finding.Text().c_str());
+      isRefused = isRefused || finding.isRefusal;
+    }
+  } catch (const LinkFault& fault) {
+    std::printf("%s\n", fault.what());
+    return 1;
+  }
+  return isRefused ? 1 : 0;
+}
+
 const simulator::ProgramDescription kProgram = {
     "flowlink",
     "OPM Flow on a deck of your own, driven by an external controller.",
     FLOWLINK_VERSION,
-    {}};
+    {},
+    Check};
 
 /// The deck is read and flow started only when the controller is there to hear what is wrong; flow
 /// may take longer to read its deck than the controller would knock.

@@ -1,8 +1,11 @@
 #include "flowlink/report_times.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 
+#include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
 
 namespace gantry::flowlink {
@@ -40,6 +43,15 @@ std::vector<double> MonthTimes(DeckTime start, double endDays) {
   }
 }
 
+/// Days from the start of the points of a grid, up to and without the end.
+std::vector<double> GridTimes(const ReportGrid& grid, DeckTime start, double endDays) {
+  if (grid.kind == ReportGrid::Kind::kDeck) return {};
+  if (grid.kind == ReportGrid::Kind::kMonth) return MonthTimes(start, endDays);
+  std::vector<double> times;
+  for (int step = 1; step * grid.days < endDays; ++step) times.push_back(step * grid.days);
+  return times;
+}
+
 }  // namespace
 
 DeckTime ReadDeckDate(const std::vector<std::string>& record) {
@@ -47,7 +59,7 @@ DeckTime ReadDeckDate(const std::vector<std::string>& record) {
   std::string text;
   for (const std::string& item : record) text += (text.empty() ? "" : " ") + item;
   if (record.size() < 3) throw LinkFault("'" + text + "' is no date");
-  const year_month_day date(year(NumberOf(record[2])), month(MonthOf(record[1])),
+  const year_month_day date(year(NumberOf(record[2])), month(MonthOf(InCapitals(record[1]))),
                             day(static_cast<unsigned>(NumberOf(record[0]))));
   int clock[3] = {0, 0, 0};
   const bool hasClock = record.size() > 3 && !record[3].empty();
@@ -78,12 +90,35 @@ std::array<int32_t, 6> DateOf(DeckTime time) {
           static_cast<int32_t>(clock.seconds().count())};
 }
 
-std::vector<double> GridTimes(const ReportGrid& grid, DeckTime start, double endDays) {
-  if (grid.kind == ReportGrid::Kind::kDeck) return {};
-  if (grid.kind == ReportGrid::Kind::kMonth) return MonthTimes(start, endDays);
-  std::vector<double> times;
-  for (int step = 1; step * grid.days < endDays; ++step) times.push_back(step * grid.days);
+std::vector<double> MergeTimes(const ReportGrid& grid, DeckTime start,
+                               const std::vector<double>& ofDeck) {
+  std::vector<double> times = ofDeck;
+  for (const double time : GridTimes(grid, start, ofDeck.back())) {
+    const auto next = std::ranges::lower_bound(ofDeck, time);
+    const bool isFirst = next - ofDeck.begin() <= 1;  // the start is no stop
+    const double before = isFirst ? HUGE_VAL : time - *(next - 1);
+    const double behind = *next - time;
+    if (std::min(behind, before) > Closeness(grid, 0.0)) times.push_back(time);
+  }
+  std::ranges::sort(times);
   return times;
+}
+
+double Closeness(const ReportGrid& grid, double step) {
+  constexpr double kShare = 0.1;
+  constexpr double kMonthDays = 30.0;
+  if (grid.kind == ReportGrid::Kind::kMonth) return kShare * kMonthDays;
+  return kShare * (grid.kind == ReportGrid::Kind::kDays ? grid.days : step);
+}
+
+size_t StopFor(const ReportGrid& grid, const std::vector<double>& stops, double days) {
+  const auto at = [&](size_t i) { return std::abs(stops[i] - days); };
+  const auto behind = std::ranges::lower_bound(stops, days);
+  const size_t next = std::min(static_cast<size_t>(behind - stops.begin()), stops.size() - 1);
+  if (next == 0) return next;
+  const double step = stops[next] - stops[next - 1];
+  const bool isBeforeMeant = at(next - 1) <= Closeness(grid, step) && at(next - 1) < at(next);
+  return isBeforeMeant ? next - 1 : next;
 }
 
 }  // namespace gantry::flowlink

@@ -20,7 +20,19 @@ std::string WriteDeckDate(DeckTime time);
 /// Year, month, day, hour, minute, second.
 std::array<int32_t, 6> DateOf(DeckTime time);
 
-/// Days from the start of the points of a grid, up to and without the end.
-std::vector<double> GridTimes(const ReportGrid& grid, DeckTime start, double endDays);
+/// The deck's times, of which the first is the start, with those of a grid among them, in days from
+/// the start. Of two times closer than `Closeness` only the deck's is kept: the calendar and a
+/// deck's own count of days drift apart at leap days.
+std::vector<double> MergeTimes(const ReportGrid& grid, DeckTime start,
+                               const std::vector<double>& ofDeck);
+
+/// How far apart two times may lie and be meant as the same: a tenth of the grid's step, or of
+/// `step` where the deck's own times are the grid.
+double Closeness(const ReportGrid& grid, double step);
+
+/// The position of the stop that a run until that day is meant for: the closest one where that is
+/// as good as the day, otherwise the first one behind it, or the last. The stops are in order, and
+/// there is one.
+size_t StopFor(const ReportGrid& grid, const std::vector<double>& stops, double days);
 
 }  // namespace gantry::flowlink

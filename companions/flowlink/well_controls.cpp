@@ -28,16 +28,19 @@ constexpr Limit kProducerLimits[] = {
     {"LIQUID_PRODUCTION_RATE", "LRAT", "liquid_rate", "liquid_rate"},
     {"RES_VOLUME_PRODUCTION_RATE", "RESV", "reservoir_rate", "resv_rate"},
     {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
+    {"TUBING_HEAD_PRESSURE", "THP", "tubing_head_pressure", "thp_target"},
 };
 constexpr Limit kWaterInjectorLimits[] = {
     {"WATER_INJECTION_RATE", "RATE", "water_rate", "surf_inj_rate"},
     {"RES_VOLUME_INJECTION_RATE", "RESV", "reservoir_rate", "resv_inj_rate"},
     {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
+    {"TUBING_HEAD_PRESSURE", "THP", "tubing_head_pressure", "thp_target"},
 };
 constexpr Limit kGasInjectorLimits[] = {
     {"GAS_INJECTION_RATE", "RATE", "gas_rate", "surf_inj_rate"},
     {"RES_VOLUME_INJECTION_RATE", "RESV", "reservoir_rate", "resv_inj_rate"},
     {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
+    {"TUBING_HEAD_PRESSURE", "THP", "tubing_head_pressure", "thp_target"},
 };
 
 std::span<const Limit> LimitsOf(WellKind kind) {
@@ -46,7 +49,8 @@ std::span<const Limit> LimitsOf(WellKind kind) {
   return kGasInjectorLimits;
 }
 
-bool IsPressure(const Limit& limit) { return limit.mode == "BHP"; }
+bool IsTubing(const Limit& limit) { return limit.mode == "THP"; }
+bool IsPressure(const Limit& limit) { return limit.mode == "BHP" || IsTubing(limit); }
 
 /// flow takes a quantity that begins with WU for one that a user has defined for wells.
 constexpr std::string_view kNamePrefix = "WUFL";
@@ -67,10 +71,13 @@ double Tighter(const Limit& limit, WellKind kind, double one, double other) {
 /// The limits of a well in the columns of its keyword.
 class Columns {
  public:
-  Columns(WellKind kind, const HostControls& host, std::span<const WellConstraint> kept)
+  Columns(WellKind kind, const HostControls& host, const HeldByDeck& kept)
       : kind_(kind), limits_(LimitsOf(kind)), values_(limits_.size()) {
     for (const WellConstraint& constraint : host.constraints) Take(constraint, true);
-    for (const WellConstraint& constraint : kept) Take(constraint, false);
+    for (const WellConstraint& constraint : kept.limits) Take(constraint, false);
+    if (host.constraints.empty() && !kept.mode.empty()) mode_ = kept.mode;
+    if (values_.back()) lift_ = " " + kept.liftTable;
+    if (values_.back() && !kept.liftAmount.empty()) lift_ += " " + kept.liftAmount;
   }
 
   /// True when the host wants no flow at all. A zero beside another limit says only that the well
@@ -82,14 +89,14 @@ class Columns {
     std::string text;
     for (size_t i = 0; i < limits_.size(); ++i) {
       if (!values_[i]) {
-        text += " 1*";
+        if (!IsTubing(limits_[i])) text += " 1*";
         continue;
       }
       const std::string name = NameOf(limits_[i]);
       if (named != nullptr) named->push_back({well, name, *values_[i]});
       text += " " + (named != nullptr ? name : Format(*values_[i]));
     }
-    return text;
+    return text + lift_;
   }
 
  private:
@@ -99,11 +106,11 @@ class Columns {
     if (!IsPressure(*found)) {
       if (isHost) ++hostRates_;
       if (isHost && constraint.value <= 0.0) ++zeroRates_;
-      if (constraint.value <= 0.0) return;
+      if (isHost && constraint.value <= 0.0) return;
     }
     std::optional<double>& value = values_[static_cast<size_t>(found - limits_.begin())];
     value = value ? Tighter(*found, kind_, *value, constraint.value) : constraint.value;
-    const bool isBetterMode = mode_ == "BHP" && !IsPressure(*found);
+    const bool isBetterMode = (mode_ == "BHP" || mode_ == "THP") && !IsPressure(*found);
     if (mode_.empty() || isBetterMode) mode_ = found->mode;
   }
 
@@ -111,37 +118,71 @@ class Columns {
   std::span<const Limit> limits_;
   std::vector<std::optional<double>> values_;
   std::string mode_;
+  std::string lift_;  ///< what stands behind the limits
   int hostRates_ = 0;
   int zeroRates_ = 0;
 };
 
-}  // namespace
-
-void CheckConstraint(const std::string& item, WellKind kind, const std::string& well) {
-  const auto limits = LimitsOf(kind);
-  if (std::ranges::find(limits, item, &Limit::item) != limits.end()) return;
-  throw RequestRefused("Well " + well + " can't be held by " + item + " in flow");
-}
-
-std::vector<WellConstraint> KeptLimits(const DeckWell& deck, WellKind kind,
-                                       std::span<const std::string> kept) {
+/// The limits of the deck that `isKept` takes; a tubing-head limit needs its lift table.
+template <class IsKept>
+std::vector<WellConstraint> LimitsIn(const DeckWell& deck, IsKept isKept) {
   std::vector<WellConstraint> limits;
-  for (const Limit& limit : LimitsOf(kind)) {
+  for (const Limit& limit : LimitsOf(deck.kind)) {
     const auto found = deck.limits.find(limit.flowName);
-    if (found == deck.limits.end() || found->second == 0.0) continue;
-    if (std::ranges::find(kept, limit.keptAs) == kept.end()) continue;
+    if (found == deck.limits.end() || !isKept(limit)) continue;
+    if (IsTubing(limit) && deck.liftTable.empty()) continue;
     limits.push_back({std::string(limit.item), found->second, "DECK"});
   }
   return limits;
 }
 
+}  // namespace
+
+std::vector<WellConstraint> InFluids(std::span<const WellConstraint> constraints,
+                                     const DeckFluids& fluids) {
+  std::vector<WellConstraint> inFluids;
+  for (WellConstraint constraint : constraints) {
+    const bool isLiquid = constraint.item == "LIQUID_PRODUCTION_RATE";
+    if (isLiquid && !fluids.hasWater) constraint.item = "OIL_PRODUCTION_RATE";
+    if (isLiquid && !fluids.hasOil) constraint.item = "WATER_PRODUCTION_RATE";
+    const bool isMissing = (constraint.item.starts_with("OIL") && !fluids.hasOil) ||
+                           (constraint.item.starts_with("WATER") && !fluids.hasWater) ||
+                           (constraint.item.starts_with("GAS") && !fluids.hasGas);
+    if (!isMissing) inFluids.push_back(std::move(constraint));
+  }
+  return inFluids;
+}
+
+void CheckConstraint(const std::string& item, WellKind kind, const std::string& well) {
+  const auto limits = LimitsOf(kind);
+  const auto limit = std::ranges::find(limits, item, &Limit::item);
+  if (limit != limits.end() && !IsTubing(*limit)) return;
+  throw RequestRefused("Well " + well + " can't be held by " + item + " in flow");
+}
+
+HeldByDeck KeptLimits(const DeckWell& deck, std::span<const std::string> kept) {
+  const auto isKept = [&](const Limit& limit) {
+    return std::ranges::find(kept, limit.keptAs) != kept.end();
+  };
+  return {LimitsIn(deck, isKept), "", deck.liftTable, deck.liftAmount};
+}
+
+HeldByDeck AllLimits(const DeckWell& deck) {
+  const auto isKept = [](const Limit&) { return true; };
+  return {LimitsIn(deck, isKept), deck.isHistory ? "" : deck.mode, deck.liftTable, deck.liftAmount};
+}
+
+bool IsHeldOpen(WellKind kind, const HostControls& host) {
+  const bool isOpen = host.status.empty() || host.status == "OPEN";
+  return isOpen && !Columns(kind, host, {}).AreAllZero();
+}
+
 std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
-                           std::span<const WellConstraint> kept, NamedLimits* named) {
+                           const HeldByDeck& kept, NamedLimits* named) {
   const Columns columns(kind, host, kept);
-  const bool isOpen = (host.status.empty() || host.status == "OPEN") && !columns.AreAllZero();
   const std::string mode = columns.Mode().empty() ? "BHP" : columns.Mode();
   const std::string name = "'" + well + "' ";
-  const std::string status = isOpen ? "OPEN " : "SHUT ";
+  const std::string status = IsHeldOpen(kind, host) ? "OPEN " : "SHUT ";
   if (kind == WellKind::kProducer) {
     return "WCONPROD\n" + name + status + mode + columns.Text(well, named) + " /\n/\n";
   }

@@ -10,8 +10,6 @@
 
 namespace gantry::flowlink {
 
-enum class WellKind { kProducer, kWaterInjector, kGasInjector };
-
 /// What the host has decided for a well; the well is the deck's until it has decided something.
 struct HostControls {
   std::vector<simulator::WellConstraint> constraints;
@@ -21,12 +19,34 @@ struct HostControls {
   bool IsTakenOver() const { return !constraints.empty() || !status.empty() || uptime; }
 };
 
+/// The fluids that a deck has. flow can't hold a well by one that it doesn't.
+struct DeckFluids {
+  bool hasOil = false;
+  bool hasWater = false;
+  bool hasGas = false;
+};
+
+/// The limits in terms of the deck's fluids: liquid is oil alone where there is no water, and a
+/// limit on a fluid that isn't there limits nothing.
+std::vector<simulator::WellConstraint> InFluids(
+    std::span<const simulator::WellConstraint> constraints, const DeckFluids& fluids);
+
 /// Throws `RequestRefused` for a limit that flow can't hold.
 void CheckConstraint(const std::string& item, WellKind kind, const std::string& well);
 
-/// Limits of the deck that hold beside the host's, in the host's words.
-std::vector<simulator::WellConstraint> KeptLimits(const DeckWell& deck, WellKind kind,
-                                                  std::span<const std::string> kept);
+/// What of the deck's own control of a well holds beside the host's.
+struct HeldByDeck {
+  std::vector<simulator::WellConstraint> limits;  ///< in the host's words
+  std::string mode;       ///< flow's word, where the host has set no limit; empty for any
+  std::string liftTable;  ///< of a tubing-head limit among them
+  std::string liftAmount;
+};
+
+/// The deck's limits of these kinds (`keep` of the settings).
+HeldByDeck KeptLimits(const DeckWell& deck, std::span<const std::string> kept);
+
+/// All that the deck holds the well by.
+HeldByDeck AllLimits(const DeckWell& deck);
 
 /// A well's limit under the name that stands for it in a keyword.
 struct NamedLimit {
@@ -36,11 +56,13 @@ struct NamedLimit {
 };
 using NamedLimits = std::vector<NamedLimit>;
 
+/// Whether the well is to flow: the host may have shut it, or want nothing of it.
+bool IsHeldOpen(WellKind kind, const HostControls& host);
+
 /// The well's WCONPROD or WCONINJE. Of two limits on the same thing the tighter one holds. With
 /// `named`, names stand in the keyword for the limits, which are added there.
 std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
-                           std::span<const simulator::WellConstraint> kept,
-                           NamedLimits* named = nullptr);
+                           const HeldByDeck& kept, NamedLimits* named = nullptr);
 
 /// The word of flow's for the limit that the name stands for.
 std::string LimitName(const NamedLimit& limit);

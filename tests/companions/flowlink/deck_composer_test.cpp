@@ -1,5 +1,7 @@
 #include "flowlink/deck_composer.h"
 
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include "flowlink/deck_keywords.h"
@@ -11,16 +13,16 @@ namespace {
 
 class DeckComposer : public ::testing::Test {
  protected:
-  ComposedDeck Compose(const std::string& schedule, const std::string& runspec = "FIELD\n",
+  ComposedDeck Compose(const std::string& schedule, const std::string& runspec = "",
                        const std::optional<RestartPoint>& restart = {}) {
     folder.Write("A.DATA",
-                 "RUNSPEC\n" + runspec + "START\n 15 'JAN' 2020 /\nSCHEDULE\n" + schedule);
+                 "RUNSPEC\nSTART\n 15 'JAN' 2020 /\n" + runspec + "SCHEDULE\n" + schedule);
     LinkSettings settings;
     settings.deck = folder / "A.DATA";
     settings.grid = grid;
     return ComposeDeck(settings, "link.py", {"WOPR"}, restart);
   }
-  std::string FaultOf(const std::string& schedule, const std::string& runspec = "FIELD\n") {
+  std::string FaultOf(const std::string& schedule, const std::string& runspec = "") {
     try {
       Compose(schedule, runspec);
     } catch (const LinkFault& fault) {
@@ -32,7 +34,8 @@ class DeckComposer : public ::testing::Test {
   std::vector<double> StepsOf(const ComposedDeck& deck) {
     std::vector<double> steps;
     DeckTime last = deck.start;
-    for (const DeckKeyword& keyword : ReadDeckKeywords(folder.Write("COMPOSED.DATA", deck.text))) {
+    for (const DeckKeyword& keyword :
+         ReadDeckKeywords(folder.Write("COMPOSED.DATA", deck.text.Text()))) {
       if (keyword.name != "DATES") continue;
       const DeckTime time = ReadDeckDate(RecordsOf(keyword).front());
       if (time - deck.start == std::chrono::seconds(43)) continue;
@@ -48,31 +51,53 @@ class DeckComposer : public ::testing::Test {
 
 TEST_F(DeckComposer, StopsAtTheGridAndAtTheDecksOwnTimes) {
   const std::string schedule = "DATES\n 1 FEB 2020 /\n 10 'MAR' 2020 12:00:00 /\n/\nTSTEP\n2*3 /\n";
-  EXPECT_EQ(StepsOf(Compose(schedule)), (std::vector<double>{17, 29, 9.5, 3, 3}));
-  grid = {ReportGrid::Kind::kDays, 30.0};
-  EXPECT_EQ(StepsOf(Compose(schedule)), (std::vector<double>{17, 13, 25.5, 3, 1.5, 1.5}));
-  grid = {ReportGrid::Kind::kDeck, 0.0};
-  EXPECT_EQ(StepsOf(Compose(schedule)), (std::vector<double>{17, 38.5, 3, 3}));
+  const struct {
+    ReportGrid grid;
+    std::vector<double> steps;
+  } cases[] = {{{}, {17, 29, 9.5, 3, 3}},
+               {{ReportGrid::Kind::kDays, 30.0}, {17, 13, 25.5, 3, 3}},
+               {{ReportGrid::Kind::kDeck, 0.0}, {17, 38.5, 3, 3}}};
+  for (const auto& [ofGrid, steps] : cases) {
+    grid = ofGrid;
+    EXPECT_EQ(StepsOf(Compose(schedule)), steps);
+  }
 }
 
-TEST_F(DeckComposer, KeepsWhatTheDeckOrdersAtItsTime) {
-  const std::string text = Compose("TSTEP\n 1 /\nWEFAC\n 'P' 0.5 /\n/\nTSTEP\n 1 /\n").text;
-  const size_t order = text.find("WEFAC\n'P' 0.5 /\n/\n");
+/// A deck that counts 28 days for each February falls behind the calendar by a day in 2020.
+TEST_F(DeckComposer, TakesCloseTimesForOneTheDecks) {
+  EXPECT_EQ(StepsOf(Compose("TSTEP\n 17 28 31 30 31 1.5D0 /\n")),
+            (std::vector<double>{17, 28, 31, 30, 31, 1.5}));
+  const std::vector<double> stops = {0.0005, 17, 45, 76};
+  for (const auto& [days, stop] : std::map<double, size_t>{
+           {0.0005, 0}, {1, 0}, {5, 1}, {17.5, 1}, {20.1, 2}, {46, 2}, {75, 3}, {99, 3}}) {
+    EXPECT_EQ(StopFor({}, stops, days), stop) << days;
+  }
+}
+
+TEST_F(DeckComposer, KeepsWhatTheDeckOrdersAtItsTimeAndWhereItStands) {
+  const ComposedDeck deck =
+      Compose("TSTEP\n 1 / -- a day\n\ntuning\n 1 /\n/\n/\nwefac\n 'P' 0.5 /\n/\nTstep\n 1 /\n");
+  const std::string& text = deck.text.Text();
+  const size_t order = text.find("wefac\n'P' 0.5 /\n/\n");
   ASSERT_NE(order, std::string::npos);
   EXPECT_EQ(text.substr(order + 18), "DATES\n17 'JAN' 2020 00:00:00 /\n/\nEND\n");
   EXPECT_LT(text.find("PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n"), order);
   EXPECT_NE(text.find("SUMMARY\nWOPR\n/\nSCHEDULE\n"), std::string::npos);
+  EXPECT_EQ(text.find("tuning"), std::string::npos) << "flow alone wouldn't heed it";
+  const auto line = static_cast<size_t>(std::count(&text[0], &text[order], '\n')) + 2;
+  EXPECT_EQ(deck.text.PlaceOf(line)->Text(), (folder / "A.DATA").string() + ":13");
+  EXPECT_FALSE(deck.text.PlaceOf(line + 3)) << "a line of the adapter's own";
 }
 
 TEST_F(DeckComposer, GoesOnFromARestartWithItsCallBehindWhatIsSkipped) {
   const std::string schedule = "WEFAC\n/\nTSTEP\n 1 /\nWECON\n/\nTSTEP\n 1 /\n";
   const ComposedDeck deck =
       Compose(schedule, "UNIFOUT\nSOLUTION\nEQUIL\n 1 /\n", RestartPoint{"A_2", 2, 1.0});
-  EXPECT_NE(deck.text.find("UNIFOUT\nUNIFIN\nSOLUTION\nRESTART\n'A_2' 2 /\nEQUIL\n"),
-            std::string::npos)
-      << deck.text;
-  const size_t begin = deck.text.find("SCHEDULE\n");
-  EXPECT_EQ(deck.text.substr(begin),
+  const std::string& text = deck.text.Text();
+  EXPECT_NE(text.find("UNIFOUT\nUNIFIN\nSOLUTION\nRESTART\n'A_2' 2 /\nEQUIL\n"), std::string::npos)
+      << text;
+  const size_t begin = text.find("SCHEDULE\n");
+  EXPECT_EQ(text.substr(begin),
             "SCHEDULE\nSKIPREST\nRPTRST\nBASIC=2 /\nWEFAC\n/\n"
             "DATES\n16 'JAN' 2020 00:00:00 /\n/\nWECON\n/\n"
             "PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n"
@@ -80,37 +105,60 @@ TEST_F(DeckComposer, GoesOnFromARestartWithItsCallBehindWhatIsSkipped) {
   EXPECT_EQ(deck.ends, (std::vector<double>{1.0 + kFirstStepDays, 2.0}));
 }
 
-TEST_F(DeckComposer, ReadsIncludedFilesFromTheirOwnFolders) {
-  folder.Write("sub/wells.inc", "INCLUDE\n 'more.inc' /\n");
-  folder.Write("sub/more.inc", "WCONINJE\n I* GAS /\n/ -- END\n");
-  const ComposedDeck deck = Compose("INCLUDE\n sub/wells.inc /\nTSTEP\n 1 /\nEND\nTSTEP\n 9 /\n");
-  ASSERT_EQ(deck.injected.size(), 1U);
-  EXPECT_EQ(deck.injected[0], (std::pair<std::string, std::string>("I*", "GAS")));
+TEST_F(DeckComposer, ReadsIncludedFilesFromTheDecksFolder) {
+  folder.Write("sub/wells.inc", "INCLUDE\n '$HERE\\more.inc' / it goes on there\n");
+  folder.Write("sub/more.inc", "WCONINJE\r\n I* GAS /\r\n/ -- END\r\nENDINC\nEND\n");
+  const ComposedDeck deck =
+      Compose("INCLUDE\n sub/wells.inc /\nTSTEP / days\n 1 /\nEND\nTSTEP\n 9 /\n",
+              "PATHS\n 'HERE' 'sub' /\n/\n");
+  ASSERT_EQ(deck.wellOrders.size(), 1U);
+  EXPECT_TRUE(deck.wellOrders[0].Means("I1"));
+  EXPECT_EQ(deck.wellOrders[0].place.Text(), (folder / "sub/more.inc").string() + ":1");
   EXPECT_EQ(StepsOf(deck), std::vector<double>{1});
 }
 
-TEST_F(DeckComposer, TakesTheDensitiesAndTheUnits) {
-  const std::string title = "TITLE\nLAB\nDENSITY\n 53.66 64.49 0.0533 /\n";
-  const ComposedDeck deck = Compose("TSTEP\n 1 /\n", title);
-  EXPECT_EQ(deck.units, "METRIC") << "a title is no keyword";
-  EXPECT_DOUBLE_EQ(deck.oilDensity, 53.66);
+TEST_F(DeckComposer, TakesUnitsFluidsAndDensities) {
+  const ComposedDeck deck =
+      Compose("WELOPEN\nFIELD\nSHUT /\n/\nTSTEP\n 1 /\n",
+              "TITLE\nLAB\nand more\noil\nGAS\nPROPS\nDENSITY\n 53.66 6.449D1 .0533 /\n");
+  EXPECT_EQ(deck.units, "METRIC") << "neither a title nor a well's name is a keyword";
+  EXPECT_TRUE(deck.fluids.hasOil && deck.fluids.hasGas && !deck.fluids.hasWater);
   EXPECT_DOUBLE_EQ(deck.waterDensity, 64.49);
   EXPECT_DOUBLE_EQ(deck.gasDensity, 0.0533);
 }
 
-TEST_F(DeckComposer, SaysWhichKeywordItCantTakeOver) {
-  const std::string path = (folder / "A.DATA").string();
-  EXPECT_EQ(FaultOf("ACTIONX\n A /\n/\n"),
-            path + ":6: ACTIONX can't be taken over: it changes wells that the host controls");
-  EXPECT_NE(FaultOf("TSTEP\n 1 /\n", "LAB\n").find(":2: LAB can't be taken over"),
-            std::string::npos);
-  EXPECT_NE(FaultOf("WEFAC\n/\n").find("nothing to run"), std::string::npos);
-  EXPECT_NE(FaultOf("TSTEP\n 1 x /\n").find(":6: TSTEP holds 'x'"), std::string::npos);
-  EXPECT_NE(FaultOf("DATES\n 31 FEB 2020 /\n/\n").find("'31 FEB 2020' is no date"),
-            std::string::npos);
-  EXPECT_NE(FaultOf("DATES\n 1 JAN 2020 /\n/\n").find("doesn't go on in time"), std::string::npos);
-  EXPECT_NE(FaultOf("INCLUDE\n 'A.DATA' /\n").find("includes itself"), std::string::npos);
-  EXPECT_NE(FaultOf("TSTEP\n 999999999*1 /\n").find("can't repeat"), std::string::npos);
+TEST_F(DeckComposer, SaysWhatCantBeCoupledAndWhatIsWorthKnowing) {
+  const struct {
+    const char* schedule;
+    const char* runspec;
+    const char* text;
+  } cases[] = {
+      {"GCONPROD\n/\nTSTEP\n 1 /\n", "", "A.DATA:5: GCONPROD holds groups of wells"},
+      {"GRUPNET\n/\nPYACTION\n/\nTSTEP\n 1 /\n", "", "(and 1 more: flowlink --check)"},
+      {"TSTEP\n 1 /\n", "LAB\n", "A.DATA:4: LAB asks for units"},
+      {"TSTEP\n 1 /\n", "SOLUTION\nRESTART\n 'X' 4 /\n", "A.DATA:5: RESTART goes on from another"},
+      {"WEFAC\n/\n", "", "nothing to run"},
+      {"TSTEP\n 1 x /\n", "", "A.DATA:5: TSTEP holds 'x'"},
+      {"DATES\n 31 FEB 2020 /\n/\n", "", "'31 FEB 2020' is no date"},
+      {"DATES\n 1 JAN 2020 /\n/\n", "", "doesn't go on in time"},
+      {"INCLUDE\n 'A.DATA' /\n", "", "includes itself"},
+      {"INCLUDE\n 'none' /\n", "", "A.DATA:5: the deck's file"},
+      {"TSTEP\n 999999999*1 /\n", "", "A.DATA:6: a deck can't repeat"},
+  };
+  for (const auto& [schedule, runspec, text] : cases) {
+    EXPECT_NE(FaultOf(schedule, runspec).find(text), std::string::npos)
+        << schedule << FaultOf(schedule, runspec);
+  }
+  LinkSettings settings;
+  settings.deck = folder.Write("B.DATA", "SCHEDULE\nGCONPROD\n/\nSKIP\nGRUPTREE\n/\nRPTRST\n/\n");
+  const std::string place = settings.deck.string();
+  const auto findings = CheckDeck(settings);
+  ASSERT_EQ(findings.size(), 3U);
+  EXPECT_TRUE(findings[0].isRefusal);
+  EXPECT_EQ(findings[1].Text().substr(0, place.size() + 15), place + ":4: warning: SK");
+  EXPECT_EQ(findings[2].Text(), place + " has no TSTEP and no DATES: nothing to run");
+  settings.leavesGroupsToDeck = true;
+  EXPECT_EQ(CheckDeck(settings).size(), 2U);
 }
 
 }  // namespace
