@@ -143,7 +143,7 @@ void CoupledRun::RunSteps(RunEnd& end) {
 }
 
 bool CoupledRun::RunStep(size_t step) {
-  listener_.StepBegins(step);
+  listener_.StepBegins(step, schedule_.DateBefore(step));
   if (atStep) atStep(step);
   StepRecord record;
   record.step = step;

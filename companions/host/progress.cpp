@@ -12,15 +12,64 @@ namespace {
 
 using enum Quantity;
 
-constexpr size_t kBarWidth = 40;
+constexpr size_t kBarWidth = 24;  // so that all fits into 80 columns
+
+/// "0:07", "12:40", "3:05:00".
+std::string Span(double seconds) {
+  const auto whole = static_cast<int64_t>(std::max(seconds, 0.0));
+  const int64_t minutes = whole / 60;
+  if (minutes < 60) return fmt::format("{}:{:02}", minutes, whole % 60);
+  return fmt::format("{}:{:02}:{:02}", minutes / 60, minutes % 60, whole % 60);
+}
 
 }  // namespace
+
+std::string ProgressBar(size_t step, size_t stepCount, const Date& date, double before,
+                        double within) {
+  const size_t filled = kBarWidth * step / std::max<size_t>(stepCount, 1);
+  std::string text =
+      fmt::format("[{:#<{}}{:.<{}}] step {} of {}  {}  {}", "", filled, "", kBarWidth - filled,
+                  step + 1, stepCount, ToText(date), Span(before + within));
+  if (step == 0) return text;
+  const double left = before / static_cast<double>(step) * static_cast<double>(stepCount - step);
+  return text + fmt::format(", {} left", Span(left - within));
+}
 
 Progress::Progress(UnitSystem units, bool showsTable, bool showsBar)
     : units_(units), showsTable_(showsTable), showsBar_(showsBar) {}
 
-void Progress::ClearBar() {
-  if (showsBar_) fmt::print(stderr, "\r\x1b[K");
+Progress::~Progress() { StopBar(); }
+
+void Progress::Draw() const {
+  const auto seconds = [](Clock::duration time) {
+    return std::chrono::duration<double>(time).count();
+  };
+  const std::string bar = ProgressBar(step_, stepCount_, date_, seconds(stepBegan_ - runBegan_),
+                                      seconds(Clock::now() - stepBegan_));
+  std::fputs(("\r" + bar + "\x1b[K").c_str(), stderr);
+  std::fflush(stderr);
+}
+
+void Progress::DrawEachSecond(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  while (!stop.stop_requested()) {
+    wake_.wait_for(lock, stop, std::chrono::seconds(1), [] { return false; });
+    if (isShown_ && !stop.stop_requested()) Draw();
+  }
+}
+
+void Progress::StopBar() {
+  Aside([this] { isShown_ = false; });
+  drawer_ = {};
+}
+
+void Progress::Aside(const std::function<void()>& action) {
+  const std::lock_guard lock(mutex_);
+  if (isShown_) std::fputs("\r\x1b[K", stderr);
+  action();
+  if (!isShown_) return;
+  std::fflush(UserOutput());
+  Draw();
 }
 
 void Progress::Started(const RunStart& start) {
@@ -42,12 +91,18 @@ void Progress::Started(const RunStart& start) {
              "", liquid, liquid, gas, liquid, gas, "wells");
 }
 
-void Progress::StepBegins(size_t step) {
+void Progress::StepBegins(size_t step, const Date& date) {
   if (!showsBar_) return;
-  const size_t filled = kBarWidth * step / std::max<size_t>(stepCount_, 1);
-  fmt::print(stderr, "\r[{:#<{}}{:.<{}}] step {} of {}\x1b[K", "", filled, "", kBarWidth - filled,
-             step + 1, stepCount_);
-  std::fflush(stderr);
+  const std::lock_guard lock(mutex_);
+  step_ = step;
+  date_ = date;
+  stepBegan_ = Clock::now();
+  if (!isShown_) {
+    isShown_ = true;
+    runBegan_ = stepBegan_;
+    drawer_ = std::jthread([this](const std::stop_token& stop) { DrawEachSecond(stop); });
+  }
+  Draw();
 }
 
 std::string Progress::Shown(double value, Quantity quantity, int digits) const {
@@ -55,9 +110,7 @@ std::string Progress::Shown(double value, Quantity quantity, int digits) const {
   return fmt::format("{:.{}f}", FromInternal(value, quantity, units_), digits);
 }
 
-void Progress::StepDone(const StepRecord& record) {
-  if (!showsTable_) return;
-  ClearBar();
+void Progress::PrintRow(const StepRecord& record) const {
   const FieldRates rates = SumWells(wells_, record);
   const auto liquid = [&](double rate) { return Shown(rate, kLiquidRate, 1); };
   const auto gas = [&](double rate) { return Shown(rate, kGasRate, 3); };
@@ -69,8 +122,12 @@ void Progress::StepDone(const StepRecord& record) {
   std::fflush(UserOutput());
 }
 
+void Progress::StepDone(const StepRecord& record) {
+  if (showsTable_) Aside([&] { PrintRow(record); });
+}
+
 void Progress::Ended(const RunEnd& end) {
-  ClearBar();
+  StopBar();
   if (!showsTable_ || !end.failure.empty()) return;
   const char* how = end.endedByUser        ? "ended by the user"
                     : end.endedBySimulator ? "the simulator has come to its own end"
@@ -79,13 +136,13 @@ void Progress::Ended(const RunEnd& end) {
 }
 
 void Progress::Notice(const std::string& text) {
-  ClearBar();
-  if (showsTable_) fmt::print(UserOutput(), "{}\n", text);
+  if (showsTable_) Aside([&] { fmt::print(UserOutput(), "{}\n", text); });
 }
 
 void Progress::Warned(const RunWarning& warning) {
-  ClearBar();
-  std::fputs(fmt::format("fieldrun: warning: {}\n", ToText(warning)).c_str(), stderr);
+  // A terminal that is gone ends no run.
+  Aside(
+      [&] { std::fputs(fmt::format("fieldrun: warning: {}\n", ToText(warning)).c_str(), stderr); });
 }
 
 }  // namespace gantry::fieldrun

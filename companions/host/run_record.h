@@ -71,7 +71,8 @@ class RunListener {
  public:
   virtual ~RunListener() = default;
   virtual void Started(const RunStart& start) = 0;
-  virtual void StepBegins(size_t /*step*/) {}
+  /// `date` is the day on which the step begins.
+  virtual void StepBegins(size_t /*step*/, const Date& /*date*/) {}
   virtual void StepDone(const StepRecord& record) = 0;
   virtual void Ended(const RunEnd& end) = 0;
   virtual void Notice(const std::string& /*text*/) {}

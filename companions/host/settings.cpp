@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "host/coupled_run.h"
+#include "host/start_watch.h"
 #include "toml/near_word.h"
 
 namespace gantry::fieldrun {
@@ -47,6 +48,7 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
 
 void StartSimulator(DriverModel& model, const CaseModel& caseModel) {
   try {
+    const StartWatch watch;
     model.StartSimulator();
   } catch (const DriverFailure& failure) {
     const std::string program = model.Get("Intersect.CaseDetails.SimExeName");

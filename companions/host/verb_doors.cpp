@@ -8,6 +8,7 @@
 #include "host/input_file.h"
 #include "host/module_values.h"
 #include "host/output_file.h"
+#include "host/start_watch.h"
 #include "host/terminal.h"
 #include "host/variable_choice.h"
 #include "host/verbs.h"
@@ -100,7 +101,9 @@ void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options&
       model.Set("Intersect.CaseDetails.SimExeName", options.simulator);
     }
   }
-  if (options.start) model.Do("Intersect.StartIX()");
+  if (!options.start) return;
+  const StartWatch watch;
+  model.Do("Intersect.StartIX()");
 }
 
 void GetProperties(const Session& session) {

@@ -30,8 +30,8 @@ class Listeners : public RunListener {
   void Started(const RunStart& start) override {
     for (RunListener* listener : all_) listener->Started(start);
   }
-  void StepBegins(size_t step) override {
-    for (RunListener* listener : all_) listener->StepBegins(step);
+  void StepBegins(size_t step, const Date& date) override {
+    for (RunListener* listener : all_) listener->StepBegins(step, date);
   }
   void StepDone(const StepRecord& record) override {
     for (RunListener* listener : all_) listener->StepDone(record);
@@ -117,7 +117,9 @@ void RunCase(const Session& session) {
   RunHistory history;
   Listeners listeners({&history, &progress, &results});
   CoupledRun run(caseModel, model, listeners);
-  run.atStep = [&](size_t step) { script.RunStep(step + 1, model, UserOutput()); };
+  run.atStep = [&](size_t step) {
+    progress.Aside([&] { script.RunStep(step + 1, model, UserOutput()); });
+  };
   run.isInterrupted = IsInterrupted;
   TakeInterruptions();
   run.Start(fmt::format("{}, {}", identity.name, identity.description),

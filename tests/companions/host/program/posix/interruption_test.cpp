@@ -1,15 +1,9 @@
 // How a run ends that its user doesn't want any longer, on a terminal of its own.
 
-#include <array>
-#include <csignal>
-
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "on_terminal.h"
 #include "program.h"
-#include "support/free_ports.h"
 
 namespace gantry::fieldrun::test {
 namespace {
@@ -17,35 +11,16 @@ namespace {
 /// fieldrun on a terminal, in the middle of a run of thousands of steps.
 class RunOnTerminal : public ::testing::Test {
  protected:
-  RunOnTerminal() {
-    const std::string file = ChangedExample(folder_, "odeh", "step = \"month\"", "step = 1");
-    std::vector<std::string> line = {FIELDRUN, "run", file, "-o", (folder_ / "out").string()};
-    std::vector<char*> arguments;
-    for (std::string& argument : line) arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
-    gantry::test::StartSimulatorsOnFreePorts();
-    process_ = ::forkpty(&terminal_, nullptr, nullptr, nullptr);
-    if (process_ == 0) {
-      ::execv(FIELDRUN, arguments.data());
-      ::_exit(127);
-    }
-    while (said_.find("\x1b[K    3 ") == std::string::npos && Listen()) {
-    }
-  }
-
-  /// Takes what the terminal shows next; false when nobody writes there any more.
-  bool Listen() {
-    std::array<char, 4096> part{};
-    const ssize_t count = ::read(terminal_, part.data(), part.size());
-    if (count > 0) said_.append(part.data(), static_cast<size_t>(count));
-    return count > 0;
+  RunOnTerminal()
+      : run_({"run", ChangedExample(folder_, "odeh", "step = \"month\"", "step = 1"), "-o",
+              (folder_ / "out").string()}) {
+    run_.ListenFor("\x1b[K    3 ");
   }
 
   void ExpectWholeResults() {
-    int status = 0;
-    ASSERT_EQ(::waitpid(process_, &status, 0), process_);
-    ASSERT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status) << "\n" << said_;
-    EXPECT_EQ(WEXITSTATUS(status), 3) << said_;
+    const int status = run_.Wait();
+    ASSERT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status) << "\n" << run_.said;
+    EXPECT_EQ(WEXITSTATUS(status), 3) << run_.said;
     const size_t steps = Table(folder_ / "out/field.csv").Rows();
     EXPECT_GE(steps, 3U);
     EXPECT_LT(steps, 3000U);
@@ -59,29 +34,27 @@ class RunOnTerminal : public ::testing::Test {
   }
 
   gantry::test::TestFolder folder_;
-  std::string said_;
-  int terminal_ = -1;
-  pid_t process_ = -1;
+  OnTerminal run_;
 };
 
 TEST_F(RunOnTerminal, FinishesItsStepAfterControlC) {
-  ASSERT_EQ(::write(terminal_, "\x03", 1), 1);
-  while (Listen()) {
+  ASSERT_EQ(::write(run_.terminal, "\x03", 1), 1);
+  while (run_.Listen()) {
   }
   ExpectWholeResults();
-  EXPECT_NE(said_.find("fieldrun: the run was ended by the user after"), std::string::npos)
-      << said_;
+  EXPECT_NE(run_.said.find("fieldrun: the run was ended by the user after"), std::string::npos)
+      << run_.said;
 }
 
 TEST_F(RunOnTerminal, FinishesItsStepWhenItIsAskedToEnd) {
-  ::kill(process_, SIGTERM);
-  while (Listen()) {
+  ::kill(run_.process, SIGTERM);
+  while (run_.Listen()) {
   }
   ExpectWholeResults();
 }
 
 TEST_F(RunOnTerminal, FinishesItsStepWhenTheTerminalIsClosed) {
-  ::close(terminal_);
+  ::close(run_.terminal);
   ExpectWholeResults();
 }
 
@@ -91,10 +64,10 @@ TEST_F(RunOnTerminal, LeavesWholeRowsOfOneRunWhenItIsKilled) {
   const Outcome second = RunFieldrun(folder_, {"run", ExampleCase("odeh"), "-o", out});
   EXPECT_NE(second.err.find("Another run is writing its results into " + out), std::string::npos)
       << second.err;
-  ::kill(process_, SIGKILL);
-  while (Listen()) {
+  ::kill(run_.process, SIGKILL);
+  while (run_.Listen()) {
   }
-  ASSERT_EQ(::waitpid(process_, nullptr, 0), process_);
+  run_.Wait();
   const Outcome report = RunFieldrun(folder_, {"report", out});
   ASSERT_EQ(report.status, 0) << report.err;
   const Table field(folder_ / "out/field.csv");
