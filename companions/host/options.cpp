@@ -28,7 +28,7 @@ constexpr VerbRow kVerbs[] = {
 const std::vector<Verb> kWithCase{kRun,  kWells,     kGet,      kSet,    kDo,   kSave,
                                   kEdit, kVariables, kDescribe, kExport, kCheck};
 const std::vector<Verb> kOneShot{kGet, kSet, kDo, kSave, kVariables, kDescribe};
-const std::vector<Verb> kPrinting{kWells, kIdentify, kUnits, kGet, kLoad, kVariables, kCheck};
+const std::vector<Verb> kPrinting{kRun, kWells, kIdentify, kUnits, kGet, kLoad, kVariables, kCheck};
 
 const std::vector<OptionRow> kOptions{
     {"case", "the case file (see fieldrun reference)", &Options::caseFile, kWithCase},

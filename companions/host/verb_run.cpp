@@ -11,6 +11,7 @@
 #include "host/result_reader.h"
 #include "host/result_tables.h"
 #include "host/run_file.h"
+#include "host/run_json.h"
 #include "host/run_script.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
@@ -113,9 +114,13 @@ void RunCase(const Session& session) {
 
   Results results(caseModel);
   ShareFolder(caseModel.general.output);
-  Progress progress(caseModel.Units(), !options.quiet, !options.quiet && IsTerminal());
+  const bool showsTable = !options.quiet && !options.json;
+  Progress progress(caseModel.Units(), showsTable, !options.quiet && IsTerminal());
+  RunJson json(caseModel);
   RunHistory history;
-  Listeners listeners({&history, &progress, &results});
+  std::vector<RunListener*> all{&history, &progress, &results};
+  if (options.json) all.push_back(&json);
+  Listeners listeners(std::move(all));
   CoupledRun run(caseModel, model, listeners);
   run.atStep = [&](size_t step) {
     progress.Aside([&] { script.RunStep(step + 1, model, UserOutput()); });
@@ -134,7 +139,7 @@ void RunCase(const Session& session) {
     throw EndedByUser(DescribeEnd(end) + "; results: " + caseModel.general.output);
   }
   if (!end.failure.empty()) throw DriverFailure(end.failure);
-  if (!options.quiet) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
+  if (showsTable) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
 }
 
 void ReportRun(const Options& options) {

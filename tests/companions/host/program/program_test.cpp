@@ -123,6 +123,19 @@ TEST_F(Program, TellsWhatTheModulePassesOverInSilence) {
   }
 }
 
+TEST_F(Program, TellsARunToProgramsByALineForEachEvent) {
+  const std::string file = ChangedExample(folder_, "five_spot", "diameter = 62", "diameter = 6.2");
+  const Outcome outcome = Run({"run", file, "-o", Path("out"), "-n", "2", "--json"});
+  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_TRUE(std::regex_search(
+      outcome.out,
+      std::regex(R"(^\{"event":"start","run":.*"units":"metric".*"steps":2,.*:32: warning: .*\n)"
+                 R"((?:\{.*\n)*\{"event":"step","step":1,.*"produced":\{"oil":\d.*\n)"
+                 R"((?:\{.*\n)*\{"event":"step","step":2,.*"total_injected":\{.*"water":\d.*\n)"
+                 R"((?:\{.*\n)*\{"event":"end","steps":2,.*"failure":"",.*\}\n$)")))
+      << outcome.out;
+}
+
 TEST_F(Program, NamesTheUnitsOfACase) {
   const Outcome outcome = Run({"units", ExampleCase("five_spot"), "--json"});
   EXPECT_TRUE(std::regex_search(outcome.out, std::regex(R"("pressure",\s+"unit": "bara")")));
