@@ -78,7 +78,13 @@ CIXConfig::CIXConfig(uintptr_t root, const std::string& keyPath) { Load(root, ke
 
 CIXConfig::~CIXConfig() { Save(); }
 
+LaunchSettings CIXConfig::ForLaunch() const {
+  const platform::SingleLock lock(section_);
+  return *this;
+}
+
 void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
+  const platform::SingleLock lock(section_);
   StartPort = kFirstPort;
   EndPort = kLastPort;
   if (const auto key = RegistryKey::Create(root, keyPath)) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/lock.h"
+
 namespace gantry {
 
 /// The registry key, under the current user, that holds the configuration and the last used case.
@@ -20,10 +22,20 @@ struct CIXUserProperty {
   int32_t IsScalar = 1;  ///< 1 a scalar, 0 a component array
 };
 
+/// How simulators are started on this machine.
+struct LaunchSettings {
+  std::string SimExecutable;
+  std::string MPIExecutable;
+  std::string CmdLine;
+  int32_t StartPort = 9001;
+  int32_t EndPort = 9101;
+};
+
 /// What holds for all cases of one user on one machine. Lives in the application object, mirrored
 /// in the registry: read at construction, written at destruction. No failure reaches the user: a
-/// missing or wrong value keeps its default.
-class CIXConfig {
+/// missing or wrong value keeps its default. Its fields belong to the host's own thread; a start,
+/// which may come from another one, takes a copy of what it needs.
+class CIXConfig : public LaunchSettings {
  public:
   CIXConfig();                                            ///< from the standard key
   CIXConfig(uintptr_t root, const std::string& keyPath);  ///< from another place
@@ -36,12 +48,13 @@ class CIXConfig {
   /// Always to the standard key.
   void Save() const;
 
-  std::string SimExecutable;
-  std::string MPIExecutable;
-  std::string CmdLine;
+  /// All of one moment, never in the middle of a `Load`. From any thread.
+  LaunchSettings ForLaunch() const;
+
   std::vector<std::unique_ptr<CIXUserProperty>> UserProperties;
-  int32_t StartPort = 9001;
-  int32_t EndPort = 9101;
+
+ private:
+  mutable platform::CriticalSection section_;
 };
 
 /// True for a text that is empty or made of blanks only.

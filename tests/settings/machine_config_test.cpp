@@ -1,5 +1,7 @@
 #include "settings/machine_config.h"
 
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "client/unit_converter.h"
@@ -45,6 +47,25 @@ TEST_F(MachineConfig, IsSavedWhenItGoes) {
   ASSERT_EQ(config.UserProperties.size(), 2u);
   EXPECT_EQ(config.UserProperties[0]->UnitCode, 60051u);
   EXPECT_EQ(config.UserProperties[1]->UnitCode, UnitFamilyTable[3].userCode);
+}
+
+TEST_F(MachineConfig, IsReadWholeByAStartWhileTheHostCopiesAnother) {
+  const std::vector<std::string> places = {"Software\\A", "Software\\B"};
+  for (const std::string& place : places) {
+    const auto key = RegistryKey::Create(platform::kCurrentUser, place);
+    key->WriteText("CmdLine", std::string(1000, place.back()));
+    key->WriteNumber("StartPort", static_cast<uint32_t>(place.back()));
+  }
+  CIXConfig config(platform::kCurrentUser, places[0]);
+  std::jthread host([&](const std::stop_token& ended) {
+    for (size_t i = 0; !ended.stop_requested(); ++i) {
+      config.Load(platform::kCurrentUser, places[i % places.size()]);
+    }
+  });
+  for (int i = 0; i < 2000; ++i) {
+    const LaunchSettings seen = config.ForLaunch();
+    ASSERT_EQ(seen.CmdLine, std::string(1000, static_cast<char>(seen.StartPort)));
+  }
 }
 
 TEST_F(MachineConfig, AValueOfTheWrongTypeKeepsItsDefault) {
