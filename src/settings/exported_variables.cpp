@@ -1,5 +1,6 @@
 #include "settings/exported_variables.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <stdexcept>
@@ -14,6 +15,10 @@ namespace gantry {
 namespace {
 
 constexpr int32_t kFirstVersionWithKind = 2;
+
+/// More values than any simulator has for one quantity of a well: a file or a registry that asks
+/// for more is damaged, and would keep the host in its list of them for good.
+constexpr uint32_t kMostElements = 1000;
 
 /// Transfers a list: its count, then each item, which on a read is appended.
 template <class T>
@@ -97,7 +102,7 @@ void CExportedVariable::Serialize(CaseArchive& archive, int32_t version) {
 }
 
 uint32_t CExportedVariable::EntryCount(size_t componentCount) const {
-  return Kind != 0 ? Kind : static_cast<uint32_t>(componentCount);
+  return Kind != 0 ? std::min(Kind, kMostElements) : static_cast<uint32_t>(componentCount);
 }
 
 CExportedVariable* CExportedVariableCollection::FindByLabel(const std::string& label) {

@@ -20,7 +20,8 @@ class CExportedVariable : public CExtCollectionObject {
   explicit CExportedVariable(const CIXUserProperty& property);
 
   void Serialize(CaseArchive& archive, int32_t version) override;
-  /// How many handles it takes: `Kind`, or one for each component when that is 0.
+  /// How many handles it takes: `Kind`, or one for each component when that is 0. Not
+  /// above 1000.
   uint32_t EntryCount(size_t componentCount) const;
 
   std::string Key;            ///< the simulator's name for a read

@@ -61,7 +61,10 @@ TEST(ExportedVariables, AreNumberedByWellByVariableByElement) {
       EXPECT_EQ(entry.wellParent->Variables.FindByLabel(c.label), entry.variable);
     }
   }
-  EXPECT_EQ(CExportedVariables().FindEntry(0, 3).variable, nullptr);
+  CExportedVariables damaged;
+  Add(Add(damaged, "W"), "D", 0xFFFFFFFF);
+  EXPECT_EQ(damaged.FindEntry(999, 3).element, 999u);
+  EXPECT_EQ(damaged.FindEntry(1000, 3).variable, nullptr) << "the host lists them one by one";
 }
 
 TEST(ExportedVariables, AreFoundByExactTextsAndRemovedFromTheirOwnList) {
