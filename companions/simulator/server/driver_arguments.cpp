@@ -61,7 +61,7 @@ std::variant<DriverArguments, int> ReadDriverArguments(int argc, char** argv,
   app.add_option(
          "--dopt", driverOptions,
          "external_controller_port:PORT (needed), external_controller_logger (messages go to "
-         "BASE.ecreplay), external_controller_wait:SECONDS (120); others are ignored")
+         "BASE.ecreplay), external_controller_wait:SECONDS (20); others are ignored")
       ->allow_extra_args(false);
   for (const ShownText& shown : program.texts) {
     const auto show = [&shown] {

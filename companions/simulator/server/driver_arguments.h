@@ -14,7 +14,7 @@ struct DriverArguments {
   std::string base;  ///< of the deck's name, and of what is written beside the deck
   uint16_t port = 0;
   bool logsMessages = false;
-  int secondsForController = 120;
+  int secondsForController = 20;
 };
 
 /// A flag that shows a text and ends the program.
