@@ -20,7 +20,9 @@ class NameIndex;
 
 /// Runs the operations of a connector as routines of a remote controller. Owns its copy of the
 /// factory's connection, and the one buffer that every reply is read into. Every failure is a
-/// runtime_error with the text of its routine; nothing resynchronises the stream after one.
+/// runtime_error with the text of its routine; nothing resynchronises the stream after one. Behind
+/// a reply that was refused as too long no further one can be found: requests still go out, and
+/// fail at once.
 class CExtConnectorRemote : public CExtConnectorBase {
  public:
   explicit CExtConnectorRemote(const RemoteSessionData& data)
@@ -97,6 +99,7 @@ class CExtConnectorRemote : public CExtConnectorBase {
     Ask(routine, request, [](MessageReader&) {});
   }
 
+  /// False when none came, or none can be found in what comes.
   bool ReceiveReply();
   double AskDouble(Routine routine);
   bool AskFlag(Routine routine);
@@ -109,6 +112,7 @@ class CExtConnectorRemote : public CExtConnectorBase {
   uint32_t LastRoutine = 0;
   std::span<const std::byte> ReplyPayload;
   std::array<std::byte, kLargestReply> ReplyBuffer{};
+  bool isOutOfStep_ = false;
   int32_t VersionCode;
 };
 

@@ -20,7 +20,14 @@ std::unique_ptr<CExtConnectorBase> CreateRemoteConnector(const RemoteSessionData
 
 bool CExtConnectorRemote::ReceiveReply() {
   uint32_t length = 0;
-  if (Socket == nullptr || Socket->ReceiveFrame(ReplyBuffer, length) != 0) return false;
+  if (Socket == nullptr) return false;
+  if (isOutOfStep_) {
+    Socket->DropAvailable();
+    return false;
+  }
+  const bool hasCome = Socket->ReceiveFrame(ReplyBuffer, length) == 0;
+  isOutOfStep_ = length > ReplyBuffer.size();
+  if (!hasCome) return false;
   std::memcpy(&LastRoutine, ReplyBuffer.data(), kRoutineNumberSize);
   ReplyPayload = std::span(ReplyBuffer).subspan(kRoutineNumberSize);
   return true;

@@ -1,9 +1,12 @@
 #include "remote/socket.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <vector>
+
+#include "platform/lock.h"
 
 namespace gantry {
 
@@ -17,14 +20,17 @@ namespace {
 constexpr uint32_t kLengthSize = 4;
 constexpr int32_t kLongestText = std::numeric_limits<int16_t>::max();
 
-int32_t liveSockets = 0;
+platform::CriticalSection countSection;
+int32_t liveSockets GANTRY_GUARDED_BY(countSection) = 0;
 
 void CountSocket() {
+  const platform::SingleLock lock(countSection);
   if (liveSockets == 0 && !Sockets().StartUp()) throw "Could not start WSA";
   ++liveSockets;
 }
 
 void DiscountSocket() {
+  const platform::SingleLock lock(countSection);
   if (--liveSockets == 0) Sockets().CleanUp();
 }
 
@@ -58,8 +64,11 @@ Socket::Socket(const Socket& other)
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is released, so it does no harm
 Socket& Socket::operator=(const Socket& other) {
-  static std::vector<std::shared_ptr<Connection>> neverReleased;
-  neverReleased.push_back(connection_);
+  {
+    static std::vector<std::shared_ptr<Connection>> neverReleased;
+    const platform::SingleLock lock(countSection);
+    neverReleased.push_back(connection_);
+  }
   dwPerf = other.dwPerf;
   WaitBeforeReceive = other.WaitBeforeReceive;
   connection_ = other.connection_;
@@ -148,6 +157,12 @@ std::string Socket::ReceiveText(int32_t& length) {
 }
 
 int64_t Socket::BytesAvailable() { return Sockets().Available(Handle()); }
+
+void Socket::DropAvailable() {
+  std::array<std::byte, 4096> dropped;
+  while (BytesAvailable() > 0 && Sockets().Receive(Handle(), dropped) > 0) {
+  }
+}
 
 int32_t IsPortFree(uint16_t port) {
   if (!Sockets().StartUp()) return -3;

@@ -15,9 +15,8 @@ namespace gantry {
 /// a terminator (docs/remote-protocol.md).
 ///
 /// Calls block without a time limit. Constructors throw plain character pointers. A connection
-/// belongs to one thread at a time, and sockets are made and destroyed by one thread at a time:
-/// the first one alive starts the system's socket library, the last one cleans it up, and their
-/// count has no lock.
+/// belongs to one thread at a time. The first socket alive in the process starts the system's
+/// socket library and the last one cleans it up, whichever threads they belong to.
 class Socket {
  public:
   Socket();
@@ -44,6 +43,9 @@ class Socket {
   std::string ReceiveText(int32_t& length);
   /// How many bytes can be read without blocking, -1 on failure.
   int64_t BytesAvailable();
+  /// Reads and drops as many. A connection that is closed with bytes unread is reset, and the peer
+  /// may lose what was last sent to it.
+  void DropAvailable();
 
   uint32_t dwPerf = 0;             ///< nothing adds to it
   bool WaitBeforeReceive = false;  ///< `ReceiveText` waits before each byte; nothing sets it

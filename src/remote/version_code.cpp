@@ -8,6 +8,7 @@
 
 #include "client/connector_base.h"
 #include "host/text/number_text.h"
+#include "platform/files.h"
 
 namespace gantry {
 namespace {
@@ -57,8 +58,9 @@ std::optional<int32_t> CodeOfToken(std::string token) {
 }  // namespace
 
 int32_t VersionCodeFromPath(const std::string& path) {
+  const std::string separators = {'\\', platform::kPathSeparator};
   for (size_t begin = 0; begin < path.size();) {
-    const size_t end = std::min(path.find_first_of("/\\", begin), path.size());
+    const size_t end = std::min(path.find_first_of(separators, begin), path.size());
     if (const auto code = CodeOfToken(path.substr(begin, end - begin))) return *code;
     begin = end + 1;
   }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/files.h"
 #include "remote/job_slot.h"
 #include "remote/version_code.h"
 #include "settings/link_settings.h"
@@ -14,17 +15,17 @@ namespace {
 TEST(VersionCode, ComesFromTheFirstTokenOfThePathThatHasOne) {
   const std::vector<std::pair<std::string, int32_t>> cases = {
       {"C:\\IX\\2017.2\\bin\\ix.exe", 20172},
-      {"/opt/ix/2016.2/bin/ix", 20162},
+      {"/opt/2016.2/ix", platform::kPathSeparator == '/' ? 20162 : 100000},
       {"C:\\IX\\v2016a\\ix.exe", 20161},
-      {"/opt/V2017B-extra/ix", 20172},
-      {"/opt/v2017c/2018.1/ix", 20181},
-      {"/opt/v20x7a/ix", 100000},
+      {"C:\\V2017B-extra\\ix", 20172},
+      {"C:\\v2017c\\2018.1\\ix", 20181},
+      {"C:\\v20x7a\\ix", 100000},
       {"C:\\Simulators\\ix.exe", 100000},
-      {"/opt/ 2017 .2 /ix", 20172},
-      {"/opt/2e3/ix", 20000},
-      {"/opt/e3/ix", 100000},
-      {"/opt/2017_2/ix", 100000},
-      {"/opt/1e300/ix", 2147483647},
+      {"C:\\ 2017 .2 \\ix", 20172},
+      {"C:\\2e3\\ix", 20000},
+      {"C:\\e3\\ix", 100000},
+      {"C:\\2017_2\\ix", 100000},
+      {"C:\\1e300\\ix", 2147483647},
       {"2016.1", 20161},
       {"", 100000},
       {"//\\\\", 100000},

@@ -352,14 +352,19 @@ TEST(RemoteConnector, RefusesInflowWithoutARecordOrOfMorePointsThanAReplyCanHold
             CommunicationError(Routine::kGetWellIPRDataOfOne));
 }
 
-TEST(RemoteConnector, RefusesAReplyLongerThanItsBuffer) {
+TEST(RemoteConnector, WaitsForNothingOnceAReplyWasLongerThanItsBuffer) {
   Controller controller;
-  controller.Exchange(BareRequest(4), test::Framed(Int(4) + std::string(1048572, '\0')));
-  controller.Exchange(BareRequest(4), Int(1048577));
+  controller.Exchange(BareRequest(4), test::Framed(Int(4) + std::string(1048572, '\0')))
+      .Exchange(BareRequest(4), Int(1048577) + Int(100))
+      .Exchange(BareRequest(7), "")
+      .Exchange(BareRequest(65520), "");
   const auto connector = controller.Connect();
   EXPECT_EQ(connector->GetTimeDays(), 0.0);
   EXPECT_EQ(FailureOf([&] { connector->GetTimeDays(); }),
             CommunicationError(Routine::kGetTimeDays));
+  EXPECT_EQ(FailureOf([&] { connector->AdvanceNewton(); }),
+            CommunicationError(Routine::kAdvanceNewton));
+  EXPECT_EQ(FailureOf([&] { connector->Shutdown(); }), CommunicationError(Routine::kShutdown));
 }
 
 TEST(RemoteConnector, NamesAndLimitsFollowTheVersionCode) {

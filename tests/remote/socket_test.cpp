@@ -1,7 +1,8 @@
 #include "remote/socket.h"
 
-#include <array>
+#include <atomic>
 #include <cerrno>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -89,6 +90,30 @@ TEST(Socket, IsCountedFromTheFirstToTheLastAndForGoodWhenItIsAssignedTo) {
   }
   EXPECT_EQ(calls.closed, 3);
   EXPECT_EQ(calls.cleanUps, 2) << "and stays in the count";
+}
+
+TEST(Socket, IsCountedRightlyByThreadsThatMakeThemBesideEachOther) {
+  class Level : public PassingCalls {
+   public:
+    bool StartUp() override { return Change(1); }
+    void CleanUp() override { Change(-1); }
+    bool Change(int by) {
+      const int now = started += by;
+      wasWrong = wasWrong || now < 0 || now > 1;
+      return true;
+    }
+    std::atomic<int> started = 0;
+    std::atomic<bool> wasWrong = false;
+  } calls;
+  const platform::SocketCallsOverride override(calls);
+  const auto makeMany = [] {
+    for (int i = 0; i < 20000; ++i) const Socket socket(platform::kInvalidSocket);
+  };
+  std::thread beside(makeMany);
+  makeMany();
+  beside.join();
+  EXPECT_FALSE(calls.wasWrong);
+  EXPECT_EQ(calls.started, 0);
 }
 
 TEST(Socket, CloseIsSeenByAllCopies) {
