@@ -13,13 +13,10 @@ namespace {
 
 constexpr int kOperatingRow = 4;
 
-/// In a folder that the owner alone may enter: the port's lock stands there too, and any other
-/// folder would be passed over for one that all runs of the user share.
 void WriteRegistry(const std::filesystem::path& folder, const std::filesystem::path& simulator,
                    uint16_t port) {
   const auto gantry = folder / "gantry";
   std::filesystem::create_directories(gantry);
-  std::filesystem::permissions(gantry, std::filesystem::perms::owner_all);
   std::ofstream(gantry / "registry.reg")
       << "REGEDIT4\r\n\r\n"
          "[HKEY_CURRENT_USER\\Software\\Orvale\\Tessel\\ExtensionDlls100_64\\Intersect]\r\n"
@@ -45,7 +42,6 @@ DrivenModule::DrivenModule(const std::filesystem::path& folder,
     : wells_(static_cast<size_t>(size.wells)), record_(std::make_unique<_tGetSetData>()) {
   WriteRegistry(folder, simulator, port);
   ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
-  ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
   std::iota(wells_.begin(), wells_.end(), 0);
 
   api_ = fieldrun::ModuleApi::Load(GANTRY_MODULE);

@@ -9,6 +9,7 @@
 #include "client/connector_records.h"
 #include "client/query_results.h"
 #include "client/unit_converter.h"
+#include "platform/port_listeners.h"
 
 namespace gantry {
 
@@ -94,7 +95,9 @@ inline constexpr int32_t kMostRecentVersion = 100000;
 inline constexpr int32_t kVersion2016_2 = 20162;
 inline constexpr int32_t kVersion2017_2 = 20172;
 
-/// The connector for a simulator on this machine: a code of 20172 or more takes the newer one.
-std::unique_ptr<CExtConnectorBase> CreateLocalConnector(int32_t versionCode, uint32_t port);
+/// The connector for a simulator on this machine: a code of 20172 or more takes the newer one. Who
+/// listened on the port before the simulator was started isn't taken for it.
+std::unique_ptr<CExtConnectorBase> CreateLocalConnector(int32_t versionCode, uint32_t port,
+                                                        platform::Bystanders bystanders = {});
 
 }  // namespace gantry

@@ -8,6 +8,7 @@
 #include "client/record_fields.h"
 #include "client/simulator_model.h"
 #include "client/simulator_wells.h"
+#include "client/tcp_connection.h"
 
 namespace gantry {
 
@@ -25,6 +26,10 @@ bool HaveSizesOf(const std::vector<Strings>& items, const Lists& lists) {
 IntersectClientBase& CExtConnectorLocalBase::Client() {
   if (client_ == nullptr) throw std::logic_error("There is no session with the simulator.");
   return *client_;
+}
+
+std::unique_ptr<PeerConnection> CExtConnectorLocalBase::NewConnection() const {
+  return std::make_unique<TcpConnection>(bystanders_);
 }
 
 void CExtConnectorLocalBase::ConnectToSimulator() {

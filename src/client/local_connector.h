@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/connector_base.h"
@@ -10,6 +12,7 @@
 namespace gantry {
 
 class IntersectClientBase;
+class PeerConnection;
 
 /// What both local connectors share: a connector that speaks the simulator's protocol itself, on a
 /// port of this machine. Turns the model's questions into queries and setters, checks that the
@@ -46,7 +49,11 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   bool GetTerminationFlag() override;
 
  protected:
-  explicit CExtConnectorLocalBase(uint32_t port) : port_(port) {}
+  explicit CExtConnectorLocalBase(uint32_t port, platform::Bystanders bystanders)
+      : port_(port), bystanders_(std::move(bystanders)) {}
+
+  /// For a client to the simulator, and to nobody who was there before.
+  std::unique_ptr<PeerConnection> NewConnection() const;
 
  private:
   /// A new client of the connector's version, owned by its class until `DestroyClient`.
@@ -57,6 +64,7 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   IntersectClientBase& Client();
 
   uint32_t port_;
+  platform::Bystanders bystanders_;
   IntersectClientBase* client_ = nullptr;
   InflowWorkspace inflowWorkspace_;
   std::vector<Doubles> convertedValues_;  ///< of the last constraints; only for its storage

@@ -1,8 +1,10 @@
 #include "client/tcp_connection.h"
 
+#include <bit>
 #include <chrono>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -41,11 +43,18 @@ struct TcpConnection::Socket {
   bool Knock(const tcp::resolver::results_type& addresses) {
     for (const auto& address : addresses) {
       socket.close();
-      boost::system::error_code refused;
-      socket.connect(address.endpoint(), refused);
-      if (!refused) return true;
+      if (Try(address.endpoint())) return true;
     }
     return false;
+  }
+
+  /// By the platform's own call, which sees a connection that a signal interrupts through to its
+  /// outcome: the peer may have taken it by then, and takes no second one.
+  bool Try(const tcp::endpoint& peer) {
+    socket.open(tcp::v4());
+    const auto address = std::bit_cast<uint32_t>(peer.address().to_v4().to_bytes());
+    const auto handle = static_cast<platform::SocketHandle>(socket.native_handle());
+    return platform::SystemSockets().Connect(handle, address, peer.port()) == 0;
   }
 
   platform::SocketLibrary library;
@@ -53,7 +62,8 @@ struct TcpConnection::Socket {
   tcp::socket socket;
 };
 
-TcpConnection::TcpConnection() : socket_(std::make_unique<Socket>()) {}
+TcpConnection::TcpConnection(platform::Bystanders bystanders)
+    : bystanders_(std::move(bystanders)), socket_(std::make_unique<Socket>()) {}
 
 TcpConnection::~TcpConnection() = default;
 
@@ -63,7 +73,7 @@ void TcpConnection::Connect(const std::string& host, uint32_t port, uint32_t tim
       resolver.resolve(tcp::v4(), host, std::to_string(port), tcp::resolver::numeric_service);
   const Clock::time_point start = Clock::now();
   Clock::time_point lastAttempt = start;
-  while (!socket_->Knock(addresses)) {
+  while (bystanders_.WouldAnswer() || !socket_->Knock(addresses)) {
     const Clock::time_point now = Clock::now();
     if (std::chrono::duration_cast<std::chrono::seconds>(now - start).count() > timeoutSeconds) {
       throw std::runtime_error("Connection timed out.");

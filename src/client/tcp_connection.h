@@ -5,6 +5,7 @@
 #include <string>
 
 #include "client/byte_channel.h"
+#include "platform/port_listeners.h"
 
 namespace gantry {
 
@@ -13,7 +14,8 @@ namespace gantry {
 /// "read" or "write".
 class TcpConnection : public PeerConnection {
  public:
-  TcpConnection();
+  /// `bystanders` are no peers: while one of them listens on the port, a knock counts as refused.
+  explicit TcpConnection(platform::Bystanders bystanders = {});
   ~TcpConnection() override;
 
   /// Looks the host up once (IPv4) and knocks on its port twice a second until somebody answers.
@@ -27,6 +29,8 @@ class TcpConnection : public PeerConnection {
 
  private:
   friend class TcpListener;
+
+  platform::Bystanders bystanders_;
   std::unique_ptr<Socket> socket_;
 };
 

@@ -1,20 +1,12 @@
 #include "remote/windows_job_session.h"
 
 #include "host/boundary/error_text.h"
-#include "platform/lock.h"
+#include "platform/port_listeners.h"
 #include "remote/version_code.h"
 #include "settings/gantry_app.h"
 
 namespace gantry {
 namespace {
-
-/// Guards the reading of the two port settings.
-platform::CriticalSection& PortSection() {
-  static platform::CriticalSection section;
-  return section;
-}
-
-const CIXConfig& Config() { return CGantryApp::Instance().Config; }
 
 constexpr int32_t kNoPort = -1;
 
@@ -30,13 +22,14 @@ CWindowsJobSession::~CWindowsJobSession() {
 }
 
 // One process at a time searches; a slot that can't be had for another reason than that somebody
-// holds it ends the search all the same.
+// holds it ends the search, and the start is told.
 void CWindowsJobSession::TakeSlot() {
   const auto search = platform::NamedMutex::Acquire("GantryDriver");
   for (SlotIndex = 0;; ++SlotIndex) {
     auto attempt = platform::NamedMutex::TryAcquire(FormatText("Gantry%u", SlotIndex));
     if (attempt.outcome == platform::NamedMutex::Outcome::kHeldElsewhere) continue;
     SlotMutexHandle = std::move(attempt.mutex);
+    if (SlotMutexHandle == nullptr) slotFailure_ = attempt.reason;
     return;
   }
 }
@@ -45,18 +38,18 @@ bool CWindowsJobSession::IsRunning() {
   return ProcessHandle != nullptr && ProcessHandle->IsRunning();
 }
 
-int32_t CWindowsJobSession::ChoosePort() const {
-  const platform::SingleLock lock(PortSection());
-  const int64_t port = int64_t{Config().StartPort} + SlotIndex;
-  return port > Config().EndPort ? kNoPort : static_cast<int32_t>(port);
+int32_t CWindowsJobSession::ChoosePort(const LaunchSettings& machine) const {
+  const int64_t port = int64_t{machine.StartPort} + SlotIndex;
+  return port > machine.EndPort ? kNoPort : static_cast<int32_t>(port);
 }
 
-bool CWindowsJobSession::ComposeLaunch(int32_t port, Launch& launch, std::string& message) const {
+bool CWindowsJobSession::ComposeLaunch(const LaunchSettings& machine, int32_t port, Launch& launch,
+                                       std::string& message) const {
   const std::string& simulator =
-      Settings.SimExeName.empty() ? Config().SimExecutable : Settings.SimExeName;
+      Settings.SimExeName.empty() ? machine.SimExecutable : Settings.SimExeName;
   const std::string base = Settings.GetCaseBaseName();
   if (Settings.Parallel >= 2) {
-    launch.application = Config().MPIExecutable;
+    launch.application = machine.MPIExecutable;
     if (IsBlank(launch.application)) {
       message =
           "A path to mpiexec must be entered in the configuration screen to run parallel jobs";
@@ -72,7 +65,7 @@ bool CWindowsJobSession::ComposeLaunch(int32_t port, Launch& launch, std::string
                                     simulator.c_str(), base.c_str(), port);
   }
   if (Settings.StdLogging) launch.commandLine += " --dopt=external_controller_logger";
-  if (!IsBlank(Config().CmdLine)) launch.commandLine += " " + Config().CmdLine;
+  if (!IsBlank(machine.CmdLine)) launch.commandLine += " " + machine.CmdLine;
   return true;
 }
 
@@ -81,7 +74,12 @@ int32_t CWindowsJobSession::Start(std::string& message) {
     message = "The current simulator process is still running. No new process is created.";
     return 1;
   }
-  const int32_t port = ChoosePort();
+  if (SlotMutexHandle == nullptr) {
+    message = "No network port could be reserved for the connection to Intersect: " + slotFailure_;
+    return 1;
+  }
+  const LaunchSettings machine = CGantryApp::Instance().Config.ForLaunch();
+  const int32_t port = ChoosePort(machine);
   if (port == kNoPort) {
     message =
         "Tessel has run out of network ports to use for the connection to Intersect. Check "
@@ -89,21 +87,23 @@ int32_t CWindowsJobSession::Start(std::string& message) {
     return 1;
   }
   Launch launch;
-  if (!ComposeLaunch(port, launch, message)) return 1;
-  ProcessHandle =
-      platform::StartProcess(launch.application, launch.commandLine, Settings.GetCaseDirectory());
-  if (ProcessHandle == nullptr) {
-    message = "Could not start IX process";
-    return 1;
-  }
-  return Connect(port, message);
+  if (!ComposeLaunch(machine, port, launch, message)) return 1;
+  return LaunchAndConnect(machine, launch, port, message);
 }
 
 // The version follows the machine's simulator, also where the case names another one.
-int32_t CWindowsJobSession::Connect(int32_t port, std::string& message) {
+int32_t CWindowsJobSession::LaunchAndConnect(const LaunchSettings& machine, const Launch& launch,
+                                             int32_t port, std::string& message) {
   try {
-    Connector = CreateLocalConnector(VersionCodeFromPath(Config().SimExecutable),
-                                     static_cast<uint32_t>(port));
+    platform::Bystanders bystanders(static_cast<uint16_t>(port));
+    ProcessHandle =
+        platform::StartProcess(launch.application, launch.commandLine, Settings.GetCaseDirectory());
+    if (ProcessHandle == nullptr) {
+      message = "Could not start IX process";
+      return 1;
+    }
+    Connector = CreateLocalConnector(VersionCodeFromPath(machine.SimExecutable),
+                                     static_cast<uint32_t>(port), std::move(bystanders));
     return 0;
   } catch (const std::exception& failure) {
     Connector = nullptr;

@@ -87,14 +87,17 @@ INSTANTIATE_TEST_SUITE_P(
                       Fault{"vanishes", kStart + "read: "}),
     NameOfFault);
 
-/// The simulator can't have the port, and ends; here it is one that ends in any case.
-TEST_F(Failure, OfAPortThatAnotherProgramHoldsIsTold) {
-  model_->Set("Intersect.CaseDetails.SimExeName", "/bin/true");
-  {
-    TcpListener holder(static_cast<uint16_t>(run_.FirstPort()));
-    std::jthread closesAtOnce([&] { holder.Accept(60); });
-    EXPECT_EQ(StartFailure().substr(0, kStart.size()), kStart);
-  }
+/// The wells of a simulator that another run has left behind would be those of another deck.
+TEST_F(Failure, IsNotMadeByTakingAStrangerOnThePortForTheSimulator) {
+  auto stranger = std::make_unique<TcpListener>(static_cast<uint16_t>(run_.FirstPort()));
+  std::jthread leaves([&] {
+    EXPECT_EQ(stranger->Accept(1), nullptr) << "nobody may knock there";
+    stranger.reset();
+  });
+  model_->Set("Intersect.CaseDetails.SimExeName", RealRun::FaultySimulator());
+  model_->Set("Intersect.CaseDetails.FileName", (run_.Folder() / "patient.afi").string());
+  EXPECT_EQ(StartFailure(), kStart + "no licence>");
+  leaves.join();
   ExpectToRunAgain();
 }
 

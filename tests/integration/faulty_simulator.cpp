@@ -5,6 +5,7 @@
 //   absurd      claims a payload of 2^60 bytes
 //   short       sends half of a payload and closes
 //   refuses     refuses the set-up, with a reason
+//   patient     waits until it can have its port, then refuses the set-up
 //   position    reports a position that nobody knows
 //   vanishes    comes up in full, and is gone when it is to advance
 
@@ -14,6 +15,7 @@
 #include <cstring>
 #include <map>
 #include <string>
+#include <thread>
 
 #include "client/message_stream.h"
 #include "client/tcp_connection.h"
@@ -90,10 +92,21 @@ int Play(const std::string& fault, TcpConnection& controller) {
   if (fault == "garbage") SendGarbage(controller);
   if (fault == "absurd") SendAbsurdLength(controller);
   if (fault == "short") SendHalf(controller);
-  if (fault == "refuses") Refuse(stream);
+  if (fault == "refuses" || fault == "patient") Refuse(stream);
   if (fault == "position") ReportUnknownPosition(stream);
   if (fault == "vanishes") Vanish(stream);
   return EXIT_SUCCESS;
+}
+
+std::unique_ptr<TcpListener> Listen(uint16_t port, bool isPatient) {
+  for (;;) {
+    try {
+      return std::make_unique<TcpListener>(port);
+    } catch (const std::exception&) {
+      if (!isPatient) throw;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
 }
 
 }  // namespace
@@ -104,8 +117,8 @@ int main(int argc, char** argv) {
   try {
     std::unique_ptr<TcpConnection> controller;
     {
-      TcpListener listener(static_cast<uint16_t>(std::atoi(option + 1)));
-      controller = listener.Accept(60);
+      const auto port = static_cast<uint16_t>(std::atoi(option + 1));
+      controller = Listen(port, argv[1] == std::string("patient"))->Accept(60);
     }
     return controller == nullptr ? EXIT_FAILURE : Play(argv[1], *controller);
   } catch (const std::exception& failure) {

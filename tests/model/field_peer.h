@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/port_listeners.h"
 #include "support/wire_entries.h"
 
 namespace gantry::test {
@@ -61,6 +62,7 @@ class FieldPeer {
 
  private:
   struct Play;
+  platform::IgnoredBystanders counted_;  ///< it listens before the simulator's process is started
   std::unique_ptr<Play> play_;
 };
 

@@ -6,8 +6,8 @@
 
 namespace gantry::test {
 
-/// Lets this process, and where the platform can its children, keep its registry and its locks in
-/// `folder`.
+/// Lets this process, and where the platform can its children, keep its registry in `folder`. A
+/// test program that has this has the ports and the slots of sessions to itself from its start.
 void IsolateSettings(const std::filesystem::path& folder);
 
 /// Sets a variable of this process's environment, or takes it out.

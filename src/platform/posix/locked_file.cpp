@@ -7,16 +7,14 @@
 
 namespace gantry::platform {
 
-LockedFile::LockedFile(const std::string& path, Wait wait)
+LockedFile::LockedFile(const std::string& path)
     : file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600)) {
   if (!file_.IsOpen()) return;
-  const int operation = LOCK_EX | (wait == Wait::kNot ? LOCK_NB : 0);
   int result = 0;
   do {
-    result = ::flock(file_.Number(), operation);
+    result = ::flock(file_.Number(), LOCK_EX);
   } while (result != 0 && errno == EINTR);
   held_ = result == 0;
-  busy_ = result != 0 && errno == EWOULDBLOCK;
 }
 
 LockedFile::~LockedFile() {

@@ -10,21 +10,17 @@ namespace gantry::platform {
 /// objects shut each other out within one process too. The file itself stays.
 class LockedFile {
  public:
-  enum class Wait { kUntilFree, kNot };
-
-  LockedFile(const std::string& path, Wait wait);
+  /// Waits until the lock is free, without a time limit.
+  explicit LockedFile(const std::string& path);
   ~LockedFile();
   LockedFile(const LockedFile&) = delete;
   LockedFile& operator=(const LockedFile&) = delete;
 
   bool IsHeld() const { return held_; }
-  /// True when the lock isn't held because somebody else has it.
-  bool IsBusy() const { return busy_; }
 
  private:
   Descriptor file_;
   bool held_ = false;
-  bool busy_ = false;
 };
 
 }  // namespace gantry::platform

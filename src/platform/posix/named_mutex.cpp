@@ -1,58 +1,105 @@
 #include "platform/named_mutex.h"
 
-#include "platform/posix/locked_file.h"
-#include "platform/posix/user_folders.h"
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <system_error>
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "platform/posix/descriptor.h"
+
+// A mutex is a listening Unix socket in the abstract namespace: its name is taken by one process of
+// the machine's network namespace at a time, whoever's it is, like a port's number, and the system
+// frees it when the process dies. Nobody ever accepts: who waits has a connection that breaks when
+// the holder goes.
 
 namespace gantry::platform {
 
 namespace {
 
-/// The mutex's name as a file name: letters, digits, "_" and "-" stand for themselves, every other
-/// byte is written as "%" and two digits, so that no name leads out of the folder and no two meet.
-std::string FileNameOf(const std::string& name) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string file;
-  for (const char c : name) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' ||
-        c == '-') {
-      file += c;
-    } else {
-      file += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-    }
-  }
-  return file + ".lock";
-}
-
-class FileMutex : public NamedMutex {
+class SocketMutex : public NamedMutex {
  public:
-  FileMutex(const std::string& path, LockedFile::Wait wait) : file_(path, wait) {}
-
-  const LockedFile& File() const { return file_; }
+  explicit SocketMutex(Descriptor socket) : socket_(std::move(socket)) {}
 
  private:
-  LockedFile file_;
+  Descriptor socket_;
 };
 
-std::unique_ptr<FileMutex> Open(const std::string& name, LockedFile::Wait wait) {
-  const auto folder = RuntimeFolder();
-  if (!folder) return nullptr;
-  return std::make_unique<FileMutex>(*folder + "/" + FileNameOf(name), wait);
+struct Address {
+  sockaddr_un bytes{};
+  socklen_t size = 0;
+
+  const sockaddr* Generic() const { return reinterpret_cast<const sockaddr*>(&bytes); }
+};
+
+/// False when the name is too long for an address. A byte of 0 in front marks it as abstract.
+bool MakeAddress(const std::string& name, Address& address) {
+  if (name.size() + 1 > sizeof address.bytes.sun_path) {
+    errno = ENAMETOOLONG;
+    return false;
+  }
+  address.bytes.sun_family = AF_UNIX;
+  std::memcpy(address.bytes.sun_path + 1, name.data(), name.size());
+  address.size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+  return true;
+}
+
+Descriptor NewSocket() { return Descriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)); }
+
+/// Not open when the name can't be had; `errno` says why.
+Descriptor Take(const Address& address) {
+  Descriptor socket = NewSocket();
+  if (!socket.IsOpen() || ::bind(socket.Number(), address.Generic(), address.size) != 0 ||
+      ::listen(socket.Number(), SOMAXCONN) != 0) {
+    const int reason = errno;
+    socket.Reset();
+    errno = reason;
+  }
+  return socket;
+}
+
+/// Returns when the holder has gone, or without need.
+void AwaitEndOfHolder(const Address& address) {
+  constexpr int kMillisecondsUntilItListens = 1;
+  const Descriptor link = NewSocket();
+  if (::connect(link.Number(), address.Generic(), address.size) != 0) {
+    if (errno == ECONNREFUSED) ::poll(nullptr, 0, kMillisecondsUntilItListens);
+    return;
+  }
+  char nothing = 0;
+  while (::recv(link.Number(), &nothing, sizeof nothing, 0) < 0 && errno == EINTR) {
+  }
+}
+
+NamedMutex::Attempt Unavailable() {
+  return {NamedMutex::Outcome::kUnavailable, nullptr, std::generic_category().message(errno)};
 }
 
 }  // namespace
 
 std::unique_ptr<NamedMutex> NamedMutex::Acquire(const std::string& name) {
-  auto mutex = Open(name, LockedFile::Wait::kUntilFree);
-  if (mutex == nullptr || !mutex->File().IsHeld()) return nullptr;
-  return mutex;
+  Address address;
+  if (!MakeAddress(name, address)) return nullptr;
+  for (;;) {
+    Descriptor socket = Take(address);
+    if (socket.IsOpen()) return std::make_unique<SocketMutex>(std::move(socket));
+    if (errno != EADDRINUSE) return nullptr;
+    AwaitEndOfHolder(address);
+  }
 }
 
 NamedMutex::Attempt NamedMutex::TryAcquire(const std::string& name) {
-  auto mutex = Open(name, LockedFile::Wait::kNot);
-  if (mutex != nullptr && mutex->File().IsHeld()) return {Outcome::kTaken, std::move(mutex)};
-  const bool busy = mutex != nullptr && mutex->File().IsBusy();
-  return {busy ? Outcome::kHeldElsewhere : Outcome::kUnavailable, nullptr};
+  Address address;
+  if (!MakeAddress(name, address)) return Unavailable();
+  Descriptor socket = Take(address);
+  if (socket.IsOpen()) {
+    return {Outcome::kTaken, std::make_unique<SocketMutex>(std::move(socket)), {}};
+  }
+  if (errno == EADDRINUSE) return {Outcome::kHeldElsewhere, nullptr, {}};
+  return Unavailable();
 }
 
 }  // namespace gantry::platform

@@ -1,8 +1,10 @@
 #include "platform/process.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <limits>
 #include <vector>
 
 #include <fcntl.h>
@@ -97,7 +99,25 @@ void RestoreSignals() {
   for (const int number : {SIGPIPE, SIGCHLD}) ::signal(number, SIG_DFL);
 }
 
+/// Closes what lies between two descriptors, which stay open.
+void CloseBetween(int below, int above) {
+  if (above - below > 1) {
+    ::close_range(static_cast<unsigned>(below) + 1, static_cast<unsigned>(above) - 1, 0);
+  }
+}
+
+/// Done before the starter hears of this process, so that what the starter closes from then on,
+/// such as the socket of a lock, is closed for good.
+void KeepOnlyWhatTheLaunchNeeds(const Launch& launch) {
+  const auto [low, high] = std::minmax({std::max(launch.channel.started.Number(), STDERR_FILENO),
+                                        std::max(launch.standardInput.Number(), STDERR_FILENO)});
+  CloseBetween(STDERR_FILENO, low);
+  CloseBetween(low, high);
+  CloseBetween(high, std::numeric_limits<int>::max());
+}
+
 [[noreturn]] void BecomeProgram(const Launch& launch) {
+  KeepOnlyWhatTheLaunchNeeds(launch);
   const Descriptor& starter = launch.channel.started;
   char go = 0;
   if (Send(starter, ::getpid()) && Receive(starter, go)) {

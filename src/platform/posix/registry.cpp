@@ -90,7 +90,7 @@ std::optional<std::string> FileKey::Find(const std::string& name) const {
 
 template <class Change>
 bool FileKey::Edit(Change change) {
-  const LockedFile lock(store_ + ".lock", LockedFile::Wait::kUntilFree);
+  const LockedFile lock(store_ + ".lock");
   const auto content = lock.IsHeld() ? ReadStore(store_) : std::nullopt;
   if (!content) return false;
   RegistryText text(*content);

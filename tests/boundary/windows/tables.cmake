@@ -4,7 +4,7 @@
 cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND ${OBJDUMP} -p ${FILE} OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
 
-set(system advapi32 comctl32 comdlg32 gdi32 kernel32 msvcrt mswsock ole32 oleaut32 shell32 user32
+set(system advapi32 comctl32 comdlg32 gdi32 iphlpapi kernel32 msvcrt mswsock ole32 oleaut32 shell32 user32
            ws2_32)
 string(REGEX MATCHALL "DLL Name: [^\n]+" imports "${tables}")
 if(NOT imports)

@@ -1,88 +1,94 @@
 #include "platform/named_mutex.h"
 
 #include <csignal>
-#include <cstdlib>
+#include <future>
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/process.h"
+#include "remote/windows_job_session.h"
+#include "settings/gantry_app.h"
 #include "support/isolation.h"
 #include "support/test_folder.h"
 
 namespace gantry::platform {
 namespace {
 
-namespace fs = std::filesystem;
 using Outcome = NamedMutex::Outcome;
 
-class PosixMutex : public testing::Test {
- protected:
-  test::TestFolder folder_;
-};
+/// A process beside this one that runs `work` and gives its result as its exit status.
+pid_t Fork(const std::function<int()>& work) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(work());
+  return child;
+}
 
-TEST_F(PosixMutex, DiesWithItsHolder) {
+TEST(PosixMutex, IsTheMachinesWhoeverTheUserAndWhateverHisEnvironment) {
+  const auto held = NamedMutex::TryAcquire("Slot");
+  ASSERT_EQ(held.outcome, Outcome::kTaken);
+  const pid_t other = Fork([] {
+    test::SetEnvironment("XDG_RUNTIME_DIR", std::nullopt);
+    test::SetEnvironment("TMPDIR", "/nowhere");
+    if (::geteuid() == 0 && ::setuid(65534) != 0) return -1;
+    return static_cast<int>(NamedMutex::TryAcquire("Slot").outcome);
+  });
+  int status = 0;
+  ::waitpid(other, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), static_cast<int>(Outcome::kHeldElsewhere));
+}
+
+TEST(PosixMutex, GoesToWhoWaitsWhenItsHolderDies) {
   int ready[2];
   ASSERT_EQ(::pipe(ready), 0);
-  const pid_t holder = ::fork();
-  if (holder == 0) {
+  const pid_t holder = Fork([&] {
     const auto held = NamedMutex::Acquire("Slot");
     if (::write(ready[1], "x", 1) == 1) ::pause();
-    ::_exit(1);
-  }
+    return 1;
+  });
   char byte = 0;
   ASSERT_EQ(::read(ready[0], &byte, 1), 1);
   EXPECT_EQ(NamedMutex::TryAcquire("Slot").outcome, Outcome::kHeldElsewhere);
+  auto waiting = std::async(std::launch::async, [] { return NamedMutex::Acquire("Slot"); });
   ::kill(holder, SIGKILL);
   ::waitpid(holder, nullptr, 0);
-  EXPECT_NE(NamedMutex::Acquire("Slot"), nullptr);
+  EXPECT_NE(waiting.get(), nullptr);
   ::close(ready[0]);
   ::close(ready[1]);
 }
 
-TEST_F(PosixMutex, IsFreedThoughAForkedProcessStillHasItsDescriptor) {
-  auto held = NamedMutex::Acquire("Slot");
-  const pid_t copy = ::fork();
-  if (copy == 0) {
-    ::pause();
-    ::_exit(0);
+TEST(PosixMutex, IsFreeAtOnceThoughAProcessWasStartedMeanwhile) {
+  const test::TestFolder folder;
+  const std::string plain = folder.Write("plain", "not executable\n").string();
+  for (int i = 0; i < 200; ++i) {
+    auto held = NamedMutex::TryAcquire("Slot");
+    ASSERT_EQ(held.outcome, Outcome::kTaken) << i;
+    StartProcess(plain, "plain", "");
   }
-  held.reset();
-  EXPECT_EQ(NamedMutex::TryAcquire("Slot").outcome, Outcome::kTaken);
-  ::kill(copy, SIGKILL);
-  ::waitpid(copy, nullptr, 0);
 }
 
-TEST_F(PosixMutex, NoNameLeadsOutOfTheFolderAndNoTwoMeet) {
-  const auto held = NamedMutex::TryAcquire("../../a");
-  EXPECT_EQ(held.outcome, Outcome::kTaken);
-  for (const char* other : {"..%2F..%2Fa", "a", ".", ""}) {
-    EXPECT_EQ(NamedMutex::TryAcquire(other).outcome, Outcome::kTaken) << other;
-  }
-  for (const auto& entry : fs::recursive_directory_iterator(folder_.Path())) {
-    if (!entry.is_regular_file()) continue;
-    EXPECT_EQ(entry.path().parent_path(), folder_ / "XDG_RUNTIME_DIR/gantry");
-  }
-  EXPECT_EQ(NamedMutex::TryAcquire(std::string(5000, 'n')).outcome, Outcome::kUnavailable);
-}
+TEST(PosixMutex, TellsWhyItCantBeHadAndSoDoesTheSessionThatNeedsIt) {
+  const auto tooLong = NamedMutex::TryAcquire(std::string(5000, 'n'));
+  EXPECT_EQ(tooLong.outcome, Outcome::kUnavailable);
+  EXPECT_EQ(tooLong.reason, "File name too long");
+  EXPECT_EQ(NamedMutex::Acquire(std::string(5000, 'n')), nullptr);
 
-TEST_F(PosixMutex, WithoutARuntimeFolderUsesOneOfTheUsersOwnAndRefusesAnyOther) {
-  const test::ScopedVariable runtime("XDG_RUNTIME_DIR");
-  const test::ScopedVariable temporary("TMPDIR", folder_.Path().string());
-  const fs::path own = folder_ / ("gantry-" + std::to_string(::geteuid()));
-  EXPECT_EQ(NamedMutex::TryAcquire("S").outcome, Outcome::kTaken);
-  EXPECT_EQ(fs::status(own).permissions(), fs::perms::owner_all);
-
-  fs::permissions(own, fs::perms::all);
-  EXPECT_EQ(NamedMutex::TryAcquire("S").outcome, Outcome::kUnavailable) << "open to others";
-  EXPECT_EQ(NamedMutex::Acquire("S"), nullptr);
-
-  fs::remove_all(own);
-  fs::create_directory(folder_ / "elsewhere");
-  fs::permissions(folder_ / "elsewhere", fs::perms::owner_all);
-  fs::create_directory_symlink(folder_ / "elsewhere", own);
-  EXPECT_EQ(NamedMutex::TryAcquire("S").outcome, Outcome::kUnavailable) << "a link";
+  const test::TestFolder folder;
+  const CGantryApp app;
+  const LinkSettings settings;
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  CWindowsJobSession session(settings);
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  std::string message;
+  EXPECT_EQ(session.Start(message), 1);
+  EXPECT_EQ(message,
+            "No network port could be reserved for the connection to Intersect: Too many open "
+            "files");
 }
 
 }  // namespace
