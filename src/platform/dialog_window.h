@@ -31,13 +31,13 @@ struct ListColumn {
   int width = 0;  ///< pixels at 96 dots to the inch
 };
 
-/// One item of a tree, its check box and branches as the user sees them.
+/// One item of a tree.
 struct TreeItem {
   std::string text;
   int picture = 0;
   bool isChecked = false;
-  bool isExpanded = false;
-  uintptr_t data = 0;  ///< the handler's own, unique in the tree
+  bool isExpanded = false;  ///< to be opened, when it isn't already
+  uintptr_t data = 0;       ///< the handler's own, unique in the tree
   std::vector<TreeItem> children = {};
 };
 
@@ -50,7 +50,8 @@ struct TreePlace {
 
 struct FileRequest {
   const char* defaultExtension;
-  const char* filters;  ///< pairs of a name and a pattern, each followed by "|"
+  const char* filters;      ///< pairs of a name and a pattern, each followed by "|"
+  std::string folder = {};  ///< to begin in; where it is empty or isn't there, the system chooses
 };
 
 /// The buttons that end every dialog; Enter and Escape press them too.
@@ -91,16 +92,18 @@ class DialogWindow {
   virtual void Select(int id, int index) = 0;
 
   virtual void SetColumns(int id, const std::vector<ListColumn>& columns) = 0;
-  /// Rows that were selected stay so, by their first texts.
-  virtual void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) = 0;
+  /// Behind those that a list view has, whose selection stays.
+  virtual void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) = 0;
+  /// Of a list view, ascending. No other row is selected in their place.
+  virtual void RemoveRows(int id, const std::vector<size_t>& rows) = 0;
   /// Of a list box or list view, ascending.
   virtual std::vector<size_t> SelectedRows(int id) = 0;
   virtual void SelectAll(int id) = 0;
   virtual void InvertSelection(int id) = 0;
 
-  /// In place of what the tree held; the user's place in it is kept.
+  /// In place of what the tree held. What is there still, by its data, stays open or closed, and
+  /// the user's place in the tree is kept.
   virtual void SetTree(int id, std::vector<TreeItem> items) = 0;
-  virtual std::vector<TreeItem> Tree(int id) = 0;
   virtual void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) = 0;
   virtual void ExpandTree(int id, bool isExpanded) = 0;
 
@@ -109,8 +112,8 @@ class DialogWindow {
   virtual std::optional<std::string> AskForFile(const FileRequest& request) = 0;
   /// Another dialog over this one; its result.
   virtual int RunDialog(DialogHandler& handler) = 0;
-  /// A topic of a help file; nothing where no viewer is at hand.
-  virtual void ShowHelp(const std::string& file, uint32_t topic) = 0;
+  /// A topic of a help file. False where the file or a viewer for it is missing.
+  virtual bool ShowHelp(const std::string& file, uint32_t topic) = 0;
   virtual void SetWaitCursor(bool isWaiting) = 0;
   /// Blocks the thread.
   virtual void Pause(int milliseconds) = 0;
@@ -128,7 +131,7 @@ class DialogHandler {
   virtual void OnButton(DialogWindow& window, int id) = 0;
   /// The user chose another item of a drop list.
   virtual void OnSelection(DialogWindow& /*window*/, int /*id*/) {}
-  /// The user is about to toggle the check box of an item, which still has its state.
+  /// The user toggles the check box of an item; comes once for each time.
   virtual void OnTreeCheck(DialogWindow& /*window*/, int /*id*/, const TreePlace& /*place*/) {}
   /// The user drags this edge of the window, by the number that Windows has for it.
   virtual void OnSizing(int /*edge*/) {}

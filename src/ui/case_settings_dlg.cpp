@@ -159,7 +159,10 @@ void CCaseSettingsDlg::OnButton(DialogWindow& window, int id) {
 
 void CCaseSettingsDlg::Browse(DialogWindow& window, int button) const {
   const BrowseButton& row = *std::ranges::find(kBrowseButtons, button, &BrowseButton::button);
-  if (const auto path = BrowseInto(window, row.edit, row.request)) live_.*row.target = *path;
+  const std::string folder = FolderOf(window.Text(kFileName));
+  if (const auto path = BrowseInto(window, row.edit, row.request, folder)) {
+    live_.*row.target = *path;
+  }
 }
 
 void CCaseSettingsDlg::Save(DialogWindow& window) const {
@@ -200,7 +203,7 @@ void CCaseSettingsDlg::StartOrStop(DialogWindow& window) {
 bool CCaseSettingsDlg::WaitForStop(DialogWindow& window) const {
   window.SetWaitCursor(true);
   bool isRunning = model_.IsRunning();
-  for (int tests = 1; isRunning && tests < kStopTests; ++tests) {
+  for (int tests = 0; isRunning && tests < kStopTests; ++tests) {
     window.Pause(kStopTestMilliseconds);
     isRunning = model_.IsRunning();
   }

@@ -42,7 +42,7 @@ void CConfigureDlg::OnOpen(DialogWindow& window) {
   window.SetText(kStartPort, FormatInteger(config_.StartPort));
   window.SetText(kEndPort, FormatInteger(config_.EndPort));
   window.SetColumns(kProperties, {{"IX property", 180}, {"Display name", 180}, {"Unit", 110}});
-  FillProperties(window);
+  ListProperties(window, 0);
 }
 
 void CConfigureDlg::OnButton(DialogWindow& window, int id) {
@@ -67,28 +67,27 @@ void CConfigureDlg::OnButton(DialogWindow& window, int id) {
   }
 }
 
-void CConfigureDlg::FillProperties(DialogWindow& window) const {
+void CConfigureDlg::ListProperties(DialogWindow& window, size_t first) const {
   std::vector<std::vector<std::string>> rows;
-  rows.reserve(config_.UserProperties.size());
-  for (const auto& property : config_.UserProperties) {
-    rows.push_back(
-        {property->Property, property->DisplayName, UnitFamilyName(property->UnitFamily)});
+  for (size_t i = first; i < config_.UserProperties.size(); ++i) {
+    const CIXUserProperty& property = *config_.UserProperties[i];
+    rows.push_back({property.Property, property.DisplayName, UnitFamilyName(property.UnitFamily)});
   }
-  window.SetRows(configure_id::kProperties, rows, platform::kVariablePicture);
+  window.AddRows(configure_id::kProperties, rows, platform::kVariablePicture);
 }
 
 void CConfigureDlg::DeleteSelected(DialogWindow& window) {
   auto& properties = config_.UserProperties;
   const std::vector<size_t> selected = window.SelectedRows(configure_id::kProperties);
-  if (selected.empty()) return;
   for (const size_t row : selected) properties[row].reset();
   std::erase(properties, nullptr);
-  FillProperties(window);
+  window.RemoveRows(configure_id::kProperties, selected);
 }
 
 void CConfigureDlg::AddProperty(DialogWindow& window) {
   CAddProperty dialog(config_);
-  if (window.RunDialog(dialog) == platform::kOkButton) FillProperties(window);
+  const size_t listed = config_.UserProperties.size();
+  if (window.RunDialog(dialog) == platform::kOkButton) ListProperties(window, listed);
 }
 
 void CConfigureDlg::Accept(DialogWindow& window) {

@@ -17,7 +17,8 @@ class CConfigureDlg : public platform::DialogHandler {
   void OnButton(platform::DialogWindow& window, int id) override;
 
  private:
-  void FillProperties(platform::DialogWindow& window) const;
+  /// From the one at `first` on, behind those that are listed.
+  void ListProperties(platform::DialogWindow& window, size_t first) const;
   void DeleteSelected(platform::DialogWindow& window);
   void AddProperty(platform::DialogWindow& window);
   void Accept(platform::DialogWindow& window);

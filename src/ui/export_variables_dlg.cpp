@@ -9,13 +9,11 @@
 
 #include "settings/well_variable_catalogue.h"
 #include "ui/dialog_templates.h"
-#include "ui/variable_tree.h"
 
 namespace gantry {
 
 using namespace export_id;
 using platform::DialogWindow;
-using platform::TreeItem;
 using platform::TreePlace;
 
 namespace {
@@ -76,31 +74,6 @@ class ParentIndex {
   std::unordered_map<std::string_view, CExportedVariableWellParent*> parents_;
 };
 
-/// What is checked: wells as a whole, and single variables of other wells.
-std::unordered_set<uintptr_t> CheckedData(const std::vector<TreeItem>& items) {
-  std::unordered_set<uintptr_t> checked;
-  for (const TreeItem& item : items) {
-    if (item.isChecked) checked.insert(item.data);
-    for (const TreeItem& child : item.children) {
-      if (child.isChecked) checked.insert(child.data);
-    }
-  }
-  return checked;
-}
-
-/// The children with this text, but for the one at `except`.
-std::vector<TreePlace> Namesakes(const std::vector<TreeItem>& items, const TreePlace& except) {
-  const std::string& text = items[except.parent].children[*except.child].text;
-  std::vector<TreePlace> places;
-  for (size_t parent = 0; parent < items.size(); ++parent) {
-    for (size_t child = 0; child < items[parent].children.size(); ++child) {
-      const TreePlace place{parent, child};
-      if (place != except && items[parent].children[child].text == text) places.push_back(place);
-    }
-  }
-  return places;
-}
-
 }  // namespace
 
 std::vector<OfferedProperty> OfferedProperties(bool hasComponents, const CIXConfig& config) {
@@ -134,7 +107,10 @@ void CExportVariablesDlg::OnOpen(DialogWindow& window) {
   std::vector<std::string> texts;
   for (const OfferedProperty& property : properties_) texts.push_back(property.text);
   window.SetItems(kProperties, texts);
-  FillTree(window);
+  for (const auto& parent : working_) {
+    for (const auto& variable : parent->Variables) tree_.Enter(*parent, *variable);
+  }
+  window.SetTree(kVariables, tree_.Show());
 }
 
 void CExportVariablesDlg::OnButton(DialogWindow& window, int id) {
@@ -164,20 +140,12 @@ void CExportVariablesDlg::OnButton(DialogWindow& window, int id) {
   }
 }
 
-void CExportVariablesDlg::FillTree(DialogWindow& window) {
-  VariableTree tree;
-  for (const auto& parent : working_) {
-    for (const auto& variable : parent->Variables) tree.Enter(*parent, *variable);
-  }
-  window.SetTree(kVariables, tree.Take());
-}
-
 void CExportVariablesDlg::AddSelected(DialogWindow& window) {
   const std::vector<size_t> wells = window.SelectedRows(kWells);
   const std::vector<size_t> properties = window.SelectedRows(kProperties);
   if (wells.empty() || properties.empty()) return;
-  VariableTree tree(window.Tree(kVariables));
   ParentIndex parents(working_);
+  bool isChanged = false;
   for (const size_t well : wells) {
     CExportedVariableWellParent& parent = parents.FindOrAdd(wells_[well]);
     std::unordered_set<std::string_view> labels;
@@ -185,14 +153,15 @@ void CExportVariablesDlg::AddSelected(DialogWindow& window) {
     for (const size_t property : properties) {
       const CExportedVariable& offered = properties_[property].variable;
       if (!labels.insert(offered.Label).second) continue;
-      tree.Enter(parent, parent.Variables.Add(std::make_unique<CExportedVariable>(offered)));
+      isChanged = true;
+      tree_.Enter(parent, parent.Variables.Add(std::make_unique<CExportedVariable>(offered)));
     }
   }
-  window.SetTree(kVariables, tree.Take());
+  if (isChanged) window.SetTree(kVariables, tree_.Show());
 }
 
 void CExportVariablesDlg::DeleteChecked(DialogWindow& window) {
-  const std::unordered_set<uintptr_t> checked = CheckedData(window.Tree(kVariables));
+  const std::unordered_set<uintptr_t> checked = tree_.RemoveChecked();
   if (checked.empty()) return;
   const auto isChecked = [&](const auto& object) {
     return checked.contains(reinterpret_cast<uintptr_t>(object.get()));
@@ -203,15 +172,15 @@ void CExportVariablesDlg::DeleteChecked(DialogWindow& window) {
   }
   working_.RemoveIf(
       [&](const auto& parent) { return isChecked(parent) || parent->Variables.IsEmpty(); });
-  FillTree(window);
+  window.SetTree(kVariables, tree_.Show());
   EnableAgain(window, kVariables);
 }
 
 void CExportVariablesDlg::OnTreeCheck(DialogWindow& window, int id, const TreePlace& place) {
-  if (id != kVariables || !place.child || !window.IsChecked(kSameName)) return;
-  const std::vector<TreeItem> items = window.Tree(kVariables);
-  const bool wasChecked = items[place.parent].children[*place.child].isChecked;
-  window.SetTreeChecked(kVariables, Namesakes(items, place), !wasChecked);
+  if (id != kVariables) return;
+  const bool isChecked = tree_.Toggle(place);
+  if (!place.child || !window.IsChecked(kSameName)) return;
+  window.SetTreeChecked(kVariables, tree_.CheckNamesakes(place), isChecked);
 }
 
 void CExportVariablesDlg::Accept(DialogWindow& window) {

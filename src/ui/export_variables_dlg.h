@@ -6,6 +6,7 @@
 #include "settings/exported_variables.h"
 #include "settings/static_well_data.h"
 #include "ui/ext_resizable_dlg.h"
+#include "ui/variable_tree.h"
 
 namespace gantry {
 
@@ -33,7 +34,6 @@ class CExportVariablesDlg : public CExtResizableDlg {
                    const platform::TreePlace& place) override;
 
  private:
-  void FillTree(platform::DialogWindow& window);
   void AddSelected(platform::DialogWindow& window);
   void DeleteChecked(platform::DialogWindow& window);
   void Accept(platform::DialogWindow& window);
@@ -42,6 +42,7 @@ class CExportVariablesDlg : public CExtResizableDlg {
   CExportedVariables working_;
   const std::vector<std::string> wells_;  ///< in the order of the list
   const std::vector<OfferedProperty> properties_;
+  VariableTree tree_;  ///< of `working_`
 };
 
 }  // namespace gantry

@@ -68,7 +68,7 @@ class CExtResizableDlg : public platform::DialogHandler {
   bool Ready = false;     ///< open
   bool Measured = false;  ///< the first rectangles have been taken
   platform::PixelSize CurrentSize{-1, -1};
-  int SizingEdge = kNoEdge;  ///< the last that was dragged
+  int SizingEdge = kEdgeBottomRight;  ///< the last that was dragged
   platform::PixelSize PreviousSize;
 };
 

@@ -8,7 +8,9 @@ void ShowHelpTopic(platform::DialogWindow& window, uint32_t topic) {
   constexpr uint32_t kTopicMark = 0x20000;
   const std::string folder = platform::ModuleFolder();
   if (topic == 0 || topic == kTopicMark || folder.empty()) return;
-  window.ShowHelp(folder + "Tessel.chm", topic & ~kTopicMark);
+  const std::string file = folder + "Tessel.chm";
+  if (window.ShowHelp(file, topic & ~kTopicMark)) return;
+  window.ShowMessage("The help can't be shown: " + file + " or a viewer for it is missing");
 }
 
 }  // namespace gantry

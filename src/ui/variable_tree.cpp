@@ -6,6 +6,7 @@
 namespace gantry {
 
 using platform::TreeItem;
+using platform::TreePlace;
 
 namespace {
 
@@ -33,12 +34,11 @@ bool SortsBefore(std::string_view a, std::string_view b) {
   return !std::ranges::lexicographical_compare(b, a, less) && a < b;
 }
 
-VariableTree::VariableTree(std::vector<TreeItem> items) : items_(std::move(items)) {
-  for (size_t i = 0; i < items_.size(); ++i) places_.emplace(items_[i].data, i);
-}
-
 TreeItem& VariableTree::ParentItem(const CExportedVariableWellParent& parent) {
-  const auto [place, isNew] = places_.try_emplace(DataOf(&parent), items_.size());
+  if (parents_.empty()) {
+    for (size_t i = 0; i < items_.size(); ++i) parents_.emplace(items_[i].data, i);
+  }
+  const auto [place, isNew] = parents_.try_emplace(DataOf(&parent), items_.size());
   if (isNew) {
     items_.push_back(
         {.text = parent.WellName, .picture = platform::kWellPicture, .data = DataOf(&parent)});
@@ -55,11 +55,63 @@ void VariableTree::Enter(const CExportedVariableWellParent& parent,
                            .data = DataOf(&variable)});
 }
 
-std::vector<TreeItem> VariableTree::Take() {
+std::vector<TreeItem> VariableTree::Show() {
   for (TreeItem& item : items_) Sort(item.children);
   Sort(items_);
-  places_.clear();
-  return std::exchange(items_, {});
+  parents_.clear();
+  byText_.clear();
+  std::vector<TreeItem> shown = items_;
+  for (TreeItem& item : items_) item.isExpanded = false;  // from now on as the user leaves it
+  return shown;
+}
+
+TreeItem& VariableTree::ItemAt(const TreePlace& place) {
+  TreeItem& parent = items_.at(place.parent);
+  return place.child ? parent.children.at(*place.child) : parent;
+}
+
+bool VariableTree::Toggle(const TreePlace& place) {
+  TreeItem& item = ItemAt(place);
+  item.isChecked = !item.isChecked;
+  return item.isChecked;
+}
+
+const std::vector<TreePlace>& VariableTree::PlacesOf(const std::string& text) {
+  if (byText_.empty()) {
+    for (size_t parent = 0; parent < items_.size(); ++parent) {
+      const auto& children = items_[parent].children;
+      for (size_t child = 0; child < children.size(); ++child) {
+        byText_[children[child].text].push_back({parent, child});
+      }
+    }
+  }
+  return byText_[text];
+}
+
+std::vector<TreePlace> VariableTree::CheckNamesakes(const TreePlace& place) {
+  const TreeItem& leader = ItemAt(place);
+  std::vector<TreePlace> changed;
+  for (const TreePlace& other : PlacesOf(leader.text)) {
+    TreeItem& item = ItemAt(other);
+    if (item.isChecked == leader.isChecked) continue;
+    item.isChecked = leader.isChecked;
+    changed.push_back(other);
+  }
+  return changed;
+}
+
+std::unordered_set<uintptr_t> VariableTree::RemoveChecked() {
+  std::unordered_set<uintptr_t> removed;
+  const auto isRemoved = [&removed](const TreeItem& item) {
+    if (item.isChecked) removed.insert(item.data);
+    return item.isChecked;
+  };
+  std::erase_if(items_, [&](TreeItem& item) {
+    if (isRemoved(item)) return true;
+    std::erase_if(item.children, isRemoved);
+    return item.children.empty();
+  });
+  return removed;
 }
 
 }  // namespace gantry

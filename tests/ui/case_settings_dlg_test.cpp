@@ -1,12 +1,13 @@
 #include "ui/case_settings_dlg.h"
 
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
-#include "platform/registry.h"
 #include "support/test_folder.h"
 #include "ui/dialog_templates.h"
 #include "ui/memory_window.h"
-#include "ui/stopped_case.h"
+#include "ui/stub_case.h"
 
 namespace gantry {
 namespace {
@@ -15,27 +16,7 @@ using namespace case_settings_id;
 using platform::kCancelButton;
 using platform::kOkButton;
 using test::MemoryWindow;
-
-/// A case whose simulator runs until it has been asked about `testsUntilStopped` times.
-struct TestCase : test::StoppedCase {
-  bool IsRunning() override {
-    if (isStopping && testsUntilStopped-- <= 0) isRunning = false;
-    return isRunning;
-  }
-  int32_t CloseSimulator() override {
-    ++closeCalls;
-    isStopping = closeResult == 0;
-    return closeResult;
-  }
-  void SetUpInflow(void* window) override { setUpOver = window; }
-
-  bool isRunning = false;
-  bool isStopping = false;
-  int testsUntilStopped = 0;
-  int closeCalls = 0;
-  int32_t closeResult = 0;
-  void* setUpOver = nullptr;
-};
+using Texts = std::vector<std::string>;
 
 class CaseSettingsDialog : public ::testing::Test {
  protected:
@@ -48,77 +29,124 @@ class CaseSettingsDialog : public ::testing::Test {
     }
   }
 
-  CCaseSettingsDlg& Dialog() {
+  MemoryWindow Open() {
     dialog = std::make_unique<CCaseSettingsDlg>(model, config);
-    return *dialog;
+    return MemoryWindow(*dialog);
+  }
+  /// What a case holds, in the order of the dialog.
+  static Texts Fields(const LinkSettings& settings) {
+    const auto text = [](int32_t number) { return std::to_string(number); };
+    return {text(settings.ConnectionMode),
+            settings.HeadNode,
+            text(settings.HeadNodePort),
+            text(settings.LinuxIXVersion),
+            settings.SimExeName,
+            settings.FileName,
+            text(settings.Parallel),
+            text(settings.IPRModel),
+            text(settings.CloseUnconnectedWells),
+            text(settings.UpTimeMode),
+            text(settings.StdLogging)};
+  }
+  /// The controls of these fields, as far as they have one here.
+  static Texts Shown(MemoryWindow& window) {
+    Texts shown;
+    for (const int id : {kComputer, kHeadNode, kHeadNodePort, kLinuxVersion, kSimExeName, kFileName,
+                         kParallel, kIPRModel, kControlMode, kCloseUnconnected, kDowntime}) {
+      switch (window.At(id).row->kind) {
+        case platform::ControlKind::kDropList:
+          shown.push_back(std::to_string(window.Selection(id)));
+          break;
+        case platform::ControlKind::kCheckBox:
+          shown.push_back(window.IsChecked(id) ? "1" : "0");
+          break;
+        default:
+          shown.push_back(window.Text(id));
+      }
+    }
+    return shown;
   }
 
   test::TestFolder folder;
   CIXConfig config;
-  TestCase model;
+  test::StubCase model;
   std::unique_ptr<CCaseSettingsDlg> dialog;
 };
 
-TEST_F(CaseSettingsDialog, ShowsTheSettings) {
-  model.settings.ConnectionMode = 1;
-  model.settings.HeadNode = "head";
-  model.settings.LinuxIXVersion = 20172;
-  model.settings.Parallel = 8;
-  model.settings.UpTimeMode = 1;
-  config.SimExecutable = "/opt/ix";
-  MemoryWindow window(Dialog());
-  EXPECT_EQ(window.Selection(kComputer), 1);
-  EXPECT_EQ(window.Text(kHeadNode), "head");
-  EXPECT_EQ(window.Text(kHeadNodePort), "7777");
-  EXPECT_EQ(window.Selection(kLinuxVersion), 2);
-  EXPECT_EQ(window.Text(kSimExeName), "/ix");
+TEST_F(CaseSettingsDialog, ShowsEverySettingAndSavesItWithOk) {
+  LinkSettings& settings = model.settings;
+  settings.ConnectionMode = 1;
+  settings.HeadNode = "head";
+  settings.LinuxIXVersion = 20172;
+  settings.Parallel = 8;
+  settings.UpTimeMode = 1;
+  MemoryWindow window = Open();
+  EXPECT_EQ(Shown(window),
+            (Texts{"1", "head", "7777", "2", "/ix", "/cases/a.afi", "8", "1", "2", "0", "1"}))
+      << "of the wells the last one's mode";
+  EXPECT_TRUE(window.At(kSimExeName).isCaretBehindText);
   EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
-  EXPECT_EQ(window.Text(kParallel), "8");
-  EXPECT_EQ(window.Selection(kControlMode), 2) << "the last well's";
-  EXPECT_EQ(window.Selection(kDowntime), 1);
-  EXPECT_EQ(window.Text(kDefaultSimulator), "Blank to use the configured default: /opt/ix");
-  EXPECT_EQ(window.At(kDefaultSimulator).toolTip, "/opt/ix");
+  window.SetText(kHeadNode, "node");
+  window.SetText(kHeadNodePort, "8000");
+  window.Choose(kLinuxVersion, 1);
+  window.SetText(kSimExeName, "/ix2");
+  window.SetText(kParallel, "4");
+  window.Choose(kIPRModel, 0);
+  window.Choose(kControlMode, 1);
+  window.SetChecked(kCloseUnconnected, true);
+  window.Choose(kDowntime, 0);
+  window.Press(kOkButton);
+  EXPECT_EQ(window.result, kOkButton);
+  EXPECT_FALSE(dialog->StartRequested());
+  EXPECT_EQ(Fields(settings),
+            (Texts{"1", "node", "8000", "20162", "/ix2", "/cases/a.afi", "4", "0", "1", "0", "0"}));
+  for (const auto& well : model.wells.Items) EXPECT_EQ(well.OpMode, 1);
+  LinkSettings kept;
+  kept.LoadFromRegistry();
+  EXPECT_EQ(kept.SimExeName, "/ix2");
 }
 
-TEST_F(CaseSettingsDialog, ShowsNothingOfADefaultThatIsNotConfigured) {
-  MemoryWindow window(Dialog());
-  EXPECT_EQ(window.Text(kDefaultSimulator), "");
-  EXPECT_EQ(window.At(kDefaultSimulator).toolTip, "");
+TEST_F(CaseSettingsDialog, TellsOfTheDefaultSimulatorWhereOneIsConfigured) {
+  for (const std::string simulator : {"", "/opt/ix"}) {
+    config.SimExecutable = simulator;
+    MemoryWindow window = Open();
+    EXPECT_EQ(window.Text(kDefaultSimulator),
+              simulator.empty() ? "" : "Blank to use the configured default: /opt/ix");
+    EXPECT_EQ(window.At(kDefaultSimulator).toolTip, simulator);
+  }
 }
-
-struct EnabledCase {
-  bool isRunning;
-  int connectionMode;
-  int inflowModel;
-  bool cluster, browse, calculate;
-};
 
 TEST_F(CaseSettingsDialog, EnablesWhatTheStateAllows) {
-  for (const EnabledCase& state : {EnabledCase{false, 0, 1, false, true, true},
-                                   {false, 0, 0, false, true, false},
-                                   {false, 1, 1, true, false, true},
-                                   {true, 0, 1, false, false, false},
-                                   {true, 1, 0, false, false, false}}) {
-    model.isRunning = state.isRunning;
-    model.settings.ConnectionMode = state.connectionMode;
-    model.settings.IPRModel = state.inflowModel;
-    MemoryWindow window(Dialog());
-    for (const int id : {kHeadNode, kHeadNodePort, kLinuxVersion}) {
-      EXPECT_EQ(window.At(id).isEnabled, state.cluster) << id;
+  struct Row {
+    bool isRunning;
+    int connectionMode, inflowModel;
+    bool cluster, browse, calculate;
+  };
+  for (const Row& row : {Row{false, 0, 1, false, true, true},
+                         {false, 0, 0, false, true, false},
+                         {false, 1, 1, true, false, true},
+                         {true, 0, 1, false, false, false},
+                         {true, 1, 0, false, false, false}}) {
+    model.isRunning = row.isRunning;
+    model.settings.ConnectionMode = row.connectionMode;
+    model.settings.IPRModel = row.inflowModel;
+    MemoryWindow window = Open();
+    for (const auto& [id, isEnabled] : std::map<int, bool>{{kHeadNode, row.cluster},
+                                                           {kHeadNodePort, row.cluster},
+                                                           {kLinuxVersion, row.cluster},
+                                                           {kBrowseDataset, row.browse},
+                                                           {kBrowseSimulator, row.browse},
+                                                           {kCalculate, row.calculate},
+                                                           {kOkButton, true}}) {
+      EXPECT_EQ(window.At(id).isEnabled, isEnabled) << id;
     }
-    for (const int id : {kBrowseDataset, kBrowseSimulator}) {
-      EXPECT_EQ(window.At(id).isEnabled, state.browse) << id;
-    }
-    EXPECT_EQ(window.At(kCalculate).isEnabled, state.calculate);
-    EXPECT_TRUE(window.At(kOkButton).isEnabled);
-    EXPECT_EQ(window.Text(kStartStop), state.isRunning ? "Stop" : "Start");
+    EXPECT_EQ(window.Text(kStartStop), row.isRunning ? "Stop" : "Start");
   }
 }
 
 TEST_F(CaseSettingsDialog, GreysOkOnlyAtTheNextRefreshAfterTheDatasetChanged) {
-  MemoryWindow window(Dialog());
+  MemoryWindow window = Open();
   window.SetText(kFileName, "/cases/b.afi");
-  EXPECT_TRUE(window.At(kOkButton).isEnabled);
   window.Choose(kDowntime, 1);
   EXPECT_TRUE(window.At(kOkButton).isEnabled) << "no cause of a refresh";
   window.Choose(kIPRModel, 0);
@@ -128,88 +156,6 @@ TEST_F(CaseSettingsDialog, GreysOkOnlyAtTheNextRefreshAfterTheDatasetChanged) {
   window.Choose(kComputer, 1);
   EXPECT_TRUE(window.At(kOkButton).isEnabled);
   EXPECT_TRUE(window.At(kHeadNode).isEnabled);
-}
-
-TEST_F(CaseSettingsDialog, SavesWithOkWithoutAskingForARun) {
-  MemoryWindow window(Dialog());
-  window.SetText(kSimExeName, "/ix2");
-  window.SetText(kHeadNode, "node");
-  window.SetText(kHeadNodePort, "8000");
-  window.SetText(kParallel, "4");
-  window.Choose(kLinuxVersion, 1);
-  window.Choose(kControlMode, 1);
-  window.SetChecked(kCloseUnconnected, true);
-  window.Choose(kDowntime, 1);
-  window.Press(kOkButton);
-  EXPECT_EQ(window.result, kOkButton);
-  EXPECT_FALSE(dialog->StartRequested());
-  EXPECT_EQ(model.settings.SimExeName, "/ix2");
-  EXPECT_EQ(model.settings.HeadNodePort, 8000);
-  EXPECT_EQ(model.settings.Parallel, 4);
-  EXPECT_EQ(model.settings.LinuxIXVersion, 20162);
-  EXPECT_TRUE(model.settings.CloseUnconnectedWells);
-  EXPECT_EQ(model.settings.UpTimeMode, 1);
-  for (const auto& well : model.wells.Items) EXPECT_EQ(well.OpMode, 1);
-  LinkSettings kept;
-  kept.LoadFromRegistry();
-  EXPECT_EQ(kept.SimExeName, "/ix2");
-  EXPECT_EQ(kept.HeadNode, "node");
-}
-
-TEST_F(CaseSettingsDialog, CorrectsNumbersWithoutAWord) {
-  struct Numbers {
-    const char* port;
-    const char* parallel;
-    int32_t storedPort, storedParallel;
-  };
-  for (const Numbers& numbers : {Numbers{"0", "0", 1, 1},
-                                 {"port", "600", 1, 512},
-                                 {"-3", "many", 1, 1},
-                                 {"9", "512", 9, 512}}) {
-    model.settings.LinuxIXVersion = 31337;  // not on the list: shown as the first
-    MemoryWindow window(Dialog());
-    EXPECT_EQ(window.Selection(kLinuxVersion), 0);
-    window.SetText(kHeadNodePort, numbers.port);
-    window.SetText(kParallel, numbers.parallel);
-    window.Press(kOkButton);
-    EXPECT_EQ(model.settings.HeadNodePort, numbers.storedPort);
-    EXPECT_EQ(model.settings.Parallel, numbers.storedParallel);
-    EXPECT_EQ(model.settings.LinuxIXVersion, 100000);
-    EXPECT_TRUE(window.messages.empty());
-  }
-}
-
-TEST_F(CaseSettingsDialog, RestoresEverythingWithCancel) {
-  MemoryWindow window(Dialog());
-  window.Choose(kComputer, 1);
-  window.Choose(kIPRModel, 0);
-  window.pickedFile = "/other";
-  window.Press(kBrowseSimulator);
-  EXPECT_EQ(model.settings.SimExeName, "/ix") << "greyed on a cluster";
-  window.Choose(kComputer, 0);
-  window.Press(kBrowseSimulator);
-  window.Press(kBrowseDataset);
-  EXPECT_EQ(model.settings.SimExeName, "/other") << "at once";
-  EXPECT_EQ(model.settings.FileName, "/other");
-  EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
-  window.inNested = [](MemoryWindow& nested) {
-    nested.SetChecked(advanced_id::kStdLogging, true);
-    nested.Press(kOkButton);
-  };
-  window.Press(kAdvanced);
-  EXPECT_TRUE(model.settings.StdLogging);
-  window.Press(kCancelButton);
-  EXPECT_EQ(window.result, kCancelButton);
-  EXPECT_EQ(model.settings.ConnectionMode, 0);
-  EXPECT_EQ(model.settings.IPRModel, 1);
-  EXPECT_EQ(model.settings.SimExeName, "/ix");
-  EXPECT_EQ(model.settings.FileName, "/cases/a.afi");
-  EXPECT_FALSE(model.settings.StdLogging);
-  EXPECT_EQ(model.wells.Items[0].OpMode, 3);
-}
-
-TEST_F(CaseSettingsDialog, AsksForARunWithStartAlone) {
-  MemoryWindow window(Dialog());
   window.SetText(kFileName, "/cases/b.afi");
   window.Press(kStartStop);
   EXPECT_EQ(window.result, kOkButton);
@@ -217,39 +163,124 @@ TEST_F(CaseSettingsDialog, AsksForARunWithStartAlone) {
   EXPECT_EQ(model.settings.FileName, "/cases/b.afi");
 }
 
-TEST_F(CaseSettingsDialog, StaysOpenAfterAStopAndOffersAStart) {
-  model.isRunning = true;
-  MemoryWindow window(Dialog());
-  window.SetText(kFileName, "/cases/b.afi");
-  model.testsUntilStopped = 3;
-  window.Press(kStartStop);
-  EXPECT_FALSE(window.result);
-  EXPECT_EQ(window.pauses, std::vector<int>(3, 1000));
-  EXPECT_TRUE(window.wasWaitingInPauses);
-  EXPECT_FALSE(window.isWaiting);
-  EXPECT_EQ(window.Text(kStartStop), "Start");
-  EXPECT_FALSE(window.At(kOkButton).isEnabled);
+TEST_F(CaseSettingsDialog, CorrectsNumbersWithoutAWord) {
+  struct Row {
+    const char *port, *parallel;
+    int32_t storedPort, storedParallel;
+  };
+  for (const Row& row :
+       {Row{"0", "0", 1, 1}, {"port", "600", 1, 512}, {"-3", "many", 1, 1}, {"9", "512", 9, 512}}) {
+    model.settings.LinuxIXVersion = 31337;  // not on the list: shown as the first
+    MemoryWindow window = Open();
+    EXPECT_EQ(window.Selection(kLinuxVersion), 0);
+    window.SetText(kHeadNodePort, row.port);
+    window.SetText(kParallel, row.parallel);
+    window.Press(kOkButton);
+    EXPECT_EQ(model.settings.HeadNodePort, row.storedPort);
+    EXPECT_EQ(model.settings.Parallel, row.storedParallel);
+    EXPECT_EQ(model.settings.LinuxIXVersion, 100000);
+    EXPECT_TRUE(window.messages.empty());
+  }
 }
 
-TEST_F(CaseSettingsDialog, CancelsWhenTheSimulatorCannotBeStopped) {
-  for (const int32_t result : {0, 1}) {
+TEST_F(CaseSettingsDialog, TakesAtOnceWhatIsPickedAndRestoresEverythingWithCancel) {
+  const Texts before = Fields(model.settings);
+  MemoryWindow window = Open();
+  window.Choose(kComputer, 1);
+  window.pickedFile = "/other";
+  window.Press(kBrowseSimulator);
+  EXPECT_EQ(model.settings.SimExeName, "/ix") << "greyed on a cluster";
+  window.Choose(kComputer, 0);
+  window.Choose(kIPRModel, 0);
+  window.Press(kBrowseSimulator);
+  window.Press(kBrowseDataset);
+  window.inNested = [](MemoryWindow& nested) {
+    nested.SetChecked(advanced_id::kStdLogging, true);
+    nested.Press(kOkButton);
+  };
+  window.Press(kAdvanced);
+  Texts changed = before;
+  changed[4] = changed[5] = "/other";
+  changed[7] = "0";
+  changed.back() = "1";
+  EXPECT_EQ(Fields(model.settings), changed);
+  EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
+  window.inNested = [](MemoryWindow& nested) {
+    EXPECT_TRUE(nested.IsChecked(advanced_id::kStdLogging));
+    nested.SetChecked(advanced_id::kStdLogging, false);
+    nested.Press(kCancelButton);
+  };
+  window.Press(kAdvanced);
+  EXPECT_TRUE(model.settings.StdLogging) << "given up";
+  model.wells.Items[0].OpMode = 1;
+  window.Press(kCancelButton);
+  EXPECT_EQ(window.result, kCancelButton);
+  EXPECT_EQ(Fields(model.settings), before);
+  EXPECT_EQ(model.wells.Items[0].OpMode, 3);
+}
+
+TEST_F(CaseSettingsDialog, AsksForFilesInTheFolderOfTheOldOneOrOfTheDataset) {
+  struct Row {
+    int button;
+    std::string dataset, simulator, folder;
+    const char *extension, *filters;
+  };
+  constexpr const char* kDatasets = "IX dataset file (*.afi)|*.afi|All files (*.*)|*.*||";
+  constexpr const char* kPrograms = "IX executable file (*.exe)|*.exe|All files (*.*)|*.*||";
+  const auto in = [](const char* folderName, const char* file) {
+    return (std::filesystem::path(folderName) / file).string();
+  };
+  for (const Row& row :
+       {Row{kBrowseDataset, in("cases", "a.afi"), "", "cases", "afi", kDatasets},
+        {kBrowseDataset, "a.afi", in("bin", "ix"), "", "afi", kDatasets},
+        {kBrowseSimulator, in("cases", "a.afi"), "ix", "cases", "exe", kPrograms},
+        {kBrowseSimulator, in("cases", "a.afi"), in("bin", "ix"), "bin", "exe", kPrograms}}) {
+    MemoryWindow window = Open();
+    window.SetText(kFileName, row.dataset);
+    window.SetText(kSimExeName, row.simulator);
+    window.Press(row.button);
+    EXPECT_EQ(window.fileRequest->folder, row.folder);
+    EXPECT_STREQ(window.fileRequest->defaultExtension, row.extension);
+    EXPECT_STREQ(window.fileRequest->filters, row.filters);
+    EXPECT_EQ(window.Text(kFileName), row.dataset) << "nothing was picked";
+    EXPECT_EQ(model.settings.FileName, "/cases/a.afi");
+  }
+}
+
+TEST_F(CaseSettingsDialog, WaitsForAStopForTwentySeconds) {
+  struct Row {
+    int32_t closeResult;
+    int testsUntilStopped;
+    size_t seconds;
+    bool isStopped;
+  };
+  for (const Row& row : {Row{0, 0, 0, true},
+                         {0, 3, 3, true},
+                         {0, 20, 20, true},
+                         {0, 21, 20, false},
+                         {1, 0, 0, false}}) {
     model.isRunning = true;
-    model.isStopping = false;
-    model.testsUntilStopped = 20;
-    model.closeResult = result;
-    MemoryWindow window(Dialog());
-    window.pickedFile = "/other";
+    model.closeCalls = 0;
+    model.closeResult = row.closeResult;
+    model.testsUntilStopped = row.testsUntilStopped;
+    MemoryWindow window = Open();
     window.Choose(kComputer, 1);
+    window.SetText(kFileName, "/cases/b.afi");
     window.Press(kStartStop);
-    EXPECT_EQ(window.result, kCancelButton);
-    EXPECT_EQ(window.pauses.size(), result == 0 ? 19u : 0u);
-    EXPECT_EQ(model.settings.ConnectionMode, 0);
+    EXPECT_EQ(window.pauses, std::vector<int>(row.seconds, 1000));
+    EXPECT_TRUE(window.wasWaitingInPauses);
+    EXPECT_FALSE(window.isWaiting);
+    EXPECT_EQ(window.result, row.isStopped ? std::nullopt : std::optional<int>(kCancelButton));
+    EXPECT_EQ(window.Text(kStartStop), row.isStopped ? "Start" : "Stop");
+    EXPECT_EQ(window.At(kOkButton).isEnabled, !row.isStopped) << "refreshed";
+    EXPECT_EQ(model.settings.ConnectionMode, row.isStopped ? 1 : 0) << "restored";
     EXPECT_FALSE(dialog->StartRequested());
+    model.settings.ConnectionMode = 0;
   }
 }
 
 TEST_F(CaseSettingsDialog, CalculatesOverItsOwnWindowAndStopsTheSimulatorAfterwards) {
-  MemoryWindow window(Dialog());
+  MemoryWindow window = Open();
   window.Press(kCalculate);
   EXPECT_EQ(model.setUpOver, &window);
   EXPECT_EQ(model.closeCalls, 1);
@@ -259,8 +290,8 @@ TEST_F(CaseSettingsDialog, CalculatesOverItsOwnWindowAndStopsTheSimulatorAfterwa
   EXPECT_FALSE(window.result);
 }
 
-TEST_F(CaseSettingsDialog, OpensTheConfigurationAndTheHelp) {
-  MemoryWindow window(Dialog());
+TEST_F(CaseSettingsDialog, OpensTheConfigurationAndTheHelpOrTellsThatItIsMissing) {
+  MemoryWindow window = Open();
   window.inNested = [](MemoryWindow& nested) {
     nested.SetText(configure_id::kSimExecutable, "/new");
     nested.Press(kOkButton);
@@ -270,6 +301,11 @@ TEST_F(CaseSettingsDialog, OpensTheConfigurationAndTheHelp) {
   EXPECT_EQ(window.Text(kDefaultSimulator), "") << "until the dialog is opened again";
   window.Press(kHelp);
   EXPECT_EQ(window.helpTopic, 13930u);
+  EXPECT_TRUE(window.messages.empty());
+  window.hasHelp = false;
+  window.Press(kHelp);
+  ASSERT_EQ(window.messages.size(), 1u);
+  EXPECT_NE(window.messages[0].find("Tessel.chm"), std::string::npos);
 }
 
 }  // namespace

@@ -1,125 +1,79 @@
-// A host that opens one dialog over a window and tells what the model holds afterwards.
+// A host that shows one dialog over the screen, as the documentation's pictures have it.
 //
-//     dialog_host configure|add|advanced|case|export WINDOW [NAME=VALUE...]
-//
-// WINDOW is the number of a window; 0 is the desktop. Names: wells, variables, components, running,
-// simulator, dataset, computer, properties.
+//     dialog_host configure|add-property|advanced|case-local|case-cluster|case-running|export
 
-#include <cstdio>
-#include <cstdlib>
 #include <map>
+#include <memory>
 #include <string>
 
-#include "host/text/number_text.h"
 #include "platform/dialog_window.h"
+#include "platform/window.h"
 #include "settings/gantry_app.h"
+#include "settings/well_variable_catalogue.h"
 #include "ui/add_property_dlg.h"
 #include "ui/advanced_settings_dlg.h"
-#include "ui/case_settings_dlg.h"
 #include "ui/configure_dlg.h"
 #include "ui/export_variables_dlg.h"
-#include "ui/stopped_case.h"
+#include "ui/stub_case.h"
 
 namespace gantry {
 namespace {
 
-using Arguments = std::map<std::string, std::string>;
-
-/// A case without a simulator process: it runs while it is told so.
-struct HeldCase : test::StoppedCase {
-  bool IsRunning() override { return isRunning; }
-  int32_t CloseSimulator() override {
-    isRunning = false;
-    return 0;
-  }
-  void SetUpInflow(void* window) override { std::printf("set up %d\n", window != nullptr); }
-
-  bool isRunning = false;
-};
-
-void Fill(Arguments& arguments, HeldCase& held, CIXConfig& config) {
-  held.isRunning = !arguments["running"].empty();
-  held.settings.FileName = arguments["dataset"];
-  held.settings.ConnectionMode = ReadInteger(arguments["computer"]);
-  config.SimExecutable = arguments["simulator"];
+void Fill(CIXConfig& config) {
+  config.SimExecutable = "/opt/simulator/bin/ix.exe";
   config.UserProperties.clear();
-  for (int32_t i = 0; i < ReadInteger(arguments["properties"]); ++i) {
+  for (const auto& [name, display, family] :
+       {std::tuple{"SALT_RATE", "Salt rate", -1}, {"DEPTH_BHP_REF", "Reference depth", 2}}) {
     auto property = std::make_unique<CIXUserProperty>();
-    property->Property = "PROPERTY_" + std::to_string(i + 1);
-    property->DisplayName = "Property " + std::to_string(i + 1);
-    property->UnitFamily = i % 14 - 1;
-    property->IsScalar = i % 3 == 2 ? 0 : 1;
+    property->Property = name;
+    property->DisplayName = display;
+    property->UnitFamily = family;
     config.UserProperties.push_back(std::move(property));
   }
-  for (int32_t i = 0; i < ReadInteger(arguments["wells"]); ++i) {
-    held.wells.Items.emplace_back().Name = "WELL-" + std::to_string(i + 1);
+}
+
+void Fill(test::StubCase& edited, const std::string& name) {
+  edited.settings.FileName = "/cases/north/NORTH.afi";
+  edited.settings.ConnectionMode = name == "case-cluster" ? 1 : 0;
+  edited.isRunning = name == "case-running";
+  for (int i = 1; i <= 12; ++i) edited.wells.Items.emplace_back().Name = "P-" + std::to_string(i);
+}
+
+void Fill(CExportedVariables& exported) {
+  for (int i = 1; i <= 3; ++i) {
+    auto parent = std::make_unique<CExportedVariableWellParent>();
+    parent->WellName = "P-" + std::to_string(i);
+    for (const size_t row : {18u, 20u, 21u}) {
+      parent->Variables.Add(std::make_unique<CExportedVariable>(WellVariableCatalogue.at(row)));
+    }
+    exported.Add(std::move(parent));
   }
 }
 
-void Print(const CIXConfig& config) {
-  std::printf("simulator=%s\nmpi=%s\ncommand=%s\nports=%d-%d\n", config.SimExecutable.c_str(),
-              config.MPIExecutable.c_str(), config.CmdLine.c_str(), config.StartPort,
-              config.EndPort);
-  for (const auto& property : config.UserProperties) {
-    std::printf("property=%s|%s|%d|%d\n", property->Property.c_str(), property->DisplayName.c_str(),
-                property->UnitFamily, property->IsScalar);
-  }
-}
-
-void Print(const LinkSettings& settings) {
-  std::printf("computer=%d\nhead=%s:%d\nexecutable=%s\ndataset=%s\nparallel=%d\ninflow=%d\n",
-              settings.ConnectionMode, settings.HeadNode.c_str(), settings.HeadNodePort,
-              settings.SimExeName.c_str(), settings.FileName.c_str(), settings.Parallel,
-              settings.IPRModel);
-}
-
-void Print(const CExportedVariables& variables) {
-  size_t count = 0;
-  for (const auto& parent : variables) count += parent->Variables.Size();
-  std::printf("wells=%zu\nvariables=%zu\n", variables.Size(), count);
-}
-
-int RunOne(const std::string& name, void* window, Arguments& arguments) {
+int Show(const std::string& name) {
   CGantryApp app;
-  HeldCase held;
-  Fill(arguments, held, app.Config);
-  platform::DialogToolkit* const toolkit = platform::DialogToolkit::Find();
-  if (toolkit == nullptr) {
-    std::printf("no dialogs\n");
-    return 3;
-  }
+  Fill(app.Config);
+  test::StubCase edited;
+  Fill(edited, name);
   CExportedVariables exported;
+  Fill(exported);
   CConfigureDlg configure(app.Config);
   CAddProperty add(app.Config);
-  CIXAdvancedSettings advanced(held.settings);
-  CCaseSettingsDlg caseSettings(held, app.Config);
-  CExportVariablesDlg exportVariables(exported, held.wells, !arguments["components"].empty(),
-                                      app.Config);
-  const std::map<std::string, platform::DialogHandler*> dialogs = {{"configure", &configure},
-                                                                   {"add", &add},
-                                                                   {"advanced", &advanced},
-                                                                   {"case", &caseSettings},
-                                                                   {"export", &exportVariables}};
-  const int result = toolkit->Run(*dialogs.at(name), window);
-  std::printf("result=%d\nstart=%d\nlogging=%d\n", result, caseSettings.StartRequested(),
-              held.settings.StdLogging);
-  Print(app.Config);
-  Print(held.settings);
-  Print(exported);
+  CIXAdvancedSettings advanced(edited.settings);
+  CCaseSettingsDlg settings(edited, app.Config);
+  CExportVariablesDlg variables(exported, edited.wells, true, app.Config);
+  const std::map<std::string, platform::DialogHandler*> dialogs = {
+      {"configure", &configure}, {"add-property", &add},      {"advanced", &advanced},
+      {"case-local", &settings}, {"case-cluster", &settings}, {"case-running", &settings},
+      {"export", &variables}};
+  platform::DialogToolkit* const toolkit = platform::DialogToolkit::Find();
+  const auto dialog = dialogs.find(name);
+  if (toolkit == nullptr || dialog == dialogs.end()) return 2;
+  toolkit->Run(*dialog->second, platform::ScreenWindow());
   return 0;
 }
 
 }  // namespace
 }  // namespace gantry
 
-int main(int argc, char** argv) {
-  if (argc < 3) return 2;
-  gantry::Arguments arguments;
-  for (int i = 3; i < argc; ++i) {
-    const std::string argument = argv[i];
-    const size_t equals = std::min(argument.find('='), argument.size());
-    arguments[argument.substr(0, equals)] = argument.substr(std::min(equals + 1, argument.size()));
-  }
-  return gantry::RunOne(argv[1], reinterpret_cast<void*>(std::strtoull(argv[2], nullptr, 0)),
-                        arguments);
-}
+int main(int argc, char** argv) { return argc == 2 ? gantry::Show(argv[1]) : 2; }

@@ -25,13 +25,6 @@ class ExportDialog : public ::testing::Test {
   void AddWells(const Texts& names) {
     for (const std::string& name : names) wells.Items.emplace_back().Name = name;
   }
-  void AddUserProperty(const std::string& display, int32_t isScalar) {
-    auto property = std::make_unique<CIXUserProperty>();
-    property->Property = "KEY";
-    property->DisplayName = display;
-    property->IsScalar = isScalar;
-    config.UserProperties.push_back(std::move(property));
-  }
   MemoryWindow Open(bool hasComponents = false) {
     dialog = std::make_unique<CExportVariablesDlg>(target, wells, hasComponents, config);
     return MemoryWindow(*dialog);
@@ -41,12 +34,14 @@ class ExportDialog : public ::testing::Test {
     window.MarkItems(kProperties, properties);
     window.Press(kAdd);
   }
-  /// The tree as lines "well: variable, variable".
+  static std::string Box(const TreeItem& item) { return item.isChecked ? "*" : ""; }
+  /// The tree as lines "well: variable, variable", "+" before a well that is closed and "*" behind
+  /// what is checked.
   static Texts Lines(MemoryWindow& window) {
     Texts lines;
     for (const TreeItem& item : window.At(kVariables).tree) {
-      std::string line = item.text + ":";
-      for (const TreeItem& child : item.children) line += " " + child.text;
+      std::string line = (item.isExpanded ? "" : "+") + item.text + Box(item) + ":";
+      for (const TreeItem& child : item.children) line += " " + child.text + Box(child);
       lines.push_back(line);
     }
     return lines;
@@ -59,79 +54,73 @@ class ExportDialog : public ::testing::Test {
   std::unique_ptr<CExportVariablesDlg> dialog;
 };
 
-TEST_F(ExportDialog, OffersWellsAndPropertiesSorted) {
-  MemoryWindow window = Open();
-  EXPECT_EQ(window.At(kWells).items, (Texts{"I1", "p1", "P2"}));
-  const Texts& offered = window.At(kProperties).items;
-  EXPECT_EQ(offered.size(), 26u);
-  EXPECT_EQ(offered.front(), "Bottom hole pressure");
-  EXPECT_TRUE(std::ranges::is_sorted(offered));
-}
-
-TEST_F(ExportDialog, OffersPropertiesOfComponentsOnlyWhereThereAreAnyButTheUsersOwnAlways) {
-  AddUserProperty("My array", 0);
-  AddUserProperty("My scalar", 1);
-  AddUserProperty("My many", 4);
-  const Texts without = Open(false).At(kProperties).items;
-  EXPECT_EQ(without.size(), 29u);
-  for (const char* text : {"My array[comps]", "My scalar", "My many[]"}) {
-    EXPECT_EQ(std::ranges::count(without, text), 1) << text;
+TEST_F(ExportDialog, OffersWellsAndPropertiesSortedAndThoseOfComponentsWhereThereAreAny) {
+  for (const auto& [display, isScalar] :
+       {std::pair{"My array", 0}, {"My scalar", 1}, {"My many", 4}}) {
+    auto property = std::make_unique<CIXUserProperty>();
+    property->DisplayName = display;
+    property->IsScalar = isScalar;
+    config.UserProperties.push_back(std::move(property));
   }
-  EXPECT_EQ(std::ranges::count(without, "Total mole fraction[comps]"), 0);
-  EXPECT_EQ(std::ranges::count(Open(true).At(kProperties).items, "Total mole fraction[comps]"), 1);
+  for (const bool hasComponents : {false, true}) {
+    MemoryWindow window = Open(hasComponents);
+    EXPECT_EQ(window.At(kWells).items, (Texts{"I1", "p1", "P2"}));
+    const Texts& offered = window.At(kProperties).items;
+    EXPECT_EQ(offered.front(), "Bottom hole pressure");
+    EXPECT_TRUE(std::ranges::is_sorted(offered));
+    for (const char* text : {"My array[comps]", "My scalar", "My many[]"}) {
+      EXPECT_EQ(std::ranges::count(offered, text), 1) << text;
+    }
+    EXPECT_EQ(std::ranges::count(offered, "Total mole fraction[comps]"), hasComponents ? 1 : 0);
+    EXPECT_EQ(offered.size(), hasComponents ? 32u : 29u);
+  }
 }
 
-TEST_F(ExportDialog, AddsEachPairOnceUnderTheSortedWells) {
-  MemoryWindow window = Open();
-  Add(window, {"P2"}, {"Water cut", "Gas-oil ratio"});
-  Add(window, {"P2", "I1"}, {"Water cut"});
-  EXPECT_EQ(Lines(window), (Texts{"I1: Water cut", "P2: Gas-oil ratio Water cut"}));
-  EXPECT_TRUE(window.At(kVariables).tree[0].isExpanded);
-  const auto before = Lines(window);
-  window.Press(kAdd);
-  EXPECT_EQ(Lines(window), before);
-  window.Press(kOkButton);
-  ASSERT_EQ(target.Size(), 2u);
+TEST_F(ExportDialog, AddsEachPairOnceAndTakesTheListWithOkAlone) {
+  for (const int button : {kCancelButton, kOkButton}) {
+    MemoryWindow window = Open();
+    Add(window, {"P2"}, {});
+    Add(window, {}, {"Water cut"});
+    Add(window, {"P2"}, {"Water cut", "Gas-oil ratio"});
+    Add(window, {"P2", "I1"}, {"Water cut"});
+    EXPECT_EQ(Lines(window), (Texts{"I1: Water cut", "P2: Gas-oil ratio Water cut"}));
+    const int treesSet = window.treesSet;
+    window.Press(kAdd);
+    EXPECT_EQ(window.treesSet, treesSet) << "nothing new";
+    EXPECT_TRUE(target.IsEmpty());
+    window.Press(button);
+    EXPECT_EQ(window.result, button);
+    ASSERT_EQ(target.Size(), button == kOkButton ? 2u : 0u);
+  }
   EXPECT_EQ(target[0].WellName, "P2");
   EXPECT_EQ(target[0].Variables.FindByLabel("Water cut")->Key, "WATER_CUT");
   EXPECT_EQ(target[1].Variables.Size(), 1u);
+  MemoryWindow again = Open();
+  EXPECT_EQ(Lines(again), (Texts{"I1: Water cut", "P2: Gas-oil ratio Water cut"}));
 }
 
-TEST_F(ExportDialog, DoesNothingWithoutASelectionOrACheck) {
+TEST_F(ExportDialog, DeletesCheckedWellsAndVariablesAndLeavesTheRestAsItWas) {
+  AddWells({"Q"});
   MemoryWindow window = Open();
-  Add(window, {"P2"}, {});
-  Add(window, {}, {"Water cut"});
-  Add(window, {"P2"}, {"Water cut"});
-  window.ExpandTree(kVariables, false);
+  Add(window, {"I1", "p1", "P2", "Q"}, {"Water cut", "Uptime"});
+  const int treesSet = window.treesSet;
   window.Press(kDelete);
-  EXPECT_EQ(Lines(window), Texts{"P2: Water cut"});
-  EXPECT_FALSE(window.At(kVariables).tree[0].isExpanded);
-  window.Press(kOkButton);
-  EXPECT_EQ(target.Size(), 1u);
-}
-
-TEST_F(ExportDialog, LeavesTheModelsListAloneWithCancel) {
-  MemoryWindow window = Open();
-  Add(window, {"P2"}, {"Water cut"});
-  window.Press(kCancelButton);
-  EXPECT_EQ(window.result, kCancelButton);
-  EXPECT_TRUE(target.IsEmpty());
-}
-
-TEST_F(ExportDialog, DeletesCheckedWellsAndVariablesAndWellsLeftEmpty) {
-  MemoryWindow window = Open();
-  Add(window, {"I1", "p1", "P2"}, {"Water cut", "Uptime"});
-  window.ClickCheckBox(kVariables, {0});     // I1 as a whole
-  window.ClickCheckBox(kVariables, {1, 0});  // both of p1's
+  EXPECT_EQ(window.treesSet, treesSet) << "nothing is checked";
+  window.ItemAt(kVariables, {3}).isExpanded = false;  // by the user
+  window.ClickCheckBox(kVariables, {0});              // I1 as a whole
+  window.ClickCheckBox(kVariables, {1, 0});           // both of p1's
   window.ClickCheckBox(kVariables, {1, 1});
   window.ClickCheckBox(kVariables, {2, 0});  // one of P2's
+  window.ClickCheckBox(kVariables, {3, 0});  // and none of Q's, on second thought
+  window.ClickCheckBox(kVariables, {3, 0});
   window.Press(kDelete);
-  EXPECT_EQ(Lines(window), Texts{"P2: Water cut"});
-  EXPECT_FALSE(window.At(kVariables).tree[0].isChecked);
+  EXPECT_EQ(Lines(window), (Texts{"P2: Water cut", "+Q: Uptime Water cut"}));
   EXPECT_TRUE(window.At(kVariables).isEnabled);
+  window.Press(kDelete);
   window.Press(kOkButton);
-  ASSERT_EQ(target.Size(), 1u);
+  ASSERT_EQ(target.Size(), 2u);
   EXPECT_EQ(target[0].WellName, "P2");
+  EXPECT_EQ(target[0].Variables[0].Label, "Water cut");
 }
 
 TEST_F(ExportDialog, ChecksAllOfANameWithOneClickWhenAskedTo) {
@@ -140,54 +129,87 @@ TEST_F(ExportDialog, ChecksAllOfANameWithOneClickWhenAskedTo) {
   window.ClickCheckBox(kVariables, {2, 1});
   window.SetChecked(kSameName, true);
   window.ClickCheckBox(kVariables, {0, 1});
-  const auto& tree = window.At(kVariables).tree;
-  for (const TreeItem& item : tree) {
-    EXPECT_TRUE(item.children[1].isChecked);
-    EXPECT_FALSE(item.children[0].isChecked);
-  }
+  EXPECT_EQ(Lines(window),
+            (Texts{"I1: Uptime Water cut*", "p1: Uptime Water cut*", "P2: Uptime Water cut*"}));
+  EXPECT_EQ(window.boxesSet, 1u) << "only the one that differed";
   window.ClickCheckBox(kVariables, {1});  // a well is no property
-  EXPECT_FALSE(tree[0].isChecked);
   window.ClickCheckBox(kVariables, {1, 1});
-  for (const TreeItem& item : tree) EXPECT_FALSE(item.children[1].isChecked);
+  EXPECT_EQ(Lines(window),
+            (Texts{"I1: Uptime Water cut", "p1*: Uptime Water cut", "P2: Uptime Water cut"}));
+  window.ClickCheckBox(kVariables, {1});
+  Add(window, {"I1"}, {"Gas-oil ratio"});
+  window.ClickCheckBox(kVariables, {2, 0});
+  EXPECT_EQ(Lines(window), (Texts{"I1: Gas-oil ratio Uptime* Water cut", "p1: Uptime* Water cut",
+                                  "P2: Uptime* Water cut"}))
+      << "wherever they stand by now";
 }
 
-TEST_F(ExportDialog, KeepsWhatIsCheckedAndCollapsedWhenMoreIsAdded) {
+TEST_F(ExportDialog, KeepsWhatIsCheckedAndClosedWhenMoreIsAdded) {
   MemoryWindow window = Open();
   Add(window, {"I1", "P2"}, {"Water cut"});
   window.ClickCheckBox(kVariables, {0, 0});
   window.Press(kCollapseAll);
   Add(window, {"P2"}, {"Uptime"});
-  const auto& tree = window.At(kVariables).tree;
-  EXPECT_TRUE(tree[0].children[0].isChecked);
-  EXPECT_FALSE(tree[0].isExpanded);
-  EXPECT_TRUE(tree[1].isExpanded) << "a variable came in";
+  EXPECT_EQ(Lines(window), (Texts{"+I1: Water cut*", "P2: Uptime Water cut"}));
   window.Press(kExpandAll);
-  EXPECT_TRUE(tree[0].isExpanded);
+  EXPECT_EQ(Lines(window)[0], "I1: Water cut*");
 }
 
-TEST_F(ExportDialog, SelectsAllAndInverts) {
+TEST_F(ExportDialog, SelectsAllAndInvertsInEachList) {
   MemoryWindow window = Open();
-  window.Press(kAllWells);
-  EXPECT_EQ(window.SelectedRows(kWells).size(), 3u);
-  window.Mark(kWells, {1});
-  window.Press(kInvertWells);
-  EXPECT_EQ(window.SelectedRows(kWells), (std::vector<size_t>{0, 2}));
-  window.Press(kInvertProperties);
-  EXPECT_EQ(window.SelectedRows(kProperties).size(), 26u);
+  for (const auto& [list, all, invert, count] :
+       {std::tuple{kWells, kAllWells, kInvertWells, 3u},
+        {kProperties, kAllProperties, kInvertProperties, 26u}}) {
+    window.Press(all);
+    EXPECT_EQ(window.SelectedRows(list).size(), count);
+    window.Mark(list, {1});
+    window.Press(invert);
+    EXPECT_EQ(window.SelectedRows(list).size(), count - 1);
+    EXPECT_EQ(window.SelectedRows(list)[1], 2u);
+  }
 }
 
 TEST_F(ExportDialog, TakesTenThousandWellsInOneGo) {
   wells.Items.clear();
   for (int i = 0; i < 10000; ++i) AddWells({"WELL-" + std::to_string(i)});
   MemoryWindow window = Open();
-  window.Press(kAllWells);
-  window.Press(kAllProperties);
-  window.Press(kAdd);
+  for (const int id : {kAllWells, kAllProperties, kAdd}) window.Press(id);
   ASSERT_EQ(window.At(kVariables).tree.size(), 10000u);
   EXPECT_EQ(window.At(kVariables).tree[9999].children.size(), 26u);
-  for (size_t i = 0; i < 10000; ++i) window.ItemAt(kVariables, {i}).isChecked = i != 5;
+  window.SetChecked(kSameName, true);
+  for (size_t i = 0; i < 25; ++i) window.ClickCheckBox(kVariables, {i, i});
   window.Press(kDelete);
-  EXPECT_EQ(window.At(kVariables).tree.size(), 1u);
+  EXPECT_EQ(window.At(kVariables).tree[9999].children.size(), 1u);
+}
+
+TEST_F(ExportDialog, StretchesTheTreeAndTheListsAndKeepsTheButtonsInTheCorner) {
+  MemoryWindow window = Open();
+  const auto before = window.controls;
+  window.Drag(kNoEdge, {window.size.width, window.size.height});
+  window.Drag(kEdgeBottomRight, {window.size.width + 7, window.size.height + 9});
+  struct Row {
+    int id, left, top, right, bottom;
+  };
+  for (const Row& row : {Row{kWells, 0, 0, 0, 9},
+                         {kAllWells, 0, 9, 0, 9},
+                         {kInvertWells, 0, 9, 0, 9},
+                         {kProperties, 0, 0, 0, 9},
+                         {kAllProperties, 0, 9, 0, 9},
+                         {kInvertProperties, 0, 9, 0, 9},
+                         {kAdd, 0, 0, 0, 0},
+                         {kSameName, 7, 0, 7, 0},
+                         {kVariables, 0, 0, 7, 9},
+                         {kDelete, 0, 9, 0, 9},
+                         {kCollapseAll, 0, 9, 0, 9},
+                         {kExpandAll, 0, 9, 0, 9},
+                         {kOkButton, 7, 9, 7, 9},
+                         {kCancelButton, 7, 9, 7, 9}}) {
+    const platform::PixelRect& from = before.at(row.id).rect;
+    EXPECT_EQ(window.Rect(row.id),
+              (platform::PixelRect{from.left + row.left, from.top + row.top, from.right + row.right,
+                                   from.bottom + row.bottom}))
+        << row.id;
+  }
 }
 
 }  // namespace

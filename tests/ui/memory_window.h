@@ -107,8 +107,15 @@ class MemoryWindow : public platform::DialogWindow {
   void SetColumns(int id, const std::vector<platform::ListColumn>& columns) override {
     At(id).columns = columns;
   }
-  void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int) override {
-    At(id).rows = rows;
+  void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int) override {
+    for (const auto& row : rows) At(id).rows.push_back(row);
+  }
+  void RemoveRows(int id, const std::vector<size_t>& rows) override {
+    std::vector<std::vector<std::string>> kept;
+    for (size_t i = 0; i < At(id).rows.size(); ++i) {
+      if (std::ranges::count(rows, i) == 0) kept.push_back(At(id).rows[i]);
+    }
+    At(id).rows = kept;
     At(id).selectedRows.clear();
   }
   std::vector<size_t> SelectedRows(int id) override {
@@ -124,12 +131,18 @@ class MemoryWindow : public platform::DialogWindow {
     }
   }
   void SetTree(int id, std::vector<platform::TreeItem> items) override {
+    std::set<uintptr_t> open;
+    for (const auto& item : At(id).tree) {
+      if (item.isExpanded) open.insert(item.data);
+    }
     At(id).tree = std::move(items);
+    for (auto& item : At(id).tree) item.isExpanded = item.isExpanded || open.contains(item.data);
+    ++treesSet;
   }
-  std::vector<platform::TreeItem> Tree(int id) override { return At(id).tree; }
   void SetTreeChecked(int id, const std::vector<platform::TreePlace>& places,
                       bool isChecked) override {
     for (const auto& place : places) ItemAt(id, place).isChecked = isChecked;
+    boxesSet += places.size();
   }
   void ExpandTree(int id, bool isExpanded) override {
     for (auto& item : At(id).tree) item.isExpanded = isExpanded;
@@ -144,7 +157,10 @@ class MemoryWindow : public platform::DialogWindow {
     if (inNested) inNested(window);
     return window.result.value_or(platform::kCancelButton);
   }
-  void ShowHelp(const std::string&, uint32_t topic) override { helpTopic = topic; }
+  bool ShowHelp(const std::string&, uint32_t topic) override {
+    helpTopic = topic;
+    return hasHelp;
+  }
   void SetWaitCursor(bool waiting) override { isWaiting = waiting; }
   void Pause(int milliseconds) override {
     pauses.push_back(milliseconds);
@@ -161,6 +177,9 @@ class MemoryWindow : public platform::DialogWindow {
   std::optional<std::string> pickedFile;
   std::function<void(MemoryWindow&)> inNested;  ///< plays the user in a dialog over this one
   uint32_t helpTopic = 0;
+  bool hasHelp = true;
+  int treesSet = 0;
+  size_t boxesSet = 0;
   bool isWaiting = false;
   std::vector<int> pauses;
   bool wasWaitingInPauses = true;

@@ -69,9 +69,12 @@ INSTANTIATE_TEST_SUITE_P(
         // No side.
         Drag{15, kNoEdge, 0, 0, 0, 0}, Drag{15, 9, 0, 0, 0, 0}, Drag{15, -1, 0, 0, 0, 0}));
 
-TEST(ResizableDialog, UsesTheLastDraggedEdgeForAChangeWithoutADrag) {
+TEST(ResizableDialog, UsesTheLastDraggedEdgeForAChangeWithoutADragAndTheCornerBeforeAny) {
   OneControl dialog(kAnchorRight | kAnchorBottom);
   MemoryWindow window(dialog);
+  dialog.OnSize(window, {550, 370});
+  EXPECT_EQ(window.Rect(10), (PixelRect{150, 150, 200, 170}));
+  dialog.OnSize(window, {500, 300});
   window.Drag(kEdgeRight, {520, 300});
   dialog.OnSize(window, {600, 400});
   EXPECT_EQ(window.Rect(10), (PixelRect{200, 80, 250, 100}));

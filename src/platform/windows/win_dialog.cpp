@@ -57,8 +57,9 @@ INT_PTR WinDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       OnCommand(LOWORD(wParam), HIWORD(wParam));
       return TRUE;
     case WM_NOTIFY:
-      OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
-      return FALSE;
+      ::SetWindowLongPtrA(window_, DWLP_MSGRESULT,
+                          OnNotify(*reinterpret_cast<const NMHDR*>(lParam)));
+      return TRUE;
     case WM_SIZING:
       handler_.OnSizing(static_cast<int>(wParam));
       return FALSE;
@@ -165,23 +166,31 @@ void WinDialog::OnCommand(int id, int code) {
   }
 }
 
-void WinDialog::OnNotify(const NMHDR& notice) {
+// What the system is told to do about a notice: only painting a tree asks.
+LRESULT WinDialog::OnNotify(const NMHDR& notice) {
   const auto found = trees_.find(static_cast<int>(notice.idFrom));
-  if (!isOpen_ || found == trees_.end()) return;
-  WinTree& tree = found->second;
+  if (found == trees_.end()) return 0;
+  if (notice.code == NM_CUSTOMDRAW) {
+    return found->second.OnPaint(reinterpret_cast<const NMTVCUSTOMDRAW&>(notice));
+  }
+  if (isOpen_) OnTreeNotice(found->first, found->second, notice);
+  return 0;
+}
+
+void WinDialog::OnTreeNotice(int id, WinTree& tree, const NMHDR& notice) {
   const auto is = [&notice](UINT code) { return notice.code == code; };
   std::optional<TreePlace> place;
   if (is(NM_CLICK) || is(NM_DBLCLK)) place = tree.PlaceUnderCursor();
   if (is(TVN_KEYDOWN) && reinterpret_cast<const NMTVKEYDOWN&>(notice).wVKey == VK_SPACE) {
     place = tree.ChosenPlace();
   }
-  // Checked by a program in the user's stead, such as a screen reader.
-  if (is(TVN_ITEMCHANGEDA) || is(TVN_ITEMCHANGEDW)) {
-    tree.Touch(WinTree::PlaceOfMark(reinterpret_cast<const NMTVITEMCHANGE&>(notice).lParam));
+  if (place) {
+    tree.Toggle(*place);
+  } else if (is(TVN_ITEMCHANGEDA) || is(TVN_ITEMCHANGEDW)) {
+    // Checked by a program in the user's stead, such as a screen reader.
+    place = tree.TakeChange(reinterpret_cast<const NMTVITEMCHANGE&>(notice));
   }
-  if (!place) return;
-  tree.Touch(*place);
-  handler_.OnTreeCheck(*this, found->first, *place);
+  if (place) handler_.OnTreeCheck(*this, id, *place);
 }
 
 void WinDialog::OnSize(WPARAM kind) {

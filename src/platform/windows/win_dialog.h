@@ -38,18 +38,18 @@ class WinDialog : public DialogWindow {
   int Selection(int id) override;
   void Select(int id, int index) override;
   void SetColumns(int id, const std::vector<ListColumn>& columns) override;
-  void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override;
+  void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override;
+  void RemoveRows(int id, const std::vector<size_t>& rows) override;
   std::vector<size_t> SelectedRows(int id) override;
   void SelectAll(int id) override;
   void InvertSelection(int id) override;
   void SetTree(int id, std::vector<TreeItem> items) override;
-  std::vector<TreeItem> Tree(int id) override;
   void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) override;
   void ExpandTree(int id, bool isExpanded) override;
   void ShowMessage(const std::string& text) override;
   std::optional<std::string> AskForFile(const FileRequest& request) override;
   int RunDialog(DialogHandler& handler) override;
-  void ShowHelp(const std::string& file, uint32_t topic) override;
+  bool ShowHelp(const std::string& file, uint32_t topic) override;
   void SetWaitCursor(bool isWaiting) override;
   void Pause(int milliseconds) override;
 
@@ -62,7 +62,8 @@ class WinDialog : public DialogWindow {
   void MakePictures();
   void MakeToolTips();
   void OnCommand(int id, int code);
-  void OnNotify(const NMHDR& notice);
+  LRESULT OnNotify(const NMHDR& notice);
+  void OnTreeNotice(int id, WinTree& tree, const NMHDR& notice);
   void OnSize(WPARAM kind);
   void OnDestroy();
 
@@ -72,6 +73,7 @@ class WinDialog : public DialogWindow {
     return ::SendMessageA(Item(id), message, wParam, lParam);
   }
   void Deselect(int id, size_t first, size_t last);
+  void FitScrollBar(int id, const std::vector<std::string>& items) const;
   WinTree* FindTree(int id);
 
   DialogHandler& handler_;

@@ -1,7 +1,7 @@
 // The drop lists, list boxes, list views and trees of a dialog.
 
 #include <algorithm>
-#include <set>
+#include <ranges>
 
 #include "platform/windows/win_dialog.h"
 
@@ -18,19 +18,20 @@ int Scaled(int pixels, HWND window) {
   return ::MulDiv(pixels, dots, 96);
 }
 
-std::string FirstText(HWND list, size_t row) {
-  char text[256] = "";
-  LVITEMA item = {};
-  item.pszText = text;
-  item.cchTextMax = sizeof text;
-  ::SendMessageA(list, LVM_GETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item));
-  return text;
-}
-
-void SelectRow(HWND list, size_t row) {
-  LVITEMA item = {};
-  item.state = item.stateMask = LVIS_SELECTED;
-  ::SendMessageA(list, LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&item));
+/// In pixels, in the font of a control.
+int WidestText(HWND control, const std::vector<std::string>& texts) {
+  const HDC context = ::GetDC(control);
+  const auto font = reinterpret_cast<HFONT>(::SendMessageA(control, WM_GETFONT, 0, 0));
+  const HGDIOBJ before = ::SelectObject(context, font);
+  LONG widest = 0;
+  for (const std::string& text : texts) {
+    SIZE size = {};
+    ::GetTextExtentPoint32A(context, text.c_str(), static_cast<int>(text.size()), &size);
+    widest = std::max(widest, size.cx);
+  }
+  ::SelectObject(context, before);
+  ::ReleaseDC(control, context);
+  return static_cast<int>(widest);
 }
 
 void InsertRow(HWND list, int row, const std::vector<std::string>& texts, int picture) {
@@ -60,13 +61,23 @@ void WinDialog::SetItems(int id, const std::vector<std::string>& items) {
   for (const std::string& item : items) {
     Send(id, isBox ? LB_ADDSTRING : CB_ADDSTRING, 0, TextOf(item));
   }
+  if (isBox) FitScrollBar(id, items);
   Send(id, WM_SETREDRAW, TRUE);
   ::InvalidateRect(Item(id), nullptr, TRUE);
 }
 
+void WinDialog::FitScrollBar(int id, const std::vector<std::string>& items) const {
+  constexpr int kMargin = 4;
+  const int width = WidestText(Item(id), items) + Scaled(kMargin, window_);
+  Send(id, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width));
+}
+
 int WinDialog::Selection(int id) { return static_cast<int>(Send(id, CB_GETCURSEL)); }
 
-void WinDialog::Select(int id, int index) { Send(id, CB_SETCURSEL, static_cast<WPARAM>(index)); }
+void WinDialog::Select(int id, int index) {
+  const bool isItem = index < Send(id, CB_GETCOUNT);
+  Send(id, CB_SETCURSEL, static_cast<WPARAM>(isItem ? index : -1));
+}
 
 void WinDialog::SetColumns(int id, const std::vector<ListColumn>& columns) {
   for (size_t i = 0; i < columns.size(); ++i) {
@@ -78,17 +89,16 @@ void WinDialog::SetColumns(int id, const std::vector<ListColumn>& columns) {
   }
 }
 
-void WinDialog::SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
-  std::set<std::string> selected;
-  for (const size_t row : SelectedRows(id)) selected.insert(FirstText(Item(id), row));
+void WinDialog::AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
+  auto next = static_cast<int>(Send(id, LVM_GETITEMCOUNT));
   Send(id, WM_SETREDRAW, FALSE);
-  Send(id, LVM_DELETEALLITEMS);
-  for (size_t i = 0; i < rows.size(); ++i) {
-    InsertRow(Item(id), static_cast<int>(i), rows[i], picture);
-    if (selected.contains(FirstText(Item(id), i))) SelectRow(Item(id), i);
-  }
+  for (const auto& row : rows) InsertRow(Item(id), next++, row, picture);
   Send(id, WM_SETREDRAW, TRUE);
   ::InvalidateRect(Item(id), nullptr, TRUE);
+}
+
+void WinDialog::RemoveRows(int id, const std::vector<size_t>& rows) {
+  for (const size_t row : rows | std::views::reverse) Send(id, LVM_DELETEITEM, row);
 }
 
 std::vector<size_t> WinDialog::SelectedRows(int id) {
@@ -146,17 +156,12 @@ void WinDialog::SetTree(int id, std::vector<TreeItem> items) {
   if (WinTree* tree = FindTree(id)) tree->SetItems(std::move(items), pictures_);
 }
 
-std::vector<TreeItem> WinDialog::Tree(int id) {
-  const WinTree* tree = FindTree(id);
-  return tree != nullptr ? tree->Items() : std::vector<TreeItem>();
-}
-
 void WinDialog::SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) {
   if (WinTree* tree = FindTree(id)) tree->SetChecked(places, isChecked);
 }
 
 void WinDialog::ExpandTree(int id, bool isExpanded) {
-  if (WinTree* tree = FindTree(id)) tree->Expand(isExpanded, pictures_);
+  if (WinTree* tree = FindTree(id)) tree->Expand(isExpanded);
 }
 
 }  // namespace gantry::platform

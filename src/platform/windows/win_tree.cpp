@@ -1,6 +1,7 @@
 #include "platform/windows/win_tree.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace gantry::platform {
 
@@ -61,6 +62,7 @@ void WinTree::Release() const {
 void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
   const uintptr_t first = DataOf(Next(TVGN_FIRSTVISIBLE));
   const uintptr_t chosen = DataOf(Next(TVGN_CARET));
+  const std::unordered_set<uintptr_t> open = OpenParents();
   const NoRedraw held(control_);
   ::SendMessageA(control_, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(pictures));
   ::SendMessageA(control_, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
@@ -68,9 +70,7 @@ void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
   InsertParents();
   for (size_t i = 0; i < items_.size(); ++i) InsertChildren(i);
   for (size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i].isExpanded) {
-      ::SendMessageA(control_, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(parents_[i]));
-    }
+    if (items_[i].isExpanded || open.contains(items_[i].data)) Branch(parents_[i], TVE_EXPAND);
   }
   Choose(TVGN_CARET, chosen);
   Choose(TVGN_FIRSTVISIBLE, first);
@@ -84,7 +84,6 @@ void WinTree::Choose(UINT which, uintptr_t data) const {
 
 void WinTree::InsertParents() {
   parents_.clear();
-  touched_.clear();
   HTREEITEM last = TVI_FIRST;
   for (size_t i = 0; i < items_.size(); ++i) {
     last = Insert(items_[i], TVI_ROOT, last, MarkOf(i, 0));
@@ -101,50 +100,88 @@ void WinTree::InsertChildren(size_t parent) {
   }
 }
 
-UINT WinTree::State(HTREEITEM item) const {
-  return static_cast<UINT>(::SendMessageA(control_, TVM_GETITEMSTATE,
-                                          reinterpret_cast<WPARAM>(item),
-                                          TVIS_STATEIMAGEMASK | TVIS_EXPANDED));
+bool WinTree::IsOpen(HTREEITEM item) const {
+  return (::SendMessageA(control_, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item),
+                         TVIS_EXPANDED) &
+          TVIS_EXPANDED) != 0;
 }
 
-bool WinTree::IsChecked(HTREEITEM item) const {
-  return (State(item) & TVIS_STATEIMAGEMASK) == CheckState(true);
-}
-
-std::vector<TreeItem> WinTree::Items() const {
-  std::vector<TreeItem> items = items_;
-  for (size_t i = 0; i < items.size(); ++i) {
-    items[i].isChecked = IsChecked(parents_[i]);
-    items[i].isExpanded = (State(parents_[i]) & TVIS_EXPANDED) != 0;
+std::unordered_set<uintptr_t> WinTree::OpenParents() const {
+  std::unordered_set<uintptr_t> open;
+  for (size_t i = 0; i < items_.size(); ++i) {
+    if (IsOpen(parents_[i])) open.insert(items_[i].data);
   }
-  for (const TreePlace& place : touched_) {
-    items[place.parent].children[*place.child].isChecked = IsChecked(HandleOf(place));
-  }
-  return items;
+  return open;
 }
 
-void WinTree::Touch(const TreePlace& place) {
-  if (place.child) touched_.push_back(place);
+void WinTree::Branch(HTREEITEM parent, WPARAM action) const {
+  ::SendMessageA(control_, TVM_EXPAND, action, reinterpret_cast<LPARAM>(parent));
+}
+
+void WinTree::Expand(bool isExpanded) {
+  const NoRedraw held(control_);
+  if (isExpanded) {
+    for (const HTREEITEM parent : parents_) Branch(parent, TVE_EXPAND);
+  } else {
+    for (const HTREEITEM parent : parents_ | std::views::reverse) Branch(parent, TVE_COLLAPSE);
+  }
+}
+
+bool WinTree::IsBoxChecked(HTREEITEM item) const {
+  return (::SendMessageA(control_, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item),
+                         TVIS_STATEIMAGEMASK) &
+          TVIS_STATEIMAGEMASK) == CheckState(true);
+}
+
+void WinTree::SetBox(HTREEITEM box, bool isChecked) {
+  TVITEMA item = {};
+  item.mask = TVIF_STATE;
+  item.hItem = box;
+  item.state = CheckState(isChecked);
+  item.stateMask = TVIS_STATEIMAGEMASK;
+  isSettingBox_ = true;
+  ::SendMessageA(control_, TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+  isSettingBox_ = false;
+}
+
+TreeItem& WinTree::ItemAt(const TreePlace& place) {
+  TreeItem& parent = items_[place.parent];
+  return place.child ? parent.children[*place.child] : parent;
 }
 
 void WinTree::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {
-  const NoRedraw held(control_);
-  for (const TreePlace& place : places) {
-    TVITEMA item = {};
-    item.mask = TVIF_STATE;
-    item.hItem = HandleOf(place);
-    item.state = CheckState(isChecked);
-    item.stateMask = TVIS_STATEIMAGEMASK;
-    ::SendMessageA(control_, TVM_SETITEMA, 0, reinterpret_cast<LPARAM>(&item));
-    Touch(place);
-  }
+  for (const TreePlace& place : places) ItemAt(place).isChecked = isChecked;
+  ::InvalidateRect(control_, nullptr, FALSE);
+  ::UpdateWindow(control_);
 }
 
-// Filled anew: opening or closing one item after the other would lay out the tree each time.
-void WinTree::Expand(bool isExpanded, HIMAGELIST pictures) {
-  std::vector<TreeItem> items = Items();
-  for (TreeItem& item : items) item.isExpanded = isExpanded;
-  SetItems(std::move(items), pictures);
+void WinTree::Toggle(const TreePlace& place) {
+  TreeItem& item = ItemAt(place);
+  // The control toggles what its box shows.
+  if (IsBoxChecked(HandleOf(place)) != item.isChecked) SetBox(HandleOf(place), item.isChecked);
+  item.isChecked = !item.isChecked;
+}
+
+std::optional<TreePlace> WinTree::TakeChange(const NMTVITEMCHANGE& change) {
+  const UINT boxes = TVIS_STATEIMAGEMASK;
+  if (isSettingBox_ || ((change.uStateNew ^ change.uStateOld) & boxes) == 0) return std::nullopt;
+  const TreePlace place = PlaceOfMark(change.lParam);
+  TreeItem& item = ItemAt(place);
+  const bool isChecked = (change.uStateNew & boxes) == CheckState(true);
+  if (item.isChecked == isChecked) return std::nullopt;
+  item.isChecked = isChecked;
+  return place;
+}
+
+LRESULT WinTree::OnPaint(const NMTVCUSTOMDRAW& draw) {
+  if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+  const TreePlace place = PlaceOfMark(draw.nmcd.lItemlParam);
+  if (place.parent >= items_.size()) return CDRF_DODEFAULT;
+  const auto handle = reinterpret_cast<HTREEITEM>(draw.nmcd.dwItemSpec);
+  const bool isChecked = ItemAt(place).isChecked;
+  if (IsBoxChecked(handle) != isChecked) SetBox(handle, isChecked);
+  return CDRF_DODEFAULT;
 }
 
 HTREEITEM WinTree::HandleOf(const TreePlace& place) const {
@@ -181,7 +218,7 @@ HTREEITEM WinTree::FindShown(uintptr_t data) const {
     const auto child = std::ranges::find(children, data, &TreeItem::data);
     if (child == children.end()) continue;
     const auto position = static_cast<size_t>(child - children.begin());
-    return items_[i].isExpanded ? children_[i][position] : parents_[i];
+    return IsOpen(parents_[i]) ? children_[i][position] : parents_[i];
   }
   return nullptr;
 }

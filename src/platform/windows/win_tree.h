@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/dialog_window.h"
@@ -10,30 +11,35 @@
 
 namespace gantry::platform {
 
-/// A tree control with check boxes and the items that it shows.
+/// A tree control with check boxes, and the items that it shows. Which of them are checked is kept
+/// here; the control's own boxes follow as they are painted, or when the user gets at them.
 ///
 /// Some systems look up each handle that they are given among all items, from the first on. So the
-/// parents come before all children, each child goes before the one behind it, and only what may
-/// have been checked by the user is read back. Parents open when all is in, the first one first:
-/// each moves all that is shown below it.
+/// parents come before all children, each child goes before the one behind it, and no item is
+/// touched that needn't be. Parents open from the first to the last and close from the last to the
+/// first: each moves all that is shown below it.
 class WinTree {
  public:
   explicit WinTree(HWND control) : control_(control) {}
 
   /// Before the control goes: it leaves the pictures of its check boxes behind.
   void Release() const;
+  /// What stays keeps its branches as the user has left them.
   void SetItems(std::vector<TreeItem> items, HIMAGELIST pictures);
-  /// As the user has left them.
-  std::vector<TreeItem> Items() const;
-  /// Tells that the user may have toggled an item.
-  void Touch(const TreePlace& place);
   void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
-  void Expand(bool isExpanded, HIMAGELIST pictures);
+  void Expand(bool isExpanded);
+
+  // What the control tells.
+
+  /// The user toggles an item, and the control is about to do so to its box.
+  void Toggle(const TreePlace& place);
+  /// The item whose box was changed by another than the user or this; none for any other change.
+  std::optional<TreePlace> TakeChange(const NMTVITEMCHANGE& change);
+  /// Brings the box of an item that is being painted up to date; the answer to the control.
+  LRESULT OnPaint(const NMTVCUSTOMDRAW& draw);
   /// The item whose check box is under the cursor.
   std::optional<TreePlace> PlaceUnderCursor() const;
   std::optional<TreePlace> ChosenPlace() const;
-  /// Of the number that the control keeps with an item.
-  static TreePlace PlaceOfMark(LPARAM mark);
 
  private:
   using Handles = std::vector<HTREEITEM>;
@@ -42,10 +48,16 @@ class WinTree {
   void InsertParents();
   void InsertChildren(size_t parent);
   void Choose(UINT which, uintptr_t data) const;
-  UINT State(HTREEITEM item) const;
-  bool IsChecked(HTREEITEM item) const;
+  bool IsOpen(HTREEITEM item) const;
+  void Branch(HTREEITEM parent, WPARAM action) const;
+  bool IsBoxChecked(HTREEITEM item) const;
+  void SetBox(HTREEITEM item, bool isChecked);
+  std::unordered_set<uintptr_t> OpenParents() const;
+  TreeItem& ItemAt(const TreePlace& place);
   HTREEITEM HandleOf(const TreePlace& place) const;
   TreePlace PlaceOf(HTREEITEM item) const;
+  /// Of the number that the control keeps with an item.
+  static TreePlace PlaceOfMark(LPARAM mark);
   uintptr_t DataOf(HTREEITEM item) const;
   /// The item, or its parent while that is closed: choosing the item would open it.
   HTREEITEM FindShown(uintptr_t data) const;
@@ -55,7 +67,7 @@ class WinTree {
   std::vector<TreeItem> items_;
   Handles parents_;
   std::vector<Handles> children_;
-  std::vector<TreePlace> touched_;  ///< children alone
+  bool isSettingBox_ = false;
 };
 
 /// The position of a picture in the list that trees and list views share.

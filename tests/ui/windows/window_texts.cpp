@@ -1,6 +1,6 @@
 #include "window_texts.h"
 
-#include "desk.h"
+#include "win_desk.h"
 
 namespace gantry::test {
 
@@ -22,13 +22,12 @@ std::vector<Control> ControlsOf(HWND dialog) {
   for (HWND window = ::GetWindow(dialog, GW_CHILD); window != nullptr;
        window = ::GetWindow(window, GW_HWNDNEXT)) {
     char kind[64] = "";
-    char text[256] = "";
     RECT place = {};
     ::GetClassNameA(window, kind, sizeof kind);
-    ::GetWindowTextA(window, text, sizeof text);
     ::GetWindowRect(window, &place);
     ::MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
-    controls.push_back({window, kind, text, place, ::GetWindowLongPtrA(window, GWL_STYLE)});
+    controls.push_back(
+        {window, kind, WindowText(window), place, ::GetWindowLongPtrA(window, GWL_STYLE)});
   }
   return controls;
 }
@@ -87,26 +86,27 @@ bool Holds(const RECT& outer, const RECT& inner) {
 
 }  // namespace
 
-std::vector<std::string> CutOffTexts(HWND dialog) {
-  std::vector<std::string> cut;
-  for (const Control& control : ControlsOf(dialog)) {
-    for (const std::string& text : TextsOf(control)) {
-      if (!HasRoom(control, text)) cut.push_back(text);
-    }
-  }
-  return cut;
+std::string WindowText(HWND window) {
+  char text[512] = "";
+  ::GetWindowTextA(window, text, sizeof text);
+  return text;
 }
 
-std::vector<std::string> OverlappingControls(HWND dialog) {
+std::vector<std::string> LayoutFaults(HWND dialog) {
   RECT inside = {};
   ::GetClientRect(dialog, &inside);
   std::vector<std::string> faults;
   const std::vector<Control> controls = ControlsOf(dialog);
   for (const Control& a : controls) {
-    if (!Holds(inside, a.place)) faults.push_back(a.kind + " " + a.text);
+    for (const std::string& text : TextsOf(a)) {
+      if (!HasRoom(a, text)) faults.push_back(text + " is cut off");
+    }
+    if (!Holds(inside, a.place)) faults.push_back(a.kind + " " + a.text + " reaches out");
     for (const Control& b : controls) {
       const bool isGroup = a.IsButtonOf(BS_GROUPBOX) && Holds(a.place, b.place);
-      if (&a < &b && Overlap(a.place, b.place) && !isGroup) faults.push_back(a.text + "/" + b.text);
+      if (&a < &b && Overlap(a.place, b.place) && !isGroup) {
+        faults.push_back(a.text + " covers " + b.text);
+      }
     }
   }
   return faults;

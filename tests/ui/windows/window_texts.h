@@ -7,11 +7,10 @@
 
 namespace gantry::test {
 
-/// The texts in a dialog's controls that have less room than they need, in the font that they are
-/// shown in.
-std::vector<std::string> CutOffTexts(HWND dialog);
+std::string WindowText(HWND window);
 
-/// The controls that cover another, or that reach beyond the dialog.
-std::vector<std::string> OverlappingControls(HWND dialog);
+/// The controls of a dialog whose texts have less room than they need, in the font that they are
+/// shown in, and those that cover another or reach beyond the dialog.
+std::vector<std::string> LayoutFaults(HWND dialog);
 
 }  // namespace gantry::test

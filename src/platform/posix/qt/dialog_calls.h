@@ -139,9 +139,9 @@ using WindowCalls =
              &DialogWindow::Rect, &DialogWindow::Move, &DialogWindow::Focus, &DialogWindow::Text,
              &DialogWindow::SetText, &DialogWindow::PutCaretBehindText, &DialogWindow::IsChecked,
              &DialogWindow::SetChecked, &DialogWindow::SetItems, &DialogWindow::Selection,
-             &DialogWindow::Select, &DialogWindow::SetColumns, &DialogWindow::SetRows,
-             &DialogWindow::SelectedRows, &DialogWindow::SelectAll, &DialogWindow::InvertSelection,
-             &DialogWindow::SetTree, &DialogWindow::Tree, &DialogWindow::SetTreeChecked,
+             &DialogWindow::Select, &DialogWindow::SetColumns, &DialogWindow::AddRows,
+             &DialogWindow::RemoveRows, &DialogWindow::SelectedRows, &DialogWindow::SelectAll,
+             &DialogWindow::InvertSelection, &DialogWindow::SetTree, &DialogWindow::SetTreeChecked,
              &DialogWindow::ExpandTree, &DialogWindow::ShowMessage, &DialogWindow::ShowHelp,
              &DialogWindow::SetWaitCursor, &DialogWindow::Pause>;
 

@@ -104,7 +104,8 @@ class DialogServer {
   static Packet AskForFile(DialogWindow& window, Packet& call) {
     const auto extension = call.Take<std::string>();
     const auto filters = call.Take<std::string>();
-    return Packet().Put(window.AskForFile({extension.c_str(), filters.c_str()}));
+    const auto folder = call.Take<std::string>();
+    return Packet().Put(window.AskForFile({extension.c_str(), filters.c_str(), folder}));
   }
 
   Link link_;

@@ -47,8 +47,11 @@ class WindowApart : public DialogWindow {
   void SetColumns(int id, const std::vector<ListColumn>& columns) override {
     Ask<&DialogWindow::SetColumns>(id, columns);
   }
-  void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override {
-    Ask<&DialogWindow::SetRows>(id, rows, picture);
+  void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override {
+    Ask<&DialogWindow::AddRows>(id, rows, picture);
+  }
+  void RemoveRows(int id, const std::vector<size_t>& rows) override {
+    Ask<&DialogWindow::RemoveRows>(id, rows);
   }
   std::vector<size_t> SelectedRows(int id) override { return Ask<&DialogWindow::SelectedRows>(id); }
   void SelectAll(int id) override { Ask<&DialogWindow::SelectAll>(id); }
@@ -56,7 +59,6 @@ class WindowApart : public DialogWindow {
   void SetTree(int id, std::vector<TreeItem> items) override {
     Ask<&DialogWindow::SetTree>(id, items);
   }
-  std::vector<TreeItem> Tree(int id) override { return Ask<&DialogWindow::Tree>(id); }
   void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) override {
     Ask<&DialogWindow::SetTreeChecked>(id, places, isChecked);
   }
@@ -66,8 +68,8 @@ class WindowApart : public DialogWindow {
   void ShowMessage(const std::string& text) override { Ask<&DialogWindow::ShowMessage>(text); }
   std::optional<std::string> AskForFile(const FileRequest& request) override;
   int RunDialog(DialogHandler& handler) override;
-  void ShowHelp(const std::string& file, uint32_t topic) override {
-    Ask<&DialogWindow::ShowHelp>(file, topic);
+  bool ShowHelp(const std::string& file, uint32_t topic) override {
+    return Ask<&DialogWindow::ShowHelp>(file, topic);
   }
   void SetWaitCursor(bool isWaiting) override { Ask<&DialogWindow::SetWaitCursor>(isWaiting); }
   void Pause(int milliseconds) override { Ask<&DialogWindow::Pause>(milliseconds); }
@@ -179,6 +181,7 @@ std::optional<std::string> WindowApart::AskForFile(const FileRequest& request) {
   Packet call;
   call.Put(Request::kAskForFile).Put(depth_);
   call.Put(std::string(request.defaultExtension)).Put(std::string(request.filters));
+  call.Put(request.folder);
   return dialogs_.Call(call).Take<std::optional<std::string>>();
 }
 

@@ -23,6 +23,9 @@ class DialogUnits {
   explicit DialogUnits(const QWidget& window);
   int Across(int units) const { return static_cast<int>(std::lround(units * width_ / 4)); }
   int Down(int units) const { return static_cast<int>(std::lround(units * height_ / 8)); }
+  /// What spans as much text here as so many pixels do in the font of Windows at 96 dots to the
+  /// inch.
+  int AcrossPixels(int pixels) const { return static_cast<int>(std::lround(pixels * width_ / 6)); }
 
  private:
   double width_;

@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QStringListModel>
 #include <QTreeWidget>
 #include <QWindow>
@@ -20,11 +21,12 @@ namespace gantry::platform {
 namespace {
 
 /// The edge that was dragged to make one rectangle of another, by the number that Windows has for
-/// it: 1 and 2 for left and right, and 3 or 6 more for top or bottom. 0 when nothing changed.
+/// it: 1 and 2 for left and right, and 3 or 6 more for top or bottom. Every change of size is one
+/// of an edge, the near one only where the far one stayed. 0 when no size changed.
 int DraggedEdge(const QRect& from, const QRect& to) {
   int edge = 0;
-  if (from.width() != to.width()) edge += from.left() != to.left() ? 1 : 2;
-  if (from.height() != to.height()) edge += from.top() != to.top() ? 3 : 6;
+  if (from.width() != to.width()) edge += from.right() == to.right() ? 1 : 2;
+  if (from.height() != to.height()) edge += from.bottom() == to.bottom() ? 3 : 6;
   return edge;
 }
 
@@ -89,15 +91,27 @@ void QtDialog::reject() { handler_.OnButton(*this, kCancelButton); }
 
 void QtDialog::moveEvent(QMoveEvent* event) {
   QDialog::moveEvent(event);
-  if (windowHandle() != nullptr) lastGeometry_ = windowHandle()->geometry();
+  if (windowHandle() == nullptr) return;
+  // The window's own geometry is ahead of the events: where it has another size too, that event is
+  // still to come and needs the old place.
+  const QRect geometry = windowHandle()->geometry();
+  if (geometry.size() == size()) lastGeometry_ = geometry;
+}
+
+bool QtDialog::IsDrag(const QResizeEvent& event) {
+  // The display tells of a size and of being maximised in either order.
+  const bool isPutBack = filledSize_.isValid() && event.oldSize() == filledSize_;
+  const bool isFilled = !isPutBack && (isMaximized() || isFullScreen());
+  filledSize_ = isFilled ? event.size() : QSize();
+  return !isFilled && !isPutBack;
 }
 
 void QtDialog::resizeEvent(QResizeEvent* event) {
   QDialog::resizeEvent(event);
   if (!isOpen_ || windowHandle() == nullptr) return;
-  const QRect geometry = windowHandle()->geometry();
-  const bool isDragged = !lastGeometry_.isNull() && !isMaximized() && !isFullScreen();
-  const int edge = isDragged ? DraggedEdge(lastGeometry_, geometry) : 0;
+  const QRect geometry(windowHandle()->geometry().topLeft(), event->size());
+  const bool isDrag = !lastGeometry_.isNull() && IsDrag(*event);
+  const int edge = isDrag ? DraggedEdge(lastGeometry_, geometry) : 0;
   if (edge != 0) handler_.OnSizing(edge);
   lastGeometry_ = geometry;
   handler_.OnSize(*this, ClientSize());

@@ -32,18 +32,18 @@ class QtDialog : public QDialog, public DialogWindow {
   int Selection(int id) override;
   void Select(int id, int index) override;
   void SetColumns(int id, const std::vector<ListColumn>& columns) override;
-  void SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override;
+  void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override;
+  void RemoveRows(int id, const std::vector<size_t>& rows) override;
   std::vector<size_t> SelectedRows(int id) override;
   void SelectAll(int id) override;
   void InvertSelection(int id) override;
   void SetTree(int id, std::vector<TreeItem> items) override;
-  std::vector<TreeItem> Tree(int id) override;
   void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) override;
   void ExpandTree(int id, bool isExpanded) override;
   void ShowMessage(const std::string& text) override;
   std::optional<std::string> AskForFile(const FileRequest& request) override;
   int RunDialog(DialogHandler& handler) override;
-  void ShowHelp(const std::string& file, uint32_t topic) override;
+  bool ShowHelp(const std::string& file, uint32_t topic) override;
   void SetWaitCursor(bool isWaiting) override;
   void Pause(int milliseconds) override;
 
@@ -63,10 +63,14 @@ class QtDialog : public QDialog, public DialogWindow {
   void MakeControls();
   void Connect(int id, QWidget* control);
   void FitToTemplate();
+  /// Whether the user has dragged an edge to make this size, rather than maximised the window or
+  /// put it back.
+  bool IsDrag(const QResizeEvent& event);
 
   DialogHandler& handler_;
   std::map<int, QWidget*> controls_;
   QRect lastGeometry_;
+  QSize filledSize_;  ///< while the window fills the screen
   bool isOpen_ = false;
 };
 

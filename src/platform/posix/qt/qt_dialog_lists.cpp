@@ -3,11 +3,12 @@
 #include <QComboBox>
 #include <QItemSelectionModel>
 #include <QListView>
-#include <QSet>
 #include <QStringListModel>
 #include <QTreeWidget>
 #include <algorithm>
+#include <ranges>
 
+#include "platform/posix/qt/qt_controls.h"
 #include "platform/posix/qt/qt_dialog.h"
 #include "platform/posix/qt/qt_picture.h"
 #include "platform/posix/qt/qt_text.h"
@@ -34,6 +35,7 @@ void QtDialog::SetItems(int id, const std::vector<std::string>& items) {
     const QSignalBlocker quiet(list);
     list->clear();
     list->addItems(ToQtList(items));
+    list->setCurrentIndex(-1);
   } else if (auto* box = Find<QListView>(id)) {
     qobject_cast<QStringListModel*>(box->model())->setStringList(ToQtList(items));
   }
@@ -54,18 +56,17 @@ void QtDialog::Select(int id, int index) {
 void QtDialog::SetColumns(int id, const std::vector<ListColumn>& columns) {
   auto* list = Find<QTreeWidget>(id);
   if (list == nullptr) return;
+  const DialogUnits units(*this);
   list->setColumnCount(static_cast<int>(columns.size()));
   for (size_t i = 0; i < columns.size(); ++i) {
     list->headerItem()->setText(static_cast<int>(i), ToQt(columns[i].title));
-    list->setColumnWidth(static_cast<int>(i), columns[i].width);
+    list->setColumnWidth(static_cast<int>(i), units.AcrossPixels(columns[i].width));
   }
 }
 
-void QtDialog::SetRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
+void QtDialog::AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
   auto* list = Find<QTreeWidget>(id);
   if (list == nullptr) return;
-  QSet<QString> selected;
-  for (const QTreeWidgetItem* item : list->selectedItems()) selected << item->text(0);
   const QIcon icon = PictureIcon(picture);
   QList<QTreeWidgetItem*> items;
   for (const auto& row : rows) {
@@ -73,9 +74,15 @@ void QtDialog::SetRows(int id, const std::vector<std::vector<std::string>>& rows
     item->setIcon(0, icon);
     items << item;
   }
-  list->clear();
   list->addTopLevelItems(items);
-  for (QTreeWidgetItem* item : items) item->setSelected(selected.contains(item->text(0)));
+}
+
+void QtDialog::RemoveRows(int id, const std::vector<size_t>& rows) {
+  auto* list = Find<QTreeWidget>(id);
+  if (list == nullptr) return;
+  for (const size_t row : rows | std::views::reverse) {
+    delete list->takeTopLevelItem(static_cast<int>(row));
+  }
 }
 
 std::vector<size_t> QtDialog::SelectedRows(int id) {
@@ -114,11 +121,6 @@ void QtDialog::InvertSelection(int id) {
 
 void QtDialog::SetTree(int id, std::vector<TreeItem> items) {
   if (auto* tree = Find<TreeView>(id)) tree->SetItems(std::move(items));
-}
-
-std::vector<TreeItem> QtDialog::Tree(int id) {
-  const auto* tree = Find<TreeView>(id);
-  return tree != nullptr ? tree->Items() : std::vector<TreeItem>();
 }
 
 void QtDialog::SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) {

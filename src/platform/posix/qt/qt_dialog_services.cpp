@@ -6,6 +6,8 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QThread>
 #include <QUrl>
 
@@ -37,6 +39,8 @@ class FilePicker : public QFileDialog {
     setOption(QFileDialog::DontUseNativeDialog);
     setFileMode(QFileDialog::ExistingFile);
     setNameFilters(NameFilters(request.filters));
+    const QDir folder(QFile::decodeName(QByteArray::fromStdString(request.folder)));
+    if (!request.folder.empty() && folder.exists()) setDirectory(folder);
   }
 
  protected:
@@ -66,9 +70,14 @@ std::optional<std::string> QtDialog::AskForFile(const FileRequest& request) {
 
 int QtDialog::RunDialog(DialogHandler& handler) { return QtDialog(handler, this).exec(); }
 
-void QtDialog::ShowHelp(const std::string& file, uint32_t /*topic*/) {
+// One viewer takes the number of a topic; whatever else the desktop has for such files shows the
+// first.
+bool QtDialog::ShowHelp(const std::string& file, uint32_t topic) {
   const QString path = QFile::decodeName(QByteArray::fromStdString(file));
-  if (QFile::exists(path)) QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+  if (!QFile::exists(path)) return false;
+  const QString viewer = QStandardPaths::findExecutable(QStringLiteral("xchm"));
+  if (viewer.isEmpty()) return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+  return QProcess::startDetached(viewer, {QStringLiteral("-c"), QString::number(topic), path});
 }
 
 void QtDialog::SetWaitCursor(bool isWaiting) {

@@ -78,8 +78,11 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
 bool TreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (!index.isValid() || role != Qt::CheckStateRole) return false;
   const TreePlace place = PlaceOf(index);
+  TreeItem& item = ItemAt(place);
+  const bool isChecked = value.toInt() == Qt::Checked;
+  if (item.isChecked == isChecked) return true;
+  item.isChecked = isChecked;
   if (onCheck) onCheck(place);
-  ItemAt(place).isChecked = value.toInt() == Qt::Checked;
   Q_EMIT dataChanged(index, index, {Qt::CheckStateRole});
   return true;
 }
@@ -120,9 +123,14 @@ void TreeView::SetItems(std::vector<TreeItem> items) {
                                              .children[static_cast<size_t>(current.row())]
                                              .data)
           : 0;
+  const std::unordered_set<uintptr_t> open = OpenParents();
   model_->SetItems(std::move(items));
-  ExpandWhere([](const TreeItem& item) { return item.isExpanded; });
-  if (chosen != 0) setCurrentIndex(IndexOf(chosen));
+  ExpandWhere(
+      [&open](const TreeItem& item) { return item.isExpanded || open.contains(item.data); });
+  QModelIndex shown = chosen != 0 ? IndexOf(chosen) : QModelIndex();
+  // The well in place of a variable that is out of sight: choosing that would open it.
+  if (shown.parent().isValid() && !isExpanded(shown.parent())) shown = shown.parent();
+  if (shown.isValid()) setCurrentIndex(shown);
   verticalScrollBar()->setValue(scrolled);
 }
 
@@ -141,12 +149,13 @@ void TreeView::ExpandAll() {
   ExpandWhere([](const TreeItem&) { return true; });
 }
 
-std::vector<TreeItem> TreeView::Items() const {
-  std::vector<TreeItem> items = model_->Items();
+std::unordered_set<uintptr_t> TreeView::OpenParents() const {
+  std::unordered_set<uintptr_t> open;
+  const auto& items = model_->Items();
   for (size_t i = 0; i < items.size(); ++i) {
-    items[i].isExpanded = isExpanded(model_->index(static_cast<int>(i), 0, {}));
+    if (isExpanded(model_->index(static_cast<int>(i), 0, {}))) open.insert(items[i].data);
   }
-  return items;
+  return open;
 }
 
 void TreeView::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QTreeView>
 #include <functional>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/dialog_window.h"
@@ -18,7 +19,7 @@ class TreeModel : public QAbstractItemModel {
   void SetItems(std::vector<TreeItem> items);
   const std::vector<TreeItem>& Items() const { return items_; }
   void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
-  /// Called before the user's change of a check box takes effect.
+  /// Called when the user toggles a check box.
   std::function<void(const TreePlace&)> onCheck;
 
   QModelIndex index(int row, int column, const QModelIndex& parent) const override;
@@ -44,16 +45,15 @@ class TreeView : public QTreeView {
   explicit TreeView(QWidget* parent);
 
   TreeModel& Model() { return *model_; }
-  /// Keeps the user's place in the tree.
+  /// Keeps the user's place in the tree, and the branches of what stays.
   void SetItems(std::vector<TreeItem> items);
-  /// As the user has left them, branches included.
-  std::vector<TreeItem> Items() const;
   void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
   void ExpandAll();
 
  private:
   void ExpandWhere(const std::function<bool(const TreeItem&)>& isWanted);
   QModelIndex IndexOf(uintptr_t wanted) const;
+  std::unordered_set<uintptr_t> OpenParents() const;
 
   TreeModel* model_;
 };

@@ -1,8 +1,11 @@
-#include "desk.h"
+#include "win_desk.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
+
+#include "window_texts.h"
 
 namespace gantry::test {
 
@@ -24,7 +27,7 @@ void Await(HANDLE event) {
   if (::WaitForSingleObject(event, kPatience) != WAIT_OBJECT_0) GiveUp("the host doesn't answer");
 }
 
-INPUT Key(WORD key, DWORD flags) {
+INPUT KeyInput(WORD key, DWORD flags) {
   INPUT input = {};
   input.type = INPUT_KEYBOARD;
   input.ki.wVk = key;
@@ -33,10 +36,10 @@ INPUT Key(WORD key, DWORD flags) {
   return input;
 }
 
-INPUT Character(char c, DWORD flags) {
+INPUT Character(wchar_t c, DWORD flags) {
   INPUT input = {};
   input.type = INPUT_KEYBOARD;
-  input.ki.wScan = static_cast<unsigned char>(c);
+  input.ki.wScan = static_cast<WORD>(c);
   input.ki.dwFlags = KEYEVENTF_UNICODE | flags;
   return input;
 }
@@ -60,10 +63,6 @@ void Put(std::vector<INPUT> inputs) {
   ::SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof inputs[0]);
 }
 
-void Put(std::initializer_list<WORD> held, DWORD flags) {
-  for (const WORD key : held) Put({Key(key, flags)});
-}
-
 /// Later than the last one by more than a double click takes.
 DWORD NextClickTime() {
   static DWORD time = ::GetTickCount();
@@ -85,7 +84,7 @@ HWND MakeWindow(int width, int height) {
 
 int Scaled(int pixels) { return ::MulDiv(pixels, static_cast<int>(::GetDpiForSystem()), 96); }
 
-Desk::Desk(platform::DialogHandler& dialog) : thread_([this, &dialog] { BeHost(dialog); }) {
+WinDesk::WinDesk(platform::DialogHandler& dialog) : thread_([this, &dialog] { BeHost(dialog); }) {
   Await(made_);
   Until([this] {
     Settle();
@@ -94,14 +93,14 @@ Desk::Desk(platform::DialogHandler& dialog) : thread_([this, &dialog] { BeHost(d
   });
 }
 
-Desk::~Desk() {
-  while (IsOpen()) Press(VK_ESCAPE);
+WinDesk::~WinDesk() {
+  GiveUpDialogs();
   ::PostMessageA(errands_, kEnd, 0, 0);
   thread_.join();
   for (const HANDLE event : {made_, settled_, ended_}) ::CloseHandle(event);
 }
 
-void Desk::MakeWindows() {
+void WinDesk::MakeWindows() {
   host_ = MakeWindow(100, 100);
   if (host_ == nullptr) GiveUp("the display shows no windows");
   ::SetForegroundWindow(host_);
@@ -111,7 +110,7 @@ void Desk::MakeWindows() {
   ::SetWindowLongPtrA(errands_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
 }
 
-void Desk::BeHost(platform::DialogHandler& dialog) {
+void WinDesk::BeHost(platform::DialogHandler& dialog) {
   MakeWindows();
   ::SetEvent(made_);
   result_ = platform::DialogToolkit::Find()->Run(dialog, host_);
@@ -120,8 +119,9 @@ void Desk::BeHost(platform::DialogHandler& dialog) {
   while (::GetMessageA(&message, nullptr, 0, 0) > 0) ::DispatchMessageA(&message);
 }
 
-LRESULT CALLBACK Desk::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto* const desk = reinterpret_cast<Desk*>(::GetWindowLongPtrA(window, GWLP_USERDATA));
+LRESULT CALLBACK WinDesk::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto* const desk =
+      reinterpret_cast<const WinDesk*>(::GetWindowLongPtrA(window, GWLP_USERDATA));
   switch (message) {
     case kSettle:
       return static_cast<LRESULT>(::SetTimer(window, kTimer, USER_TIMER_MINIMUM, nullptr));
@@ -141,12 +141,12 @@ LRESULT CALLBACK Desk::Procedure(HWND window, UINT message, WPARAM wParam, LPARA
   }
 }
 
-void Desk::Settle() const {
+void WinDesk::Settle() const {
   ::PostMessageA(errands_, kSettle, 0, 0);
   Await(settled_);
 }
 
-void Desk::Until(const std::function<bool()>& holds) const {
+void WinDesk::Until(const std::function<bool()>& holds) const {
   const ULONGLONG start = ::GetTickCount64();
   while (!holds()) {
     if (::GetTickCount64() - start > kPatience) GiveUp("what was waited for doesn't come");
@@ -154,76 +154,133 @@ void Desk::Until(const std::function<bool()>& holds) const {
   }
 }
 
-void Desk::InHost(const std::function<void()>& action) const {
+void WinDesk::InHost(const std::function<void()>& action) {
   ::SendMessageA(errands_, kAct, 0, reinterpret_cast<LPARAM>(&action));
 }
 
-int Desk::Result() {
+int WinDesk::Result() {
   Await(ended_);
   return result_;
 }
 
-HWND Desk::Front() const {
+GUITHREADINFO WinDesk::ThreadInfo() const {
   GUITHREADINFO info = {};
   info.cbSize = sizeof info;
   ::GetGUIThreadInfo(::GetWindowThreadProcessId(errands_, nullptr), &info);
-  return info.hwndActive;
+  return info;
 }
 
-HWND Desk::Focus() const {
-  GUITHREADINFO info = {};
-  info.cbSize = sizeof info;
-  ::GetGUIThreadInfo(::GetWindowThreadProcessId(errands_, nullptr), &info);
-  return info.hwndFocus;
+std::string WinDesk::Title() { return WindowText(Front()); }
+
+std::string WinDesk::Message() {
+  constexpr int kMessageText = 0xFFFF;  // the system's id
+  return WindowText(At(kMessageText));
 }
 
-std::string Desk::Text(int id) const {
-  char text[512] = "";
-  ::GetWindowTextA(At(id), text, sizeof text);
-  return text;
+HTREEITEM WinDesk::Item(int tree, const platform::TreePlace& place) const {
+  const auto next = [&](UINT which, HTREEITEM item) {
+    return reinterpret_cast<HTREEITEM>(
+        Send(tree, TVM_GETNEXTITEM, which, reinterpret_cast<LPARAM>(item)));
+  };
+  HTREEITEM item = next(TVGN_ROOT, nullptr);
+  for (size_t i = 0; i < place.parent; ++i) item = next(TVGN_NEXT, item);
+  if (!place.child) return item;
+  item = next(TVGN_CHILD, item);
+  for (size_t i = 0; i < *place.child; ++i) item = next(TVGN_NEXT, item);
+  return item;
 }
 
-RECT Desk::Place(int id) const {
+UINT WinDesk::StateOf(int tree, HTREEITEM item) const {
+  return static_cast<UINT>(Send(tree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), UINT_MAX));
+}
+
+bool WinDesk::ShowsCheck(int tree, const platform::TreePlace& place) {
+  const HTREEITEM item = Item(tree, place);
+  InHost([&] {
+    Send(tree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item));
+    ::UpdateWindow(At(tree));
+  });
+  return (StateOf(tree, item) & TVIS_STATEIMAGEMASK) == INDEXTOSTATEIMAGEMASK(2);
+}
+
+bool WinDesk::IsOpen(int tree, size_t parent) {
+  return (StateOf(tree, Item(tree, {parent})) & TVIS_EXPANDED) != 0;
+}
+
+platform::PixelSize WinDesk::Size() {
   RECT rect = {};
-  ::GetWindowRect(At(id), &rect);
-  ::MapWindowPoints(nullptr, Front(), reinterpret_cast<POINT*>(&rect), 2);
-  return rect;
+  ::GetWindowRect(Front(), &rect);
+  const auto usual = [](LONG pixels) { return static_cast<int>(pixels) * 96 / Scaled(96); };
+  return {usual(rect.right - rect.left), usual(rect.bottom - rect.top)};
 }
 
-void Desk::Press(WORD key, std::initializer_list<WORD> held) {
-  Put(held, 0);
-  Put({Key(key, 0), Key(key, KEYEVENTF_KEYUP)});
-  Put(held, KEYEVENTF_KEYUP);
+std::vector<std::string> WinDesk::LayoutFaults() { return test::LayoutFaults(Front()); }
+
+void WinDesk::Press(Key key) {
+  constexpr WORD kKeys[] = {VK_TAB, VK_RETURN, VK_ESCAPE, VK_SPACE, VK_DOWN};
+  const WORD code = kKeys[static_cast<size_t>(key)];
+  Put({KeyInput(code, 0), KeyInput(code, KEYEVENTF_KEYUP)});
   Settle();
 }
 
-void Desk::Type(const std::string& text) {
-  for (const char c : text) Put({Character(c, 0), Character(c, KEYEVENTF_KEYUP)});
+void WinDesk::GiveUpDialogs() {
+  constexpr int kMostDialogs = 10;
+  for (int i = 0; IsDialogOpen(); ++i) {
+    if (i == kMostDialogs) GiveUp("the dialog doesn't end");
+    Press(Key::kEscape);
+  }
+}
+
+void WinDesk::TypeWide(const std::wstring& text) {
+  for (const wchar_t c : text) Put({Character(c, 0), Character(c, KEYEVENTF_KEYUP)});
   Settle();
 }
 
-void Desk::Type(int id, const std::string& text) {
-  Click(id);
-  Press(VK_HOME);
-  Press(VK_END, {VK_SHIFT});
-  Press(VK_DELETE);
-  Type(text);
-}
+void WinDesk::Click(int id) { Click(At(id), Middle(At(id))); }
 
-void Desk::Click(int id) { Click(At(id), Middle(At(id))); }
-
-void Desk::Click(HWND control, POINT at, int times, std::initializer_list<WORD> held) {
+void WinDesk::Click(HWND control, POINT at, int times, bool isOneMore) {
   ::MapWindowPoints(control, nullptr, &at, 1);
-  Put(held, 0);
+  if (isOneMore) Put({KeyInput(VK_CONTROL, 0)});
   const DWORD time = NextClickTime();
   for (int i = 0; i < times; ++i) {
     Put({Mouse(at, MOUSEEVENTF_LEFTDOWN, time), Mouse(at, MOUSEEVENTF_LEFTUP, time)});
   }
-  Put(held, KEYEVENTF_KEYUP);
+  if (isOneMore) Put({KeyInput(VK_CONTROL, KEYEVENTF_KEYUP)});
   Settle();
 }
 
-void Desk::Hover(int id) const {
+void WinDesk::ClickRow(int list, int row, bool isOneMore) {
+  char kind[32] = "";
+  ::GetClassNameA(At(list), kind, sizeof kind);
+  RECT rect = {LVIR_LABEL, 0, 0, 0};
+  const bool isView = ::lstrcmpiA(kind, WC_LISTVIEWA) == 0;
+  Send(list, isView ? LVM_GETITEMRECT : LB_GETITEMRECT, static_cast<WPARAM>(row),
+       reinterpret_cast<LPARAM>(&rect));
+  Click(At(list), {rect.left + 5, (rect.top + rect.bottom) / 2}, 1, isOneMore);
+}
+
+void WinDesk::ClickTree(int tree, const platform::TreePlace& place, int right, int times) {
+  const HTREEITEM item = Item(tree, place);
+  RECT text = {};
+  std::memcpy(&text, &item, sizeof item);
+  Send(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&text));
+  Click(At(tree), {text.left + right, (text.top + text.bottom) / 2}, times);
+}
+
+void WinDesk::ClickItem(int tree, const platform::TreePlace& place) {
+  ClickTree(tree, place, 5, 1);
+}
+
+// The box stands left of the item's picture.
+void WinDesk::ClickBox(int tree, const platform::TreePlace& place, int times) {
+  ClickTree(tree, place, -16 - 3 - 8, times);
+}
+
+void WinDesk::Maximize(bool isMaximized) {
+  InHost([&] { ::ShowWindow(Front(), isMaximized ? SW_MAXIMIZE : SW_RESTORE); });
+}
+
+void WinDesk::Hover(int id) const {
   POINT at = Middle(At(id));
   ::MapWindowPoints(At(id), nullptr, &at, 1);
   POINT now = {};
@@ -231,19 +288,28 @@ void Desk::Hover(int id) const {
   if (now.x != at.x || now.y != at.y) Put({Mouse(at, 0, 0)});
 }
 
-void Desk::DragEdge(int across, int down, SIZE by) {
+void WinDesk::DragEdge(int across, int down, platform::PixelSize by) {
   RECT rect = {};
   ::GetWindowRect(Front(), &rect);
   const auto place = [](int side, LONG first, LONG end) {
     return side < 0 ? first + 1 : side > 0 ? end - 2 : (first + end) / 2;
   };
   const POINT from = {place(across, rect.left, rect.right), place(down, rect.top, rect.bottom)};
-  const POINT to = {from.x + across * by.cx, from.y + down * by.cy};
+  const POINT to = {from.x + across * by.width, from.y + down * by.height};
   const DWORD time = NextClickTime();
   Put({Mouse(from, MOUSEEVENTF_LEFTDOWN, time)});
   Settle();  // from here on the window has the mouse, wherever that is
   Put({Mouse(to, MOUSEEVENTF_LEFTUP, time)});
   Settle();
 }
+
+int AtDesk(platform::DialogHandler& dialog, const std::function<void(Desk&)>& work) {
+  WinDesk desk(dialog);
+  work(desk);
+  desk.GiveUpDialogs();
+  return desk.Result();
+}
+
+bool ShowsWaitCursor() { return ::GetCursor() == ::LoadCursorA(nullptr, IDC_WAIT); }
 
 }  // namespace gantry::test

@@ -1,0 +1,299 @@
+// A desk of Qt: the dialog is on the main thread, the person on another.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDeadlineTimer>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+#include <QTreeView>
+#include <QWindow>
+#include <atomic>
+#include <future>
+#include <thread>
+
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+#include "private_display.h"
+#include "ui/desk.h"
+
+namespace gantry::test {
+
+namespace {
+
+/// How long a display may take to answer, in milliseconds.
+constexpr int kPatience = 100'000;
+
+/// A display of this program's own with its application.
+class Display : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    display_ = PrivateDisplay::Start(reason_);
+    if (display_ == nullptr) GTEST_SKIP() << "no display: " << reason_;
+    application_ = std::make_unique<QApplication>(count_, arguments_);
+  }
+  void TearDown() override {
+    application_.reset();
+    display_.reset();
+  }
+
+ private:
+  std::unique_ptr<PrivateDisplay> display_;
+  std::unique_ptr<QApplication> application_;
+  std::string reason_;
+  int count_ = 3;
+  char name_[5] = "test", option_[10] = "-platform", value_[4] = "xcb";
+  char* arguments_[4] = {name_, option_, value_, nullptr};
+};
+
+[[maybe_unused]] ::testing::Environment* const kDisplay =
+    ::testing::AddGlobalTestEnvironment(new Display);
+
+/// Does to a window what a window manager does.
+class WindowManager {
+ public:
+  explicit WindowManager(QWidget& widget) : window_(static_cast<xcb_window_t>(widget.winId())) {}
+  ~WindowManager() {
+    free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    xcb_disconnect(connection_);
+  }
+  WindowManager(const WindowManager&) = delete;
+  WindowManager& operator=(const WindowManager&) = delete;
+
+  void Place(const QRect& place) {
+    Configure(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place.x(), place.y());
+    Configure(XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, place.width(), place.height());
+  }
+  void SetMaximized(bool isMaximized) {
+    const xcb_atom_t states[] = {Atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
+                                 Atom("_NET_WM_STATE_MAXIMIZED_VERT")};
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, Atom("_NET_WM_STATE"),
+                        XCB_ATOM_ATOM, 32, isMaximized ? 2 : 0, states);
+  }
+
+ private:
+  void Configure(uint16_t what, int first, int second) {
+    const uint32_t values[] = {static_cast<uint32_t>(first), static_cast<uint32_t>(second)};
+    xcb_configure_window(connection_, window_, what, values);
+  }
+  xcb_atom_t Atom(const std::string& name) {
+    auto* const reply = xcb_intern_atom_reply(
+        connection_,
+        xcb_intern_atom(connection_, 0, static_cast<uint16_t>(name.size()), name.c_str()), nullptr);
+    const xcb_atom_t atom = reply->atom;
+    free(reply);
+    return atom;
+  }
+
+  xcb_window_t window_;
+  xcb_connection_t* connection_ = xcb_connect(nullptr, nullptr);
+};
+
+QWidget& Front() {
+  QWidget* const front = QApplication::activeModalWidget();
+  if (front == nullptr) throw std::runtime_error("There is no dialog");
+  return *front;
+}
+
+QWidget* At(int id) { return Front().findChild<QWidget*>(QString::number(id)); }
+
+QModelIndex IndexOf(const QTreeView& tree, const platform::TreePlace& place) {
+  const QModelIndex parent = tree.model()->index(static_cast<int>(place.parent), 0);
+  return place.child ? tree.model()->index(static_cast<int>(*place.child), 0, parent) : parent;
+}
+
+Qt::Key CodeOf(Key key) {
+  constexpr Qt::Key kKeys[] = {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space,
+                               Qt::Key_Down};
+  return kKeys[static_cast<size_t>(key)];
+}
+
+/// To be done on the main thread, in whatever loop that is.
+void Post(const std::function<void()>& action) {
+  QMetaObject::invokeMethod(qApp, action, Qt::QueuedConnection);
+}
+
+template <class Action>
+auto Ask(const Action& action) {
+  std::promise<decltype(action())> answer;
+  Post([&] { answer.set_value(action()); });
+  return answer.get_future().get();
+}
+
+class QtDesk : public Desk {
+ public:
+  void InHost(const std::function<void()>& action) override {
+    Post(action);
+    // An action that has opened a dialog isn't done, but what is asked now comes behind it.
+    Ask([] { return true; });
+  }
+
+  std::string Title() override {
+    return Ask([] { return Front().windowTitle().toStdString(); });
+  }
+  std::string Message() override {
+    return Ask([] { return dynamic_cast<QMessageBox&>(Front()).text().toStdString(); });
+  }
+  int Focus() override {
+    return Ask([] { return Front().focusWidget()->objectName().toInt(); });
+  }
+  bool ShowsCheck(int tree, const platform::TreePlace& place) override {
+    return Ask([&] {
+      const auto& view = Tree(tree);
+      return IndexOf(view, place).data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    });
+  }
+  bool IsOpen(int tree, size_t parent) override {
+    return Ask([&] { return Tree(tree).isExpanded(IndexOf(Tree(tree), {parent})); });
+  }
+  platform::PixelSize Size() override {
+    constexpr int kTitleBar = 30;  // of a window manager
+    return Ask([] { return platform::PixelSize{Front().width(), Front().height() + kTitleBar}; });
+  }
+  std::vector<std::string> LayoutFaults() override;
+
+  void Press(Key key) override {
+    InHost([key] {
+      QWidget* const focus = Front().focusWidget();
+      QTest::keyClick(focus != nullptr ? focus : &Front(), CodeOf(key));
+    });
+  }
+  void Type(const std::string& text) override {
+    InHost([&] { QTest::keyClicks(Front().focusWidget(), QString::fromStdString(text)); });
+  }
+  void Click(int id) override {
+    InHost([id] { QTest::mouseClick(At(id), Qt::LeftButton); });
+  }
+  void ClickRow(int list, int row, bool isOneMore) override {
+    InHost([=] {
+      auto& view = dynamic_cast<QAbstractItemView&>(*At(list));
+      QTest::mouseClick(view.viewport(), Qt::LeftButton,
+                        isOneMore ? Qt::ControlModifier : Qt::NoModifier,
+                        view.visualRect(view.model()->index(row, 0)).center());
+    });
+  }
+  void ClickItem(int tree, const platform::TreePlace& place) override {
+    ClickTree(tree, place, 45);
+  }
+  void ClickBox(int tree, const platform::TreePlace& place, int times) override {
+    for (int i = 0; i < times; ++i) ClickTree(tree, place, 10);
+  }
+  void DragEdge(int across, int down, platform::PixelSize by) override {
+    const QMargins grown(across < 0 ? by.width : 0, down < 0 ? by.height : 0,
+                         across > 0 ? by.width : 0, down > 0 ? by.height : 0);
+    const QRect place = Ask([&] { return Front().geometry().marginsAdded(grown); });
+    Post([place] { WindowManager(Front()).Place(place); });
+    Until([place] { return Front().geometry() == place; });
+  }
+  /// The display tells of the size and of being put back in either order.
+  void Maximize(bool isMaximized) override {
+    if (isMaximized) normal_ = Ask([] { return Front().geometry(); });
+    const QRect place = isMaximized ? QRect(0, 0, 1600, 1200) : normal_;
+    if (!isMaximized) isSizeFirst_ = !isSizeFirst_;
+    for (const bool isSize : {isSizeFirst_ && !isMaximized, !isSizeFirst_ || isMaximized}) {
+      Post([=] {
+        WindowManager manager(Front());
+        isSize ? manager.Place(place) : manager.SetMaximized(isMaximized);
+      });
+      Until([=] {
+        return isSize ? Front().geometry() == place : Front().isMaximized() == isMaximized;
+      });
+    }
+  }
+
+  /// Waits for the first dialog; false where there is none in the end.
+  bool AwaitDialog() {
+    return Ask([] { return QTest::qWaitForWindowExposed(&Front(), kPatience); });
+  }
+  void CloseAll() {
+    while (Ask([] { return QApplication::activeModalWidget() != nullptr; })) Press(Key::kEscape);
+  }
+
+ private:
+  static QTreeView& Tree(int id) { return dynamic_cast<QTreeView&>(*At(id)); }
+  static void Until(const std::function<bool()>& holds) {
+    const QDeadlineTimer end(kPatience);
+    while (!Ask(holds)) ASSERT_FALSE(end.hasExpired());
+  }
+  void ClickTree(int tree, const platform::TreePlace& place, int right) {
+    InHost([=] {
+      QTreeView& view = Tree(tree);
+      const QRect rect = view.visualRect(IndexOf(view, place));
+      QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
+                        QPoint(rect.left() + right, rect.center().y()));
+    });
+  }
+
+  QRect normal_;
+  bool isSizeFirst_ = false;
+};
+
+/// What a control takes for itself beside its text.
+int TrimOf(const QWidget& control) {
+  if (qobject_cast<const QCheckBox*>(&control) != nullptr) return 24;
+  return qobject_cast<const QGroupBox*>(&control) != nullptr ? 16 : 0;
+}
+
+bool HasRoom(const QWidget& control) {
+  if (qobject_cast<const QComboBox*>(&control) != nullptr) {
+    return control.width() >= control.minimumSizeHint().width();
+  }
+  const QString text = control.property("text").toString() + control.property("title").toString();
+  return control.width() >= control.fontMetrics().horizontalAdvance(text) + TrimOf(control);
+}
+
+std::vector<std::string> QtDesk::LayoutFaults() {
+  return Ask([] {
+    std::vector<std::string> faults;
+    QList<QWidget*> controls;
+    for (QWidget* child : Front().findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      if (child->isVisible() && !child->inherits("QSizeGrip")) controls << child;
+    }
+    for (const QWidget* a : controls) {
+      const std::string name =
+          a->property("text").toString().toStdString() + " " + a->objectName().toStdString();
+      if (!HasRoom(*a)) faults.push_back(name + " is cut off");
+      if (!Front().rect().contains(a->geometry())) faults.push_back(name + " reaches out");
+      for (const QWidget* b : controls) {
+        const bool isGroup =
+            qobject_cast<const QGroupBox*>(a) != nullptr && a->geometry().contains(b->geometry());
+        if (a < b && a->geometry().intersects(b->geometry()) && !isGroup &&
+            qobject_cast<const QGroupBox*>(b) == nullptr) {
+          faults.push_back(name + " covers " + b->objectName().toStdString());
+        }
+      }
+    }
+    return faults;
+  });
+}
+
+}  // namespace
+
+int AtDesk(platform::DialogHandler& dialog, const std::function<void(Desk&)>& work) {
+  QWidget host;
+  host.show();
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(&host, kPatience));
+  std::atomic<bool> isDone = false;
+  std::thread person([&] {
+    QtDesk desk;
+    if (desk.AwaitDialog()) work(desk);
+    desk.CloseAll();
+    isDone = true;
+    Post([] {});
+  });
+  const int result =
+      platform::DialogToolkit::Find()->Run(dialog, reinterpret_cast<void*>(host.winId()));
+  while (!isDone) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  person.join();
+  return result;
+}
+
+bool ShowsWaitCursor() {
+  const QCursor* const cursor = QApplication::overrideCursor();
+  return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
+}
+
+}  // namespace gantry::test

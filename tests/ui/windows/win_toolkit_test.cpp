@@ -1,0 +1,108 @@
+// What only this toolkit has to do with: the system's code page, its windows' ends, tips and scroll
+// bars.
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "platform/window.h"
+#include "support/test_folder.h"
+#include "ui/dialog_templates.h"
+#include "ui/export_variables_dlg.h"
+#include "ui/stub_case.h"
+#include "win_desk.h"
+#include "window_texts.h"
+
+namespace gantry {
+namespace {
+
+using namespace case_settings_id;
+using platform::DialogToolkit;
+using platform::kCancelButton;
+using test::WinDesk;
+
+class WinToolkit : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { ::SetProcessDPIAware(); }
+
+  test::TestFolder folder;
+  CIXConfig config;
+  test::StubCase edited;
+};
+
+TEST_F(WinToolkit, PicksAFileOutsideTheCodePageByItsShortName) {
+  const std::filesystem::path dataset = folder.Path() / L"\u0424\u041E\u041D\u0414.afi";
+  std::ofstream(dataset) << "text";
+  edited.settings.FileName = (folder / "other.afi").string();
+  CCaseSettingsDlg dialog(edited, config);
+  WinDesk desk(dialog);
+  desk.Click(kBrowseDataset);
+  desk.TypeWide(dataset.filename().wstring());
+  desk.Press(test::Key::kEnter);
+  const std::string picked = test::WindowText(desk.At(kFileName));
+  EXPECT_EQ(picked.find('?'), std::string::npos) << picked;
+  EXPECT_EQ(test::TestFolder::Read(picked), "text");
+}
+
+TEST_F(WinToolkit, ScrollsAListSidewaysWhereANameIsTooLong) {
+  CExportedVariables exported;
+  for (const size_t length : {2u, 200u}) {
+    edited.wells.Items.emplace_back().Name = std::string(length, 'W');
+    CExportVariablesDlg dialog(exported, edited.wells, false, config);
+    const WinDesk desk(dialog);
+    const HWND list = desk.At(export_id::kWells);
+    RECT inside = {};
+    ::GetClientRect(list, &inside);
+    EXPECT_EQ(desk.Send(export_id::kWells, LB_GETHORIZONTALEXTENT) > inside.right, length == 200);
+    EXPECT_EQ((::GetWindowLongPtrA(list, GWL_STYLE) & WS_HSCROLL) != 0, length == 200);
+  }
+}
+
+TEST_F(WinToolkit, TellsUnderTheMouseWhatAControlIsFor) {
+  config.SimExecutable = "C:\\ix\\ix.exe";
+  CCaseSettingsDlg dialog(edited, config);
+  WinDesk desk(dialog);
+  const HWND tips = ::FindWindowExA(nullptr, nullptr, TOOLTIPS_CLASSA, nullptr);
+  ASSERT_NE(tips, nullptr);
+  EXPECT_EQ(::SendMessageA(tips, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), 15000);
+  for (const auto& [id, text] :
+       std::map<int, std::string>{{kFileName, "Dataset, locatable by target computer."},
+                                  {kDefaultSimulator, "C:\\ix\\ix.exe"}}) {
+    desk.Until([&] {
+      desk.Hover(id);
+      return ::IsWindowVisible(tips) != 0;
+    });
+    EXPECT_EQ(test::WindowText(tips), text);
+    desk.Click(kHeadNodePort);
+    desk.Until([&] { return ::IsWindowVisible(tips) == 0; });
+  }
+}
+
+TEST_F(WinToolkit, CancelsWhenTheHostsWindowGoesAndShowsNothingOverOneThatIsGone) {
+  edited.settings.ConnectionMode = 1;
+  CCaseSettingsDlg dialog(edited, config);
+  WinDesk desk(dialog);
+  edited.settings.ConnectionMode = 0;
+  desk.InHost([&] { ::DestroyWindow(desk.Host()); });
+  EXPECT_EQ(desk.Result(), kCancelButton);
+  EXPECT_EQ(edited.settings.ConnectionMode, 1) << "restored";
+  EXPECT_FALSE(platform::IsWindow(desk.Host()));
+  EXPECT_EQ(DialogToolkit::Find()->Run(dialog, desk.Host()), kCancelButton);
+}
+
+TEST_F(WinToolkit, DrawsThePictureOverAWindowAndLeavesItsContextAsItWas) {
+  const HWND window = test::MakeWindow(100, 100);
+  const HDC context = ::GetDC(window);
+  const int mode = ::GetStretchBltMode(context);
+  DialogToolkit::Find()->Draw(platform::kSimulatorPicture, window, context);
+  EXPECT_EQ(::GetPixel(context, 50, 90), RGB(0x1E, 0x78, 0xC8)) << "water at its foot";
+  EXPECT_EQ(::GetStretchBltMode(context), mode);
+  ::ReleaseDC(window, context);
+  ::DestroyWindow(window);
+}
+
+}  // namespace
+}  // namespace gantry
