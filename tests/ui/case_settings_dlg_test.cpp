@@ -1,6 +1,6 @@
 #include "ui/case_settings_dlg.h"
 
-#include <filesystem>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,6 @@ using namespace case_settings_id;
 using platform::kCancelButton;
 using platform::kOkButton;
 using test::MemoryWindow;
-using Texts = std::vector<std::string>;
 
 class CaseSettingsDialog : public ::testing::Test {
  protected:
@@ -34,35 +33,21 @@ class CaseSettingsDialog : public ::testing::Test {
     return MemoryWindow(*dialog);
   }
   /// What a case holds, in the order of the dialog.
-  static Texts Fields(const LinkSettings& settings) {
-    const auto text = [](int32_t number) { return std::to_string(number); };
-    return {text(settings.ConnectionMode),
-            settings.HeadNode,
-            text(settings.HeadNodePort),
-            text(settings.LinuxIXVersion),
-            settings.SimExeName,
-            settings.FileName,
-            text(settings.Parallel),
-            text(settings.IPRModel),
-            text(settings.CloseUnconnectedWells),
-            text(settings.UpTimeMode),
-            text(settings.StdLogging)};
+  std::string Fields() const {
+    const LinkSettings& held = model.settings;
+    std::ostringstream out;
+    out << held.ConnectionMode << '|' << held.HeadNode << '|' << held.HeadNodePort << '|'
+        << held.LinuxIXVersion << '|' << held.SimExeName << '|' << held.FileName << '|'
+        << held.Parallel << '|' << held.IPRModel << '|' << held.CloseUnconnectedWells << '|'
+        << held.UpTimeMode << '|' << held.StdLogging;
+    return out.str();
   }
-  /// The controls of these fields, as far as they have one here.
-  static Texts Shown(MemoryWindow& window) {
-    Texts shown;
+  /// The controls of these fields, and the one of the wells' mode in place of the last.
+  static std::string Shown(const MemoryWindow& window) {
+    std::string shown;
     for (const int id : {kComputer, kHeadNode, kHeadNodePort, kLinuxVersion, kSimExeName, kFileName,
-                         kParallel, kIPRModel, kControlMode, kCloseUnconnected, kDowntime}) {
-      switch (window.At(id).row->kind) {
-        case platform::ControlKind::kDropList:
-          shown.push_back(std::to_string(window.Selection(id)));
-          break;
-        case platform::ControlKind::kCheckBox:
-          shown.push_back(window.IsChecked(id) ? "1" : "0");
-          break;
-        default:
-          shown.push_back(window.Text(id));
-      }
+                         kParallel, kIPRModel, kCloseUnconnected, kDowntime, kControlMode}) {
+      shown += window.Value(id) + (id == kControlMode ? "" : "|");
     }
     return shown;
   }
@@ -75,31 +60,27 @@ class CaseSettingsDialog : public ::testing::Test {
 
 TEST_F(CaseSettingsDialog, ShowsEverySettingAndSavesItWithOk) {
   LinkSettings& settings = model.settings;
-  settings.ConnectionMode = 1;
+  settings.ConnectionMode = settings.UpTimeMode = 1;
   settings.HeadNode = "head";
   settings.LinuxIXVersion = 20172;
   settings.Parallel = 8;
-  settings.UpTimeMode = 1;
   MemoryWindow window = Open();
-  EXPECT_EQ(Shown(window),
-            (Texts{"1", "head", "7777", "2", "/ix", "/cases/a.afi", "8", "1", "2", "0", "1"}))
-      << "of the wells the last one's mode";
+  EXPECT_EQ(Shown(window), "1|head|7777|2|/ix|/cases/a.afi|8|1|0|1|2") << "the last well's mode";
   EXPECT_TRUE(window.At(kSimExeName).isCaretBehindText);
   EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
-  window.SetText(kHeadNode, "node");
-  window.SetText(kHeadNodePort, "8000");
-  window.Choose(kLinuxVersion, 1);
-  window.SetText(kSimExeName, "/ix2");
-  window.SetText(kParallel, "4");
-  window.Choose(kIPRModel, 0);
-  window.Choose(kControlMode, 1);
+  for (const auto& [id, text] : std::map<int, const char*>{
+           {kHeadNode, "node"}, {kHeadNodePort, "8000"}, {kSimExeName, "/ix2"}, {kParallel, "4"}}) {
+    window.SetText(id, text);
+  }
+  for (const auto& [id, index] :
+       std::map<int, int>{{kLinuxVersion, 1}, {kIPRModel, 0}, {kControlMode, 1}, {kDowntime, 0}}) {
+    window.Choose(id, index);
+  }
   window.SetChecked(kCloseUnconnected, true);
-  window.Choose(kDowntime, 0);
   window.Press(kOkButton);
   EXPECT_EQ(window.result, kOkButton);
   EXPECT_FALSE(dialog->StartRequested());
-  EXPECT_EQ(Fields(settings),
-            (Texts{"1", "node", "8000", "20162", "/ix2", "/cases/a.afi", "4", "0", "1", "0", "0"}));
+  EXPECT_EQ(Fields(), "1|node|8000|20162|/ix2|/cases/a.afi|4|0|1|0|0");
   for (const auto& well : model.wells.Items) EXPECT_EQ(well.OpMode, 1);
   LinkSettings kept;
   kept.LoadFromRegistry();
@@ -120,26 +101,24 @@ TEST_F(CaseSettingsDialog, EnablesWhatTheStateAllows) {
   struct Row {
     bool isRunning;
     int connectionMode, inflowModel;
-    bool cluster, browse, calculate;
+    std::string enabled;
   };
-  for (const Row& row : {Row{false, 0, 1, false, true, true},
-                         {false, 0, 0, false, true, false},
-                         {false, 1, 1, true, false, true},
-                         {true, 0, 1, false, false, false},
-                         {true, 1, 0, false, false, false}}) {
+  for (const Row& row : {Row{false, 0, 1, "0001111"},
+                         {false, 0, 0, "0001101"},
+                         {false, 1, 1, "1110011"},
+                         {true, 0, 1, "0000001"},
+                         {true, 1, 0, "0000001"}}) {
     model.isRunning = row.isRunning;
     model.settings.ConnectionMode = row.connectionMode;
     model.settings.IPRModel = row.inflowModel;
     MemoryWindow window = Open();
-    for (const auto& [id, isEnabled] : std::map<int, bool>{{kHeadNode, row.cluster},
-                                                           {kHeadNodePort, row.cluster},
-                                                           {kLinuxVersion, row.cluster},
-                                                           {kBrowseDataset, row.browse},
-                                                           {kBrowseSimulator, row.browse},
-                                                           {kCalculate, row.calculate},
-                                                           {kOkButton, true}}) {
-      EXPECT_EQ(window.At(id).isEnabled, isEnabled) << id;
+    std::string enabled;
+    for (const int id :
+         std::initializer_list<int>{kHeadNode, kHeadNodePort, kLinuxVersion, kBrowseDataset,
+                                    kBrowseSimulator, kCalculate, kOkButton}) {
+      enabled += window.At(id).isEnabled ? "1" : "0";
     }
+    EXPECT_EQ(enabled, row.enabled);
     EXPECT_EQ(window.Text(kStartStop), row.isRunning ? "Stop" : "Start");
   }
 }
@@ -184,7 +163,6 @@ TEST_F(CaseSettingsDialog, CorrectsNumbersWithoutAWord) {
 }
 
 TEST_F(CaseSettingsDialog, TakesAtOnceWhatIsPickedAndRestoresEverythingWithCancel) {
-  const Texts before = Fields(model.settings);
   MemoryWindow window = Open();
   window.Choose(kComputer, 1);
   window.pickedFile = "/other";
@@ -199,11 +177,7 @@ TEST_F(CaseSettingsDialog, TakesAtOnceWhatIsPickedAndRestoresEverythingWithCance
     nested.Press(kOkButton);
   };
   window.Press(kAdvanced);
-  Texts changed = before;
-  changed[4] = changed[5] = "/other";
-  changed[7] = "0";
-  changed.back() = "1";
-  EXPECT_EQ(Fields(model.settings), changed);
+  EXPECT_EQ(Fields(), "0||7777|100000|/other|/other|1|0|0|0|1");
   EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
   window.inNested = [](MemoryWindow& nested) {
     EXPECT_TRUE(nested.IsChecked(advanced_id::kStdLogging));
@@ -215,26 +189,21 @@ TEST_F(CaseSettingsDialog, TakesAtOnceWhatIsPickedAndRestoresEverythingWithCance
   model.wells.Items[0].OpMode = 1;
   window.Press(kCancelButton);
   EXPECT_EQ(window.result, kCancelButton);
-  EXPECT_EQ(Fields(model.settings), before);
+  EXPECT_EQ(Fields(), "0||7777|100000|/ix|/cases/a.afi|1|1|0|0|0");
   EXPECT_EQ(model.wells.Items[0].OpMode, 3);
 }
 
 TEST_F(CaseSettingsDialog, AsksForFilesInTheFolderOfTheOldOneOrOfTheDataset) {
   struct Row {
     int button;
-    std::string dataset, simulator, folder;
-    const char *extension, *filters;
+    const char *dataset, *simulator, *folder, *extension, *filters;
   };
   constexpr const char* kDatasets = "IX dataset file (*.afi)|*.afi|All files (*.*)|*.*||";
   constexpr const char* kPrograms = "IX executable file (*.exe)|*.exe|All files (*.*)|*.*||";
-  const auto in = [](const char* folderName, const char* file) {
-    return (std::filesystem::path(folderName) / file).string();
-  };
-  for (const Row& row :
-       {Row{kBrowseDataset, in("cases", "a.afi"), "", "cases", "afi", kDatasets},
-        {kBrowseDataset, "a.afi", in("bin", "ix"), "", "afi", kDatasets},
-        {kBrowseSimulator, in("cases", "a.afi"), "ix", "cases", "exe", kPrograms},
-        {kBrowseSimulator, in("cases", "a.afi"), in("bin", "ix"), "bin", "exe", kPrograms}}) {
+  for (const Row& row : {Row{kBrowseDataset, "cases/a", "", "cases", "afi", kDatasets},
+                         {kBrowseDataset, "a", "bin/ix", "", "afi", kDatasets},
+                         {kBrowseSimulator, "cases/a", "ix", "cases", "exe", kPrograms},
+                         {kBrowseSimulator, "cases/a", "bin/ix", "bin", "exe", kPrograms}}) {
     MemoryWindow window = Open();
     window.SetText(kFileName, row.dataset);
     window.SetText(kSimExeName, row.simulator);

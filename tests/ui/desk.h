@@ -30,8 +30,8 @@ class Desk {
   virtual bool IsOpen(int tree, size_t parent) = 0;
   /// The window with its frame, in pixels at 96 dots to the inch.
   virtual platform::PixelSize Size() = 0;
-  /// The controls that cut off their texts, cover each other or reach beyond the dialog.
-  virtual std::vector<std::string> LayoutFaults() = 0;
+  /// Of the controls that have less room than that.
+  virtual std::vector<std::string> CutOffTexts() = 0;
 
   virtual void Press(Key key) = 0;
   /// Into whatever has the keyboard.

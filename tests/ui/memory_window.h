@@ -75,6 +75,13 @@ class MemoryWindow : public platform::DialogWindow {
   }
 
   Control& At(int id) { return controls.at(id); }
+  /// What a control shows: its text, 0 or 1 for a check box, the index of a drop list.
+  std::string Value(int id) const {
+    const Control& control = controls.at(id);
+    if (control.row->kind == platform::ControlKind::kCheckBox) return control.isChecked ? "1" : "0";
+    const bool isList = control.row->kind == platform::ControlKind::kDropList;
+    return isList ? std::to_string(control.selection) : control.text;
+  }
   platform::TreeItem& ItemAt(int id, platform::TreePlace place) {
     platform::TreeItem& parent = At(id).tree.at(place.parent);
     return place.child ? parent.children.at(*place.child) : parent;

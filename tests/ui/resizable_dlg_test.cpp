@@ -36,38 +36,26 @@ struct Drag {
   int left, top, right, bottom;  ///< how far each edge goes when the window grows by 7 and 9
 };
 
-class DraggedControl : public ::testing::TestWithParam<Drag> {};
-
-TEST_P(DraggedControl, KeepsToItsAnchors) {
-  const Drag& drag = GetParam();
-  OneControl dialog(drag.anchors);
-  MemoryWindow window(dialog);
-  window.Drag(drag.edge, {507, 309});
-  EXPECT_EQ(window.Rect(10),
-            (PixelRect{100 + drag.left, 80 + drag.top, 150 + drag.right, 100 + drag.bottom}));
-  EXPECT_EQ(window.Rect(11), (PixelRect{10, 10, 15, 15}));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , DraggedControl,
-    ::testing::Values(
-        // All four: grows whichever edge is dragged.
-        Drag{15, kEdgeTopLeft, 0, 0, 7, 9}, Drag{15, kEdgeBottomRight, 0, 0, 7, 9},
-        // Left and bottom.
+TEST(ResizableDialog, KeepsControlsToTheirAnchors) {
+  for (const Drag& drag :
+       {Drag{15, kEdgeTopLeft, 0, 0, 7, 9}, Drag{15, kEdgeBottomRight, 0, 0, 7, 9},
         Drag{9, kEdgeBottomRight, 0, 9, 0, 9}, Drag{9, kEdgeTopLeft, 0, 9, 0, 9},
-        // Right and bottom: the corner.
         Drag{12, kEdgeBottomRight, 7, 9, 7, 9}, Drag{12, kEdgeTopLeft, 7, 9, 7, 9},
-        // Left, top and bottom: only its height.
         Drag{11, kEdgeTopRight, 0, 0, 0, 9}, Drag{11, kEdgeBottomLeft, 0, 0, 0, 9},
-        // Top and right.
         Drag{6, kEdgeBottomRight, 7, 0, 7, 0}, Drag{6, kEdgeTopLeft, 7, 0, 7, 0},
-        // None: the two sides differ.
         Drag{0, kEdgeTopLeft, 7, 9, 7, 9}, Drag{0, kEdgeBottomRight, 0, 0, 0, 0},
-        // One side at a time.
         Drag{12, kEdgeRight, 7, 0, 7, 0}, Drag{12, kEdgeBottom, 0, 9, 0, 9},
         Drag{0, kEdgeLeft, 7, 0, 7, 0}, Drag{0, kEdgeTop, 0, 9, 0, 9},
-        // No side.
-        Drag{15, kNoEdge, 0, 0, 0, 0}, Drag{15, 9, 0, 0, 0, 0}, Drag{15, -1, 0, 0, 0, 0}));
+        Drag{15, kNoEdge, 0, 0, 0, 0}, Drag{15, 9, 0, 0, 0, 0}, Drag{15, -1, 0, 0, 0, 0}}) {
+    OneControl dialog(drag.anchors);
+    MemoryWindow window(dialog);
+    window.Drag(drag.edge, {507, 309});
+    EXPECT_EQ(window.Rect(10),
+              (PixelRect{100 + drag.left, 80 + drag.top, 150 + drag.right, 100 + drag.bottom}))
+        << drag.anchors << " by " << drag.edge;
+    EXPECT_EQ(window.Rect(11), (PixelRect{10, 10, 15, 15}));
+  }
+}
 
 TEST(ResizableDialog, UsesTheLastDraggedEdgeForAChangeWithoutADragAndTheCornerBeforeAny) {
   OneControl dialog(kAnchorRight | kAnchorBottom);

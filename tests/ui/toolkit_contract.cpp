@@ -382,7 +382,7 @@ TEST_F(Toolkit, CutsNothingOffTheModulesDialogs) {
   for (DialogHandler* dialog :
        std::initializer_list<DialogHandler*>{&configure, &add, &advanced, &settings, &variables}) {
     AtDesk(*dialog, [&](Desk& desk) {
-      EXPECT_EQ(desk.LayoutFaults(), Texts{}) << desk.Title();
+      EXPECT_EQ(desk.CutOffTexts(), Texts{}) << desk.Title();
       if (dialog != &variables) return;
       EXPECT_LE(desk.Size().width, kSmallScreen.width);
       EXPECT_LE(desk.Size().height, kSmallScreen.height);

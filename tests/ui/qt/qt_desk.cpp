@@ -153,7 +153,7 @@ class QtDesk : public Desk {
     constexpr int kTitleBar = 30;  // of a window manager
     return Ask([] { return platform::PixelSize{Front().width(), Front().height() + kTitleBar}; });
   }
-  std::vector<std::string> LayoutFaults() override;
+  std::vector<std::string> CutOffTexts() override;
 
   void Press(Key key) override {
     InHost([key] {
@@ -245,28 +245,14 @@ bool HasRoom(const QWidget& control) {
   return control.width() >= control.fontMetrics().horizontalAdvance(text) + TrimOf(control);
 }
 
-std::vector<std::string> QtDesk::LayoutFaults() {
+std::vector<std::string> QtDesk::CutOffTexts() {
   return Ask([] {
-    std::vector<std::string> faults;
-    QList<QWidget*> controls;
-    for (QWidget* child : Front().findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-      if (child->isVisible() && !child->inherits("QSizeGrip")) controls << child;
+    std::vector<std::string> texts;
+    for (const QWidget* control : Front().findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+      const std::string text = control->property("text").toString().toStdString();
+      if (!HasRoom(*control)) texts.push_back(text + " " + control->objectName().toStdString());
     }
-    for (const QWidget* a : controls) {
-      const std::string name =
-          a->property("text").toString().toStdString() + " " + a->objectName().toStdString();
-      if (!HasRoom(*a)) faults.push_back(name + " is cut off");
-      if (!Front().rect().contains(a->geometry())) faults.push_back(name + " reaches out");
-      for (const QWidget* b : controls) {
-        const bool isGroup =
-            qobject_cast<const QGroupBox*>(a) != nullptr && a->geometry().contains(b->geometry());
-        if (a < b && a->geometry().intersects(b->geometry()) && !isGroup &&
-            qobject_cast<const QGroupBox*>(b) == nullptr) {
-          faults.push_back(name + " covers " + b->objectName().toStdString());
-        }
-      }
-    }
-    return faults;
+    return texts;
   });
 }
 

@@ -214,7 +214,7 @@ platform::PixelSize WinDesk::Size() {
   return {usual(rect.right - rect.left), usual(rect.bottom - rect.top)};
 }
 
-std::vector<std::string> WinDesk::LayoutFaults() { return test::LayoutFaults(Front()); }
+std::vector<std::string> WinDesk::CutOffTexts() { return test::CutOffTexts(Front()); }
 
 void WinDesk::Press(Key key) {
   constexpr WORD kKeys[] = {VK_TAB, VK_RETURN, VK_ESCAPE, VK_SPACE, VK_DOWN};
@@ -278,14 +278,6 @@ void WinDesk::ClickBox(int tree, const platform::TreePlace& place, int times) {
 
 void WinDesk::Maximize(bool isMaximized) {
   InHost([&] { ::ShowWindow(Front(), isMaximized ? SW_MAXIMIZE : SW_RESTORE); });
-}
-
-void WinDesk::Hover(int id) const {
-  POINT at = Middle(At(id));
-  ::MapWindowPoints(At(id), nullptr, &at, 1);
-  POINT now = {};
-  ::GetCursorPos(&now);
-  if (now.x != at.x || now.y != at.y) Put({Mouse(at, 0, 0)});
 }
 
 void WinDesk::DragEdge(int across, int down, platform::PixelSize by) {

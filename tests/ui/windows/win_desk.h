@@ -37,10 +37,6 @@ class WinDesk : public Desk {
     return ::SendMessageA(At(id), message, wParam, lParam);
   }
   void GiveUpDialogs();
-  /// Puts the mouse over a control, where it isn't there.
-  void Hover(int id) const;
-  /// Waits for what time alone brings.
-  void Until(const std::function<bool()>& holds) const;
   void TypeWide(const std::wstring& text);
 
   void InHost(const std::function<void()>& action) override;
@@ -50,7 +46,7 @@ class WinDesk : public Desk {
   bool ShowsCheck(int tree, const platform::TreePlace& place) override;
   bool IsOpen(int tree, size_t parent) override;
   platform::PixelSize Size() override;
-  std::vector<std::string> LayoutFaults() override;
+  std::vector<std::string> CutOffTexts() override;
   void Press(Key key) override;
   void Type(const std::string& text) override { TypeWide({text.begin(), text.end()}); }
   void Click(int id) override;
@@ -71,6 +67,8 @@ class WinDesk : public Desk {
   void Click(HWND control, POINT at, int times = 1, bool isOneMore = false);
   /// Waits until all that was done so far has been dealt with.
   void Settle() const;
+  /// Waits for what time alone brings.
+  void Until(const std::function<bool()>& holds) const;
 
   HANDLE made_ = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);
   HANDLE settled_ = ::CreateEventA(nullptr, FALSE, FALSE, nullptr);

@@ -9,8 +9,8 @@ namespace gantry::test {
 
 std::string WindowText(HWND window);
 
-/// The controls of a dialog whose texts have less room than they need, in the font that they are
-/// shown in, and those that cover another or reach beyond the dialog.
-std::vector<std::string> LayoutFaults(HWND dialog);
+/// The texts in a dialog's controls that have less room than they need, in the font that they are
+/// shown in.
+std::vector<std::string> CutOffTexts(HWND dialog);
 
 }  // namespace gantry::test
