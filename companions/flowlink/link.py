@@ -147,6 +147,7 @@ class Link:
         self.asker = None
         self.survey = None
         self.is_finished = False
+        self.asked = 0
         self.wells = list(schedule.well_names("*"))
         self.times = report_times(schedule)
         start = self.adapter.receive()
@@ -192,6 +193,7 @@ class Link:
             self.asker = self.survey.line
             self.insert(schedule, next_step, self.keywords)
             return self.serve(summary_state)
+        self.asked += len(order["sets"])
         self.survey.line.send(order["sets"])
         answers = self.survey.receive()
         if answers is None:
@@ -227,8 +229,15 @@ class Link:
     def finish(self, schedule, next_step, is_last):
         """Lets flow write out this report step; it is stopped in the next one."""
         self.is_finished = True
+        self.tell_cost()
         if not is_last:
             self.insert(schedule, next_step, TINY_STEP.format(FIRST_STEP_DAYS))
+
+    def tell_cost(self):
+        run, questions = (sum(resource.getrusage(who)[:2])
+                          for who in (resource.RUSAGE_SELF, resource.RUSAGE_CHILDREN))
+        print(f"flowlink: processor time: {run:.1f} s for the run, {questions:.1f} s for "
+              f"{self.asked} questions", flush=True)
 
     def insert(self, schedule, step, text):
         if not text:
