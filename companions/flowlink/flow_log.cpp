@@ -1,6 +1,7 @@
 #include "flowlink/flow_log.h"
 
 #include <algorithm>
+#include <regex>
 #include <sstream>
 
 namespace gantry::flowlink {
@@ -41,6 +42,20 @@ std::string LastErrorIn(const std::string& text) {
     if (isWithin && !IsRepeated(line, last)) last += (last.empty() ? "" : " ") + Plain(line);
   }
   return last.substr(0, kLongest);
+}
+
+std::optional<size_t> LineOfError(const std::string& error, const std::string& deckText) {
+  static const std::regex kPlace("[Ii]n \\S+\\.DATA,? line ([0-9]+)");
+  static const std::regex kUnknown("Unknown keyword: (\\w+)");
+  std::smatch found;
+  if (std::regex_search(error, found, kPlace)) return std::stoul(found[1]);
+  if (!std::regex_search(error, found, kUnknown)) return std::nullopt;
+  std::istringstream lines(deckText);
+  std::string line;
+  for (size_t number = 1; std::getline(lines, line); ++number) {
+    if (line == found[1]) return number;
+  }
+  return std::nullopt;
 }
 
 }  // namespace gantry::flowlink

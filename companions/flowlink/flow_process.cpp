@@ -76,8 +76,9 @@ std::vector<std::string> Environment(int socket) {
 }  // namespace
 
 FlowProcess::FlowProcess(const std::vector<std::string>& arguments,
-                         const std::filesystem::path& folder, const std::string& log)
-    : log_(folder / log) {
+                         const std::filesystem::path& folder, const std::string& log,
+                         PlaceOf placeOf)
+    : log_(folder / log), placeOf_(std::move(placeOf)) {
   int ends[2];
   int faults[2];
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0 ||
@@ -151,6 +152,8 @@ std::string FlowProcess::DescribeEnd() {
   std::ifstream log(log_, std::ios::binary);
   const std::string said((std::istreambuf_iterator<char>(log)), std::istreambuf_iterator<char>());
   const std::string reason = LastErrorIn(said);
+  const std::string place = placeOf_(reason);
+  if (!place.empty()) end = place + ": " + end;
   return end + (reason.empty() ? "" : ": " + reason) + "; its log is " + log_.string();
 }
 

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "flowlink/flow_items.h"
+#include "flowlink/flow_log.h"
 #include "flowlink/link_fault.h"
 #include "flowlink/link_script.h"
 
@@ -64,7 +65,14 @@ FlowProcess FlowRun::Start(const LinkSettings& settings, const std::filesystem::
   arguments.insert(arguments.end(), kNeededOptions.begin(), kNeededOptions.end());
   arguments.insert(arguments.end(), settings.options.begin(), settings.options.end());
   arguments.push_back(name_ + ".DATA");
-  return {arguments, folder, name_ + ".log"};
+  return {arguments, folder, name_ + ".log",
+          [this](const std::string& reason) { return PlaceOf(reason); }};
+}
+
+std::string FlowRun::PlaceOf(const std::string& reason) const {
+  const auto line = LineOfError(reason, deck_.text.Text());
+  const auto place = line ? deck_.text.PlaceOf(*line) : std::nullopt;
+  return place ? place->Text() : "";
 }
 
 double FlowRun::EndOf(int report) const {

@@ -43,7 +43,8 @@ class FlowRun {
   /// The end of a report step, as the deck has it.
   double EndOf(int report) const;
   FlowProcess Start(const LinkSettings& settings, const std::filesystem::path& folder);
-
+  /// Where in the user's files an error of flow's lies; empty when it names no line of theirs.
+  std::string PlaceOf(const std::string& reason) const;
   void CheckResults(std::span<ResultFile> files) const;
 
   std::string name_;
