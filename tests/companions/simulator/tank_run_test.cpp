@@ -143,32 +143,28 @@ TEST(Well, RestsAtTheTanksPressure) {
 TEST(Well, HoldsTheTightestOfItsLimits) {
   const Deck deck = SampleDeck(false, "gas_saturation = 0.1");
   TankRun run(deck);
+  using F = const WellFlow&;
   const struct {
     size_t well;
     LimitItem item;
     double share;  // of the free flow
-    double (*value)(const WellFlow&);
+    double (*value)(F);
   } cases[] = {
-      {kProducer, LimitItem::kOilProduction, 0.5, [](const WellFlow& f) { return f.rates.oil; }},
-      {kProducer, LimitItem::kGasProduction, 0.5, [](const WellFlow& f) { return f.rates.gas; }},
-      {kProducer, LimitItem::kWaterProduction, 0.5,
-       [](const WellFlow& f) { return f.rates.water; }},
+      {kProducer, LimitItem::kOilProduction, 0.5, [](F f) { return f.rates.oil; }},
+      {kProducer, LimitItem::kGasProduction, 0.5, [](F f) { return f.rates.gas; }},
+      {kProducer, LimitItem::kWaterProduction, 0.5, [](F f) { return f.rates.water; }},
       {kProducer, LimitItem::kLiquidProduction, 0.5,
-       [](const WellFlow& f) { return f.rates.oil + f.rates.water; }},
+       [](F f) { return f.rates.oil + f.rates.water; }},
       {kProducer, LimitItem::kReservoirProduction, 0.5,
-       [](const WellFlow& f) { return f.rates.reservoirProduction; }},
-      {kProducer, LimitItem::kBottomHolePressure, 2.0,
-       [](const WellFlow& f) { return f.bottomHolePressure; }},
+       [](F f) { return f.rates.reservoirProduction; }},
+      {kProducer, LimitItem::kBottomHolePressure, 2.0, [](F f) { return f.bottomHolePressure; }},
       {kProducer, LimitItem::kDrawdownRegion, 0.5,
-       [](const WellFlow& f) { return 3200.0 - f.bottomHolePressure; }},
-      {kWaterInjector, LimitItem::kWaterInjection, 0.5,
-       [](const WellFlow& f) { return f.rates.injectedWater; }},
+       [](F f) { return 3200.0 - f.bottomHolePressure; }},
+      {kWaterInjector, LimitItem::kWaterInjection, 0.5, [](F f) { return f.rates.injectedWater; }},
       {kWaterInjector, LimitItem::kReservoirInjection, 0.5,
-       [](const WellFlow& f) { return f.rates.reservoirInjection; }},
-      {kGasInjector, LimitItem::kGasInjection, 0.5,
-       [](const WellFlow& f) { return f.rates.injectedGas; }},
-      {kGasInjector, LimitItem::kBottomHolePressure, 0.8,
-       [](const WellFlow& f) { return f.bottomHolePressure; }},
+       [](F f) { return f.rates.reservoirInjection; }},
+      {kGasInjector, LimitItem::kGasInjection, 0.5, [](F f) { return f.rates.injectedGas; }},
+      {kGasInjector, LimitItem::kBottomHolePressure, 0.8, [](F f) { return f.bottomHolePressure; }},
   };
   for (const auto& test : cases) {
     SCOPED_TRACE(WordOf(test.item));

@@ -46,30 +46,21 @@ class Tanksim : public testing::Test {
   gantry::test::TestFolder folder;
 };
 
-TEST_F(Tanksim, RunsToAShutdownWithTheCommandLineOfTheDriver) {
+TEST_F(Tanksim, RunsToAShutdownAndLogsItsMessagesOnlyWhenAsked) {
   WriteDeck();
-  const uint16_t port = FreePort();
-  auto simulator = Start("CASE " + PortOption(port) + " --dopt=other_tool:fast");
-  v2017_2::IntersectClient client;
-  client.connect("localhost", port, kPatienceSeconds);
-  client.continue_simulation();
-  client.continue_simulation_until(10.0);
-  client.shutdown();
-  const Outcome outcome = simulator.get();
-  EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_EQ(outcome.output + outcome.errors, "");
-  EXPECT_FALSE(std::filesystem::exists(folder / "CASE.ecreplay"));
-}
-
-TEST_F(Tanksim, LogsItsMessagesWhenAsked) {
-  WriteDeck();
-  const uint16_t port = FreePort();
-  auto simulator = Start("CASE " + PortOption(port) + " --dopt=external_controller_logger");
-  v2017_2::IntersectClient client;
-  client.connect("localhost", port, kPatienceSeconds);
-  client.query_wells({"P"}, {"UPTIME_FRACTION"});
-  client.shutdown();
-  EXPECT_EQ(simulator.get().exitCode, 0);
+  for (const char* const option : {"--dopt=other_tool:fast", "--dopt=external_controller_logger"}) {
+    const uint16_t port = FreePort();
+    EXPECT_FALSE(std::filesystem::exists(folder / "CASE.ecreplay"));
+    auto simulator = Start(fmt::format("CASE {} {}", PortOption(port), option));
+    v2017_2::IntersectClient client;
+    client.connect("localhost", port, kPatienceSeconds);
+    client.query_wells({"P"}, {"UPTIME_FRACTION"});
+    client.continue_simulation();
+    client.shutdown();
+    const Outcome outcome = simulator.get();
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.output + outcome.errors, "");
+  }
   EXPECT_EQ(folder.Read(folder / "CASE.ecreplay"),
             "< SETUP VERSION[1] \"V2\" END\n"
             "> STARTED ERRORS[0] END\n"
@@ -77,6 +68,8 @@ TEST_F(Tanksim, LogsItsMessagesWhenAsked) {
             "< QUERY QWELLS QITEMS[1] \"UPTIME_FRACTION\" WELNAMES[1] \"P\" END\n"
             "> REPLY QITEMS[1] \"UPTIME_FRACTION\" WELLNAME[1] \"P\" VALUES[1] 1 END\n"
             "> READY END\n"
+            "< CONTINUE END\n"
+            "> STEP POSITION[1] \"BEGIN_NEWTON\" TIME[1] 0 DATE[6] 2020 1 31 0 0 0 END\n"
             "< SHUTDOWN END\n"
             "> FINISHED END\n");
 }
