@@ -22,7 +22,8 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
 /// up on this machine; it is added here.
 void StartSimulator(DriverModel& model, const CaseModel& caseModel);
 
-/// The program that runs the dataset, by its path, or the cluster that does.
+/// The program that runs the dataset, by its path, or the cluster that does. One that stands beside
+/// this program is asked for its version.
 std::string SimulatorProgram(DriverModel& model, const CaseModel& caseModel);
 
 /// What a well of the simulator is, as the module says. An injector of no stated phase counts as a

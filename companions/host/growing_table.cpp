@@ -26,7 +26,7 @@ void GrowingTable::Write(std::string_view rows) {
   file_.close();
   std::error_code ignored;
   std::filesystem::resize_file(platform::PathOf(path_), size_, ignored);
-  throw std::runtime_error(WriteFailure(path_, error));
+  throw std::runtime_error(WriteFailure(path_, error) + "; what it held before is kept");
 }
 
 }  // namespace gantry::fieldrun

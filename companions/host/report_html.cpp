@@ -15,6 +15,7 @@ namespace {
 using enum Quantity;
 
 constexpr size_t kMostWellCards = 40;
+constexpr size_t kMostWarnings = 40;
 
 void AddPoint(ChartSeries& series, double x, double y) {
   if (std::isfinite(x) && std::isfinite(y)) series.points.emplace_back(x, y);
@@ -116,10 +117,13 @@ std::string Report::Warnings() const {
   if (history_.warnings.empty()) return "";
   std::string html = fmt::format("<div class=\"failure\"><b>{}</b><ul>\n",
                                  Counted(history_.warnings.size(), "warning"));
-  for (const RunWarning& warning : history_.warnings) {
-    html += fmt::format("<li>{}</li>\n", EscapeHtml(ToText(warning)));
+  const size_t shown = std::min(history_.warnings.size(), kMostWarnings);
+  for (size_t i = 0; i < shown; ++i) {
+    html += fmt::format("<li>{}</li>\n", EscapeHtml(ToText(history_.warnings[i])));
   }
-  return html + "</ul></div>\n";
+  html += "</ul>";
+  if (shown < history_.warnings.size()) html += "run.json has them all.";
+  return html + "</div>\n";
 }
 
 std::string Report::Tile(const std::string& name, double value, Quantity quantity) const {

@@ -79,7 +79,12 @@ class Rows {
   [[noreturn]] void Fail(const std::string& reason) const { throw CaseError(path_, line_, reason); }
 
  private:
-  bool ReadLine(std::string& line) { return ++line_, std::getline(text_, line) && !text_.eof(); }
+  bool ReadLine(std::string& line) {
+    ++line_;
+    const bool isWhole = std::getline(text_, line) && !text_.eof();
+    if (line.ends_with('\r')) line.pop_back();  // as a spreadsheet may have left it
+    return isWhole;
+  }
 
   std::string path_;
   const StoredRun& run_;

@@ -5,7 +5,10 @@
 #include <fmt/format.h>
 
 #include "host/coupled_run.h"
+#include "host/program_version.h"
 #include "host/start_watch.h"
+#include "platform/dynamic_library.h"
+#include "platform/files.h"
 #include "toml/near_word.h"
 
 namespace gantry::fieldrun {
@@ -61,7 +64,12 @@ std::string SimulatorProgram(DriverModel& model, const CaseModel& caseModel) {
   const SimulatorSpec& simulator = caseModel.simulator;
   if (simulator.connection == 1) return "the cluster behind " + simulator.headNode;
   const std::string program = model.Get("Intersect.CaseDetails.SimExeName");
-  return program.empty() ? "the one that the machine's configuration names" : program;
+  if (program.empty()) return "the one that the machine's configuration names";
+  // Others might take the question for a dataset.
+  const bool isOwn =
+      platform::DirectoryOf(program) + platform::kPathSeparator == platform::ModuleFolder();
+  const std::string version = isOwn ? AskForVersion(program) : "";
+  return version.empty() ? program : fmt::format("{} ({})", program, version);
 }
 
 WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {

@@ -119,7 +119,7 @@ TEST_F(Results, AReportIsMadeOfTheTablesAsOfTheRunItself) {
       Play(*listener);
       if (hasEnded) listener->Ended({2, false, "it <broke>", {}});
     }
-    std::ofstream(folder_ / "wells.csv", std::ios::app)
+    std::ofstream(folder_ / "wells.csv", std::ios::app | std::ios::binary)
         << "3,2020-03-01,62,31,I1,water injector,1,water rate,1,9,0,9,0,9,0,9,0,9,9,9,rates,,,,"
            "00c0ffee\n3,2020-03";
     RunHistory replayed;

@@ -22,6 +22,8 @@ class Example : public ::testing::Test {
     for (const char* file : {"wells.csv", "inflow.csv", "field.csv", "run.json", "report.html"}) {
       EXPECT_GT(fs::file_size(folder_ / "out" / file), 500U) << file;
     }
+    EXPECT_NE(gantry::test::TestFolder::Read(folder_ / "out/run.json").find("(tanksim 1."),
+              std::string::npos);
     const auto files = fs::directory_iterator(folder_ / "out");
     EXPECT_EQ(std::distance(fs::begin(files), fs::end(files)), 5) << "something is left behind";
   }
