@@ -54,38 +54,22 @@ TEST_F(Failure, OfAMissingOrUnusableSimulatorIsToldAtOnce) {
   ExpectToRunAgain();
 }
 
-struct Fault {
-  std::string name;
-  std::string text;  ///< with which the failure begins
-};
-
-class FaultySimulator : public Failure, public ::testing::WithParamInterface<Fault> {};
-
-TEST_P(FaultySimulator, EndsTheStartWithAReasonAndNothingIsLost) {
-  const std::string folder = (run_.Folder() / "").string();
-  model_->Set("Intersect.CaseDetails.SimExeName", RealRun::FaultySimulator());
-  model_->Set("Intersect.CaseDetails.FileName", folder + GetParam().name + ".afi");
-  const std::string failure = StartFailure();
-  EXPECT_EQ(failure.substr(0, GetParam().text.size()), GetParam().text);
-  ExpectToRunAgain();
-}
-
-std::string NameOfFault(const ::testing::TestParamInfo<Fault>& info) { return info.param.name; }
-
-void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
-
 const std::string kStart = "Could not start the simulator process: <Abnormal error: ";
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, FaultySimulator,
-    ::testing::Values(Fault{"closes", kStart},
-                      Fault{"garbage", kStart + "Incorrect length in header (received: "},
-                      Fault{"absurd", kStart + "read: "}, Fault{"short", kStart + "read: "},
-                      Fault{"refuses", kStart + "no licence>"},
-                      Fault{"position",
-                            kStart + "Incorrect algorithmic position received (HALFWAY)>"},
-                      Fault{"vanishes", kStart + "read: "}),
-    NameOfFault);
+TEST_F(Failure, OfASimulatorGoneWrongEndsTheStartWithAReasonAndNothingIsLost) {
+  const std::vector<std::pair<std::string, std::string>> faults = {
+      {"closes", "read: "},
+      {"garbage", "Incorrect length in header (received: "},
+      {"refuses", "no licence>"},
+      {"vanishes", "read: "}};
+  for (const auto& [fault, reason] : faults) {
+    model_->Set("Intersect.CaseDetails.SimExeName", RealRun::FaultySimulator());
+    model_->Set("Intersect.CaseDetails.FileName", (run_.Folder() / (fault + ".afi")).string());
+    EXPECT_TRUE(StartFailure().starts_with(kStart + reason)) << fault;
+    EXPECT_EQ(model_->Get("Intersect.IsRunning"), "0");
+  }
+  ExpectToRunAgain();
+}
 
 /// The wells of a simulator that another run has left behind would be those of another deck.
 TEST_F(Failure, IsNotMadeByTakingAStrangerOnThePortForTheSimulator) {

@@ -2,11 +2,8 @@
 //
 //   closes      takes its controller and closes at once
 //   garbage     answers with bytes that are no frame
-//   absurd      claims a payload of 2^60 bytes
-//   short       sends half of a payload and closes
 //   refuses     refuses the set-up, with a reason
 //   patient     waits until it can have its port, then refuses the set-up
-//   position    reports a position that nobody knows
 //   vanishes    comes up in full, and is gone when it is to advance
 
 #include <array>
@@ -33,10 +30,6 @@ void TakeMessage(MessageStream& stream) {
   message.EndOfMessage();
 }
 
-void SendNumbers(ByteChannel& controller, std::array<uint64_t, 2> numbers) {
-  controller.Write(std::as_bytes(std::span(numbers)));
-}
-
 void AcceptSetup(MessageStream& stream, const std::vector<std::string>& errors) {
   stream.CreateOutgoingMessage()
       .AppendMarker("STARTED")
@@ -45,11 +38,11 @@ void AcceptSetup(MessageStream& stream, const std::vector<std::string>& errors) 
       .Send();
 }
 
-void SendStep(MessageStream& stream, const char* position) {
+void SendStep(MessageStream& stream) {
   constexpr std::array<int32_t, 6> kDate = {2020, 1, 1, 0, 0, 0};
   stream.CreateOutgoingMessage()
       .AppendMarker("STEP")
-      .AppendString("POSITION", position)
+      .AppendString("POSITION", "MODEL_DEFINITION")
       .AppendDouble("TIME", 0.0)
       .AppendInts("DATE", kDate)
       .AppendMarker("END")
@@ -61,27 +54,12 @@ void SendGarbage(ByteChannel& controller) {
   controller.Write(std::as_bytes(std::span(text)));
 }
 
-void SendAbsurdLength(ByteChannel& controller) {
-  SendNumbers(controller, {uint64_t{1} << 60, uint64_t{1} << 60});
-}
-
-void SendHalf(ByteChannel& controller) {
-  SendNumbers(controller, {64, 64});
-  const std::array<std::byte, 32> half{};
-  controller.Write(half);
-}
-
 void Refuse(MessageStream& stream) { AcceptSetup(stream, {"no licence", "second reason"}); }
-
-void ReportUnknownPosition(MessageStream& stream) {
-  AcceptSetup(stream, {});
-  SendStep(stream, "HALFWAY");
-}
 
 /// Answers the version query, which alone the connector asks before it is content, and no more.
 void Vanish(MessageStream& stream) {
   AcceptSetup(stream, {});
-  SendStep(stream, "MODEL_DEFINITION");
+  SendStep(stream);
   TakeMessage(stream);
 }
 
@@ -90,10 +68,7 @@ int Play(const std::string& fault, TcpConnection& controller) {
   if (fault == "closes") return EXIT_SUCCESS;
   TakeMessage(stream);
   if (fault == "garbage") SendGarbage(controller);
-  if (fault == "absurd") SendAbsurdLength(controller);
-  if (fault == "short") SendHalf(controller);
   if (fault == "refuses" || fault == "patient") Refuse(stream);
-  if (fault == "position") ReportUnknownPosition(stream);
   if (fault == "vanishes") Vanish(stream);
   return EXIT_SUCCESS;
 }

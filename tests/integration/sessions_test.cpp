@@ -19,10 +19,11 @@ double ElapsedDays(DriverModel& model) {
   return std::stod(model.Get("Intersect.CurrentElapsedDays"));
 }
 
-TEST(Sessions, RunBesideEachOtherOnNeighbouringPorts) {
+TEST(Sessions, RunBesideEachOtherOnAsManyPortsAsThereAre) {
   RealRun run("2017.2", 2);
-  const auto first = run.Model(run.Deck(kExample, 200.0));
+  auto first = run.Model(run.Deck(kExample, 200.0));
   const auto second = run.Model(run.Deck(kExample, 200.0));
+  const auto third = run.Model(run.Deck(kExample, 200.0));
   StartRunOfAllWells(*first);
   StartRunOfAllWells(*second);
   for (int step = 0; step < 2; ++step) {
@@ -35,16 +36,6 @@ TEST(Sessions, RunBesideEachOtherOnNeighbouringPorts) {
   }
   EXPECT_EQ(ElapsedDays(*first), 60.0);
   EXPECT_EQ(ElapsedDays(*second), 20.0);
-}
-
-TEST(Sessions, GetAPortAgainOnceOneOfThemHasEnded) {
-  RealRun run("2017.2", 2);
-  const auto deck = run.Deck(kExample, 200.0);
-  auto first = run.Model(deck);
-  const auto second = run.Model(deck);
-  const auto third = run.Model(deck);
-  first->StartSimulator();
-  second->StartSimulator();
   try {
     third->StartSimulator();
     FAIL() << "there was no port left";

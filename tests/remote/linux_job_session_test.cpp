@@ -78,16 +78,23 @@ TEST(LinuxJobSession, HandsTheDialoguesConnectionToTheConnector) {
   }
 }
 
+/// The failure of a session's start with the peer's script; the session must not run then.
+std::string StartFailure(const ScriptedPeer& peer, bool logs = true) {
+  LinkSettings settings = SettingsFor(peer);
+  settings.StdLogging = logs;
+  CLinuxJobSession session(settings);
+  std::string message;
+  EXPECT_EQ(session.Start(message), 1);
+  EXPECT_FALSE(session.IsRunning());
+  return message;
+}
+
 TEST(LinuxJobSession, TellsTheBatchScenario) {
   const test::ScopedVariable job("LSB_JOBID", "77");
   const test::ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
   ScriptedPeer peer;
   Hear(peer, "5", "0").ReplyBytes(Framed("no")).Start();
-  LinkSettings settings = SettingsFor(peer);
-  settings.StdLogging = false;
-  std::string message;
-  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
-  EXPECT_EQ(message, "no");
+  EXPECT_EQ(StartFailure(peer, false), "no");
 }
 
 TEST(LinuxJobSession, ShowsWhatTheFactoryAnswers) {
@@ -102,12 +109,7 @@ TEST(LinuxJobSession, ShowsWhatTheFactoryAnswers) {
   for (const auto& [answer, text] : answers) {
     ScriptedPeer peer;
     Hear(peer).ReplyBytes(Framed(answer)).Start();
-    const LinkSettings settings = SettingsFor(peer);
-    CLinuxJobSession session(settings);
-    std::string message;
-    EXPECT_EQ(session.Start(message), 1);
-    EXPECT_EQ(message, text);
-    EXPECT_FALSE(session.IsRunning());
+    EXPECT_EQ(StartFailure(peer), text);
   }
 }
 
@@ -117,39 +119,30 @@ TEST(LinuxJobSession, DeclinesAFactoryOfAnotherVersion) {
   for (const auto& [version, found] : versions) {
     ScriptedPeer peer;
     peer.ReplyBytes(Framed(version)).ExpectBytes(Framed("0")).Start();
-    const LinkSettings settings = SettingsFor(peer);
-    std::string message;
-    EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
-    EXPECT_EQ(message, "Linux side executables are of a different version to KINSET " + found);
+    EXPECT_EQ(StartFailure(peer),
+              "Linux side executables are of a different version to KINSET " + found);
   }
 }
 
 TEST(LinuxJobSession, TellsWhereTheConnectionBroke) {
   ScriptedPeer silent;
   silent.Start();
-  LinkSettings settings = SettingsFor(silent);
-  std::string message;
-  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
-  EXPECT_EQ(message,
+  EXPECT_EQ(StartFailure(silent),
             "Error connecting to run factory on host 127.0.0.1. Version number not returned");
-
   ScriptedPeer closing;
   Hear(closing).Start();
-  settings = SettingsFor(closing);
-  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
-  EXPECT_EQ(message, "Error connecting to run factory on host 127.0.0.1 (2)");
-
+  EXPECT_EQ(StartFailure(closing), "Error connecting to run factory on host 127.0.0.1 (2)");
+  LinkSettings settings;
+  settings.HeadNode = "127.0.0.1";
   settings.HeadNodePort = 1;
+  std::string message;
   EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
   EXPECT_EQ(message, "Error connecting to run factory on host 127.0.0.1, port 1. Is it running?");
 }
 
 TEST(LinuxJobSession, NamesAnIntegerThatIsThrown) {
-  class Integers : public test::PassingCalls {
-   public:
-    std::optional<uint32_t> FindHost(const std::string&) override { throw 10061; }
-  } calls;
-  const platform::SocketCallsOverride override(calls);
+  test::PassingCalls calls;
+  calls.findHost = [](const std::string&) -> std::optional<uint32_t> { throw 10061; };
   LinkSettings settings;
   settings.HeadNode = "head";
   settings.HeadNodePort = 7777;
@@ -164,12 +157,8 @@ TEST(LinuxJobSession, ReportsAConnectorThatCannotBeMade) {
   ScriptedPeer peer;
   Hear(peer).ReplyBytes(Framed("OK|node017"));
   peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, test::kRefused)).Start();
-  const LinkSettings settings = SettingsFor(peer);
-  CLinuxJobSession session(settings);
-  std::string message;
-  EXPECT_EQ(session.Start(message), 1);
-  EXPECT_EQ(message, "Abnormal error: Unexpected acknowledgement from Intersect controller");
-  EXPECT_FALSE(session.IsRunning());
+  EXPECT_EQ(StartFailure(peer),
+            "Abnormal error: Unexpected acknowledgement from Intersect controller");
 }
 
 }  // namespace

@@ -31,18 +31,23 @@ class ScriptedPeer {
 
   uint16_t Port() const;
 
-  /// The next frame must hold these entries.
+  /// The next frame must hold these entries. Messages may be given as texts, as `Parse` reads them.
   ScriptedPeer& Expect(Entries entries);
+  ScriptedPeer& Expect(const char* text) { return Expect(Parse(text)); }
   /// The next bytes on the wire must be these, frame headers and all.
   ScriptedPeer& ExpectBytes(std::string bytes);
   /// Any frame is taken.
   ScriptedPeer& ExpectAnyMessage();
   ScriptedPeer& Reply(const Entries& entries);
+  ScriptedPeer& Reply(const char* text) { return Reply(Parse(text)); }
   ScriptedPeer& ReplyBytes(std::string bytes);
   /// The handshake up to the given position: what a client's `connect` meets.
   ScriptedPeer& Greet(const std::string& position = "MODEL_DEFINITION");
   /// A query or a setter that answers with `reply` (which may be empty: no reply) and "READY".
   ScriptedPeer& Answer(Entries request, const Entries& reply = {});
+  ScriptedPeer& Answer(const char* request, const char* reply = "") {
+    return Answer(Parse(request), Parse(reply));
+  }
   /// Every further frame is given to `answer`, whose messages go back, until the client closes. No
   /// message at all hangs up.
   ScriptedPeer& Serve(std::function<std::vector<Entries>(const Entries&)> answer);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -77,6 +78,32 @@ class Decoder {
   size_t position_ = 0;
 };
 
+Texts Split(const std::string& list) {
+  Texts parts;
+  for (size_t at = 0; at < list.size();) {
+    const size_t end = std::min(list.find(", ", at), list.size());
+    parts.push_back(list.substr(at, end - at));
+    at = end + 2;
+  }
+  return parts;
+}
+
+template <class T>
+std::vector<T> NumbersIn(const std::string& list) {
+  std::vector<T> values;
+  for (const std::string& part : Split(list)) values.push_back(static_cast<T>(std::stod(part)));
+  return values;
+}
+
+Entry MakeEntry(const std::string& name, const std::string& data) {
+  if (data.empty()) return {name};
+  const std::string list = data.substr(1, data.size() - 2);
+  if (data.front() == '{') return {name, Split(list)};
+  if (data.front() == '[') return {name, NumbersIn<double>(list)};
+  if (data.front() == '<') return {name, NumbersIn<int32_t>(list)};
+  return {name, Marker{std::stoull(data.substr(1))}};
+}
+
 struct Printer {
   std::ostream& out;
 
@@ -132,6 +159,15 @@ std::string Describe(const Entries& entries) {
     text << ' ';
   }
   return text.str();
+}
+
+Entries Parse(const std::string& text) {
+  static const std::regex kEntry(R"((\w+)(#\d+|\{[^}]*\}|\[[^\]]*\]|<[^>]*>)?)");
+  Entries entries;
+  for (std::sregex_iterator at(text.begin(), text.end(), kEntry), end; at != end; ++at) {
+    entries.push_back(MakeEntry((*at)[1], (*at)[2]));
+  }
+  return entries;
 }
 
 }  // namespace gantry::test

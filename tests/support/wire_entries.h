@@ -44,5 +44,8 @@ std::string Frame(const Entries& entries);
 Entries Decode(const std::string& payload);
 /// For a reader: SET SETWELLS VALUES{0.5} END.
 std::string Describe(const Entries& entries);
+/// A message from its text, in which the brackets tell the type: WELNAMES{P1, P2} are texts,
+/// VALUES[0.5] numbers and NPOINTS<2> integers. No text in it is empty or holds a brace.
+Entries Parse(const std::string& text);
 
 }  // namespace gantry::test
