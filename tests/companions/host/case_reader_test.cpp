@@ -152,16 +152,6 @@ TEST_F(CaseReader, SaysWhyNothingCanBeReadFromAPath) {
   EXPECT_EQ(reason(folder_.Path().string()), ":1: this is a folder, not a file");
 }
 
-TEST(CaseReference, ShowsEveryKeyWithItsUnitsAndChoices) {
-  const std::string text = CaseReference();
-  EXPECT_NE(text.find("[[well]]"), std::string::npos);
-  EXPECT_NE(text.find("number, STB/d or Sm3/d"), std::string::npos);
-  EXPECT_NE(text.find("\"rate\", \"combined\", \"liquid\", \"gas\"; else rate"), std::string::npos);
-  for (const auto& row : WellKeys()) {
-    EXPECT_NE(text.find("  " + std::string(row.about.name) + " "), std::string::npos);
-  }
-}
-
 TEST(CaseSchema, HoldsEveryKeyWithItsTypeAndBounds) {
   const nlohmann::json schema = nlohmann::json::parse(CaseSchema())["properties"];
   const nlohmann::json& well = schema["well"]["items"];

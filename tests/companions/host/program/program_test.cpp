@@ -153,7 +153,6 @@ TEST_F(Program, NamesTheLineOfACaseThatDoesntFitItsSimulator) {
        R"(case\.toml:\d+: composition means nothing for a black-oil dataset)"},
       {"[time]\n", "[time]\nstart = 2014-12-31\n",
        R"(case\.toml:\d+: start lies before the simulator's date, 2015-01-01)"},
-      {"[time]\n", "[tyme]\n", R"(case\.toml:\d+: a case has no section "tyme")"},
   };
   for (const auto& c : kCases) {
     fs::remove_all(folder_ / "odeh");
