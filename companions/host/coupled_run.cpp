@@ -268,6 +268,7 @@ void CoupledRun::Solve(StepRecord& record) {
     }
     places.push_back(i);
   }
+  liftTables_.Assign(wells);
   record.groups = SolveNetwork(wells, case_.groups);
   for (size_t i = 0; i < wells.size(); ++i) record.wells[places[i]].point = wells[i].Point();
 }

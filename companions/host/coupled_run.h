@@ -77,6 +77,7 @@ class CoupledRun {
   std::vector<DriverInflow> inflow_;  ///< of this step, by place in start_.wells
   std::vector<std::string> retired_;  ///< why a well is shut for good; empty while it isn't
   std::vector<const TubingSpec*> tubings_;
+  LiftTables liftTables_;
   StepRecord last_;  ///< the step that was run and not yet reported
   bool hasLast_ = false;
   RunWarnings warnings_;

@@ -6,6 +6,7 @@
 
 #include "host/case_model.h"
 #include "host/inflow_curve.h"
+#include "host/lift_table.h"
 #include "host/tubing.h"
 
 namespace gantry::fieldrun {
@@ -28,6 +29,7 @@ struct NetworkWell {
   const TubingSpec* tubing = nullptr;  ///< null: no lift curve
   double manifoldPressure = 0;
   Gravities gravities;
+  LiftTable* lift = nullptr;  ///< of that tubing, pressure and gravities; null: each is marched
 
   double opening = 0;  ///< place on the curve, found by the solver
   bool isOpen = false;

@@ -299,12 +299,12 @@ void Report::AddLift(Chart& chart, const WellSpec& spec, const InflowMoment& mom
   const TubingSpec* tubing = model_.TubingOf(spec);
   const InflowCurve curve(moment.inflow, true);
   if (tubing == nullptr || curve.IsDead()) return;
+  const TubingColumn column(*tubing, moment.gravities);
   ChartSeries series{"tubing", "lift", {}, true};
-  constexpr int kPoints = 40;
+  constexpr int kPoints = 24;
   for (int i = 1; i <= kPoints; ++i) {
     const Rates rates = curve.At(curve.FullOpening() * i / kPoints).rates;
-    const double foot =
-        TubingFootPressure(*tubing, moment.gravities, model_.ManifoldPressureOf(spec), rates);
+    const double foot = column.FootPressure(model_.ManifoldPressureOf(spec), rates);
     if (foot > 2 * curve.At(0).pressure) continue;
     series.points.emplace_back(
         showsGas ? Show(rates.gas, kGasRate) : Show(rates.Liquid(), kLiquidRate),

@@ -22,24 +22,6 @@ constexpr double kOilViscosity = 1.0;
 constexpr double kWaterViscosity = 0.5;
 constexpr double kGasViscosity = 0.015;
 
-// Papay's deviation factor with Sutton's pseudo-critical properties; psia, degrees Rankine.
-double GasDeviation(double gravity, double pressure, double temperature) {
-  const double criticalTemperature = 169.2 + gravity * (349.5 - 74.0 * gravity);
-  const double criticalPressure = 756.8 - gravity * (131.0 + 3.6 * gravity);
-  const double tr = temperature / criticalTemperature;
-  const double pr = pressure / criticalPressure;
-  const double z =
-      1 - 3.53 * pr / std::pow(10, 0.9813 * tr) + 0.274 * pr * pr / std::pow(10, 0.8157 * tr);
-  return std::clamp(z, 0.3, 2.0);
-}
-
-// Standing's dissolved gas, scf/STB, of an oil that has more gas than it can hold.
-double DissolvedGas(const Gravities& gravities, double pressure, double fahrenheit) {
-  const double api = std::clamp(141.5 / gravities.oil - 131.5, 10.0, 60.0);
-  const double shape = std::pow(10, 0.0125 * api - 0.00091 * fahrenheit);
-  return gravities.gas * std::pow((pressure / 18.2 + 1.4) * shape, 1.2048);
-}
-
 // Standing's oil volume factor with that much gas dissolved.
 double OilVolumeFactor(const Gravities& gravities, double dissolved, double fahrenheit) {
   const double f = dissolved * std::sqrt(gravities.gas / gravities.oil) + 1.25 * fahrenheit;
@@ -58,17 +40,17 @@ struct Mixture {
   double viscosity;  // cP
 };
 
-Mixture MixAt(const Gravities& gravities, const Rates& rates, double pressure, double fahrenheit) {
+Mixture MixAt(const Gravities& gravities, const TubingPlace& place, const Rates& rates,
+              double pressure) {
   const double gas = rates.gas * kScfPerMMscf;
-  const double capacity = rates.oil * DissolvedGas(gravities, pressure, fahrenheit);
+  const double capacity = rates.oil * place.DissolvedGas(gravities, pressure);
   const double dissolved = std::min(gas, capacity);
   const double perBarrel = rates.oil > 0 ? dissolved / rates.oil : 0;
-  const double rankine = fahrenheit + 459.67;
-  const double z = GasDeviation(gravities.gas, pressure, rankine);
   const double oilFlow =
-      rates.oil * OilVolumeFactor(gravities, perBarrel, fahrenheit) * kCubicFeetPerBarrel;
+      rates.oil * OilVolumeFactor(gravities, perBarrel, place.fahrenheit) * kCubicFeetPerBarrel;
   const double waterFlow = rates.water * kCubicFeetPerBarrel;
-  const double gasFlow = (gas - dissolved) * 0.02827 * z * rankine / pressure;
+  const double gasFlow =
+      (gas - dissolved) * 0.02827 * place.GasDeviation(pressure) * place.Rankine() / pressure;
   const double mass = (rates.oil * gravities.oil + rates.water * gravities.water) *
                           kCubicFeetPerBarrel * kWaterDensity +
                       gas * kAirDensity * gravities.gas;
@@ -92,21 +74,52 @@ double Gradient(const TubingSpec& tubing, const Mixture& mixture) {
 
 }  // namespace
 
-double TubingFootPressure(const TubingSpec& tubing, const Gravities& gravities, double headPressure,
-                          const Rates& rates) {
+TubingPlace::TubingPlace(const Gravities& gravities, double temperature) : fahrenheit(temperature) {
+  const double api = std::clamp(141.5 / gravities.oil - 131.5, 10.0, 60.0);
+  solution = std::pow(10, 0.0125 * api - 0.00091 * fahrenheit);
+  const double criticalTemperature = 169.2 + gravities.gas * (349.5 - 74.0 * gravities.gas);
+  const double criticalPressure = 756.8 - gravities.gas * (131.0 + 3.6 * gravities.gas);
+  const double tr = Rankine() / criticalTemperature;
+  linear = 3.53 / std::pow(10, 0.9813 * tr) / criticalPressure;
+  quadratic = 0.274 / std::pow(10, 0.8157 * tr) / (criticalPressure * criticalPressure);
+}
+
+// Papay's deviation factor with Sutton's pseudo-critical properties.
+double TubingPlace::GasDeviation(double pressure) const {
+  return std::clamp(1 + pressure * (quadratic * pressure - linear), 0.3, 2.0);
+}
+
+// Standing's dissolved gas of an oil that has more gas than it can hold.
+double TubingPlace::DissolvedGas(const Gravities& gravities, double pressure) const {
+  return gravities.gas * std::pow((pressure / 18.2 + 1.4) * solution, 1.2048);
+}
+
+TubingColumn::TubingColumn(const TubingSpec& tubing, const Gravities& gravities)
+    : tubing_(tubing), gravities_(gravities) {
+  for (int i = 0; i < 2 * kSegments; ++i) {
+    const double part = 0.5 * i / kSegments;
+    places_.emplace_back(gravities,
+                         std::lerp(tubing.wellheadTemperature, tubing.bottomTemperature, part));
+  }
+}
+
+double TubingColumn::FootPressure(double headPressure, const Rates& rates) const {
   if (rates.Size() <= 0) return std::numeric_limits<double>::infinity();
-  const double segment = tubing.length.value_or(tubing.depth) / kSegments;
-  const auto gradientAt = [&](double pressure, double part) {
-    const double fahrenheit =
-        std::lerp(tubing.wellheadTemperature, tubing.bottomTemperature, part / kSegments);
-    return Gradient(tubing, MixAt(gravities, rates, pressure, fahrenheit));
+  const double segment = tubing_.length.value_or(tubing_.depth) / kSegments;
+  const auto gradientAt = [&](double pressure, const TubingPlace& place) {
+    return Gradient(tubing_, MixAt(gravities_, place, rates, pressure));
   };
   double pressure = std::max(headPressure + kAtmosphere, 1.0);
-  for (int i = 0; i < kSegments; ++i) {
-    const double middle = pressure + 0.5 * segment * gradientAt(pressure, i);
-    pressure += segment * gradientAt(middle, i + 0.5);
+  for (size_t i = 0; i < places_.size(); i += 2) {
+    const double middle = pressure + 0.5 * segment * gradientAt(pressure, places_[i]);
+    pressure += segment * gradientAt(middle, places_[i + 1]);
   }
   return pressure - kAtmosphere;
+}
+
+double TubingFootPressure(const TubingSpec& tubing, const Gravities& gravities, double headPressure,
+                          const Rates& rates) {
+  return TubingColumn(tubing, gravities).FootPressure(headPressure, rates);
 }
 
 }  // namespace gantry::fieldrun

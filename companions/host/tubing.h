@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "host/case_model.h"
 #include "host/inflow_curve.h"
 
@@ -10,6 +12,21 @@ struct Gravities {
   double oil = 0.85;    ///< water = 1
   double gas = 0.7;     ///< air = 1
   double water = 1.02;  ///< fresh water = 1
+};
+
+/// What a place along a tubing makes of its fluids: the part that is the same for all pressures and
+/// rates. Pressures in psia.
+struct TubingPlace {
+  TubingPlace(const Gravities& gravities, double temperature);
+
+  double Rankine() const { return fahrenheit + 459.67; }
+  double GasDeviation(double pressure) const;
+  double DissolvedGas(const Gravities& gravities, double pressure) const;  ///< scf/STB
+
+  double fahrenheit;
+  double solution;  ///< of gas in oil
+  double linear;    ///< coefficients of the deviation factor's polynomial, 1/psi and 1/psi2
+  double quadratic;
 };
 
 /// The lift curve of a well: what pressure the tubing needs at its foot to carry the given rates up
@@ -24,7 +41,21 @@ struct Gravities {
 /// Standing, API Drilling and Production Practice, 1947; gas, Sutton, SPE 14265, 1985, and Papay,
 /// OGIL Muszaki Tudomanyos Kozlemenyei, 1968.
 ///
-/// Infinite when nothing flows.
+/// Refers to the tubing, which must outlive it.
+class TubingColumn {
+ public:
+  TubingColumn(const TubingSpec& tubing, const Gravities& gravities);
+
+  /// Infinite when nothing flows.
+  double FootPressure(double headPressure, const Rates& rates) const;
+
+ private:
+  const TubingSpec& tubing_;
+  Gravities gravities_;
+  std::vector<TubingPlace> places_;  ///< the head and the middle of each segment
+};
+
+/// The same of a column that is needed once.
 double TubingFootPressure(const TubingSpec& tubing, const Gravities& gravities, double headPressure,
                           const Rates& rates);
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "host/network.h"
 
@@ -32,21 +33,32 @@ constexpr RateLimit kInjectorTargets[] = {
     {"gas rate", &WellSpec::gasRate, GasOf},
 };
 
-// How far the inflow at this opening lies above what the tubing needs; negative: it can't flow so.
-double LiftSurplus(const NetworkWell& well, double opening) {
-  const InflowPoint point = well.curve.At(opening);
-  const double foot =
-      TubingFootPressure(*well.tubing, well.gravities, well.manifoldPressure, point.rates);
-  return point.pressure - foot;
-}
+// How far the inflow at an opening lies above what the tubing needs; negative: it can't flow so.
+class LiftSurplus {
+ public:
+  explicit LiftSurplus(const NetworkWell& well) : well_(well) {
+    if (well.lift == nullptr) column_.emplace(*well.tubing, well.gravities);
+  }
+
+  double operator()(double opening) const {
+    const InflowPoint point = well_.curve.At(opening);
+    return point.pressure - (column_ ? column_->FootPressure(well_.manifoldPressure, point.rates)
+                                     : well_.lift->FootPressure(point.rates));
+  }
+
+ private:
+  const NetworkWell& well_;
+  std::optional<TubingColumn> column_;
+};
 
 // Bisection with the secant's help (the Illinois method): `low` flows, `high` doesn't.
-double MeetingPoint(const NetworkWell& well, double low, double atLow, double high, double atHigh) {
+double MeetingPoint(const LiftSurplus& surplusAt, double low, double atLow, double high,
+                    double atHigh) {
   for (int i = 0; i < 60 && high - low > 1e-9; ++i) {
     const double guess = std::isfinite(atLow - atHigh)
                              ? low + (high - low) * atLow / (atLow - atHigh)
                              : 0.5 * (low + high);
-    const double surplus = LiftSurplus(well, guess);
+    const double surplus = surplusAt(guess);
     if (std::abs(surplus) < 1e-6) return guess;
     if (surplus > 0) {
       low = guess;
@@ -64,14 +76,15 @@ double MeetingPoint(const NetworkWell& well, double low, double atLow, double hi
 // The widest opening that the tubing carries. Searched from full opening towards shut, so that of
 // several meetings the stable one, at the highest rate, is taken. 0 when it carries none.
 double OpeningByTubing(const NetworkWell& well) {
+  const LiftSurplus surplusAt(well);
   double high = well.curve.FullOpening();
-  double atHigh = LiftSurplus(well, high);
+  double atHigh = surplusAt(high);
   if (atHigh >= 0) return high;
   const int probes = static_cast<int>(high) * kProbesPerSegment;
   for (int i = probes - 1; i >= 0; --i) {
     const double low = std::max(static_cast<double>(i) / kProbesPerSegment, kSmallestOpening);
-    const double atLow = LiftSurplus(well, low);
-    if (atLow >= 0) return MeetingPoint(well, low, atLow, high, atHigh);
+    const double atLow = surplusAt(low);
+    if (atLow >= 0) return MeetingPoint(surplusAt, low, atLow, high, atHigh);
     high = low;
     atHigh = atLow;
   }
@@ -152,7 +165,7 @@ void SolveWell(NetworkWell& well) {
 void ShutIfLoadedUp(NetworkWell& well) {
   constexpr double kTolerance = 1e-3;  // psi
   if (!well.isOpen || well.tubing == nullptr) return;
-  if (LiftSurplus(well, well.opening) < -kTolerance) Shut(well, "can't lift when held back");
+  if (LiftSurplus(well)(well.opening) < -kTolerance) Shut(well, "can't lift when held back");
 }
 
 std::string EconomicLimitPassed(const WellSpec& well, const Rates& rates) {

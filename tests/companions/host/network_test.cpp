@@ -1,7 +1,9 @@
 #include "host/network.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -103,6 +105,52 @@ TEST(Tubing, IsLighterWithMoreGasUntilFrictionTakesOver) {
   };
   EXPECT_LT(foot(1.0), foot(0.2));
   EXPECT_GT(foot(30.0), foot(5.0));
+}
+
+TEST(LiftTable, KeepsCloseToTheTubingThatItStandsFor) {
+  const struct {
+    double depth, diameter, head;
+    Gravities gravities;
+  } kCases[] = {{7900, 3.5, 200, {}}, {9000, 2.4, 150, {0.82, 0.8, 1.05}}, {3000, 4.5, 50, {}}};
+  std::mt19937 random(1);
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution(low, high)(random);
+  };
+  for (const auto& c : kCases) {
+    const TubingSpec tubing = Tubing(c.depth, c.diameter);
+    const TubingColumn column(tubing, c.gravities);
+    LiftTable table(tubing, c.gravities, c.head);
+    std::vector<double> errors;
+    while (errors.size() < 2000) {
+      const double liquid = std::exp(between(2, 10));
+      const double waterCut = between(0, 1);
+      const double gas = liquid * std::exp(between(-10, -6));
+      const Rates rates{liquid * (1 - waterCut), liquid * waterCut, gas};
+      const double foot = column.FootPressure(c.head, rates);
+      if (foot < 5000) errors.push_back(std::abs(table.FootPressure(rates) - foot));
+    }
+    std::sort(errors.begin(), errors.end());
+    EXPECT_LT(errors[errors.size() * 99 / 100], 3) << c.depth;
+    EXPECT_LT(errors.back(), 10) << c.depth;
+    EXPECT_EQ(table.FootPressure({0.5, 0, 0}), column.FootPressure(c.head, {0.5, 0, 0}));
+  }
+}
+
+TEST(LiftTable, IsSharedByWellsOfOneTubingWhereThereAreEnough) {
+  const WellSpec spec = Producer("P");
+  const TubingSpec tubing = Tubing(8000, 3);
+  std::vector<NetworkWell> wells(17, NetworkWell(spec, StraightInflow(3500, 3, 0.1, 600)));
+  for (NetworkWell& well : wells) well.tubing = &tubing;
+  wells[16].manifoldPressure = 250;
+  LiftTables tables;
+  tables.Assign(wells);
+  EXPECT_NE(wells[0].lift, nullptr);
+  EXPECT_EQ(wells[0].lift, wells[15].lift);
+  EXPECT_EQ(wells[16].lift, nullptr);
+  SolveWell(wells[0]);
+  wells[1].lift = nullptr;
+  SolveWell(wells[1]);
+  EXPECT_NEAR(wells[0].Point().pressure, wells[1].Point().pressure, 2);
 }
 
 TEST(Well, FlowsWhereInflowMeetsTubing) {
