@@ -1,5 +1,8 @@
-# cmake -DOBJDUMP=... -DFILE=... [-DEXPORTED=NAME;NAME...] -P tables.cmake: fails unless a Windows
-# program or library needs nothing but what Windows brings, and exports these names and no others.
+# cmake -DOBJDUMP=... -DFILE=... -DFUNCTION=... -DFORTIFIED=... -DSOURCES=... -DVERSION=...
+# [-DEXPORTED=NAME;NAME...] -P tables.cmake: fails unless a Windows program or library needs nothing
+# but what Windows brings, exports these names and no others, describes itself, tells nothing of where
+# it was built, and is built so that a fault in it is hard to make use of. FUNCTION: one of its own, to
+# be looked at.
 
 cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND ${OBJDUMP} -p ${FILE} OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
@@ -31,3 +34,34 @@ list(SORT EXPORTED)
 if(NOT "${exported}" STREQUAL "${EXPORTED}")
   message(FATAL_ERROR "${FILE} exports\n${exported}\nand not\n${EXPORTED}")
 endif()
+
+foreach(mark HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT)
+  if(NOT tables MATCHES "${mark}")
+    message(FATAL_ERROR "${FILE} lacks the mark ${mark}")
+  endif()
+endforeach()
+
+execute_process(COMMAND ${OBJDUMP} -d --disassemble=${FUNCTION} ${FILE} OUTPUT_VARIABLE code
+                COMMAND_ERROR_IS_FATAL ANY)
+if(NOT code MATCHES "<${FUNCTION}>:\n[^\n]*endbr64")
+  message(FATAL_ERROR "${FILE} has no marked targets of jumps")
+endif()
+execute_process(COMMAND ${OBJDUMP} -t ${FILE} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+if(NOT symbols MATCHES " __stack_chk_fail\n")
+  message(FATAL_ERROR "${FILE} has no guarded stack")
+endif()
+if(FORTIFIED AND NOT symbols MATCHES " __(mem|str)[a-z]+_chk\n")
+  message(FATAL_ERROR "${FILE} has no checked length")
+endif()
+
+# An assertion that is alive names its source.
+file(STRINGS ${FILE} paths REGEX "${SOURCES}|/[^ ]+[.][ch]pp$" LIMIT_COUNT 1)
+if(paths)
+  message(FATAL_ERROR "${FILE} tells where it was built, or holds live assertions: ${paths}")
+endif()
+file(STRINGS ${FILE} description ENCODING UTF-16LE REGEX "^(Gantry|${VERSION}|Apache|.*Gantry authors.*)")
+foreach(text "Gantry " "${VERSION}" "Apache License")
+  if(NOT description MATCHES "${text}")
+    message(FATAL_ERROR "${FILE} doesn't say '${text}' of itself but ${description}")
+  endif()
+endforeach()
