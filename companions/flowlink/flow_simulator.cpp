@@ -333,17 +333,19 @@ void FlowSimulator::TellOverrides() {
   TellOverridesOf(wells);
 }
 
-/// One line for each order of the deck, with all wells for which it gives way.
+/// One line for each keyword of the deck, with all wells for which it gives way.
 void FlowSimulator::TellOverridesOf(const std::vector<size_t>& wells) {
-  std::map<const WellOrder*, std::string> given;
+  std::map<std::pair<double, std::string>, std::pair<const WellOrder*, std::string>> given;
   for (const size_t well : wells) {
     for (const WellOrder* order : deckWells_.OrdersFrom(well, 0.0)) {
-      std::string& names = given[order];
+      if (order->keyword == "WELOPEN" && !settings_.opensShutWells) continue;
+      auto& [first, names] = given[{order->days, order->place.Text()}];
+      first = order;
       names += (names.empty() ? "" : ", ") + wellNames_[well];
     }
   }
-  for (const auto& [order, names] : given) {
-    notes_.Add(OverrideText(*order, run_->Deck().start, names, settings_.keptLimits));
+  for (const auto& [place, order] : given) {
+    notes_.Add(OverrideText(*order.first, run_->Deck().start, order.second, settings_.keptLimits));
   }
 }
 

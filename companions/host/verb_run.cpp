@@ -13,6 +13,7 @@
 #include "host/run_file.h"
 #include "host/run_json.h"
 #include "host/run_script.h"
+#include "host/simulator_warnings.h"
 #include "host/terminal.h"
 #include "host/verbs.h"
 #include "platform/environment.h"
@@ -98,6 +99,11 @@ void ShareFolder(const std::string& folder) {
   platform::WriteEnvironment("GANTRY_RESULTS", path.string());
 }
 
+Date DateReached(const RunHistory& history) {
+  const double days = history.field.empty() ? 0.0 : history.field.back().endDays;
+  return FromDayNumber(DayNumber(history.start.start) + static_cast<int>(days));
+}
+
 }  // namespace
 
 void RunCase(const Session& session) {
@@ -122,7 +128,17 @@ void RunCase(const Session& session) {
   if (options.json) all.push_back(&json);
   Listeners listeners(std::move(all));
   CoupledRun run(caseModel, model, listeners);
+  // The simulator has shown its warnings by itself: the report and the run's file take them down.
+  SimulatorWarnings ofSimulator(platform::PathOf(caseModel.general.output));
+  const auto takeDownWarnings = [&] {
+    ofSimulator.TellNew([&](const std::string& text) {
+      const RunWarning warning{"simulator", "", DateReached(history), text};
+      history.Warned(warning);
+      results.Warned(warning);
+    });
+  };
   run.atStep = [&](size_t step) {
+    takeDownWarnings();
     progress.Aside([&] { script.RunStep(step + 1, model, UserOutput()); });
   };
   run.isInterrupted = IsInterrupted;
@@ -130,6 +146,7 @@ void RunCase(const Session& session) {
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
   RunEnd end = run.Run();
+  takeDownWarnings();
   try {
     WriteReport(caseModel, history, caseModel.general.output);
   } catch (const std::exception& failure) {
