@@ -13,6 +13,7 @@ TOTALS = ["FOPT", "FWPT", "FGPT", "FWIT", "FGIT"]
 TOTAL_BOUND, PRESSURE_BOUND = 0.005, 0.01
 QUICK_CELLS = 2000
 LONGEST_RUN = 1800  # seconds
+NO_DECKS = 77
 BIN = pathlib.Path("build/release/bin").resolve()
 WORK = pathlib.Path("build/decks").resolve()
 KEPT = ["bottom_hole_pressure", "oil_rate", "water_rate", "gas_rate", "liquid_rate",
@@ -136,12 +137,22 @@ class Deck:
                 lines.extend(["[[well]]", f'name = "{well}"', f'kind = "{kind}"'])
                 yield well
 
+        def is_left(record, mode, table):
+            """On a lift curve, or held by its group: a well that the host leaves to the deck."""
+            has_table = len(record) > table and record[table] not in ("", "0")
+            if has_table or record[mode].upper() == "GRUP":
+                lines.append("connected = false")
+                return True
+            return False
+
         def limit(key, record, place, factor=1.0, less=0.0):
             if len(record) > place and record[place]:
                 lines.append(f"{key} = {float(record[place]) * factor - less:.10g}")
 
         for record in records(self.text, "WCONPROD"):
             for _ in begin(record[0], "producer"):
+                if is_left(record, 2, 10):
+                    continue
                 limit("max_oil", record, 3)
                 limit("max_water", record, 4)
                 limit("max_gas", record, 5, thousands)
@@ -150,6 +161,8 @@ class Deck:
         for record in records(self.text, "WCONINJE"):
             gas = record[1].upper() == "GAS"
             for _ in begin(record[0], "gas_injector" if gas else "water_injector"):
+                if is_left(record, 3, 8):
+                    continue
                 limit("gas_rate" if gas else "water_rate", record, 4, thousands if gas else 1.0)
                 limit("max_bottom_hole_pressure", record, 6, less=pressure)
         units = "field" if pressure else "metric"
@@ -253,7 +266,8 @@ def main():
     files = sorted(file for folder in folders for file in folder.resolve().rglob("*.DATA")
                    if re.search(r"^\s*RUNSPEC\b", file.read_text(errors="replace"), re.M | re.I))
     if not files:
-        sys.exit("decks: no deck under " + " ".join(map(str, folders)))
+        print("decks: no deck under " + " ".join(map(str, folders)), file=sys.stderr)
+        sys.exit(NO_DECKS)
     lines = ["| deck | coupled | " + " | ".join(TOTALS) + " | pressure | flow alone | coupled |",
              "| --- " * (len(TOTALS) + 5) + "|"]
     print("\n".join(lines), flush=True)
