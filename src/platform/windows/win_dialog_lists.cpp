@@ -161,7 +161,7 @@ void WinDialog::SetTreeChecked(int id, const std::vector<TreePlace>& places, boo
 }
 
 void WinDialog::ExpandTree(int id, bool isExpanded) {
-  if (WinTree* tree = FindTree(id)) tree->Expand(isExpanded);
+  if (WinTree* tree = FindTree(id)) tree->Expand(isExpanded, pictures_);
 }
 
 }  // namespace gantry::platform

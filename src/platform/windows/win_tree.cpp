@@ -1,7 +1,6 @@
 #include "platform/windows/win_tree.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace gantry::platform {
 
@@ -60,9 +59,14 @@ void WinTree::Release() const {
 }
 
 void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
+  const std::unordered_set<uintptr_t> open = OpenParents();
+  for (TreeItem& item : items) item.isExpanded = item.isExpanded || open.contains(item.data);
+  Fill(std::move(items), pictures);
+}
+
+void WinTree::Fill(std::vector<TreeItem> items, HIMAGELIST pictures) {
   const uintptr_t first = DataOf(Next(TVGN_FIRSTVISIBLE));
   const uintptr_t chosen = DataOf(Next(TVGN_CARET));
-  const std::unordered_set<uintptr_t> open = OpenParents();
   const NoRedraw held(control_);
   ::SendMessageA(control_, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(pictures));
   ::SendMessageA(control_, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
@@ -70,7 +74,7 @@ void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
   InsertParents();
   for (size_t i = 0; i < items_.size(); ++i) InsertChildren(i);
   for (size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i].isExpanded || open.contains(items_[i].data)) Branch(parents_[i], TVE_EXPAND);
+    if (items_[i].isExpanded) Branch(parents_[i]);
   }
   Choose(TVGN_CARET, chosen);
   Choose(TVGN_FIRSTVISIBLE, first);
@@ -114,17 +118,16 @@ std::unordered_set<uintptr_t> WinTree::OpenParents() const {
   return open;
 }
 
-void WinTree::Branch(HTREEITEM parent, WPARAM action) const {
-  ::SendMessageA(control_, TVM_EXPAND, action, reinterpret_cast<LPARAM>(parent));
+void WinTree::Branch(HTREEITEM parent) const {
+  ::SendMessageA(control_, TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(parent));
 }
 
-void WinTree::Expand(bool isExpanded) {
-  const NoRedraw held(control_);
-  if (isExpanded) {
-    for (const HTREEITEM parent : parents_) Branch(parent, TVE_EXPAND);
-  } else {
-    for (const HTREEITEM parent : parents_ | std::views::reverse) Branch(parent, TVE_COLLAPSE);
-  }
+// Filled anew: opening or closing one item after the other lays out the tree each time, which takes
+// some systems more than ten times as long.
+void WinTree::Expand(bool isExpanded, HIMAGELIST pictures) {
+  std::vector<TreeItem> items = items_;
+  for (TreeItem& item : items) item.isExpanded = isExpanded;
+  Fill(std::move(items), pictures);
 }
 
 bool WinTree::IsBoxChecked(HTREEITEM item) const {

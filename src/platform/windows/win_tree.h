@@ -16,8 +16,8 @@ namespace gantry::platform {
 ///
 /// Some systems look up each handle that they are given among all items, from the first on. So the
 /// parents come before all children, each child goes before the one behind it, and no item is
-/// touched that needn't be. Parents open from the first to the last and close from the last to the
-/// first: each moves all that is shown below it.
+/// touched that needn't be. Parents open when all is in, the first one first: each moves all that
+/// is shown below it.
 class WinTree {
  public:
   explicit WinTree(HWND control) : control_(control) {}
@@ -27,7 +27,7 @@ class WinTree {
   /// What stays keeps its branches as the user has left them.
   void SetItems(std::vector<TreeItem> items, HIMAGELIST pictures);
   void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
-  void Expand(bool isExpanded);
+  void Expand(bool isExpanded, HIMAGELIST pictures);
 
   // What the control tells.
 
@@ -49,7 +49,8 @@ class WinTree {
   void InsertChildren(size_t parent);
   void Choose(UINT which, uintptr_t data) const;
   bool IsOpen(HTREEITEM item) const;
-  void Branch(HTREEITEM parent, WPARAM action) const;
+  void Branch(HTREEITEM parent) const;
+  void Fill(std::vector<TreeItem> items, HIMAGELIST pictures);
   bool IsBoxChecked(HTREEITEM item) const;
   void SetBox(HTREEITEM item, bool isChecked);
   std::unordered_set<uintptr_t> OpenParents() const;
