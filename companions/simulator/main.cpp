@@ -1,5 +1,6 @@
 // tanksim: a small reference simulator that an external controller drives. docs/tanksim.md
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
@@ -33,6 +34,16 @@ const ProgramDescription kProgram = {
     {{"--deck-keys", "show the numbers of a deck with units and ranges", DeckReference}},
     CheckDeck};
 
+/// All faults, and below several of them the first again with their number: whoever waits for the
+/// simulator may tell its last line alone.
+void TellFaults(const std::string& faults) {
+  std::fprintf(stderr, "%s\n", faults.c_str());
+  const auto others = std::ranges::count(faults, '\n');
+  if (others == 0) return;
+  const std::string first = faults.substr(0, faults.find('\n'));
+  std::fprintf(stderr, "%s (and %d more)\n", first.c_str(), static_cast<int>(others));
+}
+
 int Run(const DriverArguments& arguments) {
   try {
     TankSimulator simulator(ReadDeck(platform::PathOf(arguments.base + ".afi")));
@@ -40,7 +51,7 @@ int Run(const DriverArguments& arguments) {
       ControllerSession(simulator, channel).Run();
     });
   } catch (const DeckError& error) {
-    std::fprintf(stderr, "%s\n", error.what());
+    TellFaults(error.what());
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s: %s\n", kProgram.name.c_str(), error.what());
   }

@@ -59,14 +59,15 @@ TEST_F(FactoryTest, GivesTheResultsOfTheLocalRunToTheLastDigit) {
 
 TEST_F(FactoryTest, TellsTheDriverInOneLineWhyThereIsNoSimulator) {
   StartFactory();
-  folder.Write("cases/BROKEN.afi", "title = 3\n");
+  folder.Write("cases/BROKEN.afi", "title = 3\nunits = \"metric\"\n");
   LinkSettings elsewhere = SettingsFor("FIVE_SPOT");
   elsewhere.FileName = "D:\\Cases\\FIVE_SPOT.afi";
   LinkSettings parallel = SettingsFor("FIVE_SPOT");
   parallel.Parallel = 2;
   const std::vector<std::pair<LinkSettings, std::string>> cases = {
       {SettingsFor("BROKEN"),
-       "The simulator has ended (exit status 1): BROKEN.afi:1: 'title' must be a text"},
+       "The simulator has ended (exit status 1): BROKEN.afi:1: 'title' must be a text (and 3 "
+       "more)"},
       {SettingsFor("ABSENT"), "The run factory finds no case 'ABSENT' in " + Cases()},
       {elsewhere,
        "The run factory can't open the case directory D:\\Cases\\: it lies under no "
