@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "host/result_folder.h"
 #include "host/terminal.h"
 
 namespace gantry::fieldrun {
@@ -13,6 +14,7 @@ namespace {
 using enum Quantity;
 
 constexpr size_t kBarWidth = 24;  // so that all fits into 80 columns
+constexpr size_t kMostWarnings = 20;
 
 /// "0:07", "12:40", "3:05:00".
 std::string Span(double seconds) {
@@ -126,8 +128,16 @@ void Progress::StepDone(const StepRecord& record) {
   if (showsTable_) Aside([&] { PrintRow(record); });
 }
 
+void Progress::TellUnshownWarnings() const {
+  if (warnings_ <= kMostWarnings) return;
+  const std::string text = fmt::format("fieldrun: {} more; {} has them all\n",
+                                       Counted(warnings_ - kMostWarnings, "warning"), kRunFile);
+  std::fputs(text.c_str(), stderr);
+}
+
 void Progress::Ended(const RunEnd& end) {
   StopBar();
+  TellUnshownWarnings();
   if (!showsTable_ || !end.failure.empty()) return;
   const char* how = end.endedByUser        ? "ended by the user"
                     : end.endedBySimulator ? "the simulator has come to its own end"
@@ -140,6 +150,7 @@ void Progress::Notice(const std::string& text) {
 }
 
 void Progress::Warned(const RunWarning& warning) {
+  if (++warnings_ > kMostWarnings) return;
   // A terminal that is gone ends no run.
   Aside(
       [&] { std::fputs(fmt::format("fieldrun: warning: {}\n", ToText(warning)).c_str(), stderr); });

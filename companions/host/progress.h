@@ -44,6 +44,7 @@ class Progress : public RunListener {
   void Draw() const;
   void DrawEachSecond(const std::stop_token& stop);
   void StopBar();
+  void TellUnshownWarnings() const;
   void PrintRow(const StepRecord& record) const;
   std::string Shown(double value, Quantity quantity, int digits) const;
 
@@ -52,6 +53,7 @@ class Progress : public RunListener {
   bool showsBar_;
   size_t stepCount_ = 0;
   std::vector<RunWell> wells_;
+  size_t warnings_ = 0;
 
   std::mutex mutex_;  ///< of the terminal, and of what the bar shows
   std::condition_variable_any wake_;
