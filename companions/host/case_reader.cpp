@@ -9,6 +9,7 @@
 
 #include "host/case_keys.h"
 #include "host/input_file.h"
+#include "platform/dynamic_library.h"
 #include "platform/file_path.h"
 #include "toml/checked_toml.h"
 #include "toml/near_word.h"
@@ -300,12 +301,24 @@ std::string FromFolder(const fs::path& folder, const std::string& path) {
                       : platform::NameOf((folder / platform::PathOf(path)).lexically_normal());
 }
 
+/// One that came with this program: no results belong there.
+bool IsInstalledExample(const fs::path& folder) {
+  for (const char* examples : {"examples", "../share/gantry/examples"}) {
+    std::error_code error;
+    const fs::path place = fs::relative(folder, platform::ModuleDirectory() / examples, error);
+    if (!error && !place.empty() && *place.begin() != "..") return true;
+  }
+  return false;
+}
+
 void CompletePaths(CaseModel& model) {
   const fs::path file = fs::absolute(platform::PathOf(model.file));
   const fs::path folder = file.parent_path();
   if (model.general.title.empty()) model.general.title = platform::NameOf(file.stem());
-  if (model.general.output.empty()) model.general.output = "results";
-  model.general.output = FromFolder(folder, model.general.output);
+  std::string& output = model.general.output;
+  const bool isElsewhere = output.empty() && IsInstalledExample(folder);
+  output =
+      FromFolder(isElsewhere ? fs::current_path() : folder, output.empty() ? "results" : output);
   model.simulator.deck = FromFolder(folder, model.simulator.deck);
   model.simulator.storeFile = FromFolder(folder, model.simulator.storeFile);
   // A bare name is looked for along the search path by whoever starts it.
