@@ -39,6 +39,17 @@ void ScriptedReservoir::RegisterWells() {
   EndIPRAddWell(Handle());
 }
 
+double ScriptedReservoir::PressureOfLowestRate(size_t index) {
+  Well well = wells_.at(index);
+  well.rate = 3000.0;
+  const auto table = std::make_unique<_tGetSetData>();
+  const auto state = std::make_unique<_tGetSetData>();
+  well.FillTable(*table);
+  well.FillCurrent(*state);
+  TransformIPR(Handle(), well.name.c_str(), state.get(), table.get());
+  return table->pressure[table->pointCount - 1];
+}
+
 int32_t ScriptedReservoir::Answer(const char* call, char* text) {
   log.emplace_back(call);
   if (++calls != failingCall) return 0;

@@ -47,6 +47,8 @@ class ScriptedReservoir {
   void* Handle() const { return handle_.Get(); }
   std::vector<Well>& Wells() { return wells_; }
   void RegisterWells();
+  /// The pressure that the library gives the well's lowest rate; it tells one ratio from another.
+  double PressureOfLowestRate(size_t index = 0);
 
   /// The call, counted from 1 over all callbacks that can fail, that is to fail; 0 for none.
   int failingCall = 0;

@@ -1,6 +1,3 @@
-#include <cstring>
-#include <memory>
-
 #include <gtest/gtest.h>
 
 #include "open_file.h"
@@ -22,31 +19,21 @@ class StoredState : public ::testing::Test {
     ASSERT_EQ(content_.size(), static_cast<size_t>(end_));
   }
 
-  /// The transformed pressure by which one state is told from another.
-  static double Answer(ScriptedReservoir& reservoir) {
-    auto well = reservoir.Wells().front();
-    well.rate = 3000.0;
-    const auto table = std::make_unique<_tGetSetData>();
-    const auto state = std::make_unique<_tGetSetData>();
-    well.FillTable(*table);
-    well.FillCurrent(*state);
-    TransformIPR(reservoir.Handle(), "P1", state.get(), table.get());
-    return table->pressure[table->pointCount - 1];
-  }
-
   /// Loads `content` from the place where the block began, into a library that knows no ratio.
   struct Outcome {
     int32_t result;
     int64_t position;
     bool isChanged;
+    double answer;
   };
   Outcome Load(const std::string& content) {
     ScriptedReservoir fresh({{"P1", 4000.0, 10.0, 5.0}});
-    const double before = Answer(fresh);
+    const double before = fresh.PressureOfLowestRate();
     const OpenFile file(folder_.Write("copy", content));
     file.MoveTo(kBefore);
     const int32_t result = LoadIPR(fresh.Handle(), file.Handle());
-    return {result, file.Position(), Answer(fresh) != before};
+    const double answer = fresh.PressureOfLowestRate();
+    return {result, file.Position(), answer != before, answer};
   }
 
   static constexpr int64_t kBefore = 12;
@@ -62,12 +49,7 @@ TEST_F(StoredState, ComesBackFromTheMiddleOfAFile) {
   EXPECT_EQ(loaded.result, 0);
   EXPECT_EQ(loaded.position, end_);
   EXPECT_TRUE(loaded.isChanged);
-
-  ScriptedReservoir other({{"P1", 4000.0, 10.0, 5.0}});
-  const OpenFile file(path_);
-  file.MoveTo(kBefore);
-  ASSERT_EQ(LoadIPR(other.Handle(), file.Handle()), 0);
-  EXPECT_DOUBLE_EQ(Answer(other), Answer(saved_));
+  EXPECT_DOUBLE_EQ(loaded.answer, saved_.PressureOfLowestRate());
 }
 
 TEST_F(StoredState, WithADamagedByteChangesNothingAndLeavesTheRestReadable) {
@@ -88,13 +70,6 @@ TEST_F(StoredState, IsNotReadFromAFileThatEndsTooSoon) {
     EXPECT_FALSE(loaded.isChanged) << length;
     EXPECT_EQ(loaded.position, kBefore) << length;
   }
-}
-
-TEST_F(StoredState, OfAnotherMakerIsLeftWhereItStands) {
-  const Outcome loaded = Load(std::string(12, '\0') + std::string(200, 'x'));
-  EXPECT_NE(loaded.result, 0);
-  EXPECT_EQ(loaded.position, kBefore);
-  EXPECT_FALSE(loaded.isChanged);
 }
 
 TEST_F(StoredState, NeedsAFileThatCanBeWrittenAndRead) {

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -7,18 +6,6 @@
 
 namespace gantry::test {
 namespace {
-
-/// The pressure that the library gives the well's lowest rate; it tells one ratio from another.
-double PressureOfLowestRate(ScriptedReservoir& reservoir, size_t index) {
-  auto well = reservoir.Wells()[index];
-  well.rate = 3000.0;
-  const auto table = std::make_unique<_tGetSetData>();
-  const auto state = std::make_unique<_tGetSetData>();
-  well.FillTable(*table);
-  well.FillCurrent(*state);
-  TransformIPR(reservoir.Handle(), well.name.c_str(), state.get(), table.get());
-  return table->pressure[table->pointCount - 1];
-}
 
 std::vector<ScriptedReservoir::Well> TwoWells() {
   return {{"P1", 4000.0, 10.0, 5.0}, {"P2", 3500.0, 20.0, 16.0}};
@@ -37,20 +24,19 @@ TEST(WellTest, FlowsAllWellsTogetherThenShutsThem) {
 TEST(WellTest, FindsEachWellsOwnRatioAgainOnASecondTest) {
   ScriptedReservoir reservoir(TwoWells());
   ASSERT_EQ(SetupIPR(nullptr, reservoir.Handle()), 0);
-  const double first[] = {PressureOfLowestRate(reservoir, 0), PressureOfLowestRate(reservoir, 1)};
-  EXPECT_NEAR(first[0], reservoir.Wells()[0].FlowingPressure(0.0), 25.0);
-  EXPECT_NEAR(first[1], reservoir.Wells()[1].FlowingPressure(0.0), 25.0);
-
-  ASSERT_EQ(SetupIPR(nullptr, reservoir.Handle()), 0);
-  EXPECT_NEAR(PressureOfLowestRate(reservoir, 0), first[0], 1e-6);
-  EXPECT_NEAR(PressureOfLowestRate(reservoir, 1), first[1], 1e-6);
+  for (const size_t well : {0u, 1u}) {
+    const double first = reservoir.PressureOfLowestRate(well);
+    EXPECT_NEAR(first, reservoir.Wells()[well].FlowingPressure(0.0), 25.0);
+    ASSERT_EQ(SetupIPR(nullptr, reservoir.Handle()), 0);
+    EXPECT_NEAR(reservoir.PressureOfLowestRate(well), first, 1e-6);
+  }
 }
 
 TEST(WellTest, KeepsTheEarlierRatiosWhateverCallFails) {
   ScriptedReservoir reservoir(TwoWells());
   ASSERT_EQ(SetupIPR(nullptr, reservoir.Handle()), 0);
   const int callsOfOneTest = reservoir.calls;
-  const double before = PressureOfLowestRate(reservoir, 0);
+  const double before = reservoir.PressureOfLowestRate(0);
   for (int failing = 1; failing <= callsOfOneTest; ++failing) {
     reservoir.calls = 0;
     reservoir.failingCall = failing;
@@ -58,7 +44,7 @@ TEST(WellTest, KeepsTheEarlierRatiosWhateverCallFails) {
     EXPECT_NE(SetupIPR(nullptr, reservoir.Handle()), 0) << failing;
     EXPECT_EQ(reservoir.calls, failing) << "went on after a failure";
     reservoir.Wells()[0].blockIndex = 10.0;
-    EXPECT_DOUBLE_EQ(PressureOfLowestRate(reservoir, 0), before) << failing;
+    EXPECT_DOUBLE_EQ(reservoir.PressureOfLowestRate(0), before) << failing;
   }
   reservoir.failingCall = 0;
   EXPECT_EQ(SetupIPR(nullptr, reservoir.Handle()), 0) << "after the failures";
@@ -76,7 +62,7 @@ TEST(WellTest, PassesOverADeadWell) {
   ScriptedReservoir reservoir(wells);
   ASSERT_EQ(SetupIPR(nullptr, reservoir.Handle()), 0);
   EXPECT_EQ(std::ranges::count(reservoir.log, "flow"), 1);
-  EXPECT_NEAR(PressureOfLowestRate(reservoir, 1), 3500.0, 25.0);
+  EXPECT_NEAR(reservoir.PressureOfLowestRate(1), 3500.0, 25.0);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "client/v2016_2/intersect_client.h"
 #include "sample_deck.h"
 #include "served_simulator.h"
 #include "support/well_messages.h"
@@ -172,18 +171,22 @@ TEST_F(Session, KeepsUptimeWithinAWholeDay) {
 }
 
 TEST_F(Session, MeasuresInflowItself) {
-  const Entries reply = AskThenReady({"QUERY",
-                                      "QIPRDATA",
-                                      {"WELNAMES", Texts{"P"}},
-                                      {"PRESSURETYPES", Texts{"BOTTOM_HOLE_PRESSURE"}},
-                                      {"NPOINTS", Ints{4}},
-                                      {"SKEWNESS", Numbers{1.0}},
-                                      "END"});
-  ASSERT_EQ(reply.at(reply.size() - 3), Entry("ITEM", Texts{"BOTTOM_HOLE_PRESSURE"}));
-  const Numbers pressures = std::get<Numbers>(reply.at(reply.size() - 2).data);
-  ASSERT_EQ(pressures.size(), 4u);
-  EXPECT_NEAR(pressures.front(), 500.0, 1e-6);
-  EXPECT_TRUE(std::ranges::is_sorted(pressures));
+  for (const char* type : {"BOTTOM_HOLE_PRESSURE", "TUBING_HEAD_PRESSURE"}) {
+    const Entries reply = AskThenReady({"QUERY",
+                                        "QIPRDATA",
+                                        {"WELNAMES", Texts{"P"}},
+                                        {"PRESSURETYPES", Texts{type}},
+                                        {"NPOINTS", Ints{4}},
+                                        {"SKEWNESS", Numbers{1.0}},
+                                        "END"});
+    ASSERT_EQ(reply.at(reply.size() - 3), Entry("ITEM", Texts{type}));
+    const Numbers pressures = std::get<Numbers>(reply.at(reply.size() - 2).data);
+    ASSERT_EQ(pressures.size(), 4u);
+    EXPECT_TRUE(std::ranges::is_sorted(pressures));
+    if (type == std::string("BOTTOM_HOLE_PRESSURE")) {
+      EXPECT_NEAR(pressures.front(), 500.0, 1e-6);
+    }
+  }
 }
 
 TEST(SessionEnd, ComesWhenTheControllerHasGone) {
@@ -223,35 +226,6 @@ TEST(SessionEnd, ComesWithTheReasonWhenAMessageIsRefused) {
     }
     EXPECT_EQ(simulator.Failure(), reason);
   }
-}
-
-/// The other client drives the program itself, and a whole sweep.
-TEST(EarlierClient, DrivesAWholeRun) {
-  ServedSimulator simulator(SampleDeck(true));
-  {
-    v2016_2::IntersectClient client;
-    client.connect("localhost", simulator.Port(), 5);
-    EXPECT_EQ(client.query_reservoir_as_strings({"UNIT_SYSTEM"}).values[0][0], "ECLIPSE_METRIC");
-    EXPECT_TRUE(client.get_res_fluid_models().empty());
-    EXPECT_TRUE(client.get_fm_fluid_model().empty());
-    client.continue_simulation();
-    EXPECT_EQ(client.position(), AlgorithmicPosition::BEGIN_NEWTON);
-    client.set_status_for_wells({"P", "W"}, {"OPEN", "OPEN"}, "USER");
-    client.set_uptime_fractions_for_wells({"P"}, {0.9});
-    client.set_constraints_for_wells({"P", "W", "G"},
-                                     {{"LIQUID_PRODUCTION_RATE"}, {"WATER_INJECTION_RATE"}, {}},
-                                     {{80.0}, {100.0}, {}}, {{"USER"}, {"USER"}, {}});
-    const auto rates = client.query_wells({"W", "P"}, {"WATER_INJECTION_RATE", "WATER_CUT"});
-    EXPECT_EQ(rates.wells, (Strings{"W", "P"}));
-    EXPECT_NEAR(rates.values[0][0], 100.0, 1e-6);
-    const auto inflow = client.get_ipr_data_for_wells({"P"}, {"TUBING_HEAD_PRESSURE"}, 3, 2.5);
-    EXPECT_EQ(inflow.values.at(0).back().size(), 3u);
-    EXPECT_EQ(client.get_constraints_for_wells({"P"}).items.at(0).size(), 2u);
-    client.continue_simulation_until(1e6);
-    EXPECT_EQ(client.position(), AlgorithmicPosition::END_SIMULATE);
-    client.shutdown();
-  }
-  EXPECT_EQ(simulator.Failure(), "");
 }
 
 }  // namespace

@@ -128,18 +128,6 @@ TEST(Tank, ShowsWaterAtItsProducersOnlyWhenTheFrontHasCome) {
   EXPECT_LT(before, 1.0);
 }
 
-TEST(Well, RestsAtTheTanksPressure) {
-  const Deck deck = SampleDeck();
-  TankRun run(deck);
-  for (Well& well : run.Wells()) {
-    EXPECT_NEAR(well.FlowUnder({{LimitItem::kLiquidProduction, 0.0},
-                                {LimitItem::kWaterInjection, 0.0},
-                                {LimitItem::kGasInjection, 0.0}})
-                    .bottomHolePressure,
-                3200.0, 1e-9);
-  }
-}
-
 TEST(Well, HoldsTheTightestOfItsLimits) {
   const Deck deck = SampleDeck(false, "gas_saturation = 0.1");
   TankRun run(deck);
@@ -203,53 +191,6 @@ TEST(GasCycling, ConservesEveryComponent) {
                 moles * injector.InjectedComposition()[i], 1e-4 * moles);
   }
   EXPECT_GT(run.Tanks()[0].Pressure(), 4500.0);
-}
-
-TEST(GasCycling, MakesTheProducedGasLeaner) {
-  const Deck deck = ExampleDeck("gas_cycling/GAS_CYCLING.afi");
-  TankRun run(deck);
-  const auto condensate = [&] {
-    return run.Wells()[0].Flow().rates.oil / run.Wells()[0].Flow().rates.gas;
-  };
-  double before = condensate();
-  EXPECT_NEAR(before, 0.070, 0.02);  // stb/Mscf: a rich gas
-  run.Wells()[2].SetControllerLimits({{LimitItem::kGasInjection, 40000.0}});
-  for (double day = 365.0; day <= 1825.0; day += 365.0) {
-    run.AdvanceTo(day);
-    EXPECT_LT(condensate(), before);
-    before = condensate();
-  }
-}
-
-/// The comparative solution's controls: 20,000 STB/d on a floor of 1,000 psia, 100 MMscf/d.
-TEST(Odeh, HoldsThePublishedPlateauAndThenDeclinesOnTheFloor) {
-  const Deck deck = ExampleDeck("odeh/ODEH.afi");
-  TankRun run(deck);
-  Well& producer = run.Wells()[0];
-  Well& injector = run.Wells()[1];
-  producer.SetControllerLimits({{LimitItem::kOilProduction, 20000.0}});
-  injector.SetControllerLimits({{LimitItem::kGasInjection, 100000.0}});
-  double oilBefore = 20000.0;
-  double ratioBefore = 0.0;
-  for (int month = 1; month <= 120; ++month) {
-    run.AdvanceTo(month * 3650.0 / 120.0);
-    const WellVolumes& rates = producer.Flow().rates;
-    const double ratio = rates.gas / rates.oil;
-    if (month <= 36) {
-      EXPECT_NEAR(rates.oil, 20000.0, 1e-6);
-      EXPECT_NEAR(ratio, 1.27, 0.01);
-    }
-    if (rates.oil < 19999.0) {
-      EXPECT_NEAR(producer.Flow().bottomHolePressure, 1000.0, 1e-6);
-    }
-    EXPECT_LE(rates.oil, oilBefore + 1e-6);
-    EXPECT_GE(ratio, ratioBefore - 0.01);
-    EXPECT_NEAR(injector.Flow().rates.injectedGas, 100000.0, 1e-6);
-    oilBefore = rates.oil;
-    ratioBefore = ratio;
-  }
-  EXPECT_LT(oilBefore, 12000.0);
-  EXPECT_GT(ratioBefore, 8.0);
 }
 
 }  // namespace

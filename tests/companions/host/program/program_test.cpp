@@ -16,17 +16,32 @@ namespace fs = std::filesystem;
 class Program : public ::testing::Test {
  protected:
   Outcome Run(const std::vector<std::string>& arguments) { return RunFieldrun(folder_, arguments); }
+  /// What a run that comes to a good end prints.
+  std::string Succeed(const std::vector<std::string>& arguments) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return outcome.out;
+  }
+  /// What a run prints that ends with this status and tells of this on its standard error.
+  std::string Fail(const std::vector<std::string>& arguments, const std::string& complaint,
+                   int status = 1) {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.status, status) << outcome.err;
+    EXPECT_TRUE(std::regex_search(outcome.err, std::regex(complaint))) << outcome.err;
+    return outcome.out;
+  }
   std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Read(const std::string& name) const { return folder_.Read(folder_ / name); }
 
+  const std::string odeh_ = ExampleCase("odeh");
   gantry::test::TestFolder folder_;
 };
 
 TEST_F(Program, CallsTheModuleInTheOrderOfARun) {
-  const Outcome outcome = Run({"run", ExampleCase("gas_cycling"), "-o", Path("out"), "-n", "2",
-                               "--trace", Path("trace"), "--quiet"});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(outcome.out, "");
-  const std::string trace = gantry::test::TestFolder::Read(folder_ / "trace");
+  EXPECT_EQ(Succeed({"run", ExampleCase("gas_cycling"), "-o", Path("out"), "-n", "2", "--trace",
+                     Path("trace"), "--quiet"}),
+            "");
+  const std::string trace = Read("trace");
   std::string order;
   std::string last;
   static const std::regex kCall(R"((?:^|\n)(Ext[A-Za-z]+)\((\d+ )?)");
@@ -45,47 +60,63 @@ TEST_F(Program, CallsTheModuleInTheOrderOfARun) {
   EXPECT_NE(trace.find("composition=[0.02 0.86 0.09 0.03 0 0]"), std::string::npos);
 }
 
-TEST_F(Program, TellsABadCommandLineWithStatusTwo) {
-  const std::string odeh = ExampleCase("odeh");
+TEST_F(Program, TellsWhatItCantDoAndWhatTheModulePassesOverInSilence) {
+  const std::string parallel = "Intersect.CaseDetails.Parallel";
   const struct {
     std::vector<std::string> line;
-    std::string complaint;
+    int status;
+    std::string notice;  // how it begins
   } kLines[] = {
-      {{}, ""},
-      {{"rum"}, "there is no command \"rum\"; did you mean \"run\"?"},
-      {{"fly"}, "there is no command \"fly\"; see fieldrun --help"},
-      {{"run"}, "case is required"},
+      {{}, 2, "fieldrun: "},
+      {{"rum"}, 2, "fieldrun: there is no command \"rum\"; did you mean \"run\"?"},
+      {{"fly"}, 2, "fieldrun: there is no command \"fly\"; see fieldrun --help"},
+      {{"run"}, 2, "fieldrun: case is required"},
       {{"units", "--jsn"},
-       "The following argument was not expected: --jsn; did you mean \"--json\"?"},
-      {{"run", "a.toml", "--steps", "0"}, "--steps: "},
-      {{"do", odeh, "Intersect.Fly(1)"}, "the module has no command \"Fly\"; it has StartIX, "},
-      {{"variables", odeh, "--add", "P1:Colour"}, "--add P1:Colour: the label must be one of "},
-      {{"variables", odeh, "--read", "0"}, "--read and --write need --start: "},
-      {{"variables", odeh, "--start", "--write", "0=much"}, "--write 0=much: the value must be"},
+       2,
+       "fieldrun: The following argument was not expected: --jsn; did you mean \"--json\"?"},
+      {{"run", "a.toml", "--steps", "0"}, 2, "fieldrun: --steps: "},
+      {{"do", odeh_, "Intersect.Fly(1)"},
+       2,
+       "fieldrun: the module has no command \"Fly\"; it has StartIX, "},
+      {{"variables", odeh_, "--add", "P1:Colour"},
+       2,
+       "fieldrun: --add P1:Colour: the label must be one of "},
+      {{"variables", odeh_, "--read", "0"}, 2, "fieldrun: --read and --write need --start: "},
+      {{"variables", odeh_, "--start", "--write", "0=much"},
+       2,
+       "fieldrun: --write 0=much: the value must be"},
+      {{"variables", odeh_, "--add", "P1:Oil production rate"},
+       2,
+       odeh_ + ":9: variables are kept in the case's store_file, and [simulator] names none\n"},
+      {{"set", odeh_, parallel, "much"},
+       1,
+       "fieldrun: " + parallel + " takes a number; \"much\" has"},
+      {{"set", odeh_, parallel, "600"}, 0, "fieldrun: " + parallel + " is 512 now, not 600\n"},
+      {{"set", odeh_, parallel, "7"}, 0, ""},
+      {{"set", odeh_, "Intersect.CaseDetails.HeadNode", "node7"}, 0, ""},
+      {{"describe", odeh_, Path("d.xml")},
+       0,
+       "fieldrun: " + Path("d.xml") + " describes no wells, "},
   };
-  for (const auto& [line, complaint] : kLines) {
+  for (const auto& [line, status, notice] : kLines) {
     const Outcome outcome = Run(line);
-    EXPECT_EQ(outcome.status, 2) << outcome.err;
-    const std::string start = "fieldrun: " + complaint;
-    EXPECT_EQ(outcome.err.substr(0, start.size()), start);
+    EXPECT_EQ(outcome.status, status) << outcome.err;
+    EXPECT_EQ(outcome.err.substr(0, notice.empty() ? 1 : notice.size()), notice);
   }
 }
 
 TEST_F(Program, ChecksACaseAndItsDeckWithoutARun) {
-  EXPECT_EQ(Run({"check", ExampleCase("odeh")}).status, 0);
+  Succeed({"check", odeh_});
   const std::string file = ChangedExample(folder_, "five_spot", "diameter = 62", "diameter = 6.2");
   const auto change = [this](const std::string& name, const std::string& from, const char* to) {
-    std::string text = gantry::test::TestFolder::Read(folder_ / "five_spot" / name);
-    text.replace(text.find(from), from.size(), to);
-    folder_.Write("five_spot/" + name, text);
+    std::string text = Read("five_spot/" + name);
+    folder_.Write("five_spot/" + name, text.replace(text.find(from), from.size(), to));
   };
   EXPECT_NE(Run({"run", file, "-q", "-n", "1"}).err.find(":32: warning: diameter is 6.2 mm"),
             std::string::npos);
   change("case.toml", "max_liquid", "max_liqid");
   change("FIVE_SPOT.afi", "skin", "skn");
-  const Outcome outcome = Run({"check", file});
-  EXPECT_EQ(outcome.status, 2);
-  EXPECT_EQ(outcome.out,
+  EXPECT_EQ(Fail({"check", file}, "", 2),
             file +
                 ":32: warning: diameter is 6.2 mm, less than 19.05 mm: it can hardly be meant (6.2 "
                 "in could)\n" +
@@ -95,50 +126,25 @@ TEST_F(Program, ChecksACaseAndItsDeckWithoutARun) {
                 ": 2 errors, 1 warning\n");
 }
 
-TEST_F(Program, TellsWhatTheModulePassesOverInSilence) {
-  const std::string odeh = ExampleCase("odeh");
-  const std::string parallel = "Intersect.CaseDetails.Parallel";
-  const struct {
-    std::vector<std::string> line;
-    int status;
-    std::string notice;
-  } kLines[] = {
-      {{"set", odeh, parallel, "much"},
-       1,
-       "fieldrun: " + parallel + " takes a number; \"much\" has"},
-      {{"set", odeh, parallel, "600"}, 0, "fieldrun: " + parallel + " is 512 now, not 600\n"},
-      {{"set", odeh, parallel, "7"}, 0, ""},
-      {{"set", odeh, "Intersect.CaseDetails.HeadNode", "node7"}, 0, ""},
-      {{"describe", odeh, Path("d.xml")},
-       0,
-       "fieldrun: " + Path("d.xml") + " describes no wells, "},
-      {{"variables", odeh, "--add", "P1:Oil production rate"},
-       2,
-       odeh + ":9: variables are kept in the case's store_file, and [simulator] names none\n"},
-  };
-  for (const auto& [line, status, notice] : kLines) {
-    const Outcome outcome = Run(line);
-    EXPECT_EQ(outcome.status, status) << outcome.err;
-    EXPECT_EQ(outcome.err.substr(0, notice.empty() ? 1 : notice.size()), notice) << line[2];
-  }
-}
-
 TEST_F(Program, TellsARunToProgramsByALineForEachEvent) {
   const std::string file = ChangedExample(folder_, "five_spot", "diameter = 62", "diameter = 6.2");
-  const Outcome outcome = Run({"run", file, "-o", Path("out"), "-n", "2", "--json"});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
+  const std::string events = Succeed({"run", file, "-o", Path("out"), "-n", "2", "--json"});
   EXPECT_TRUE(std::regex_search(
-      outcome.out,
+      events,
       std::regex(R"(^\{"event":"start","run":.*"units":"metric".*"steps":2,.*:32: warning: .*\n)"
                  R"((?:\{.*\n)*\{"event":"step","step":1,.*"produced":\{"oil":\d.*\n)"
                  R"((?:\{.*\n)*\{"event":"step","step":2,.*"total_injected":\{.*"water":\d.*\n)"
                  R"((?:\{.*\n)*\{"event":"end","steps":2,.*"failure":"",.*\}\n$)")))
-      << outcome.out;
+      << events;
 }
 
-TEST_F(Program, NamesTheUnitsOfACase) {
-  const Outcome outcome = Run({"units", ExampleCase("five_spot"), "--json"});
-  EXPECT_TRUE(std::regex_search(outcome.out, std::regex(R"("pressure",\s+"unit": "bara")")));
+TEST_F(Program, NamesTheUnitsAndTheWellsOfACase) {
+  const auto units = Succeed({"units", ExampleCase("five_spot"), "--json"});
+  EXPECT_TRUE(std::regex_search(units, std::regex(R"("pressure",\s+"unit": "bara")"))) << units;
+  const auto wells = Succeed({"wells", odeh_, "--json"});
+  EXPECT_TRUE(std::regex_search(
+      wells, std::regex(R"("well": "INJ",\s+"kind": "gas injector",\s+"connected": true)")))
+      << wells;
 }
 
 TEST_F(Program, NamesTheLineOfACaseThatDoesntFitItsSimulator) {
@@ -157,54 +163,27 @@ TEST_F(Program, NamesTheLineOfACaseThatDoesntFitItsSimulator) {
   for (const auto& c : kCases) {
     fs::remove_all(folder_ / "odeh");
     const std::string file = ChangedExample(folder_, "odeh", c.part, c.replacement);
-    const Outcome outcome = Run({"run", file, "-n", "1"});
-    EXPECT_EQ(outcome.status, 2) << outcome.err;
-    EXPECT_TRUE(std::regex_search(outcome.err, std::regex(c.complaint))) << outcome.err;
+    Fail({"run", file, "-n", "1"}, c.complaint, 2);
     EXPECT_FALSE(fs::exists(folder_ / "odeh/results/wells.csv"));
   }
 }
 
 TEST_F(Program, FailsWithTheModulesOwnText) {
-  const std::string odeh = ExampleCase("odeh");
-  const Outcome missing =
-      Run({"run", odeh, "-o", Path("out"), "--simulator", Path("no-simulator")});
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_TRUE(std::regex_search(
-      missing.err, std::regex(R"(Could not start the simulator process: <.*> \(.*no-simulator\))")))
-      << missing.err;
+  Fail({"run", odeh_, "-o", Path("out"), "--simulator", Path("no-simulator")},
+       R"(Could not start the simulator process: <.*> \(.*no-simulator\))");
   EXPECT_FALSE(fs::exists(folder_ / "out/wells.csv"));
-
-  const Outcome noModule = Run({"identify", "--module", Path("libNone.so")});
-  EXPECT_EQ(noModule.status, 1);
-  EXPECT_NE(noModule.err.find("libNone.so"), std::string::npos);
-
-  const Outcome noProperty = Run({"get", odeh, "Intersect.CaseDetails.Nothing"});
-  EXPECT_EQ(noProperty.status, 1);
-  EXPECT_NE(noProperty.err.find("Intersect.CaseDetails.Nothing"), std::string::npos);
-
-  const Outcome onlyOne = Run({"get", odeh, "Intersect.Nothing", "Intersect.IsRunning"});
-  EXPECT_EQ(onlyOne.status, 1);
-  EXPECT_EQ(onlyOne.out, "0\n");
-  EXPECT_NE(onlyOne.err.find("Intersect.Nothing"), std::string::npos) << onlyOne.err;
-
-  const Outcome badCommand = Run({"do", odeh, "Other.StartIX()"});
-  EXPECT_EQ(badCommand.status, 1);
-  EXPECT_NE(badCommand.err.find("Invalid prefix"), std::string::npos);
-}
-
-TEST_F(Program, TellsOfAResultFolderThatCantBeMade) {
+  Fail({"identify", "--module", Path("libNone.so")}, "libNone\\.so");
+  EXPECT_EQ(Fail({"get", odeh_, "Intersect.Nothing", "Intersect.IsRunning"}, "Intersect\\.Nothing"),
+            "0\n");
+  Fail({"do", odeh_, "Other.StartIX()"}, "Invalid prefix");
   folder_.Write("taken", "");
-  const Outcome outcome = Run({"run", ExampleCase("odeh"), "-o", Path("taken")});
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_NE(outcome.err.find("taken"), std::string::npos) << outcome.err;
-  EXPECT_EQ(gantry::test::TestFolder::Read(folder_ / "taken"), "");
+  Fail({"run", odeh_, "-o", Path("taken")}, "taken");
+  EXPECT_EQ(Read("taken"), "");
 }
 
 TEST_F(Program, TellsOfADiskThatIsFull) {
-  EXPECT_EQ(Run({"identify", "--trace", Path("trace")}).status, 0);
-  const Outcome trace = Run({"identify", "--trace", "/dev/full"});
-  EXPECT_EQ(trace.status, 1);
-  EXPECT_NE(trace.err.find("/dev/full couldn't be written whole"), std::string::npos) << trace.err;
+  Succeed({"identify", "--trace", Path("trace")});
+  Fail({"identify", "--trace", "/dev/full"}, "/dev/full couldn't be written whole");
 
   const std::string script = folder_
                                  .Write("fieldrun",
@@ -212,119 +191,85 @@ TEST_F(Program, TellsOfADiskThatIsFull) {
                                         "exec \"" FIELDRUN "\" \"$@\"\n")
                                  .string();
   fs::permissions(script, fs::perms::owner_all);
-  const std::string odeh = ExampleCase("odeh");
-  const Outcome run = [&] {
+  {
     const gantry::test::ScopedVariable limited("GANTRY_FIELDRUN", script);
-    return Run({"run", odeh, "-o", Path("out"), "-q"});
-  }();
-  EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.err.find("inflow.csv can't be written: File too large"), std::string::npos)
-      << run.err;
+    Fail({"run", odeh_, "-o", Path("out"), "-q"}, "inflow\\.csv can't be written: File too large");
+  }
   const size_t steps = Table(folder_ / "out/field.csv").Rows();
   EXPECT_GT(steps, 4U);
   EXPECT_EQ(Table(folder_ / "out/inflow.csv").Rows(), 20 * steps) << "whole steps are kept";
-  EXPECT_EQ(Run({"report", Path("out")}).status, 0);
-}
-
-TEST_F(Program, ListsTheWellsOfACase) {
-  const Outcome outcome = Run({"wells", ExampleCase("odeh"), "--json"});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_TRUE(std::regex_search(
-      outcome.out, std::regex(R"("well": "INJ",\s+"kind": "gas injector",\s+"connected": true)")))
-      << outcome.out;
+  Succeed({"report", Path("out")});
 }
 
 TEST_F(Program, ReachesPropertiesAndCommandsOfARunningSimulator) {
-  const std::string odeh = ExampleCase("odeh");
-  const Outcome idle = Run({"get", odeh, "Intersect.IsRunning"});
-  EXPECT_EQ(idle.out, "0\n") << idle.err;
-  const Outcome running =
-      Run({"get", odeh, "--start", "--json", "Intersect.IsRunning", "Intersect.Well.$Count"});
-  ASSERT_EQ(running.status, 0) << running.err;
-  EXPECT_EQ(running.out,
-            "{\n  \"Intersect.IsRunning\": \"1\",\n  \"Intersect.Well.$Count\": \"2\"\n}\n");
-  EXPECT_EQ(Run({"do", odeh, "--start", "Intersect.RunToTime(31)"}).status, 0);
+  EXPECT_EQ(
+      Succeed({"get", odeh_, "--start", "--json", "Intersect.IsRunning", "Intersect.Well.$Count"}),
+      "{\n  \"Intersect.IsRunning\": \"1\",\n  \"Intersect.Well.$Count\": \"2\"\n}\n");
+  Succeed({"do", odeh_, "--start", "Intersect.RunToTime(31)"});
+  Succeed({"describe", odeh_, Path("d.xml"), "--start", "--well", "PROD", "--no-variables"});
+  EXPECT_NE(Read("d.xml").find("PROD"), std::string::npos);
+  EXPECT_EQ(Read("d.xml").find("INJ"), std::string::npos);
 }
 
 TEST_F(Program, SavesACaseAndLoadsItAgain) {
-  const std::string odeh = ExampleCase("odeh");
-  const Outcome set = Run({"set", odeh, "Intersect.CaseDetails.Parallel", "7", "--start", "--save",
-                           Path("case.block")});
-  ASSERT_EQ(set.status, 0) << set.err;
-  const Outcome load = Run({"load", Path("case.block")});
-  ASSERT_EQ(load.status, 0) << load.err;
-  EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(Parallel +7\n)"))) << load.out;
-  EXPECT_TRUE(std::regex_search(Run({"load", Path("case.block"), "--json"}).out,
+  const std::string block = Path("case.block");
+  Succeed({"set", odeh_, "Intersect.CaseDetails.Parallel", "7", "--start", "--save", block});
+  const std::string load = Succeed({"load", block});
+  EXPECT_TRUE(
+      std::regex_search(load, std::regex(R"(Parallel +7\n(.*\n)*(.* )?well PROD +producer\n)")))
+      << load;
+  EXPECT_TRUE(std::regex_search(Succeed({"load", block, "--json"}),
                                 std::regex(R"("Parallel",\s+"value": 7\s)")));
-  EXPECT_TRUE(std::regex_search(load.out, std::regex(R"(well PROD +producer\n)"))) << load.out;
-  EXPECT_EQ(Run({"get", odeh, "--block", Path("case.block"), "--simulator", "/bin/other",
-                 "Intersect.CaseDetails.SimExeName"})
-                .out,
+  EXPECT_EQ(Succeed({"get", odeh_, "--block", block, "--simulator", "/bin/other",
+                     "Intersect.CaseDetails.SimExeName"}),
             "/bin/other\n");
-
-  folder_.Write("torn.block", gantry::test::TestFolder::Read(folder_ / "case.block").substr(0, 40));
-  const Outcome torn = Run({"load", Path("torn.block")});
-  EXPECT_EQ(torn.status, 1);
-  EXPECT_NE(torn.err.find("Failed in reading all case data - buffer overflow"), std::string::npos);
-  EXPECT_EQ(Run({"load", folder_.Path().string()}).status, 2);
+  folder_.Write("torn.block", Read("case.block").substr(0, 40));
+  Fail({"load", Path("torn.block")}, "Failed in reading all case data - buffer overflow");
+  Fail({"load", folder_.Path().string()}, "", 2);
 }
 
 TEST_F(Program, KeepsTheVariablesThatAreAddedAndDeleted) {
-  const std::string model =
-      "[simulator]\ndeck = \"deck.afi\"\nstore_file = \"case.state\"\n[time]\nsteps = 1\n";
-  folder_.Write("case.toml", model);
+  const std::string file =
+      folder_
+          .Write(
+              "case.toml",
+              "[simulator]\ndeck = \"deck.afi\"\nstore_file = \"case.state\"\n[time]\nsteps = 1\n")
+          .string();
   folder_.Write("deck.afi", "");
   const std::string oil = "P1:Oil production rate";
   const std::string cut = "P:2:WATER_CUT";  // by its key, of a well with a colon in its name
-  ASSERT_EQ(Run({"variables", Path("case.toml"), "--add", oil, "--add", cut}).status, 0);
-  ASSERT_EQ(Run({"variables", Path("case.toml"), "--add", oil}).status, 0);
+  Succeed({"variables", file, "--add", oil, "--add", cut});
+  Succeed({"variables", file, "--add", oil});
   const std::regex both(
       R"(0 +P1:Oil production rate +P1 +30801 +yes\n1 +P:2:Water cut +P:2 .*no\n$)");
-  const Outcome kept = Run({"variables", Path("case.toml")});
-  EXPECT_TRUE(std::regex_search(kept.out, both)) << kept.out << kept.err;
-
-  ASSERT_EQ(Run({"variables", Path("case.toml"), "--delete", "-1"}).status, 0);
-  EXPECT_EQ(Run({"variables", Path("case.toml")}).out.find("Oil"), std::string::npos);
+  const std::string kept = Succeed({"variables", file});
+  EXPECT_TRUE(std::regex_search(kept, both)) << kept;
+  Succeed({"variables", file, "--delete", "-1"});
+  EXPECT_EQ(Succeed({"variables", file}).find("Oil"), std::string::npos);
 
   fs::remove(folder_ / "case.state");
   fs::create_directory(folder_ / "case.state");  // which no file can take the place of
-  const Outcome lost = Run({"variables", Path("case.toml"), "--add", oil});
-  EXPECT_EQ(lost.status, 1);
-  EXPECT_NE(lost.err.find("couldn't be kept in"), std::string::npos) << lost.err;
-}
-
-TEST_F(Program, WritesTheDescriptionOfChosenWells) {
-  const Outcome outcome = Run({"describe", ExampleCase("odeh"), Path("d.xml"), "--start", "--well",
-                               "PROD", "--no-variables"});
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
-  const std::string xml = gantry::test::TestFolder::Read(folder_ / "d.xml");
-  EXPECT_NE(xml.find("PROD"), std::string::npos);
-  EXPECT_EQ(xml.find("INJ"), std::string::npos);
+  Fail({"variables", file, "--add", oil}, "couldn't be kept in");
 }
 
 // The module and the simulator speak the host's code page.
 TEST_F(Program, KnowsWellsAndFoldersByNamesBeyondAscii) {
   const std::string name = "\u00C9t\u00E9 5\u20AC";
   ChangedExample(folder_, "odeh", "\"PROD\"", "\"" + name + "\"");
-  std::string deck = gantry::test::TestFolder::Read(folder_ / "odeh/ODEH.afi");
-  deck.replace(deck.find("\"PROD\""), 6, "\"" + name + "\"");
-  folder_.Write("odeh/ODEH.afi", deck);
+  std::string deck = Read("odeh/ODEH.afi");
+  folder_.Write("odeh/ODEH.afi", deck.replace(deck.find("\"PROD\""), 6, "\"" + name + "\""));
   const fs::path folder = folder_.Path() / u8"d\u00E9p\u00F4t des cas";
   fs::rename(folder_ / "odeh", folder);
   const std::u8string bytes = (folder / "case.toml").u8string();
   const std::string file(bytes.begin(), bytes.end());
-  const Outcome run = Run({"run", file, "-n", "1", "-o", Path("out"), "-t", Path("trace"), "-q"});
-  ASSERT_EQ(run.status, 0) << run.err;
+  Succeed({"run", file, "-n", "1", "-o", Path("out"), "-t", Path("trace"), "-q"});
   EXPECT_EQ(Table(folder_ / "out/wells.csv").Text(0, "well"), name);
-  EXPECT_NE(Run({"wells", file}).out.find(name), std::string::npos);
+  EXPECT_NE(Succeed({"wells", file}).find(name), std::string::npos);
   const std::string path = "Intersect.StaticWell[{" + name + "}].Name";
-  EXPECT_EQ(Run({"get", file, "--start", path}).out, name + "\n");
-  EXPECT_EQ(Run({"describe", file, Path("d.xml"), "--start", "--well", name}).status, 0);
-  EXPECT_NE(gantry::test::TestFolder::Read(folder_ / "d.xml").find(name), std::string::npos);
-
-  const Outcome lacking = Run({"get", file, "Intersect.StaticWell[{\u0416}].Name"});
-  EXPECT_EQ(lacking.status, 1);
-  EXPECT_NE(lacking.err.find("\u0416"), std::string::npos) << lacking.err;
+  EXPECT_EQ(Succeed({"get", file, "--start", path}), name + "\n");
+  Succeed({"describe", file, Path("d.xml"), "--start", "--well", name});
+  EXPECT_NE(Read("d.xml").find(name), std::string::npos);
+  Fail({"get", file, "Intersect.StaticWell[{\u0416}].Name"}, "\u0416");
 }
 
 TEST_F(Program, RunsAScriptBetweenTheSteps) {
@@ -333,31 +278,21 @@ TEST_F(Program, RunsAScriptBetweenTheSteps) {
                 "* get Intersect.CurrentElapsedDays\n"
                 "2 set Intersect.StaticWell[{PROD}].OpMode 2\n"
                 "2 get Intersect.StaticWell[{PROD}].OpMode\n");
-  const std::string odeh = ExampleCase("odeh");
-  const std::vector<std::string> line{"run", odeh,        "-q",       "-n",          "2",
+  const std::vector<std::string> line{"run", odeh_,       "-q",       "-n",          "2",
                                       "-o",  Path("out"), "--script", Path("script")};
-  const Outcome outcome = Run(line);
-  ASSERT_EQ(outcome.status, 0) << outcome.err;
-  EXPECT_EQ(outcome.out,
+  EXPECT_EQ(Succeed(line),
             "step 1: Intersect.CurrentElapsedDays = 0\n"
             "step 2: Intersect.CurrentElapsedDays = 31\n"
             "step 2: Intersect.StaticWell[{PROD}].OpMode = 2\n");
 
   folder_.Write("script", "2 do Intersect.RunToTime(1)\n");
-  const Outcome failed = Run(line);
-  EXPECT_EQ(failed.status, 1);
-  EXPECT_NE(failed.err.find("RunToTime called for a time which has already passed"),
-            std::string::npos);
+  Fail(line, "RunToTime called for a time which has already passed");
   Table field(folder_ / "out/field.csv");
   ASSERT_EQ(field.Rows(), 1U) << "the step that was run is reported";
   EXPECT_EQ(field.Text(0, "total oil (STB)"), "620000");
 
   folder_.Write("script", "2 do Intersect.StopIX()\n");
-  const Outcome lost = Run(line);
-  EXPECT_EQ(lost.status, 1);
-  EXPECT_NE(lost.err.find("warning: 2015-01-01: nothing tells the rates of step 1"),
-            std::string::npos)
-      << lost.err;
+  Fail(line, "warning: 2015-01-01: nothing tells the rates of step 1");
   field = Table(folder_ / "out/field.csv");
   ASSERT_EQ(field.Rows(), 1U);
   EXPECT_EQ(field.Text(0, "oil (STB/d)") + field.Text(0, "total oil (STB)"), "")
@@ -366,22 +301,15 @@ TEST_F(Program, RunsAScriptBetweenTheSteps) {
   for (const char* bad : {"0 get X", "one get X", "1 fetch X", "1 get", "1 set X", "1 get X Y",
                           "1 do Intersect.Fly()"}) {
     folder_.Write("script", std::string("\n") + bad + "\n");
-    const Outcome refused = Run(line);
-    EXPECT_EQ(refused.status, 2) << bad;
-    EXPECT_NE(refused.err.find("script:2: "), std::string::npos) << refused.err;
+    Fail(line, "script:2: ", 2);
   }
 }
 
 TEST_F(Program, SaysThatADialogCantBeShown) {
   gantry::test::SetEnvironment("DISPLAY", "");
-  for (const std::vector<std::string>& line :
-       {std::vector<std::string>{"configure"}, {"edit", ExampleCase("odeh")}}) {
-    const Outcome outcome = Run(line);
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_NE(outcome.err.find("There is no display to show a dialog on"), std::string::npos)
-        << outcome.err;
-  }
-  EXPECT_EQ(Run({"export", ExampleCase("odeh")}).status, 1);
+  Fail({"configure"}, "There is no display to show a dialog on");
+  Fail({"edit", odeh_}, "There is no display to show a dialog on");
+  Fail({"export", odeh_}, "");
 }
 
 }  // namespace
