@@ -41,13 +41,18 @@ class Tanksim : public testing::Test {
   static std::string PortOption(uint16_t port) {
     return fmt::format("--dopt=external_controller_port:{}", port);
   }
-  void WriteDeck() const { folder.Write("CASE.afi", SampleDeckText()); }
+  /// Of a run that ends with status 1.
+  std::string ErrorsOf(const std::string& arguments) const {
+    const Outcome outcome = Run(arguments);
+    EXPECT_EQ(outcome.exitCode, 1) << arguments;
+    return outcome.errors;
+  }
+  void SetUp() override { folder.Write("CASE.afi", SampleDeckText()); }
 
   gantry::test::TestFolder folder;
 };
 
 TEST_F(Tanksim, RunsToAShutdownAndLogsItsMessagesOnlyWhenAsked) {
-  WriteDeck();
   for (const char* const option : {"--dopt=other_tool:fast", "--dopt=external_controller_logger"}) {
     const uint16_t port = FreePort();
     EXPECT_FALSE(std::filesystem::exists(folder / "CASE.ecreplay"));
@@ -75,7 +80,6 @@ TEST_F(Tanksim, RunsToAShutdownAndLogsItsMessagesOnlyWhenAsked) {
 }
 
 TEST_F(Tanksim, EndsWhenItsControllerGoes) {
-  WriteDeck();
   const uint16_t port = FreePort();
   auto simulator = Start("CASE " + PortOption(port));
   {
@@ -87,23 +91,14 @@ TEST_F(Tanksim, EndsWhenItsControllerGoes) {
   EXPECT_NE(outcome.errors.find("the controller has gone without a shutdown"), std::string::npos);
 }
 
-TEST_F(Tanksim, EndsWhenNoControllerComes) {
-  WriteDeck();
-  const uint16_t port = FreePort();
-  const Outcome outcome = Run("CASE --dopt=external_controller_wait:0 " + PortOption(port));
-  EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_EQ(outcome.errors,
-            fmt::format("tanksim: no controller came to port {} within 0 seconds\n", port));
-}
-
-TEST_F(Tanksim, SaysThatItsPortIsTaken) {
-  WriteDeck();
+TEST_F(Tanksim, EndsWhenNoControllerComesOrItsPortIsTaken) {
   const TcpListener other(0);
-  const Outcome outcome = Run("CASE " + PortOption(other.Port()));
-  EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(
-      outcome.errors,
+      ErrorsOf("CASE " + PortOption(other.Port())),
       fmt::format("tanksim: can't listen on port {}: Address already in use\n", other.Port()));
+  const uint16_t port = FreePort();
+  EXPECT_EQ(ErrorsOf("CASE --dopt=external_controller_wait:0 " + PortOption(port)),
+            fmt::format("tanksim: no controller came to port {} within 0 seconds\n", port));
 }
 
 TEST_F(Tanksim, TellsWhereADeckIsBadWithARunOrWithout) {
@@ -117,23 +112,20 @@ TEST_F(Tanksim, TellsWhereADeckIsBadWithARunOrWithout) {
   };
   for (const auto& [deck, fault] : kDecks) {
     folder.Write("CASE.afi", deck);
-    const Outcome run = Run("CASE " + PortOption(FreePort()));
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.errors, fault);
+    EXPECT_EQ(ErrorsOf("CASE " + PortOption(FreePort())), fault);
     const Outcome check = Run("--check CASE.afi");
     EXPECT_EQ(check.exitCode, 1);
     EXPECT_EQ(check.output, fault);
   }
-  WriteDeck();
+  SetUp();
   const Outcome good = Run("--check CASE.afi");
   EXPECT_EQ(good.output + good.errors, "");
   EXPECT_EQ(good.exitCode, 0);
-  EXPECT_EQ(Run("MISSING " + PortOption(FreePort())).errors,
+  EXPECT_EQ(ErrorsOf("MISSING " + PortOption(FreePort())),
             "MISSING.afi:1: the deck can't be read\n");
 }
 
 TEST_F(Tanksim, RefusesABadCommandLine) {
-  WriteDeck();
   const std::string commandLines[] = {"",
                                       "CASE",
                                       "CASE --dopt=external_controller_port",
