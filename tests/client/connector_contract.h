@@ -81,18 +81,15 @@ TYPED_TEST_P(ConnectorContract, KnowsTheRun) {
 }
 
 TYPED_TEST_P(ConnectorContract, RefusesASimulatorThatIsTooOldOrTooNew) {
-  this->field.version = "2016.1 and older";
-  EXPECT_TRUE(FailureOf([this] {
-                this->Connect();
-              }).starts_with("The simulator version (2016.1) is too old for the connector"));
-  this->field.version = "10000.5";
-  EXPECT_TRUE(FailureOf([this] {
-                this->Connect();
-              }).starts_with("The simulator version (10000.5) is too new for the connector"));
-  this->field.version = " 1e999";
-  EXPECT_TRUE(FailureOf([this] {
-                this->Connect();
-              }).starts_with("The simulator version (inf) is too new for the connector"));
+  for (const auto& [version, failure] : {std::pair{"2016.1 and older", "(2016.1) is too old"},
+                                         {"10000.5", "(10000.5) is too new"},
+                                         {" 1e999", "(inf) is too new"}}) {
+    this->field.version = version;
+    EXPECT_TRUE(
+        FailureOf([this] {
+          this->Connect();
+        }).starts_with(std::string("The simulator version ") + failure + " for the connector"));
+  }
 }
 
 TYPED_TEST_P(ConnectorContract, ListsEveryWell) {
@@ -216,14 +213,6 @@ TYPED_TEST_P(ConnectorContract, AttachesInjectionSourcesWhereItsVersionCan) {
   }
 }
 
-TYPED_TEST_P(ConnectorContract, ReadsVariablesByTheirUnits) {
-  Doubles values = {-1.0};
-  this->Advance().GetWellVariables("P2", {"OIL_PRODUCTION_RATE", "BOTTOM_HOLE_PRESSURE"},
-                                   {kNoUnit, kPressure}, values);
-  EXPECT_EQ(values,
-            (Doubles{-1.0, 375.0, this->Expected("P2", "BOTTOM_HOLE_PRESSURE", kPressure)}));
-}
-
 TYPED_TEST_P(ConnectorContract, AsksNothingForNoWells) {
   CExtConnectorBase& connector = this->Advance();
   const int before = this->field.requests;
@@ -233,19 +222,12 @@ TYPED_TEST_P(ConnectorContract, AsksNothingForNoWells) {
   EXPECT_EQ(this->field.requests, before);
 }
 
-TYPED_TEST_P(ConnectorContract, FailsWithATextWhenItsPeerHasGone) {
-  CExtConnectorBase& connector = this->Advance();
-  this->field.isGone = true;
-  EXPECT_NE(FailureOf([&] { connector.RunUntil(10.0); }), "");
-}
-
 REGISTER_TYPED_TEST_SUITE_P(ConnectorContract, KnowsTheRun, RefusesASimulatorThatIsTooOldOrTooNew,
                             ListsEveryWell, TellsTheEquationOfState, ReadsWellsInTheDriversUnits,
                             MeasuresTheInflowOfEveryKindOfWell,
                             FindsARecordByItsNameInWhateverOrder,
                             PacksThePointsBySkewnessAndTakesEitherPressure,
                             SendsWhatTheHostDecidedInTheSimulatorsUnits,
-                            AttachesInjectionSourcesWhereItsVersionCan, ReadsVariablesByTheirUnits,
-                            AsksNothingForNoWells, FailsWithATextWhenItsPeerHasGone);
+                            AttachesInjectionSourcesWhereItsVersionCan, AsksNothingForNoWells);
 
 }  // namespace gantry::test

@@ -10,12 +10,10 @@
 #include "support/free_ports.h"
 #include "support/raised.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
-using test::Raised;
-
-uint16_t FreePort() { return static_cast<uint16_t>(test::FreePorts()); }
+uint16_t FreePort() { return static_cast<uint16_t>(FreePorts()); }
 
 TEST(Connecting, GivesUpOnceTheWholeSecondsExceedTheLimit) {
   const auto start = std::chrono::steady_clock::now();
@@ -70,4 +68,4 @@ TEST(Listening, GivesUpWhenNobodyComesAndTakesALaterPeer) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

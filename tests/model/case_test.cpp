@@ -36,6 +36,7 @@ TEST_F(Case, OpensWithItsWellsAndWithoutASimulator) {
   ASSERT_EQ(Load(), 0) << Error();
   EXPECT_EQ(Get("StaticWell[1].Name"), "G1");
   EXPECT_EQ(Get("StaticWell[1].OpMode"), "2");
+  EXPECT_EQ(Get("StaticWell[1].SourceType"), "2");
   EXPECT_EQ(Get("StaticWell[0].Connected"), "0");
   EXPECT_EQ(Command(23), 0);
   EXPECT_EQ(Command(23), 0) << "and again until something clears it";

@@ -129,8 +129,6 @@ TEST_F(Step, NeedsARunningSimulator) {
     EXPECT_EQ(Command(command), 1);
     EXPECT_EQ(Error(), "The simulation process is not running.");
   }
-  EXPECT_EQ(StepBy(1.0), 1);
-  EXPECT_EQ(Error(), "The simulation process is not running.");
 }
 
 TEST_F(Step, EndsTheRunWhereTheSimulationEnds) {

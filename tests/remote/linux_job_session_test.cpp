@@ -12,16 +12,8 @@
 #include "support/isolation.h"
 #include "support/scripted_peer.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
-
-using test::BareRequest;
-using test::Double;
-using test::Framed;
-using test::Int;
-using test::kAccepted;
-using test::Message;
-using test::ScriptedPeer;
 
 std::string UserInLowerCase() {
   std::string name = platform::LogInName().value_or("");
@@ -90,8 +82,8 @@ std::string StartFailure(const ScriptedPeer& peer, bool logs = true) {
 }
 
 TEST(LinuxJobSession, TellsTheBatchScenario) {
-  const test::ScopedVariable job("LSB_JOBID", "77");
-  const test::ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
+  const ScopedVariable job("LSB_JOBID", "77");
+  const ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
   ScriptedPeer peer;
   Hear(peer, "5", "0").ReplyBytes(Framed("no")).Start();
   EXPECT_EQ(StartFailure(peer, false), "no");
@@ -141,7 +133,7 @@ TEST(LinuxJobSession, TellsWhereTheConnectionBroke) {
 }
 
 TEST(LinuxJobSession, NamesAnIntegerThatIsThrown) {
-  test::PassingCalls calls;
+  PassingCalls calls;
   calls.findHost = [](const std::string&) -> std::optional<uint32_t> { throw 10061; };
   LinkSettings settings;
   settings.HeadNode = "head";
@@ -156,10 +148,10 @@ TEST(LinuxJobSession, NamesAnIntegerThatIsThrown) {
 TEST(LinuxJobSession, ReportsAConnectorThatCannotBeMade) {
   ScriptedPeer peer;
   Hear(peer).ReplyBytes(Framed("OK|node017"));
-  peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, test::kRefused)).Start();
+  peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, kRefused)).Start();
   EXPECT_EQ(StartFailure(peer),
             "Abnormal error: Unexpected acknowledgement from Intersect controller");
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

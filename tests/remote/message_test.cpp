@@ -5,7 +5,7 @@
 #include "remote/remote_message.h"
 #include "remote/wire_bytes.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 MessageReader ReaderOf(const std::string& bytes) {
@@ -33,8 +33,7 @@ TEST(MessageReader, ReadsWhatAWriterPutsOneBehindTheOther) {
   writer.PutDoubleArray(std::vector<double>{3.0});
   const std::string bytes(reinterpret_cast<const char*>(writer.Bytes().data()),
                           writer.Bytes().size());
-  EXPECT_EQ(bytes, test::Int(-2) + test::Double(1.5) + "\7" + test::Text(cut) + test::Int(1) +
-                       test::Int(2) + test::Double(3.0));
+  EXPECT_EQ(bytes, Int(-2) + Double(1.5) + "\7" + Text(cut) + Int(1) + Int(2) + Double(3.0));
   MessageReader reader = ReaderOf(bytes);
   EXPECT_EQ(reader.GetInt(), -2);
   EXPECT_EQ(reader.GetDouble(), 1.5);
@@ -51,14 +50,14 @@ TEST(MessageReader, NeverLeavesItsBytes) {
       {std::string(3, '\0'), [](MessageReader& reader) { reader.GetInt(); }},
       {std::string(7, '\0'), [](MessageReader& reader) { reader.GetDouble(); }},
       {"", [](MessageReader& reader) { reader.GetByte(); }},
-      {test::Int(2) + "x", [](MessageReader& reader) { reader.GetText(); }},
-      {test::Int(-1) + "x", [](MessageReader& reader) { reader.GetText(); }},
-      {test::Int(0x7fffffff) + "x", [](MessageReader& reader) { reader.GetText(); }},
-      {test::Int(2) + test::Text(""), [](MessageReader& reader) { GetTexts(reader); }},
-      {test::Int(-1), [](MessageReader& reader) { GetTexts(reader); }},
-      {test::Int(0x7fffffff), [](MessageReader& reader) { GetTextRows(reader); }},
-      {test::Int(0x7fffffff), [](MessageReader& reader) { GetDoubleRows(reader); }},
-      {test::Int(0x20000001) + std::string(8, 'x'),
+      {Int(2) + "x", [](MessageReader& reader) { reader.GetText(); }},
+      {Int(-1) + "x", [](MessageReader& reader) { reader.GetText(); }},
+      {Int(0x7fffffff) + "x", [](MessageReader& reader) { reader.GetText(); }},
+      {Int(2) + Text(""), [](MessageReader& reader) { GetTexts(reader); }},
+      {Int(-1), [](MessageReader& reader) { GetTexts(reader); }},
+      {Int(0x7fffffff), [](MessageReader& reader) { GetTextRows(reader); }},
+      {Int(0x7fffffff), [](MessageReader& reader) { GetDoubleRows(reader); }},
+      {Int(0x20000001) + std::string(8, 'x'),
        [](MessageReader& reader) {
          Doubles values;
          GetDoubles(reader, values);
@@ -71,4 +70,4 @@ TEST(MessageReader, NeverLeavesItsBytes) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

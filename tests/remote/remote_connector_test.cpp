@@ -13,20 +13,8 @@
 #include "support/row_tables.h"
 #include "support/scripted_peer.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
-
-using test::BareRequest;
-using test::Double;
-using test::DoubleList;
-using test::Int;
-using test::kAccepted;
-using test::kRefused;
-using test::Message;
-using test::RowsOf;
-using test::ScriptedPeer;
-using test::Text;
-using test::TextList;
 
 /// The factors of a metric simulator.
 constexpr double kLiquid = 0.158987;
@@ -354,7 +342,7 @@ TEST(RemoteConnector, RefusesInflowWithoutARecordOrOfMorePointsThanAReplyCanHold
 
 TEST(RemoteConnector, WaitsForNothingOnceAReplyWasLongerThanItsBuffer) {
   Controller controller;
-  controller.Exchange(BareRequest(4), test::Framed(Int(4) + std::string(1048572, '\0')))
+  controller.Exchange(BareRequest(4), Framed(Int(4) + std::string(1048572, '\0')))
       .Exchange(BareRequest(4), Int(1048577) + Int(100))
       .Exchange(BareRequest(7), "")
       .Exchange(BareRequest(65520), "");
@@ -405,4 +393,4 @@ TEST(RemoteConnector, TellsWhyASessionCannotBeEstablished) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -12,15 +12,11 @@
 #include "support/free_ports.h"
 #include "support/scripted_peer.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 using platform::kSocketError;
 using platform::SocketHandle;
-using test::Framed;
-using test::Int;
-using test::PassingCalls;
-using test::ScriptedPeer;
 
 /// What a call throws, the socket layer's own manner: plain and text objects.
 template <class Call>
@@ -220,14 +216,13 @@ TEST(SocketClient, ConnectsWithATimeLimitAndBlocksAfterwards) {
 
 TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
   const std::vector<std::pair<int, std::string>> cases = {
-      {-1,
-       "select() returned SOCKET_ERROR. Last error was " + std::to_string(test::kInProgressError)},
+      {-1, "select() returned SOCKET_ERROR. Last error was " + std::to_string(kInProgressError)},
       {0, "select() failed: time limit (7 secs) expired"},
       {-2, "Unknown error: select() returned -2"}};
   for (const auto& [result, text] : cases) {
     PassingCalls calls;
     calls.connect = [](SocketHandle, uint32_t, uint16_t) { return kSocketError; };
-    calls.lastError = [] { return test::kInProgressError; };
+    calls.lastError = [] { return kInProgressError; };
     calls.select = [&answer = result](std::optional<int> limit) {
       EXPECT_EQ(limit, 7);
       return answer;
@@ -237,7 +232,7 @@ TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
 }
 
 TEST(SocketServer, TakesOnePeerAfterAnotherOnAPortOfItsOwn) {
-  const uint16_t port = static_cast<uint16_t>(test::FreePorts());
+  const uint16_t port = static_cast<uint16_t>(FreePorts());
   EXPECT_EQ(IsPortFree(port), 0);
   SocketServer server(port, 5);
   EXPECT_EQ(IsPortFree(port), -2);
@@ -257,4 +252,4 @@ TEST(SocketServer, TakesOnePeerAfterAnotherOnAPortOfItsOwn) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -8,12 +8,8 @@
 #include "settings/link_settings.h"
 #include "settings/static_well_data.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
-
-using test::Header;
-using test::Text;
-using test::Word;
 
 /// Everything that a block holds, in one place.
 struct Case {
@@ -170,4 +166,4 @@ TEST(CaseData, AnyCorruptionIsSurvivedWithinTheBlocksOwnSize) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -9,13 +9,8 @@
 #include "settings/well_variable_catalogue.h"
 #include "support/well_messages.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
-
-using test::ScriptedPeer;
-using test::WellAnswer;
-using test::WellConstraint;
-using test::WellQuestion;
 
 CExportedVariable& Add(CExportedVariableWellParent& parent, const std::string& label, uint32_t kind,
                        int32_t family = -1) {
@@ -136,4 +131,4 @@ TEST(ExportedVariable, IsReadAndSetElementByElementInTheDriversUnits) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -6,7 +6,7 @@
 #include "settings/machine_config.h"
 #include "support/test_folder.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 TEST(LinkSettings, CutsTheDatasetPathByItsOwnRule) {
@@ -76,7 +76,7 @@ TEST(LinkSettings, TheNumberOfProcessesIsHeldWithinItsRangeByReadingToo) {
 }
 
 TEST(LinkSettings, TheRegistryKeepsTheLastUsedValues) {
-  const test::TestFolder folder;
+  const TestFolder folder;
   LinkSettings saved;
   saved.SimExeName = "C:\\ix.exe";
   saved.FileName = "a.afi";
@@ -106,4 +106,4 @@ TEST(LinkSettings, TheRegistryKeepsTheLastUsedValues) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

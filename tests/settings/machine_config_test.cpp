@@ -8,7 +8,7 @@
 #include "platform/registry.h"
 #include "support/test_folder.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 using platform::RegistryKey;
@@ -19,7 +19,7 @@ class MachineConfig : public testing::Test {
     return RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
   }
 
-  test::TestFolder folder_;
+  TestFolder folder_;
 };
 
 TEST_F(MachineConfig, IsSavedWhenItGoes) {
@@ -129,4 +129,4 @@ TEST_F(MachineConfig, LoadsFromAnotherPlaceButTheUsersOwnPropertiesAndAppends) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -10,13 +10,8 @@
 #include "settings/static_well_data.h"
 #include "support/well_messages.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
-
-using test::ScriptedPeer;
-using test::WellAnswer;
-using test::WellConstraint;
-using test::WellQuestion;
 
 std::string Outcome(bool handled, const TagParser& parser, const std::string& reply) {
   EXPECT_EQ(handled, parser.ErrorText.empty());
@@ -173,4 +168,4 @@ TEST(Source, IsControlledByItsTypeItsModeAndItsGasLiquidRatio) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

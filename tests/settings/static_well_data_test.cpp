@@ -1,7 +1,5 @@
 #include "settings/static_well_data.h"
 
-#include <array>
-
 #include <gtest/gtest.h>
 
 #include "settings/source.h"
@@ -13,26 +11,6 @@ StaticWellDataCollection WellsNamed(const std::vector<std::string>& names) {
   StaticWellDataCollection wells;
   for (const std::string& name : names) wells.Items.emplace_back().Name = name;
   return wells;
-}
-
-TEST(StaticWells, AreReachedUnderTheirWord) {
-  StaticWellDataCollection wells = WellsNamed({"P1", "I1"});
-  wells.Items[1].SourceType = kGasInjector;
-  wells.Items[1].OpMode = 3;
-  const std::pair<const char*, const char*> reads[] = {{"StaticWell[{I1}].Name", "I1"},
-                                                       {"StaticWell[1].SourceType", "2"},
-                                                       {"StaticWell[1].Connected", "0"},
-                                                       {"STATICWELL[1].OPMODE", "3"},
-                                                       {"StaticWell.Count", "2"}};
-  for (const auto& [path, expected] : reads) {
-    std::array<char, 512> reply = {};
-    TagParser parser = TagParser::ForReading(path, reply);
-    EXPECT_TRUE(wells.Handle(parser, false, nullptr, {})) << path;
-    EXPECT_STREQ(reply.data(), expected) << path;
-  }
-  TagParser parser = TagParser::ForWriting("StaticWell[{P1}].Connected", "7");
-  EXPECT_TRUE(wells.Handle(parser, false, nullptr, {}));
-  EXPECT_TRUE(wells.Items[0].Connected);
 }
 
 TEST(StaticWells, ShowTheModeOfTheLastTakeOneForAllAndAreFoundByName) {

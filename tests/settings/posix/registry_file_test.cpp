@@ -4,11 +4,11 @@
 #include "settings/machine_config.h"
 #include "support/test_folder.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 TEST(RegistryFile, HoldsTheConfigurationAndTheLastCaseByteForByte) {
-  const test::TestFolder folder;
+  const TestFolder folder;
   {
     CIXConfig config;
     config.CmdLine = "--log \"C:\\a b\"";
@@ -39,8 +39,8 @@ TEST(RegistryFile, HoldsTheConfigurationAndTheLastCaseByteForByte) {
   };
   std::string expected;
   for (const char* line : lines) expected += std::string(line) + "\r\n";
-  EXPECT_EQ(test::TestFolder::Read(folder / "XDG_CONFIG_HOME/gantry/registry.reg"), expected);
+  EXPECT_EQ(TestFolder::Read(folder / "XDG_CONFIG_HOME/gantry/registry.reg"), expected);
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

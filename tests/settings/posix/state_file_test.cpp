@@ -8,13 +8,10 @@
 #include "support/posix/full_disk.h"
 #include "support/test_folder.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Header;
-using test::Text;
-using test::Word;
 
 CExportedVariables SomeVariables() {
   auto variable = std::make_unique<CExportedVariable>();
@@ -71,14 +68,14 @@ class StateFile : public testing::Test {
     return count;
   }
 
-  test::TestFolder folder_;
+  TestFolder folder_;
   CExportedVariables variables_ = SomeVariables();
   Inflow inflow_{.state = "inflow's own"};
 };
 
 TEST_F(StateFile, SharesOnePositionWithTheInflowLibrary) {
   WriteStateFile(Path(), inflow_.Save(), variables_);
-  EXPECT_EQ(test::TestFolder::Read(Path()), FileWith("inflow's own"));
+  EXPECT_EQ(TestFolder::Read(Path()), FileWith("inflow's own"));
 
   Inflow other;
   CExportedVariables read;
@@ -134,11 +131,11 @@ TEST_F(StateFile, ATruncatedOrCorruptFileAddsNoVariable) {
 TEST_F(StateFile, AFailedSaveLeavesTheOldFileAndNothingBesideIt) {
   folder_.Write("case.state", "old");
   {
-    const test::FullDisk disk(30);
+    const FullDisk disk(30);
     WriteStateFile(Path(), inflow_.Save(), variables_);
   }
   EXPECT_EQ(inflow_.calls, 1);
-  EXPECT_EQ(test::TestFolder::Read(Path()), "old");
+  EXPECT_EQ(TestFolder::Read(Path()), "old");
   EXPECT_EQ(FilesInFolder(), 1u);
 }
 
@@ -147,13 +144,13 @@ TEST_F(StateFile, IsWrittenInPlaceWhereNothingCanBeMadeBesideIt) {
   const std::string name(250, 'n');
   const std::string path = folder_.Write(name, std::string(1000, 'x')).string();
   WriteStateFile(path, inflow_.Save(), variables_);
-  EXPECT_EQ(test::TestFolder::Read(path), FileWith("inflow's own"));
+  EXPECT_EQ(TestFolder::Read(path), FileWith("inflow's own"));
   {
-    const test::FullDisk disk(100);
+    const FullDisk disk(100);
     inflow_.state = std::string(50, 's');
     WriteStateFile(path, inflow_.Save(), variables_);
   }
-  EXPECT_EQ(test::TestFolder::Read(path), FileWith("inflow's own")) << "or left as it was";
+  EXPECT_EQ(TestFolder::Read(path), FileWith("inflow's own")) << "or left as it was";
   EXPECT_EQ(FilesInFolder(), 1u);
 }
 
@@ -170,4 +167,4 @@ TEST_F(StateFile, NoPlaceToWriteIsNoFailure) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test
