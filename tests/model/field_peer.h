@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -8,28 +7,19 @@
 #include <vector>
 
 #include "platform/port_listeners.h"
-#include "support/wire_entries.h"
+#include "support/simulated_field.h"
 
 namespace gantry::test {
-
-/// A well of the field that a FieldPeer plays. A producer on a liquid rate q makes 0.8 q oil, 0.2 q
-/// water and 0.5 q gas (thousands of cubic feet), at a bottom-hole pressure of 3014.696 - q psia.
-struct PeerWell {
-  std::string name;
-  std::string type = "PRODUCER";
-  std::string status = "OPEN";
-  double greatestRate = 1000.0;  ///< liquid in barrels, or gas in thousands of cubic feet, a day
-  double rate = 0.0;             ///< what it was last told to make
-};
 
 /// The gravity of the oil that a producer makes on a liquid rate, water = 1.
 constexpr double OilGravityAt(double rate) { return 0.8 + rate / 20000.0; }
 
 /// The simulator's end of the external-controller protocol on a real loopback socket: a small field
-/// in field units that answers whatever it is asked, one client after the other. It writes down
-/// what it was told to do. Set it up before `Start`; the client must be gone before it is
-/// destroyed.
-class FieldPeer {
+/// in field units that answers whatever it is asked, one client after the other. A producer on a
+/// liquid rate q makes 0.8 q oil, 0.2 q water and 0.5 q gas (thousands of cubic feet), at a
+/// bottom-hole pressure of 3014.696 - q psia. It writes down what it was told to do. Set it up
+/// before `Start`; the client must be gone before it is destroyed.
+class FieldPeer : public SimulatedField {
  public:
   FieldPeer();
   ~FieldPeer();
@@ -43,22 +33,13 @@ class FieldPeer {
   /// not those of an inflow sweep.
   Texts TakeOrders();
   /// Wells may be changed between two messages.
-  void ChangeWells(const std::function<void(std::vector<PeerWell>&)>& change);
+  void ChangeWells(const std::function<void(std::vector<SimulatedWell>&)>& change);
   /// From now on the connection is cut when a message of this name comes; empty: no longer.
   void CutAt(const std::string& message);
 
-  std::vector<PeerWell> wells;
-  Texts components;  ///< none for black oil
-  std::string eosName = "PENG_ROBINSON";
-  Numbers binaryInteraction;
-  Ints startDate = {2015, 1, 1, 0, 0, 0};
-  Ints date = {2015, 1, 1, 0, 0, 0};
-  double days = 0.0;
-  double lastDay = 1e9;                     ///< the run ends when it is told to go beyond
   std::map<std::string, double> variables;  ///< further items of every well
   /// Called with the name of each message before it is answered, on the peer's own thread.
   std::function<void(const std::string& message)> onMessage;
-  bool tellsOfAllWells = false;  ///< whichever it was asked for
 
  private:
   struct Play;

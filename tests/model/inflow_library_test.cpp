@@ -84,7 +84,7 @@ TEST_F(InflowLibrary, MayReadAnotherWellInTheMidstOfATransformation) {
 
 TEST_F(InflowLibrary, MayStartTheSimulatorAnewInTheMidstOfATransformation) {
   ReadWells();
-  peer.ChangeWells([](std::vector<PeerWell>& wells) { std::swap(wells[0], wells[2]); });
+  peer.ChangeWells([](std::vector<SimulatedWell>& wells) { std::swap(wells[0], wells[2]); });
   probe->restartsInside = true;
   EXPECT_EQ(ReadInflow(0, *record), 0);
   EXPECT_EQ(record->pointCount, 10);

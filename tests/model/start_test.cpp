@@ -134,7 +134,7 @@ TEST_F(Start, RunsUpToTheHostsDateInStepsOfAMonthWithoutOrders) {
 }
 
 TEST_F(Start, FailsWhenTheSimulationEndsOnTheWayOrTheDateIsNone) {
-  peer.lastDay = 40.0;
+  peer.endOfRun = 40.0;
   StartSimulator();
   EXPECT_EQ(StartRun({}, kFieldStart + 65.0), 1);
   EXPECT_EQ(Error(), "The Intersect simulation ended");
@@ -168,7 +168,7 @@ TEST_F(Start, KeepsTheHostsMarksAndModesWhenItStartsTheSimulatorItself) {
 TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
   StartSimulator();
   Command(56);
-  peer.ChangeWells([](std::vector<PeerWell>& wells) { wells.pop_back(); });
+  peer.ChangeWells([](std::vector<SimulatedWell>& wells) { wells.pop_back(); });
   EXPECT_EQ(StartRun({}), 1);
   EXPECT_EQ(Error(),
             "The number of wells in this simulation deck has changed: 4 (in file) -> 3 (just read "
@@ -176,7 +176,7 @@ TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
   EXPECT_EQ(Get("IsRunning"), "1") << "the host may reload";
   EXPECT_EQ(WellNames(), (Texts{"P1", "W1", "G1"}));
   Command(56);
-  peer.ChangeWells([](std::vector<PeerWell>& wells) { std::swap(wells[0], wells[2]); });
+  peer.ChangeWells([](std::vector<SimulatedWell>& wells) { std::swap(wells[0], wells[2]); });
   EXPECT_EQ(StartRun({}), 0) << "two wells that change places are no difference: " << Error();
 }
 

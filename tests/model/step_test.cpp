@@ -114,12 +114,12 @@ TEST_F(Step, ReadsTheConnectedWellsOnly) {
 
 TEST_F(Step, RefusesAWellThatItDoesNotKnow) {
   BeginRun({0, 2});
-  peer.ChangeWells([this](std::vector<PeerWell>& wells) {
+  peer.ChangeWells([this](std::vector<SimulatedWell>& wells) {
     peer.tellsOfAllWells = true;
     std::rotate(wells.begin(), wells.begin() + 1, wells.end());
   });
   EXPECT_EQ(Command(63), 0) << "wells that weren't asked for are no harm: " << Error();
-  peer.ChangeWells([](std::vector<PeerWell>& wells) { wells.push_back({.name = "X1"}); });
+  peer.ChangeWells([](std::vector<SimulatedWell>& wells) { wells.push_back({.name = "X1"}); });
   EXPECT_EQ(Command(63), 1);
   EXPECT_EQ(Error(), "Unknown well returned from call to simulator");
 }
@@ -132,7 +132,7 @@ TEST_F(Step, NeedsARunningSimulator) {
 }
 
 TEST_F(Step, EndsTheRunWhereTheSimulationEnds) {
-  peer.lastDay = 15.0;
+  peer.endOfRun = 15.0;
   BeginRun({0});
   EXPECT_EQ(StepBy(10.0), 0);
   EXPECT_EQ(StepBy(10.0), 1);

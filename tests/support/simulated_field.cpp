@@ -42,15 +42,17 @@ T Find(const Entries& message, const std::string& name) {
 
 Texts AskedWells(const SimulatedField& field, const Entries& request) {
   Texts names = Find<Texts>(request, "WELNAMES");
-  if (names != Texts{"*"}) return names;
+  if (names != Texts{"*"} && !field.tellsOfAllWells) return names;
   names.clear();
   for (const SimulatedWell& well : field.wells) names.push_back(well.name);
   return names;
 }
 
-Entry NumbersOf(const SimulatedWell& well, const Texts& items) {
+Entry NumbersOf(const SimulatedField& field, const SimulatedWell& well, const Texts& items) {
   Numbers values;
-  for (const std::string& item : items) values.push_back(well.Value(item));
+  for (const std::string& item : items) {
+    values.push_back(field.valueOf ? field.valueOf(well, item) : well.Value(item));
+  }
   return {"VALUES", values};
 }
 
@@ -67,7 +69,7 @@ Entries TellWells(SimulatedField& field, const Entries& request) {
   for (const std::string& name : AskedWells(field, request)) {
     const SimulatedWell& well = field.At(name);
     reply.emplace_back("WELLNAME", Texts{name});
-    reply.push_back(asWords ? WordsOf(well, items) : NumbersOf(well, items));
+    reply.push_back(asWords ? WordsOf(well, items) : NumbersOf(field, well, items));
   }
   reply.emplace_back("END");
   return reply;
@@ -77,14 +79,14 @@ Entries TellReservoir(const SimulatedField& field, const Entries& request) {
   const std::map<std::string, std::string> words = {
       {"IX_VERSION", field.version},
       {"UNIT_SYSTEM", field.isMetric ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD"},
-      {"FM_FLUID_MODEL", field.isCompositional ? "COMPOSITIONAL" : "BLACKOIL"},
+      {"FM_FLUID_MODEL", field.components.empty() ? "BLACKOIL" : "COMPOSITIONAL"},
       {"RES_FLUID_MODEL", "unread"},
   };
   Entries reply = {"REPLY"};
   for (const std::string& item : Find<Texts>(request, "QITEMS")) {
     reply.emplace_back("QITEM", Texts{item});
     if (item == "START_DATE") {
-      reply.emplace_back("VALUES", Ints{2019, 12, 31, 0, 0, 0});
+      reply.emplace_back("VALUES", field.startDate);
     } else {
       reply.emplace_back("VALUES", Texts{words.at(item)});
     }
@@ -93,19 +95,17 @@ Entries TellReservoir(const SimulatedField& field, const Entries& request) {
   return reply;
 }
 
-Entries TellFluid() {
-  return {"REPLY",
-          {"FLUIDMODELDNAME", Texts{"Fluid"}},
-          {"EOSNAME", Texts{"PR"}},
-          {"NCOMPS", Texts{"C1", "C2"}},
-          {"BIC", Numbers{0.5}},
-          {"EOSPROPNAME", Texts{"Molecular weight"}},
-          {"VALUES", Numbers{16.0, 30.0}},
-          {"EOSPROPNAME", Texts{"TCrit"}},
-          {"VALUES", Numbers{-82.0, 32.0}},
-          {"EOSPROPNAME", Texts{"PCrit"}},
-          {"VALUES", Numbers{46.0, 49.0}},
-          "END"};
+Entries TellFluid(const SimulatedField& field) {
+  Entries reply = {"REPLY",
+                   {"FLUIDMODELDNAME", Texts{"Fluid"}},
+                   {"EOSNAME", Texts{field.eosName}},
+                   {"NCOMPS", field.components},
+                   {"BIC", field.binaryInteraction}};
+  for (const auto& [name, values] : field.eosProperties) {
+    reply.insert(reply.end(), {{"EOSPROPNAME", Texts{name}}, {"VALUES", values}});
+  }
+  reply.emplace_back("END");
+  return reply;
 }
 
 void TakeConstraints(SimulatedField& field, const Entries& request) {
@@ -141,14 +141,19 @@ Entries TakeSource(SimulatedField& field, const Entries& request) {
   return {"REPLY", {"STRET", Ints{isInjector ? 1 : 0}}, "END"};
 }
 
+Entries TellPosition(const SimulatedField& field, const std::string& position) {
+  return {"STEP",
+          {"POSITION", Texts{position}},
+          {"TIME", Numbers{field.days}},
+          {"DATE", field.date},
+          "END"};
+}
+
 Entries Run(SimulatedField& field, const Entries& request) {
   const Numbers until = Find<Numbers>(request, "TIME");
+  if (!until.empty() && until.front() > field.endOfRun) return {"FINISHED", "END"};
   if (!until.empty()) field.days = until.front();
-  return {"STEP",
-          {"POSITION", Texts{field.days < field.endOfRun ? "BEGIN_NEWTON" : "END_SIMULATE"}},
-          {"TIME", Numbers{field.days}},
-          {"DATE", Ints{2020, 2, 29, 0, 0, 0}},
-          "END"};
+  return TellPosition(field, field.days < field.endOfRun ? "BEGIN_NEWTON" : "END_SIMULATE");
 }
 
 Entries TellConstraints(SimulatedField& field, const Entries& request) {
@@ -199,7 +204,7 @@ std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request)
       {"QWELLS_STR", TellWells},
       {"QRESVR", [](SimulatedField& f, const Entries& r) { return TellReservoir(f, r); }},
       {"QRESVR_STR", [](SimulatedField& f, const Entries& r) { return TellReservoir(f, r); }},
-      {"QRFLUIDMODEL", [](SimulatedField&, const Entries&) { return TellFluid(); }},
+      {"QRFLUIDMODEL", [](SimulatedField& f, const Entries&) { return TellFluid(f); }},
       {"QWCONSTRAINTS", TellConstraints},
       {"CREATE_FLDSRCEXT", TakeSource},
   };
@@ -211,7 +216,9 @@ std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request)
   };
   const Entries ready = {"READY", "END"};
   ++field.requests;
-  if (field.isGone) return {};
+  if (request[0].name == "SETUP") {
+    return {{"STARTED", {"ERRORS", Texts{}}, "END"}, TellPosition(field, "MODEL_DEFINITION")};
+  }
   if (request[0].name == "SHUTDOWN") return {{"FINISHED", "END"}};
   if (request[0].name.starts_with("CONTINUE")) return {Run(field, request)};
   const std::string& name = request[1].name;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,7 +14,7 @@ namespace gantry::test {
 struct SimulatedWell {
   std::string name;
   std::string type = "PRODUCER";
-  std::string status = "SHUT";
+  std::string status = "OPEN";
   double potential = 1000.0;  ///< liquid of a producer, the injected fluid of an injector
   double uptime = 1.0;
   std::map<std::string, double> constraints = {};
@@ -26,17 +27,25 @@ struct SimulatedWell {
 struct SimulatedField {
   std::string version = "2017.2";
   bool isMetric = true;
-  bool isCompositional = true;
+  Texts components = {"C1", "C2"};  ///< none for black oil
+  std::string eosName = "PR";
+  Numbers binaryInteraction = {0.5};
+  std::map<std::string, Numbers> eosProperties = {
+      {"Molecular weight", {16.0, 30.0}}, {"TCrit", {-82.0, 32.0}}, {"PCrit", {46.0, 49.0}}};
+  Ints startDate = {2019, 12, 31, 0, 0, 0};
+  Ints date = {2020, 2, 29, 0, 0, 0};
   double days = 0.0;
-  double endOfRun = 100.0;
-  std::vector<SimulatedWell> wells = {{"P1"},
+  double endOfRun = 100.0;  ///< to be told to go beyond it ends the run where it stands
+  std::vector<SimulatedWell> wells = {{"P1", "PRODUCER", "SHUT"},
                                       {"P2", "PRODUCER", "OPEN", 500.0},
                                       {"W1", "WATER_INJECTOR", "OPEN", 800.0},
                                       {"G1", "GAS_INJECTOR", "OPEN", 50000.0}};
   std::map<std::string, std::string> sources;   ///< by well
   std::map<std::string, Numbers> compositions;  ///< by source
   int requests = 0;
-  bool isGone = false;  ///< hangs up at the next request
+  bool tellsOfAllWells = false;  ///< whichever it was asked for
+  /// A number of a well, in place of `SimulatedWell::Value` where it is set.
+  std::function<double(const SimulatedWell& well, const std::string& item)> valueOf;
 
   SimulatedWell& At(const std::string& name);
 };
