@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "model/model_fixture.h"
+#include "platform/files.h"
 
 namespace gantry::test {
 namespace {
@@ -240,7 +241,7 @@ TEST_F(CompositionalStart, SetsUpGasInjectionWithAPlaceholder) {
   EXPECT_EQ(Error().substr(0, 44), "Connection to simulator failed (StartRun): <");
   peer.CutAt("");
   Command(56);
-  app.Config.SimExecutable = "/IX/2016.2/ix";
+  app.Config.SimExecutable = std::string("2016.2") + platform::kPathSeparator + "ix";
   peer.TakeOrders();
   EXPECT_EQ(StartRun({2}), 0) << Error();
   EXPECT_EQ(peer.TakeOrders(), (Texts{"CONTINUE"})) << "an older simulator knows no sources";
