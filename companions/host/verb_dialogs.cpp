@@ -114,12 +114,15 @@ void WriteBack(const CaseModel& caseModel, const Values& changes, const std::str
   output.Finish();
 }
 
+void RequireNone(const std::string& fault) {
+  if (!fault.empty()) throw DriverFailure("The module can't open its dialogs: " + fault);
+}
+
 void* RequireScreen(const ModuleApi& api) {
-  if (const std::string fault = DialogFault(api); !fault.empty()) {
-    throw DriverFailure("The module can't open its dialogs: " + fault);
-  }
+  RequireNone(DialogFault(api));
   void* const screen = platform::ScreenWindow();
   if (screen == nullptr) throw DriverFailure("There is no display to show a dialog on");
+  RequireNone(DialogTrialFault(api));
   return screen;
 }
 

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include "host/module_api.h"
+#include "host/program_output.h"
 #include "platform/dialog_toolkit_library.h"
 #include "platform/dynamic_library.h"
 #include "platform/files.h"
@@ -29,6 +30,12 @@ std::string DialogFault(const ModuleApi& api) {
   if (open != nullptr && open(platform::kDialogToolkitVersion) != nullptr) return {};
   return folder + platform::ProgramFileName("IntersectDialogs") +
          " is missing, or isn't of the module's version";
+}
+
+std::string DialogTrialFault(const ModuleApi& api) {
+  const std::string program = FolderOf(api) + platform::ProgramFileName("IntersectDialogs");
+  if (OutputOf(program, {"--try"}).status == 0) return {};
+  return program + " can't show any; what it said stands above";
 }
 
 }  // namespace gantry::fieldrun

@@ -3,5 +3,6 @@
 namespace gantry::fieldrun {
 
 std::string DialogFault(const ModuleApi& /*api*/) { return {}; }  // they are in the module itself
+std::string DialogTrialFault(const ModuleApi& /*api*/) { return {}; }
 
 }  // namespace gantry::fieldrun

@@ -122,6 +122,16 @@ void HandlerApart::Tell(DialogEvent event) {
   server_.Tell(event);
 }
 
+class Application {
+ private:
+  char name_[10] = "Intersect";
+  char option_[10] = "-platform";
+  char platform_[4] = "xcb";
+  char* arguments_[4] = {name_, option_, platform_, nullptr};
+  int count_ = 3;
+  QApplication application_{count_, arguments_};
+};
+
 /// Ends this process when the other end of a socket is closed, whatever else it waits for.
 void EndWith(int socket) {
   std::thread([socket] {
@@ -145,15 +155,12 @@ int RunOver(DialogHandler& handler, void* parent) {
 }
 
 void ServeDialogs() {
-  char name[] = "Intersect";
-  char option[] = "-platform";
-  char platform[] = "xcb";
-  char* arguments[] = {name, option, platform, nullptr};
-  int count = 3;
   EndWith(STDIN_FILENO);
-  const QApplication application(count, arguments);
+  const Application application;
   QApplication::setQuitOnLastWindowClosed(false);
   DialogServer(Descriptor(STDIN_FILENO)).ServeOne();
 }
+
+void TryDialogs() { const Application application; }
 
 }  // namespace gantry::platform

@@ -12,4 +12,7 @@ int RunOver(DialogHandler& handler, void* parent);
 /// asks for over the standard input. Ends at once when the host has gone.
 void ServeDialogs();
 
+/// Only what such a process begins with. Where Qt can't show windows, it ends the process itself.
+void TryDialogs();
+
 }  // namespace gantry::platform

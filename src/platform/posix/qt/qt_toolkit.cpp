@@ -39,7 +39,10 @@ GantryOpenDialogToolkit(uint32_t version) {
   return isUsable ? &toolkit : nullptr;
 }
 
-/// The entry of the program beside the library.
+/// The entries of the program beside the library.
 extern "C" __attribute__((visibility("default"))) void GantryServeDialogs() {
   gantry::platform::ServeDialogs();
+}
+extern "C" __attribute__((visibility("default"))) void GantryTryDialogs() {
+  gantry::platform::TryDialogs();
 }

@@ -1,8 +1,10 @@
-// The module's dialogs are files beside it, which may be missing.
+// The module's dialogs are files beside it, which may be missing, as may parts of Qt.
 
 #include <gtest/gtest.h>
 
+#include "private_display.h"
 #include "program.h"
+#include "support/isolation.h"
 
 namespace gantry::fieldrun::test {
 namespace {
@@ -25,8 +27,18 @@ TEST(DialogParts, TellWhichOfThemIsMissing) {
     EXPECT_NE(err.find("libIntersectDialogs.so: cannot open"), std::string::npos) << err;
   }
   fs::copy(built / "libIntersectDialogs.so", folder.Path());
-  const std::string err = complaint("configure");
+  std::string err = complaint("configure");
   EXPECT_NE(err.find("/IntersectDialogs is missing"), std::string::npos) << err;
+  fs::copy(built / "IntersectDialogs", folder.Path());
+  std::string reason;
+  const auto display = gantry::test::PrivateDisplay::Start(reason);
+  if (display == nullptr) GTEST_SKIP() << reason;
+  gantry::test::SetEnvironment("DISPLAY", display->Name());
+  folder.Write("qt.conf", "[Paths]\nPlugins=/nowhere\n");
+  err = complaint("configure");
+  EXPECT_NE(err.find("/IntersectDialogs can't show any; what it said stands above"),
+            std::string::npos)
+      << err;
 }
 
 }  // namespace
