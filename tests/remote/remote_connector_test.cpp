@@ -205,14 +205,11 @@ TEST(RemoteConnector, ReadsTheDataOfEachWellInTheOrderAskedFor) {
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[0].name, "A");
   EXPECT_EQ(records[0].status, "OPEN");
-  EXPECT_EQ(records[0].oilRate, 10.0 / kLiquid);
-  EXPECT_EQ(records[0].gasRate, 11.0 / kGas);
-  EXPECT_EQ(records[0].waterRate, 12.0 / kLiquid);
-  EXPECT_EQ(records[0].waterInjectionRate, 13.0 / kLiquid);
-  EXPECT_EQ(records[0].gasInjectionRate, 14.0 / kGas);
-  EXPECT_EQ(records[0].bottomHolePressure, 15.0 / kBar - 14.696);
-  EXPECT_EQ(records[0].tubingHeadPressure, 16.0 / kBar - 14.696);
-  EXPECT_EQ(records[0].uptimeFraction, 17.0);
+  const ConnectorWellRecord& a = records[0];
+  EXPECT_EQ((Doubles{a.oilRate, a.gasRate, a.waterRate, a.waterInjectionRate, a.gasInjectionRate,
+                     a.bottomHolePressure, a.tubingHeadPressure, a.uptimeFraction}),
+            (Doubles{10.0 / kLiquid, 11.0 / kGas, 12.0 / kLiquid, 13.0 / kLiquid, 14.0 / kGas,
+                     15.0 / kBar - 14.696, 16.0 / kBar - 14.696, 17.0}));
   EXPECT_EQ(records[1].name, "B");
   EXPECT_EQ(records[1].oilRate, 20.0 / kLiquid);
 }

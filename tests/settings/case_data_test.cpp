@@ -84,12 +84,10 @@ TEST(CaseData, ReadsEveryVersionAndKeepsTheFieldsThatItLacks) {
     ASSERT_EQ(c.Read(BlockOf(version)), CaseDataOutcome::kDone);
     EXPECT_EQ(c.settings.SimExeName + "|" + c.settings.FileName + "|" + c.settings.HeadNode,
               "sim|case.afi|node");
-    EXPECT_EQ(c.settings.HeadNodePort, 5000);
-    EXPECT_EQ(c.settings.Parallel, 8);
-    EXPECT_TRUE(c.settings.CloseUnconnectedWells);
-    EXPECT_EQ(c.settings.ConnectionMode, 1);
-    EXPECT_EQ(c.settings.IPRModel, 0);
-    EXPECT_EQ(c.settings.UpTimeMode, 1);
+    EXPECT_EQ((std::vector<int32_t>{c.settings.HeadNodePort, c.settings.Parallel,
+                                    c.settings.CloseUnconnectedWells, c.settings.ConnectionMode,
+                                    c.settings.IPRModel, c.settings.UpTimeMode}),
+              (std::vector<int32_t>{5000, 8, 1, 1, 0, 1}));
     ASSERT_EQ(c.wells.Items.size(), 2u);
     EXPECT_EQ(c.wells.Items[1].Name, "W2");
     EXPECT_EQ(c.wells.Items[0].SourceType, 2);

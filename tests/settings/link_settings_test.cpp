@@ -45,7 +45,7 @@ std::string Set(LinkSettings& settings, const std::string& path, const char* val
   return settings.Handle(read, nullptr) ? reply : "not read";
 }
 
-TEST(LinkSettings, EveryFieldIsReachedByItsPath) {
+TEST(LinkSettings, EveryFieldIsReachedByItsPathAndHeldWithinItsRange) {
   LinkSettings settings;
   for (const char* field :
        {"ConnectionMode", "IPRModel", "UpTimeMode", "HeadNodePort", "LinuxIXVersion", "Parallel"}) {
@@ -62,10 +62,6 @@ TEST(LinkSettings, EveryFieldIsReachedByItsPath) {
   EXPECT_EQ(settings.FileName, "a b");
   EXPECT_EQ(Set(settings, "Parallel", "2"), "not taken");
   EXPECT_EQ(Set(settings, "CaseDetails.Other", "2"), "not taken");
-}
-
-TEST(LinkSettings, TheNumberOfProcessesIsHeldWithinItsRangeByReadingToo) {
-  LinkSettings settings;
   EXPECT_EQ(Set(settings, "CaseDetails.Parallel", "0"), "1");
   EXPECT_EQ(Set(settings, "CaseDetails.Parallel", "1000"), "512");
   settings.Parallel = -3;
