@@ -68,16 +68,6 @@ TEST_F(MachineConfig, IsReadWholeByAStartWhileTheHostCopiesAnother) {
   }
 }
 
-TEST_F(MachineConfig, AValueOfTheWrongTypeKeepsItsDefault) {
-  Key()->WriteText("StartPort", "5");
-  Key()->WriteNumber("CmdLine", 5);
-  Key()->WriteNumber("UserProperties", 5);
-  const CIXConfig config;
-  EXPECT_EQ(config.StartPort, 9001);
-  EXPECT_EQ(config.CmdLine, "");
-  EXPECT_TRUE(config.UserProperties.empty());
-}
-
 TEST_F(MachineConfig, AnExecutableThatHasGoneDisappears) {
   Key()->WriteText("SimExecutable", (folder_ / "gone").string());
   Key()->WriteText("MPIExecutable", folder_.Path().string());
