@@ -16,12 +16,19 @@ namespace gantry::fieldrun {
 namespace {
 
 /// Simulators that read a deck without a run: `PROGRAM --check DECK`. Others might begin one.
-constexpr std::array<std::string_view, 1> kCheckers = {"tanksim"};
+constexpr std::array<std::string_view, 2> kCheckers = {"tanksim", "flowlink"};
 
 struct FileFinding {
   std::string file;
   Finding finding;
 };
+
+/// With "warning: " before the text of a warning, as simulators say it too.
+Finding ReadFinding(int line, const std::string& text) {
+  constexpr std::string_view kWarning = "warning: ";
+  if (!text.starts_with(kWarning)) return {line, text};
+  return {line, text.substr(kWarning.size()), false};
+}
 
 /// A line "file:line: reason" of a simulator that has checked its deck. A drive's colon is part of
 /// the file's name.
@@ -31,8 +38,7 @@ FileFinding ParseLine(const std::string& text, const std::string& deck) {
     const char* const end = text.data() + text.size();
     const auto number = std::from_chars(text.data() + at + 1, end, line);
     if (number.ec != std::errc() || end - number.ptr < 2 || *number.ptr != ':') continue;
-    const std::string reason(number.ptr + 2, end);
-    return {text.substr(0, at), {line, reason}};
+    return {text.substr(0, at), ReadFinding(line, std::string(number.ptr + 2, end))};
   }
   return {deck, {1, text}};
 }

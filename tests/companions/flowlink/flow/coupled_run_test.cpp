@@ -133,6 +133,17 @@ TEST_F(FlowRun, HoldsProducersAndAWaterInjectorAtWhatTheNetworkDecides) {
   }
 }
 
+TEST_F(FlowRun, IsCheckedByTheHostBeforehand) {
+  Copy(ODEH);
+  Change("ODEH.DATA", "WELSPECS", "ACTIONX\n/\nGCONPROD\n/\nWELSPECS");
+  const Outcome outcome = fieldrun::test::RunFieldrun(
+      folder_, {"check", (folder_ / "flow.toml").string(), "--simulator", FLOWLINK});
+  EXPECT_EQ(outcome.status, 2) << outcome.err;
+  EXPECT_NE(outcome.out.find("ODEH.DATA:130: warning: ACTIONX "), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find("ODEH.DATA:132: GCONPROD holds"), std::string::npos) << outcome.out;
+  EXPECT_NE(outcome.out.find(": 1 error, 1 warning\n"), std::string::npos) << outcome.out;
+}
+
 struct Fault {
   const char* name;
   const char* file;
@@ -176,8 +187,6 @@ INSTANTIATE_TEST_SUITE_P(
               "NONE.DATA can't be read"},
         Fault{"NoFlow", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
               "can't start no-such-flow: No such file or directory"},
-        Fault{"ForeignNetwork", "ODEH.DATA", "WELSPECS",
-              "GRUPTREE\n G1 FIELD /\n/\nGCONPROD\n/\nWELSPECS", "GCONPROD holds groups of wells"},
         Fault{"ForeignWell", "ODEH_FLOW.afi", "temperature = 200.0", "wells = [\"INJ\"]",
               "Well PROD is left to the deck"},
         Fault{"DiskFull", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"small-disk\"",
