@@ -5,6 +5,7 @@
 
 #include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
+#include "flowlink/step_lengths.h"
 
 namespace gantry::flowlink {
 
@@ -32,18 +33,13 @@ DeckKeyword OwnKeyword(const std::string& name, const std::string& line) {
   return {name, name, {}, {{0, line}}};
 }
 
+bool IsTuning(const std::string& name) { return name == "TUNING" || name == "NEXTSTEP"; }
+
 /// What the deck orders at one time of its schedule.
 struct Block {
   double days;
   std::vector<DeckKeyword> keywords;
 };
-
-bool EnablesTuning(const std::vector<std::string>& options) {
-  const auto isIt = [](const std::string& option) {
-    return option == "--enable-tuning=true" || option == "--enable-tuning";
-  };
-  return std::ranges::any_of(options, isIt);
-}
 
 class Composer {
  public:
@@ -128,8 +124,7 @@ class Composer {
     if (keyword.name == "SCHEDULE") return;
     if (keyword.name == "TSTEP") return TakeSteps(keyword);
     if (keyword.name == "DATES") return TakeDates(keyword);
-    const bool isTuning = keyword.name == "TUNING" || keyword.name == "NEXTSTEP";
-    if (isTuning && !EnablesTuning(settings_.options)) return;
+    if (IsTuning(keyword.name) && !EnablesTuning(settings_.options)) return;
     const bool orderedFiles = keyword.name == "RPTRST" || keyword.name == "RPTSCHED";
     for (WellOrder& order : OrdersOf(keyword, blocks_.back().days)) {
       composed_.wellOrders.push_back(std::move(order));
@@ -183,6 +178,7 @@ class Composer {
     const std::vector<double> times = ReportTimes();
     const auto next = std::ranges::upper_bound(times, begin + kSameTimeDays);
     for (auto time = times.begin(); time != next; ++time) WriteStepTo(*time);
+    if (!EnablesTuning(settings_.options)) text.Append(TuningLikeAlone(settings_.options));
     text.Append("PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n");
     composed_.ends = {begin + kFirstStepDays};
     composed_.ends.insert(composed_.ends.end(), next, times.end());

@@ -100,6 +100,7 @@ TEST_F(DeckComposer, GoesOnFromARestartWithItsCallBehindWhatIsSkipped) {
   EXPECT_EQ(text.substr(begin),
             "SCHEDULE\nSKIPREST\nRPTRST\nBASIC=2 /\nWEFAC\n/\n"
             "DATES\n16 'JAN' 2020 00:00:00 /\n/\nWECON\n/\n"
+            "TUNING\n 1 365 1* 1* 3 1* 0.33 2 1* 1* /\n/\n/\n"
             "PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n"
             "DATES\n16 'JAN' 2020 00:00:43 /\n/\nDATES\n17 'JAN' 2020 00:00:00 /\n/\nEND\n");
   EXPECT_EQ(deck.ends, (std::vector<double>{1.0 + kFirstStepDays, 2.0}));
