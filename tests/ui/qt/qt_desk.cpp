@@ -162,7 +162,12 @@ class QtDesk : public Desk {
     });
   }
   void Type(const std::string& text) override {
-    InHost([&] { QTest::keyClicks(Front().focusWidget(), QString::fromStdString(text)); });
+    InHost([&] {
+      // Qt's file dialog suggests names once it has read the folder, and Enter would take one.
+      auto* const edit = qobject_cast<QLineEdit*>(Front().focusWidget());
+      if (edit != nullptr) edit->setCompleter(nullptr);
+      QTest::keyClicks(Front().focusWidget(), QString::fromStdString(text));
+    });
   }
   void Click(int id) override {
     InHost([id] { QTest::mouseClick(At(id), Qt::LeftButton); });
