@@ -5,6 +5,14 @@
 
 namespace gantry::simulator {
 
+namespace {
+
+/// Oil is at its bubble point from this share of it down: what a calculation leaves between two
+/// equal pressures differs from one mathematical library to the next.
+constexpr double kBubblePointShare = 1.0 - 1e-6;
+
+}  // namespace
+
 Tank::Tank(const TankData& data, const ReservoirFluid& fluid, const RockFluid& rockFluid)
     : data_(&data),
       fluid_(&fluid),
@@ -89,7 +97,7 @@ void Tank::Refresh() {
 
 Inflow Tank::InflowAt(double pressure) const {
   if (mobility_.liquid <= 0.0) return {pressure, pressure, Inflow::kDryGasCurvature};
-  const bool isSaturated = state_.bubblePoint >= pressure_;
+  const bool isSaturated = state_.bubblePoint >= kBubblePointShare * pressure_;
   const double bend = isSaturated ? pressure : std::min(pressure, state_.bubblePoint);
   return {pressure, bend, Inflow::kVogelCurvature};
 }
