@@ -2,11 +2,12 @@
 
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
+
+#include "host/command_line_error.h"
 
 namespace gantry::fieldrun {
 
@@ -28,12 +29,6 @@ enum class Verb {
   kReport,
   kReference,
   kCheck,
-};
-
-/// A command line that can't be obeyed, for a reason that shows only beside the case or the module.
-class CommandLineError : public std::runtime_error {
- public:
-  using runtime_error::runtime_error;
 };
 
 /// What a command line says.

@@ -9,8 +9,8 @@
 
 #include <fmt/format.h>
 
+#include "host/command_line_error.h"
 #include "host/module_text.h"
-#include "host/options.h"
 #include "settings/case_archive.h"
 #include "settings/exported_variables.h"
 #include "settings/well_variable_catalogue.h"
