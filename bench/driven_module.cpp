@@ -6,7 +6,7 @@
 #include <numeric>
 #include <stdexcept>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 
 namespace gantry::bench {
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "host/module_api.h"
+#include "fieldrun/driver/module_api.h"
 #include "synthetic_simulator.h"
 
 namespace gantry::bench {

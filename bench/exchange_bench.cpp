@@ -14,10 +14,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "boundary/error_text.h"
 #include "client/tcp_connection.h"
 #include "client/wire_format.h"
 #include "driven_module.h"
-#include "host/boundary/error_text.h"
 #include "recording.h"
 #include "replay_peer.h"
 

@@ -11,8 +11,8 @@
 #include <fmt/ostream.h>
 #include <unistd.h>
 
-#include "host/case_reader.h"
-#include "host/coupled_run.h"
+#include "fieldrun/case/case_reader.h"
+#include "fieldrun/run/coupled_run.h"
 
 namespace gantry::bench {
 namespace {

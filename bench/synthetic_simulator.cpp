@@ -4,7 +4,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 
 namespace gantry::bench {
 namespace {

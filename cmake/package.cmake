@@ -29,7 +29,7 @@ else()
   set(texts ${CMAKE_INSTALL_DATADIR}/gantry)
   install(DIRECTORY examples DESTINATION ${texts}
           PATTERN results EXCLUDE PATTERN "*.flow" EXCLUDE)
-  install(FILES companions/cluster/runfactory.service DESTINATION ${texts})
+  install(FILES companions/runfactory/runfactory.service DESTINATION ${texts})
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
   install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()

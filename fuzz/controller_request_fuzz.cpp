@@ -4,8 +4,8 @@
 #include <cstring>
 #include <span>
 
-#include "cluster/controller.h"
-#include "cluster/driver_connection.h"
+#include "runfactory/controller.h"
+#include "runfactory/driver_connection.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace gantry::cluster;

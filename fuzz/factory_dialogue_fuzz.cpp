@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "cluster/dialogue.h"
+#include "runfactory/dialogue.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using gantry::cluster::Dialogue;

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "simulator/tanks/deck_reader.h"
-#include "simulator/tanks/tank_run.h"
+#include "tanksim/deck_reader.h"
+#include "tanksim/tank_run.h"
 
 using namespace gantry::simulator;
 

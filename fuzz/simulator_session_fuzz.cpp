@@ -5,10 +5,10 @@
 #include <string>
 
 #include "client/message_stream.h"
-#include "companions/simulator/sample_deck.h"
-#include "simulator/server/controller_session.h"
-#include "simulator/tanks/tank_simulator.h"
+#include "companions/tanksim/sample_deck.h"
+#include "simulator_side/controller_session.h"
 #include "support/memory_connection.h"
+#include "tanksim/tank_simulator.h"
 
 using namespace gantry::simulator;
 using gantry::test::MemoryConnection;

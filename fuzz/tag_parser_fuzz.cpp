@@ -9,10 +9,10 @@
 #include <cstring>
 #include <string>
 
-#include "host/text/number_text.h"
 #include "settings/link_settings.h"
-#include "settings/source.h"
-#include "settings/static_well_data.h"
+#include "text/number_text.h"
+#include "wells/source.h"
+#include "wells/static_well_data.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "flowlink/stop_answers.h"
 #include "flowlink/well_controls.h"
 #include "flowlink/work_folder.h"
-#include "simulator/server/controlled_simulator.h"
+#include "simulator_side/controlled_simulator.h"
 
 namespace gantry::flowlink {
 

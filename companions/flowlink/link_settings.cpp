@@ -6,8 +6,8 @@
 #include <span>
 #include <sstream>
 
+#include "described_toml/checked_toml.h"
 #include "flowlink/link_fault.h"
-#include "toml/checked_toml.h"
 
 namespace gantry::flowlink {
 

@@ -6,9 +6,9 @@
 #include "flowlink/deck_composer.h"
 #include "flowlink/flow_simulator.h"
 #include "flowlink/link_fault.h"
-#include "simulator/server/controller_service.h"
-#include "simulator/server/controller_session.h"
-#include "simulator/server/driver_arguments.h"
+#include "simulator_side/controller_service.h"
+#include "simulator_side/controller_session.h"
+#include "simulator_side/driver_arguments.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "flowlink/deck_wells.h"
-#include "simulator/server/controlled_simulator.h"
+#include "simulator_side/controlled_simulator.h"
 
 namespace gantry::flowlink {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "client/intersect_client.h"
-#include "host/text/number_text.h"
+#include "text/number_text.h"
 
 namespace gantry {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 
 namespace gantry {
 namespace {

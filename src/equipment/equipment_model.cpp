@@ -5,8 +5,8 @@
 
 #include "client/name_index.h"
 #include "settings/link_settings.h"
-#include "settings/source.h"
-#include "settings/static_well_data.h"
+#include "wells/source.h"
+#include "wells/static_well_data.h"
 
 namespace gantry {
 namespace {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "host/text/ext_collection.h"
+#include "text/ext_collection.h"
 
 namespace gantry {
 

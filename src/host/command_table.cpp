@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "host/boundary/error_text.h"
-#include "host/boundary/ext_interface.h"
+#include "boundary/error_text.h"
+#include "boundary/ext_interface.h"
 
 namespace gantry {
 namespace {

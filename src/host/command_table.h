@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "host/boundary/records.h"
+#include "boundary/records.h"
 
 namespace gantry {
 

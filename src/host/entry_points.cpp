@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "boundary/error_text.h"
+#include "boundary/ext_interface.h"
 #include "equipment/equipment_file.h"
 #include "equipment/equipment_model.h"
-#include "host/boundary/error_text.h"
-#include "host/boundary/ext_interface.h"
 #include "host/command_table.h"
 #include "host/unit_table.h"
 #include "model/ext_model.h"

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "host/boundary/records.h"
+#include "boundary/records.h"
 
 /// The functions that the module exports to its host; docs/boundary.md tells each with an example.
 /// They hold no logic beyond their checks, and catch nothing: the host guards its calls. A model

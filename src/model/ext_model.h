@@ -7,17 +7,17 @@
 #include <string>
 #include <vector>
 
+#include "boundary/ext_interface.h"
 #include "client/connector_records.h"
-#include "host/boundary/ext_interface.h"
 #include "model/calendar_date.h"
 #include "model/inflow_library.h"
 #include "model/step_orders.h"
 #include "platform/lock.h"
-#include "remote/job_session.h"
-#include "settings/exported_variables.h"
+#include "sessions/job_session.h"
 #include "settings/link_settings.h"
-#include "settings/source.h"
-#include "settings/static_well_data.h"
+#include "wells/exported_variables.h"
+#include "wells/source.h"
+#include "wells/static_well_data.h"
 
 namespace gantry {
 

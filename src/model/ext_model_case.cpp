@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "case/case_data.h"
+#include "case/state_file.h"
 #include "model/ext_model.h"
 #include "model/model_failure.h"
 #include "platform/files.h"
-#include "settings/case_data.h"
-#include "settings/state_file.h"
 
 namespace gantry {
 

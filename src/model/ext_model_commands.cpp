@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "equipment/equipment_model.h"
-#include "host/text/tag_parser.h"
 #include "model/ext_model.h"
 #include "model/model_failure.h"
+#include "text/tag_parser.h"
 
 namespace gantry {
 namespace {

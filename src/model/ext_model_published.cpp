@@ -3,9 +3,9 @@
 
 #include <cstddef>
 
-#include "host/text/number_text.h"
 #include "model/ext_model.h"
 #include "model/model_failure.h"
+#include "text/number_text.h"
 
 namespace gantry {
 namespace {

@@ -11,7 +11,7 @@
 #include "model/model_failure.h"
 #include "model/session_factory.h"
 #include "model/well_reading.h"
-#include "remote/job_slot.h"
+#include "sessions/job_slot.h"
 
 namespace gantry {
 

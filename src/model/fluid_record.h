@@ -2,8 +2,8 @@
 
 #include <memory>
 
+#include "boundary/records.h"
 #include "client/connector_records.h"
-#include "host/boundary/records.h"
 
 namespace gantry {
 

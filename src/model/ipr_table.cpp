@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 
 namespace gantry {
 namespace {

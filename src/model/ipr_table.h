@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <span>
 
-#include "host/boundary/records.h"
-#include "settings/source.h"
+#include "boundary/records.h"
+#include "wells/source.h"
 
 namespace gantry {
 

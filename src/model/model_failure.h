@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 
 namespace gantry {
 

@@ -1,7 +1,7 @@
 #include "model/session_factory.h"
 
-#include "remote/linux_job_session.h"
-#include "remote/windows_job_session.h"
+#include "sessions/linux_job_session.h"
+#include "sessions/windows_job_session.h"
 #include "settings/link_settings.h"
 
 namespace gantry {

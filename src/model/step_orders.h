@@ -5,8 +5,8 @@
 
 #include "client/connector_base.h"
 #include "client/query_results.h"
-#include "settings/source.h"
-#include "settings/static_well_data.h"
+#include "wells/source.h"
+#include "wells/static_well_data.h"
 
 namespace gantry {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "client/connector_records.h"
-#include "settings/source.h"
+#include "wells/source.h"
 
 namespace gantry {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "host/text/data_server_object.h"
+#include "text/data_server_object.h"
 
 namespace gantry {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/dialog_window.h"
 #include "settings/machine_config.h"
+#include "toolkit/dialog_window.h"
 
 namespace gantry {
 

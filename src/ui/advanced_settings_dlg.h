@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/dialog_window.h"
 #include "settings/link_settings.h"
+#include "toolkit/dialog_window.h"
 
 namespace gantry {
 

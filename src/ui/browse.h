@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/dialog_window.h"
+#include "toolkit/dialog_window.h"
 
 namespace gantry {
 

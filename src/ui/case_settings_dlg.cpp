@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "host/text/number_text.h"
+#include "text/number_text.h"
 #include "ui/advanced_settings_dlg.h"
 #include "ui/browse.h"
 #include "ui/configure_dlg.h"

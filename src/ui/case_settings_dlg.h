@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "platform/dialog_window.h"
 #include "settings/link_settings.h"
 #include "settings/machine_config.h"
-#include "settings/static_well_data.h"
+#include "toolkit/dialog_window.h"
+#include "wells/static_well_data.h"
 
 namespace gantry {
 

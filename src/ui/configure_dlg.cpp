@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "client/unit_converter.h"
-#include "host/text/number_text.h"
+#include "text/number_text.h"
 #include "ui/add_property_dlg.h"
 #include "ui/browse.h"
 #include "ui/dialog_templates.h"

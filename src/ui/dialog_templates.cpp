@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/dialog_window.h"
+#include "toolkit/dialog_window.h"
 
 namespace gantry {
 

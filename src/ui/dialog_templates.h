@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/dialog_template.h"
+#include "toolkit/dialog_template.h"
 
 // The dialogs as data, and the ids of the controls that their logic addresses. Ids and captions are
 // the system's own, a misspelling included.

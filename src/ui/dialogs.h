@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/dialog_window.h"
+#include "toolkit/dialog_window.h"
 
 namespace gantry {
 

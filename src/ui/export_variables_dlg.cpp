@@ -7,8 +7,8 @@
 #include <unordered_set>
 #include <utility>
 
-#include "settings/well_variable_catalogue.h"
 #include "ui/dialog_templates.h"
+#include "wells/well_variable_catalogue.h"
 
 namespace gantry {
 

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "settings/exported_variables.h"
-#include "settings/static_well_data.h"
 #include "ui/ext_resizable_dlg.h"
 #include "ui/variable_tree.h"
+#include "wells/exported_variables.h"
+#include "wells/static_well_data.h"
 
 namespace gantry {
 

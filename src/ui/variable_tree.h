@@ -6,8 +6,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "platform/dialog_window.h"
-#include "settings/exported_variables.h"
+#include "toolkit/dialog_window.h"
+#include "wells/exported_variables.h"
 
 namespace gantry {
 

@@ -1,4 +1,4 @@
-#include "host/module_api.h"
+#include "fieldrun/driver/module_api.h"
 
 #include <stdexcept>
 

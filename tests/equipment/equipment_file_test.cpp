@@ -9,9 +9,9 @@
 
 #include "equipment/equipment_model.h"
 #include "settings/link_settings.h"
-#include "settings/source.h"
-#include "settings/static_well_data.h"
 #include "support/test_folder.h"
+#include "wells/source.h"
+#include "wells/static_well_data.h"
 
 namespace gantry::test {
 namespace {

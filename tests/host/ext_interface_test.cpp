@@ -1,10 +1,10 @@
-#include "host/boundary/ext_interface.h"
+#include "boundary/ext_interface.h"
 
 #include <cstring>
 
 #include <gtest/gtest.h>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 #include "host/command_table.h"
 
 namespace gantry {

@@ -19,10 +19,11 @@ struct Layer {
 };
 
 /// From the bottom up. A file may include its own layer, the layers of lower rank, and none beside
-/// its own. The more particular folders come first.
+/// its own.
 const std::vector<Layer> kLayers = {
-    {"platform", 0},  {"host/boundary", 1}, {"host/text", 2}, {"client", 3}, {"settings", 4},
-    {"equipment", 5}, {"remote", 6},        {"model", 7},     {"ui", 8},     {"host", 9}};
+    {"boundary", 0},   {"platform", 1}, {"text", 2},  {"toolkit", 3},  {"client", 4},
+    {"settings", 5},   {"remote", 6},   {"wells", 7}, {"sessions", 8}, {"case", 9},
+    {"equipment", 10}, {"model", 11},   {"ui", 12},   {"host", 13}};
 
 const Layer* LayerOf(const std::string& path) {
   for (const Layer& layer : kLayers) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "host/driver_model.h"
+#include "fieldrun/driver/driver_model.h"
 #include "support/test_folder.h"
 
 namespace gantry::test {

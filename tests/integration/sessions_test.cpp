@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 #include "integration/real_run.h"
 
 namespace gantry::test {

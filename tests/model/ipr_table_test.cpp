@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/boundary/error_text.h"
+#include "boundary/error_text.h"
 
 namespace gantry {
 namespace {

@@ -1,10 +1,10 @@
-#include "remote/job_session.h"
+#include "sessions/job_session.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/files.h"
-#include "remote/job_slot.h"
-#include "remote/version_code.h"
+#include "sessions/job_slot.h"
+#include "sessions/version_code.h"
 #include "settings/link_settings.h"
 #include "support/isolation.h"
 #include "support/test_folder.h"

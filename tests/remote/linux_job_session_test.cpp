@@ -1,4 +1,4 @@
-#include "remote/linux_job_session.h"
+#include "sessions/linux_job_session.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,4 +1,4 @@
-#include "settings/case_data.h"
+#include "case/case_data.h"
 
 #include <vector>
 
@@ -6,7 +6,7 @@
 
 #include "settings/byte_stream.h"
 #include "settings/link_settings.h"
-#include "settings/static_well_data.h"
+#include "wells/static_well_data.h"
 
 namespace gantry::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "settings/exported_variables.h"
+#include "wells/exported_variables.h"
 
 #include <array>
 #include <memory>
@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "client/connector_base.h"
-#include "settings/well_variable_catalogue.h"
 #include "support/well_messages.h"
+#include "wells/well_variable_catalogue.h"
 
 namespace gantry::test {
 namespace {

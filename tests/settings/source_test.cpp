@@ -1,4 +1,4 @@
-#include "settings/source.h"
+#include "wells/source.h"
 
 #include <array>
 #include <memory>
@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "client/connector_base.h"
-#include "settings/static_well_data.h"
 #include "support/well_messages.h"
+#include "wells/static_well_data.h"
 
 namespace gantry::test {
 namespace {

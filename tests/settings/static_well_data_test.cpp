@@ -1,8 +1,8 @@
-#include "settings/static_well_data.h"
+#include "wells/static_well_data.h"
 
 #include <gtest/gtest.h>
 
-#include "settings/source.h"
+#include "wells/source.h"
 
 namespace gantry {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/dialog_window.h"
+#include "toolkit/dialog_window.h"
 
 namespace gantry::test {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <sstream>
 
-#include "host/boundary/records.h"
+#include "boundary/records.h"
 #include "probe_file.h"
 
 using gantry::_tGetSetData;

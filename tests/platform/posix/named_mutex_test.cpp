@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "platform/process.h"
-#include "remote/windows_job_session.h"
+#include "sessions/windows_job_session.h"
 #include "settings/gantry_app.h"
 #include "support/isolation.h"
 #include "support/test_folder.h"

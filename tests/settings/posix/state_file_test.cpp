@@ -1,12 +1,12 @@
-#include "settings/state_file.h"
+#include "case/state_file.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "settings/byte_stream.h"
-#include "settings/exported_variables.h"
 #include "support/posix/full_disk.h"
 #include "support/test_folder.h"
+#include "wells/exported_variables.h"
 
 namespace gantry::test {
 namespace {

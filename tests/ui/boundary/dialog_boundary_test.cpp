@@ -7,14 +7,14 @@
 
 #include <gtest/gtest.h>
 
-#include "companions/host/program/program.h"
-#include "host/case_reader.h"
+#include "companions/fieldrun/program/program.h"
+#include "fieldrun/case/case_reader.h"
 #include "integration/real_run.h"
 #include "platform/registry.h"
 #include "private_display.h"
 #include "settings/machine_config.h"
-#include "settings/static_well_data.h"
 #include "ui/boundary/person.h"
+#include "wells/static_well_data.h"
 
 namespace gantry {
 namespace {

@@ -1,0 +1,93 @@
+#include "described_toml/checked_toml.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace gantry::toml_reader {
+
+namespace {
+
+bool Stumbles(std::string_view text) {
+  try {
+    static_cast<void>(toml::parse(text));
+  } catch (const ParserFault&) {
+    return true;
+  } catch (const toml::parse_error&) {
+    return false;
+  }
+  return false;
+}
+
+/// The line at which the parser stumbles. Lines before it don't trouble it, so halving finds it.
+size_t LineOfParserFault(std::string_view text) {
+  std::vector<size_t> ends;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\n') ends.push_back(i + 1);
+  }
+  ends.push_back(text.size());
+  const auto first = std::partition_point(
+      ends.begin(), ends.end() - 1, [&](size_t end) { return !Stumbles(text.substr(0, end)); });
+  return static_cast<size_t>(first - ends.begin()) + 1;
+}
+
+/// What a text or a comment that begins here ends with; empty where neither begins.
+std::string_view EndOf(std::string_view rest) {
+  for (const std::string_view quote : {"\"\"\"", "'''", "\"", "'"}) {
+    if (rest.starts_with(quote)) return quote;
+  }
+  return rest.starts_with('#') ? "\n" : "";
+}
+
+/// Blanks beyond ASCII lead the parser astray, and such letters mean nothing outside of texts and
+/// comments.
+void RequirePlainKeys(std::string_view text) {
+  size_t line = 1;
+  std::string_view end;
+  for (size_t i = 0; i < text.size();) {
+    const std::string_view rest = text.substr(i);
+    if (end.empty() && static_cast<unsigned char>(rest[0]) >= 0x80) {
+      throw TomlError(line, "only texts and comments may go beyond ASCII");
+    }
+    size_t taken = 1;
+    if (end.empty()) {
+      end = EndOf(rest);
+      taken = end == "\n" ? 1 : std::max<size_t>(end.size(), 1);
+    } else if (rest[0] == '\\' && end[0] == '"') {
+      taken = std::min<size_t>(2, rest.size());
+    } else if (rest.starts_with(end) || (rest[0] == '\n' && end.size() == 1)) {
+      taken = rest[0] == '\n' ? 1 : end.size();
+      end = {};
+    }
+    line += static_cast<size_t>(std::ranges::count(rest.substr(0, taken), '\n'));
+    i += taken;
+  }
+}
+
+/// The text without the mark that some editors put ahead of UTF-8. Texts in UTF-16 are refused,
+/// with their name: their zero bytes would be told of one by one.
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  using namespace std::string_view_literals;
+  for (const std::string_view mark : {"\xFF\xFE"sv, "\xFE\xFF"sv}) {
+    const bool isZero = text.size() > 1 && (text[0] == '\0') != (text[1] == '\0');
+    if (text.starts_with(mark) || isZero) {
+      throw TomlError(1, "the file is in UTF-16; save it in UTF-8");
+    }
+  }
+  return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
+}
+
+}  // namespace
+
+toml::table Parse(std::string_view whole) {
+  const std::string_view text = WithoutByteOrderMark(whole);
+  RequirePlainKeys(text);
+  try {
+    return toml::parse(text);
+  } catch (const toml::parse_error& error) {
+    throw TomlError(error.source().begin.line, std::string(error.description()));
+  } catch (const ParserFault&) {
+    throw TomlError(LineOfParserFault(text), "this is no TOML");
+  }
+}
+
+}  // namespace gantry::toml_reader

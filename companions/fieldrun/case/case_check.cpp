@@ -1,0 +1,197 @@
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <numeric>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <fmt/format.h>
+
+#include "described_toml/near_word.h"
+#include "fieldrun/case/case_reader.h"
+#include "fieldrun/case/input_file.h"
+#include "platform/file_path.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+/// The checks of one case. What is wrong is gathered.
+class Check {
+ public:
+  Check(const CaseModel& model, std::vector<Finding>& findings)
+      : model_(model), findings_(findings) {}
+
+  void All();
+
+ private:
+  template <class Spec>
+  void NamesDiffer(const std::vector<Spec>& specs, std::string_view what);
+  void Simulator();
+  void Time();
+  void Tubings();
+  void KeysFitKind(const WellSpec& well);
+  void Producer(const WellSpec& well);
+  void Injector(const WellSpec& well);
+  void Groups();
+  void Fail(int line, const std::string& reason) { findings_.push_back({line, reason}); }
+
+  const CaseModel& model_;
+  std::vector<Finding>& findings_;
+};
+
+template <class Spec>
+std::vector<std::string_view> Names(const std::vector<Spec>& specs) {
+  std::vector<std::string_view> names;
+  for (const Spec& spec : specs) names.push_back(spec.name);
+  return names;
+}
+
+template <class Spec>
+void Check::NamesDiffer(const std::vector<Spec>& specs, std::string_view what) {
+  std::unordered_set<std::string> names;
+  for (const Spec& spec : specs) {
+    if (!spec.name.empty() && !names.insert(spec.name).second) {
+      Fail(spec.LineOf("name"), fmt::format("there are two {}s \"{}\"", what, spec.name));
+    }
+  }
+}
+
+void Check::Simulator() {
+  const SimulatorSpec& simulator = model_.simulator;
+  const bool isCluster = simulator.connection == 1;
+  if (isCluster && simulator.headNode.empty()) {
+    Fail(simulator.LineOf("connection"), "a cluster needs its head_node");
+  }
+  if (isCluster || simulator.deck.empty()) return;
+  if (!IsFile(simulator.deck)) {
+    Fail(simulator.LineOf("deck"), fmt::format("no such dataset: {}", simulator.deck));
+  }
+  const std::string name = platform::NameOf(platform::PathOf(simulator.deck).filename());
+  if (name.find(' ') != std::string::npos) {
+    Fail(simulator.LineOf("deck"),
+         fmt::format("the dataset's name can't hold a blank, since a simulator of this "
+                     "machine would take it for two: {}",
+                     name));
+  }
+}
+
+void Check::Time() {
+  const TimeSpec& time = model_.time;
+  const int ways = (time.end ? 1 : 0) + (time.duration ? 1 : 0) + (time.steps ? 1 : 0);
+  if (ways != 1) {
+    Fail(time.line, "[time] needs one, and only one, of the keys end, duration and steps");
+  }
+  if (time.start && time.end && !(*time.start < *time.end)) {
+    Fail(time.LineOf("end"), "end must lie after start");
+  }
+}
+
+// Keys that mean something for one kind of well only.
+struct KindKeys {
+  WellKind kind;
+  std::vector<std::string> keys;
+};
+
+const std::vector<KindKeys>& KeysOfKinds() {
+  static const std::vector<KindKeys> kKeys{
+      {WellKind::kProducer,
+       {"control", "tubing", "manifold_pressure", "min_bottom_hole_pressure", "max_oil",
+        "max_water", "max_liquid", "max_gas", "min_oil", "max_water_cut", "max_gas_oil_ratio"}},
+      {WellKind::kWaterInjector,
+       {"water_rate", "bottom_hole_pressure", "max_bottom_hole_pressure"}},
+      {WellKind::kGasInjector,
+       {"gas_rate", "bottom_hole_pressure", "max_bottom_hole_pressure", "composition"}},
+  };
+  return kKeys;
+}
+
+void Check::KeysFitKind(const WellSpec& well) {
+  static const std::vector<std::string> kForAll{"name", "kind", "connected", "downtime"};
+  const std::vector<std::string>& own = KeysOfKinds()[static_cast<size_t>(well.kind)].keys;
+  for (const auto& [key, line] : well.keyLines) {
+    const bool isOwn = std::find(own.begin(), own.end(), key) != own.end() ||
+                       std::find(kForAll.begin(), kForAll.end(), key) != kForAll.end();
+    if (isOwn) continue;
+    static constexpr const char* kKindWords[] = {"producer", "water injector", "gas injector"};
+    Fail(line, fmt::format("{} means nothing for a {}", key, kKindWords[well.kind]));
+  }
+}
+
+void Check::Producer(const WellSpec& well) {
+  if (well.tubing.empty()) return;
+  if (model_.TubingOf(well) == nullptr) {
+    Fail(well.LineOf("tubing"),
+         fmt::format("there is no tubing \"{}\"{}", well.tubing,
+                     toml_reader::DidYouMean(well.tubing, Names(model_.tubings))));
+  }
+  if (!well.manifoldPressure && !model_.network.manifoldPressure) {
+    Fail(well.LineOf("tubing"),
+         "a well with a tubing needs a manifold_pressure, of its own or in [network]");
+  }
+}
+
+void Check::Injector(const WellSpec& well) {
+  const bool hasRate = well.waterRate || well.gasRate;
+  if (well.connected && hasRate == well.bottomHolePressure.has_value()) {
+    Fail(well.line,
+         fmt::format("injector \"{}\" needs either {} or bottom_hole_pressure", well.name,
+                     well.Kind() == WellKind::kGasInjector ? "gas_rate" : "water_rate"));
+  }
+  if (well.composition.empty()) return;
+  const double sum = std::accumulate(well.composition.begin(), well.composition.end(), 0.0);
+  if (std::abs(sum - 1) > 1e-6) {
+    Fail(well.LineOf("composition"),
+         fmt::format("the fractions of composition must sum to 1, not {:g}", sum));
+  }
+  if (well.composition.size() > 100) {
+    Fail(well.LineOf("composition"), "composition can have no more than 100 fractions");
+  }
+}
+
+void Check::Groups() {
+  std::unordered_map<std::string, bool> wells;
+  for (const WellSpec& well : model_.wells) wells[well.name] = well.connected;
+  for (const GroupSpec& group : model_.groups) {
+    for (const std::string& name : group.wells) {
+      const auto well = wells.find(name);
+      if (well == wells.end()) {
+        Fail(group.LineOf("wells"),
+             fmt::format("there is no well \"{}\"{}", name,
+                         toml_reader::DidYouMean(name, Names(model_.wells))));
+      } else if (!well->second) {
+        Fail(group.LineOf("wells"), fmt::format("well \"{}\" isn't connected", name));
+      }
+    }
+  }
+}
+
+void Check::Tubings() {
+  for (const TubingSpec& tubing : model_.tubings) {
+    if (tubing.isSound && tubing.length && *tubing.length < tubing.depth) {
+      Fail(tubing.LineOf("length"), "length can't be less than depth");
+    }
+  }
+}
+
+void Check::All() {
+  Simulator();
+  if (model_.time.isSound) Time();
+  NamesDiffer(model_.tubings, "tubing");
+  NamesDiffer(model_.wells, "well");
+  NamesDiffer(model_.groups, "group");
+  Tubings();
+  for (const WellSpec& well : model_.wells) {
+    if (!well.isSound) continue;
+    KeysFitKind(well);
+    well.Kind() == WellKind::kProducer ? Producer(well) : Injector(well);
+  }
+  Groups();
+}
+
+}  // namespace
+
+void CheckCase(const CaseModel& model, std::vector<Finding>& findings) {
+  Check(model, findings).All();
+}
+
+}  // namespace gantry::fieldrun

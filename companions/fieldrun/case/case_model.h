@@ -1,0 +1,138 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "fieldrun/case/calendar.h"
+#include "fieldrun/case/quantities.h"
+
+namespace gantry::fieldrun {
+
+/// What is wrong with a line of a file of the user's, or can hardly be meant.
+struct Finding {
+  int line = 0;  ///< from 1; 0 where the file as a whole is meant
+  std::string reason;
+  bool isError = true;
+
+  /// "file:line: reason", with "warning: " before the reason of a warning.
+  std::string In(const std::string& file) const;
+};
+
+/// A case file, or another file of the user's, that can't be used as it stands. what() has a line
+/// for each fault, "file:line: reason".
+class CaseError : public std::runtime_error {
+ public:
+  CaseError(const std::string& file, int line, const std::string& reason);
+  CaseError(const std::string& file, const std::vector<Finding>& findings);
+};
+
+/// Where a section and its keys stand in the case file, for messages.
+struct Located {
+  int line = 0;
+  bool isSound = true;  ///< false when one of its keys is at fault
+  std::map<std::string, int> keyLines;
+
+  int LineOf(const std::string& key) const;
+};
+
+struct GeneralSpec : Located {
+  std::string title;
+  int units = 0;       ///< a UnitSystem
+  std::string output;  ///< folder of the results
+};
+
+struct SimulatorSpec : Located {
+  std::string deck;
+  std::string executable;
+  int connection = 0;  ///< 0 this machine, 1 a cluster
+  std::string headNode;
+  int headNodePort = 7777;
+  int clusterVersion = 100000;
+  int parallel = 1;
+  int inflowModel = 1;  ///< 0 block pressure, 1 drainage region
+  bool closeUnconnectedWells = false;
+  bool standardLog = false;
+  std::string label;
+  std::string storeFile;
+};
+
+struct TimeSpec : Located {
+  std::optional<Date> start;
+  std::optional<Date> end;
+  std::optional<double> duration;  ///< days
+  std::optional<int> steps;
+  double stepDays = 0;  ///< 0: calendar months
+};
+
+struct NetworkSpec : Located {
+  std::optional<double> manifoldPressure;
+  std::optional<double> oilGravity;    ///< water = 1
+  std::optional<double> gasGravity;    ///< air = 1
+  std::optional<double> waterGravity;  ///< water = 1
+  bool applyEarly = false;
+};
+
+struct TubingSpec : Located {
+  std::string name;
+  double depth = 0;
+  std::optional<double> length;  ///< along the hole; the depth when the hole is vertical
+  double diameter = 0;
+  double roughness = 0.0006;
+  double wellheadTemperature = 100;
+  double bottomTemperature = 200;
+};
+
+enum class WellKind { kProducer, kWaterInjector, kGasInjector };
+
+struct WellSpec : Located {
+  std::string name;
+  int kind = 0;  ///< a WellKind
+  bool connected = true;
+  int control = 0;  ///< the driver's control mode of a producer
+  double downtime = 0;
+
+  std::string tubing;
+  std::optional<double> manifoldPressure;
+  std::optional<double> minBottomHolePressure;
+  std::optional<double> maxOil, maxWater, maxLiquid, maxGas;
+  std::optional<double> minOil, maxWaterCut, maxGasOilRatio;
+
+  std::optional<double> waterRate, gasRate;
+  std::optional<double> bottomHolePressure, maxBottomHolePressure;
+  std::vector<double> composition;
+
+  WellKind Kind() const { return static_cast<WellKind>(kind); }
+};
+
+struct GroupSpec : Located {
+  std::string name;
+  std::vector<std::string> wells;  ///< none: every connected well
+  int method = 0;                  ///< 0 scale all alike, 1 cut the worst first
+  std::optional<double> maxOil, maxWater, maxLiquid, maxGas;
+  std::optional<double> maxWaterInjection, maxGasInjection;
+};
+
+/// A field model as its file gives it, in field units, checked as far as can be without the
+/// simulator. Paths are absolute.
+struct CaseModel {
+  std::string file;
+  GeneralSpec general;
+  SimulatorSpec simulator;
+  TimeSpec time;
+  NetworkSpec network;
+  std::vector<TubingSpec> tubings;
+  std::vector<WellSpec> wells;
+  std::vector<GroupSpec> groups;
+  std::vector<std::string> warnings;  ///< what can hardly be meant, each "file:line: warning: ..."
+
+  UnitSystem Units() const { return static_cast<UnitSystem>(general.units); }
+  /// Null for a well without a tubing.
+  const TubingSpec* TubingOf(const WellSpec& well) const;
+  double ManifoldPressureOf(const WellSpec& well) const;
+  [[noreturn]] void Fail(int line, const std::string& reason) const;
+};
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,146 @@
+#include "fieldrun/results/result_tables.h"
+
+#include <array>
+#include <cmath>
+
+#include <fmt/format.h>
+
+#include "fieldrun/results/output_file.h"
+#include "fieldrun/results/result_folder.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+using enum Quantity;
+
+constexpr const char* kStepHeadings = "step,date,days,length,";
+
+}  // namespace
+
+std::string_view KindName(WellKind kind) {
+  constexpr std::array<std::string_view, 3> kNames{"producer", "water injector", "gas injector"};
+  return kNames[static_cast<size_t>(kind)];
+}
+
+ResultTables::ResultTables(const std::string& folder, UnitSystem units)
+    : folder_(folder), units_(units) {}
+
+// What isn't known stands empty.
+std::string ResultTables::Number(double value, Quantity quantity) const {
+  if (!std::isfinite(value)) return "";
+  return fmt::format("{:.7g}", FromInternal(value, quantity, units_));
+}
+
+std::string ResultTables::Heading(std::string_view name, Quantity quantity) const {
+  return fmt::format("{} ({})", name, UnitName(quantity, units_));
+}
+
+std::string ResultTables::RateFields(const Rates& rates) const {
+  return Number(rates.oil, kLiquidRate) + "," + Number(rates.water, kLiquidRate) + "," +
+         Number(rates.gas, kGasRate);
+}
+
+std::string ResultTables::TotalFields(const Rates& volumes) const {
+  return Number(volumes.oil, kLiquidVolume) + "," + Number(volumes.water, kLiquidVolume) + "," +
+         Number(volumes.gas, kGasVolume);
+}
+
+std::string ResultTables::PointFields(const InflowPoint& point) const {
+  return Number(point.pressure, kPressure) + "," + RateFields(point.rates);
+}
+
+// "plant: liquid (1320 without it); ..."
+std::string ResultTables::GroupFields(const std::vector<GroupLimitReport>& groups) const {
+  std::string text;
+  for (const GroupLimitReport& group : groups) {
+    text += fmt::format("{}{}: {} ({} without it)", text.empty() ? "" : "; ", group.group,
+                        group.limit, Number(group.before, QuantityOf(group)));
+  }
+  return CsvField(text);
+}
+
+void ResultTables::Started(const RunStart& start) {
+  wells_ = start.wells;
+  run_ = start.id;
+  wellsFile_.emplace(folder_ + "/" + kWellsFile);
+  inflowFile_.emplace(folder_ + "/" + kInflowFile);
+  fieldFile_.emplace(folder_ + "/" + kFieldFile);
+  WriteHeadings();
+}
+
+void ResultTables::WriteHeadings() {
+  const auto columns = [&](std::string_view prefix, Quantity liquid, Quantity gas) {
+    return fmt::format("{},{},{}", Heading(fmt::format("{}oil", prefix), liquid),
+                       Heading(fmt::format("{}water", prefix), liquid),
+                       Heading(fmt::format("{}gas", prefix), gas));
+  };
+  const std::string pressure = Heading("pressure", kPressure);
+  const std::string rates = columns("", kLiquidRate, kGasRate);
+  const std::string totals = columns("total ", kLiquidVolume, kGasVolume);
+  wellsFile_->Write(fmt::format(
+      "{}well,kind,open,limited by,uptime,{},{},reported {},{},{},totals by,oil gravity,"
+      "gas gravity,water gravity,run\n",
+      kStepHeadings, pressure, rates, pressure, columns("reported ", kLiquidRate, kGasRate),
+      totals));
+  inflowFile_->Write(fmt::format("{}well,point,{},{},run\n", kStepHeadings, pressure, rates));
+  fieldFile_->Write(fmt::format(
+      "{}{},{},{},water cut,{},{},{},{},open producers,open injectors,group limits,totals by,"
+      "run\n",
+      kStepHeadings, rates, Heading("water injected", kLiquidRate),
+      Heading("gas injected", kGasRate), Heading("gas-oil ratio", kGasLiquidRatio), totals,
+      Heading("total water injected", kLiquidVolume), Heading("total gas injected", kGasVolume)));
+}
+
+void ResultTables::StepDone(const StepRecord& record) {
+  const std::string stepFields = fmt::format("{},{},{:.7g},{:.7g},", record.step + 1,
+                                             ToText(record.date), record.days, record.length);
+  wellsFile_->Write(WellRows(record, stepFields));
+  inflowFile_->Write(InflowRows(record, stepFields));
+  fieldFile_->Write(FieldRow(record, stepFields));
+}
+
+std::string ResultTables::WellRows(const StepRecord& record, const std::string& stepFields) const {
+  std::string rows;
+  for (size_t i = 0; i < wells_.size(); ++i) {
+    const WellStep& well = record.wells[i];
+    const WellSpec& spec = *wells_[i].spec;
+    const std::string gravities = spec.tubing.empty()
+                                      ? ",,"
+                                      : fmt::format("{:.5g},{:.5g},{:.5g}", well.gravities.oil,
+                                                    well.gravities.gas, well.gravities.water);
+    rows += fmt::format("{}{},{},{},{},{:g},{},{},{},{},{},{}\n", stepFields, CsvField(spec.name),
+                        KindName(spec.Kind()), well.point.isOpen ? 1 : 0,
+                        CsvField(well.point.limitedBy), 1 - spec.downtime,
+                        PointFields({well.point.pressure, well.point.rates}),
+                        well.reported ? PointFields(*well.reported) : ",,,",
+                        TotalFields(well.total), CountedBy(well), gravities, run_);
+  }
+  return rows;
+}
+
+std::string ResultTables::InflowRows(const StepRecord& record,
+                                     const std::string& stepFields) const {
+  std::string rows;
+  for (size_t i = 0; i < wells_.size(); ++i) {
+    const std::string name = CsvField(wells_[i].spec->name);
+    int number = 0;
+    for (const InflowPoint& point : record.wells[i].inflow) {
+      rows += fmt::format("{}{},{},{},{}\n", stepFields, name, ++number, PointFields(point), run_);
+    }
+  }
+  return rows;
+}
+
+std::string ResultTables::FieldRow(const StepRecord& record, const std::string& stepFields) const {
+  const FieldRates rates = SumWells(wells_, record);
+  const FieldTotals totals = SumTotals(wells_, record);
+  return fmt::format("{}{},{},{},{},{},{},{},{},{},{},{},{},{}\n", stepFields,
+                     RateFields(rates.produced), Number(rates.injected.water, kLiquidRate),
+                     Number(rates.injected.gas, kGasRate), Number(rates.WaterCut(), kNone),
+                     Number(rates.GasOilRatio(), kGasLiquidRatio), TotalFields(totals.produced),
+                     Number(totals.injected.water, kLiquidVolume),
+                     Number(totals.injected.gas, kGasVolume), rates.openProducers,
+                     rates.openInjectors, GroupFields(record.groups), totals.by, run_);
+}
+
+}  // namespace gantry::fieldrun

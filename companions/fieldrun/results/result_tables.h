@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "fieldrun/results/growing_table.h"
+#include "fieldrun/run/field_totals.h"
+#include "fieldrun/run/run_record.h"
+
+namespace gantry::fieldrun {
+
+/// The tables wells.csv, inflow.csv and field.csv in a folder that exists, in the units of the
+/// case. They begin with the run and grow with each step; field.csv has a step's row when the
+/// others have theirs. Every row ends with the run's id. docs/fieldrun.md tells the columns.
+class ResultTables : public RunListener {
+ public:
+  ResultTables(const std::string& folder, UnitSystem units);
+
+  void Started(const RunStart& start) override;
+  void StepDone(const StepRecord& record) override;
+  void Ended(const RunEnd& /*end*/) override {}
+
+ private:
+  std::string Number(double value, Quantity quantity) const;
+  std::string Heading(std::string_view name, Quantity quantity) const;
+  std::string RateFields(const Rates& rates) const;
+  std::string TotalFields(const Rates& volumes) const;
+  std::string PointFields(const InflowPoint& point) const;
+  std::string GroupFields(const std::vector<GroupLimitReport>& groups) const;
+  void WriteHeadings();
+  std::string WellRows(const StepRecord& record, const std::string& stepFields) const;
+  std::string InflowRows(const StepRecord& record, const std::string& stepFields) const;
+  std::string FieldRow(const StepRecord& record, const std::string& stepFields) const;
+
+  std::string folder_;
+  UnitSystem units_;
+  std::string run_;
+  std::vector<RunWell> wells_;
+  std::optional<GrowingTable> wellsFile_;
+  std::optional<GrowingTable> inflowFile_;
+  std::optional<GrowingTable> fieldFile_;
+};
+
+/// "producer", "water injector", "gas injector".
+std::string_view KindName(WellKind kind);
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,79 @@
+#include "fieldrun/results/run_json.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "fieldrun/platform/terminal.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void PrintLine(const Json& json) {
+  const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  fmt::print(UserOutput(), "{}\n", text);
+  std::fflush(UserOutput());
+}
+
+/// Oil, water and gas; `liquid` and `gas` are what they are measured in.
+Json Phases(const Rates& rates, Quantity liquid, Quantity gas, UnitSystem units) {
+  return {{"oil", FromInternal(rates.oil, liquid, units)},
+          {"water", FromInternal(rates.water, liquid, units)},
+          {"gas", FromInternal(rates.gas, gas, units)}};
+}
+
+}  // namespace
+
+void RunJson::Started(const RunStart& start) {
+  wells_ = start.wells;
+  PrintLine({{"event", "start"},
+             {"run", start.id},
+             {"title", model_.general.title},
+             {"units", model_.Units() == UnitSystem::kMetric ? "metric" : "field"},
+             {"date", ToText(start.start)},
+             {"steps", start.stepCount},
+             {"days", start.totalDays},
+             {"wells", start.wells.size()},
+             {"case_warnings", model_.warnings}});
+}
+
+void RunJson::StepDone(const StepRecord& record) {
+  const FieldRates rates = SumWells(wells_, record);
+  const FieldTotals totals = SumTotals(wells_, record);
+  const auto phases = [this](const Rates& values, bool areVolumes) {
+    return areVolumes
+               ? Phases(values, Quantity::kLiquidVolume, Quantity::kGasVolume, model_.Units())
+               : Phases(values, Quantity::kLiquidRate, Quantity::kGasRate, model_.Units());
+  };
+  PrintLine({{"event", "step"},
+             {"step", record.step + 1},
+             {"date", ToText(record.date)},
+             {"days", record.days},
+             {"length", record.length},
+             {"produced", phases(rates.produced, false)},
+             {"injected", phases(rates.injected, false)},
+             {"total_produced", phases(totals.produced, true)},
+             {"total_injected", phases(totals.injected, true)},
+             {"open_wells", rates.openProducers + rates.openInjectors}});
+}
+
+void RunJson::Ended(const RunEnd& end) {
+  PrintLine({{"event", "end"},
+             {"steps", end.steps},
+             {"warnings", end.warnings.size()},
+             {"ended_by_simulator", end.endedBySimulator},
+             {"ended_by_user", end.endedByUser},
+             {"failure", end.failure},
+             {"results", model_.general.output}});
+}
+
+void RunJson::Warned(const RunWarning& warning) {
+  PrintLine({{"event", "warning"},
+             {"topic", warning.topic},
+             {"well", warning.well},
+             {"date", ToText(warning.date)},
+             {"text", warning.text}});
+}
+
+}  // namespace gantry::fieldrun

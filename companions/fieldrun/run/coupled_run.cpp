@@ -1,0 +1,291 @@
+#include "fieldrun/run/coupled_run.h"
+
+#include <algorithm>
+#include <random>
+
+#include <fmt/format.h>
+
+#include "fieldrun/platform/interruption.h"
+#include "text/number_text.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+/// The module's gravities, where they can be those of surface fluids; the case's own come first.
+Gravities TubingGravities(const NetworkSpec& network, const Gravities& reported) {
+  const auto choose = [](const std::optional<double>& own, double value, double low, double high,
+                         double fallback) {
+    if (own) return *own;
+    return value >= low && value <= high ? value : fallback;
+  };
+  const Gravities usual;
+  return {choose(network.oilGravity, reported.oil, 0.3, 1.2, usual.oil),
+          choose(network.gasGravity, reported.gas, 0.5, 2.0, usual.gas),
+          choose(network.waterGravity, reported.water, 0.9, 1.5, usual.water)};
+}
+
+/// The gravities that the tubings should have: the case's own, else the module's.
+Gravities WantedGravities(const NetworkSpec& network, const Gravities& reported) {
+  return {network.oilGravity.value_or(reported.oil), network.gasGravity.value_or(reported.gas),
+          network.waterGravity.value_or(reported.water)};
+}
+
+/// Eight characters that no other run has, as far as chance goes.
+std::string NewRunId() { return fmt::format("{:08x}", std::random_device()()); }
+
+Date FirstDay(const CaseModel& model, const std::optional<Date>& simulation) {
+  const std::optional<Date>& own = model.time.start;
+  if (!own && !simulation) {
+    model.Fail(model.time.line, "the simulator tells no date, so that [time] needs a start");
+  }
+  if (own && simulation && *own < *simulation) {
+    model.Fail(model.time.LineOf("start"),
+               fmt::format("start lies before the simulator's date, {}", ToText(*simulation)));
+  }
+  return own ? *own : *simulation;
+}
+
+}  // namespace
+
+CoupledRun::CoupledRun(const CaseModel& caseModel, DriverModel& model, RunListener& listener)
+    : case_(caseModel),
+      model_(model),
+      listener_(listener),
+      checks_(caseModel.Units(), [this](const RunWarning& warning) { Warn(warning); }) {}
+
+void CoupledRun::CheckCompositions() const {
+  const size_t count = start_.components.size();
+  for (const RunWell& well : start_.wells) {
+    const WellSpec& spec = *well.spec;
+    if (spec.composition.empty() || spec.composition.size() == count) continue;
+    const std::string reason =
+        count == 0 ? "composition means nothing for a black-oil dataset"
+                   : fmt::format("composition has {} fractions, the simulator {} components",
+                                 spec.composition.size(), count);
+    case_.Fail(spec.LineOf("composition"), reason);
+  }
+}
+
+// Without it the run goes on all the same, with totals of its own making.
+void CoupledRun::Publish() {
+  try {
+    PublishTotals(model_, case_);
+  } catch (const std::exception&) {
+    // WellTotals finds nothing published, and says so
+  }
+}
+
+void CoupledRun::BeginTotals() {
+  const ReadVariable read = [this](int handle) { return ReadDouble(model_.ReadPublished(handle)); };
+  totals_ = std::make_unique<WellTotals>(start_.wells, model_.PublishedVariables(), read,
+                                         [this](const RunWarning& warning) { Warn(warning); });
+  totals_->Begin(start_.start);
+}
+
+void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
+  Publish();
+  {
+    const DeafToInterruptions simulator;
+    StartSimulator(model_, case_);
+  }
+  start_.id = NewRunId();
+  start_.simulator = SimulatorProgram(model_, case_);
+  const std::vector<DriverWell> wells = model_.Wells();
+  start_.components = model_.ComponentNames();
+  start_.start = FirstDay(case_, model_.SimulationDate());
+  start_.wells = MatchWells(model_, case_, wells);
+  start_.unconnectedWells = static_cast<int>(wells.size() - start_.wells.size());
+  start_.driver = driverName;
+  start_.deck = model_.Description();
+  CheckCompositions();
+  schedule_ = PlanSteps(case_, start_.start);
+  if (mostSteps > 0 && mostSteps < schedule_.lengths.size()) schedule_.lengths.resize(mostSteps);
+  start_.stepCount = schedule_.lengths.size();
+  start_.totalDays = schedule_.DaysBefore(start_.stepCount);
+
+  std::vector<int32_t> connected;
+  for (const RunWell& well : start_.wells) connected.push_back(well.handle);
+  for (const int32_t handle : connected) model_.Connect(handle, true);
+  listener_.Started(start_);
+  model_.StartRun(connected, DayNumber(start_.start),
+                  [this](const std::string& text) { listener_.Notice(text); });
+
+  retired_.resize(start_.wells.size());
+  for (const RunWell& well : start_.wells) {
+    tubings_.push_back(case_.TubingOf(*well.spec));
+  }
+  BeginTotals();
+}
+
+RunEnd CoupledRun::Run() {
+  RunEnd end;
+  try {
+    RunSteps(end);
+  } catch (const std::exception& failure) {
+    end.failure = failure.what();
+    end.endedByUser = IsInterrupted();
+  }
+  ReportRest(end);
+  model_.CloseSimulator();
+  end.warnings = warnings_.All();
+  Tell(end);
+  return end;
+}
+
+void CoupledRun::RunSteps(RunEnd& end) {
+  while (end.steps < start_.stepCount && !end.endedBySimulator) {
+    end.endedByUser = IsInterrupted();
+    if (end.endedByUser) break;
+    end.endedBySimulator = !RunStep(end.steps);
+    ++end.steps;
+  }
+  if (!end.endedBySimulator) FinishLast();
+}
+
+bool CoupledRun::RunStep(size_t step) {
+  listener_.StepBegins(step, schedule_.DateBefore(step));
+  if (atStep) atStep(step);
+  StepRecord record;
+  record.step = step;
+  record.date = schedule_.DateBefore(step);
+  record.days = schedule_.DaysBefore(step);
+  record.length = schedule_.lengths[step];
+  ReadInflow(record);
+  Solve(record);
+  SendControls(record);
+  if (case_.network.applyEarly) model_.ApplyControls();
+  const bool goesOn = model_.Step(record.length);
+  last_ = std::move(record);
+  hasLast_ = true;
+  return goesOn;
+}
+
+void CoupledRun::AskForInflow(StepRecord& record) {
+  model_.ReadWells();
+  inflow_.clear();
+  for (const RunWell& well : start_.wells) {
+    inflow_.push_back(model_.Inflow(well.handle));
+    record.wells.emplace_back().inflow = inflow_.back().points;
+  }
+}
+
+// The read of one step is at once the result of the step before.
+void CoupledRun::ReadInflow(StepRecord& record) {
+  try {
+    AskForInflow(record);
+  } catch (const DriverFailure&) {
+    ReportUnread();
+    throw;
+  }
+  for (size_t i = 0; hasLast_ && i < inflow_.size(); ++i) {
+    WellStep& well = last_.wells[i];
+    const InflowPoint& current = inflow_[i].current;
+    if (checks_.Report(start_.wells[i], last_.date, well.point, current)) well.reported = current;
+  }
+  RetireWells();
+  ReportLast();
+}
+
+void CoupledRun::ReportLast() {
+  if (!hasLast_) return;
+  hasLast_ = false;
+  totals_->Count(last_);
+  listener_.StepDone(last_);
+}
+
+// Not what the network decided counts as made, but nothing.
+void CoupledRun::ReportUnread() {
+  if (!hasLast_) return;
+  hasLast_ = false;
+  Warn({"unread", "", last_.date,
+        fmt::format("nothing tells the rates of step {}, the last: only what the network decided "
+                    "stands in wells.csv",
+                    last_.step + 1)});
+  listener_.StepDone(last_);
+}
+
+void CoupledRun::FinishLast() {
+  if (!hasLast_) return;
+  StepRecord after;
+  ReadInflow(after);
+}
+
+// Listeners that write may find the disk full.
+void CoupledRun::Tell(RunEnd& end) {
+  try {
+    listener_.Ended(end);
+  } catch (const std::exception& failure) {
+    if (end.failure.empty()) end.failure = failure.what();
+  }
+}
+
+// What the step before has made when the run ends ahead of its time. A simulator that has come to
+// its own end may still tell its totals.
+void CoupledRun::ReportRest(RunEnd& end) {
+  if (hasLast_ && end.endedBySimulator) totals_->Count(last_);
+  try {
+    FinishLast();
+  } catch (const DriverFailure&) {
+    // the step is reported as unread
+  } catch (const std::exception& failure) {
+    if (end.failure.empty()) end.failure = failure.what();
+  }
+}
+
+// A well that has passed an economic limit stays shut for the rest of the run.
+void CoupledRun::RetireWells() {
+  for (size_t i = 0; hasLast_ && i < last_.wells.size(); ++i) {
+    const bool isProducer = start_.wells[i].spec->Kind() == WellKind::kProducer;
+    if (!isProducer || !last_.wells[i].point.isOpen || !retired_[i].empty()) continue;
+    if (!last_.wells[i].reported) continue;
+    retired_[i] = EconomicLimitPassed(*start_.wells[i].spec, last_.wells[i].Made());
+  }
+}
+
+void CoupledRun::Warn(const RunWarning& warning) {
+  if (warnings_.Add(warning)) listener_.Warned(warning);
+}
+
+void CoupledRun::Solve(StepRecord& record) {
+  std::vector<NetworkWell> wells;
+  std::vector<size_t> places;
+  for (size_t i = 0; i < start_.wells.size(); ++i) {
+    if (!retired_[i].empty()) {
+      record.wells[i].point.limitedBy = retired_[i];
+      continue;
+    }
+    const WellSpec& spec = *start_.wells[i].spec;
+    const bool isProducer = spec.Kind() == WellKind::kProducer;
+    checks_.Inflow(start_.wells[i], record.date, record.wells[i].inflow);
+    NetworkWell& well = wells.emplace_back(spec, InflowCurve(record.wells[i].inflow, isProducer));
+    well.tubing = tubings_[i];
+    well.manifoldPressure = case_.ManifoldPressureOf(spec);
+    well.gravities = TubingGravities(case_.network, inflow_[i].gravities);
+    record.wells[i].gravities = well.gravities;
+    if (well.tubing != nullptr) {
+      checks_.TubingGravities(start_.wells[i], record.date,
+                              WantedGravities(case_.network, inflow_[i].gravities), well.gravities);
+    }
+    places.push_back(i);
+  }
+  liftTables_.Assign(wells);
+  record.groups = SolveNetwork(wells, case_.groups);
+  for (size_t i = 0; i < wells.size(); ++i) record.wells[places[i]].point = wells[i].Point();
+}
+
+void CoupledRun::SendControls(const StepRecord& record) {
+  const auto componentCount = static_cast<int>(start_.components.size());
+  for (size_t i = 0; i < record.wells.size(); ++i) {
+    const WellSpec& spec = *start_.wells[i].spec;
+    const OperatingPoint& point = record.wells[i].point;
+    DriverControl control{start_.wells[i].handle,        !point.isOpen, !retired_[i].empty(),
+                          {point.pressure, point.rates}, spec.downtime, spec.composition};
+    if (spec.Kind() == WellKind::kGasInjector && componentCount > 0 &&
+        control.composition.empty()) {
+      control.composition = {1.0};
+    }
+    model_.SetControl(control, inflow_[i], componentCount);
+  }
+}
+
+}  // namespace gantry::fieldrun

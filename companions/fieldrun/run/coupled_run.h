@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "fieldrun/driver/driver_model.h"
+#include "fieldrun/run/run_checks.h"
+#include "fieldrun/run/run_record.h"
+#include "fieldrun/run/schedule.h"
+#include "fieldrun/run/well_totals.h"
+
+namespace gantry::fieldrun {
+
+/// Tells the model what the case says of its simulator, before anything is started.
+/// `fallbackExecutable` is taken when the case names none.
+void ApplySettings(DriverModel& model, const CaseModel& caseModel,
+                   const std::string& fallbackExecutable);
+
+/// Starts the simulator of the case. The module's text doesn't name the program that failed to come
+/// up on this machine; it is added here.
+void StartSimulator(DriverModel& model, const CaseModel& caseModel);
+
+/// The program that runs the dataset, by its path, or the cluster that does. One that stands beside
+/// this program is asked for its version.
+std::string SimulatorProgram(DriverModel& model, const CaseModel& caseModel);
+
+/// What a well of the simulator is, as the module says. An injector of no stated phase counts as a
+/// water injector, since that is how the module controls it.
+WellKind KindInSimulator(DriverModel& model, const DriverWell& well);
+
+/// Brings the wells of the case and those of the simulator together. Throws CaseError, at the line
+/// of the well, for a well that the simulator lacks or that is of another kind there.
+std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
+                                const std::vector<DriverWell>& simulatorWells);
+
+/// A coupled run: the network of a case and the module's simulator in lock-step. Made for one run.
+class CoupledRun {
+ public:
+  CoupledRun(const CaseModel& caseModel, DriverModel& model, RunListener& listener);
+
+  /// Starts the simulator and readies the wells. Throws CaseError or DriverFailure.
+  void Start(const std::string& driverName, size_t mostSteps);
+  /// Runs to the end. A failure of the module ends the run and stands in the result.
+  RunEnd Run();
+
+  /// Called at the beginning of each step, when the simulator waits.
+  std::function<void(size_t step)> atStep;
+  /// When set, asked before each step; true ends the run there, by its user's wish.
+  std::function<bool()> isInterrupted;
+
+ private:
+  void CheckCompositions() const;
+  bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
+  void RunSteps(RunEnd& end);
+  void Publish();
+  void BeginTotals();
+  bool RunStep(size_t step);
+  void ReadInflow(StepRecord& record);
+  void AskForInflow(StepRecord& record);
+  void FinishLast();
+  void ReportRest(RunEnd& end);
+  void Tell(RunEnd& end);
+  void Solve(StepRecord& record);
+  void SendControls(const StepRecord& record);
+  void ReportLast();
+  void ReportUnread();
+  void RetireWells();
+  void Warn(const RunWarning& warning);
+
+  const CaseModel& case_;
+  DriverModel& model_;
+  RunListener& listener_;
+  RunStart start_;
+  Schedule schedule_;
+  std::vector<DriverInflow> inflow_;  ///< of this step, by place in start_.wells
+  std::vector<std::string> retired_;  ///< why a well is shut for good; empty while it isn't
+  std::vector<const TubingSpec*> tubings_;
+  LiftTables liftTables_;
+  StepRecord last_;  ///< the step that was run and not yet reported
+  bool hasLast_ = false;
+  RunWarnings warnings_;
+  RunChecks checks_;
+  std::unique_ptr<WellTotals> totals_;  ///< from the beginning of the run on
+};
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "fieldrun/case/case_model.h"
+#include "fieldrun/network/network.h"
+#include "fieldrun/run/run_warnings.h"
+
+namespace gantry::fieldrun {
+
+/// A well of the run, by its place in the case and in the module.
+struct RunWell {
+  const WellSpec* spec = nullptr;
+  int handle = 0;  ///< the well's index at the boundary
+};
+
+/// What is known before the first step.
+struct RunStart {
+  std::string id;         ///< that all files of this run carry
+  std::string driver;     ///< what the module calls itself
+  std::string simulator;  ///< the program that runs the dataset
+  std::string deck;       ///< what the module says of the dataset
+  Date start;
+  size_t stepCount = 0;
+  double totalDays = 0;
+  std::vector<std::string> components;
+  std::vector<RunWell> wells;
+  int unconnectedWells = 0;
+};
+
+/// One well in one step.
+struct WellStep {
+  std::vector<InflowPoint> inflow;  ///< as the module gave it
+  OperatingPoint point;             ///< as the network decided
+  Gravities gravities;              ///< that the tubing was computed with
+  /// The state that the simulator reports when the step is over; none when it tells no sound one.
+  std::optional<InflowPoint> reported;
+  /// Made or injected since the start of the run. STB, MMscf.
+  Rates total = kUnknownRates;
+  bool isTotalMeasured = false;  ///< by the simulator's own count, else by reported rates
+
+  /// The well's rates at the end of the step, as far as anybody tells.
+  Rates Made() const {
+    if (!point.isOpen) return {};
+    return reported ? reported->rates : kUnknownRates;
+  }
+};
+
+struct StepRecord {
+  size_t step = 0;
+  Date date;        ///< on which the step begins
+  double days = 0;  ///< from the start of the run to the start of the step
+  double length = 0;
+  std::vector<WellStep> wells;  ///< in the order of RunStart
+  std::vector<GroupLimitReport> groups;
+};
+
+/// How a run came to its end.
+struct RunEnd {
+  size_t steps = 0;
+  bool endedBySimulator = false;
+  std::string failure;  ///< the module's own text; empty for a run that went well
+  std::vector<RunWarning> warnings{};
+  bool endedByUser = false;
+};
+
+/// Whoever follows a run: the tables, the report, the terminal.
+class RunListener {
+ public:
+  virtual ~RunListener() = default;
+  virtual void Started(const RunStart& start) = 0;
+  /// `date` is the day on which the step begins.
+  virtual void StepBegins(size_t /*step*/, const Date& /*date*/) {}
+  virtual void StepDone(const StepRecord& record) = 0;
+  virtual void Ended(const RunEnd& end) = 0;
+  virtual void Notice(const std::string& /*text*/) {}
+  /// Called once for each topic and well; RunEnd has them all.
+  virtual void Warned(const RunWarning& /*warning*/) {}
+};
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,61 @@
+#include "fieldrun/run/schedule.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+#include <fmt/format.h>
+
+namespace gantry::fieldrun {
+namespace {
+
+constexpr size_t kMostSteps = 1'000'000;
+constexpr double kShortest = 1e-6;  // days; what is shorter than this is a rounding error
+
+double LengthOfRun(const CaseModel& model, const Date& start) {
+  const TimeSpec& time = model.time;
+  if (time.steps) return std::numeric_limits<double>::infinity();
+  if (time.duration) return *time.duration;
+  const int days = DayNumber(*time.end) - DayNumber(start);
+  if (days <= 0) {
+    model.Fail(time.LineOf("end"),
+               fmt::format("end lies not after the start of the run, {}", ToText(start)));
+  }
+  return days;
+}
+
+double NextLength(const TimeSpec& time, const Date& start, size_t step) {
+  if (time.stepDays > 0) return time.stepDays;
+  const int month = static_cast<int>(step);
+  return DayNumber(AddMonths(start, month + 1)) - DayNumber(AddMonths(start, month));
+}
+
+}  // namespace
+
+double Schedule::DaysBefore(size_t step) const {
+  const auto end = lengths.begin() + static_cast<std::ptrdiff_t>(std::min(step, lengths.size()));
+  return std::accumulate(lengths.begin(), end, 0.0);
+}
+
+Date Schedule::DateBefore(size_t step) const {
+  return FromDayNumber(DayNumber(start) + static_cast<int>(std::floor(DaysBefore(step) + 1e-6)));
+}
+
+Schedule PlanSteps(const CaseModel& model, const Date& start) {
+  const double total = LengthOfRun(model, start);
+  const size_t most = model.time.steps ? static_cast<size_t>(*model.time.steps) : kMostSteps + 1;
+  Schedule schedule{start, {}};
+  double days = 0;
+  while (schedule.lengths.size() < most && total - days > kShortest) {
+    const double length = NextLength(model.time, start, schedule.lengths.size());
+    schedule.lengths.push_back(std::min(length, total - days));
+    days += length;
+    if (schedule.lengths.size() > kMostSteps) {
+      model.Fail(model.time.line, "the run has more than a million steps");
+    }
+  }
+  return schedule;
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,85 @@
+#include "fieldrun/verbs/options.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+using enum Verb;
+
+constexpr VerbRow kVerbs[] = {
+    {kRun, "run", "Run a field model in lock-step with its simulator"},
+    {kWells, "wells", "Start a case's simulator and list its wells"},
+    {kIdentify, "identify", "Show what the module says of itself"},
+    {kUnits, "units", "List the units of a case, or of the variables that the module reports"},
+    {kGet, "get", "Read properties of a case or its simulator by their paths"},
+    {kSet, "set", "Write a property of a case or its simulator by its path"},
+    {kDo, "do", "Run a command of the module on a case"},
+    {kSave, "save", "Save a case's settings as the block that a host keeps"},
+    {kLoad, "load", "Load a saved block and show what it holds"},
+    {kVariables, "variables", "List, add, read, write and delete a case's published variables"},
+    {kDescribe, "describe", "Write the description of a case's equipment as XML"},
+    {kConfigure, "configure", "Open the module's configuration dialog"},
+    {kEdit, "edit", "Open the case settings dialog"},
+    {kExport, "export", "Open the dialog of published variables"},
+    {kReport, "report", "Make the report of a run, finished or not, from its tables"},
+    {kReference, "reference", "Print the reference of case files"},
+    {kCheck, "check", "Tell all that is wrong with a case and its deck, without a run"},
+};
+
+const std::vector<Verb> kWithCase{kRun,  kWells,     kGet,      kSet,    kDo,   kSave,
+                                  kEdit, kVariables, kDescribe, kExport, kCheck};
+const std::vector<Verb> kOneShot{kGet, kSet, kDo, kSave, kVariables, kDescribe};
+const std::vector<Verb> kPrinting{kRun, kWells, kIdentify, kUnits, kGet, kLoad, kVariables, kCheck};
+
+const std::vector<OptionRow> kOptions{
+    {"case", "the case file (see fieldrun reference)", &Options::caseFile, kWithCase},
+    {"case", "the case whose units to list", &Options::caseFile, {kUnits}, false},
+    {"path", "path of a property, like Intersect.IsRunning", &Options::path, {kSet}},
+    {"value", "what to write", &Options::value, {kSet}},
+    {"paths", "paths of properties, like Intersect.IsRunning", &Options::paths, {kGet}},
+    {"command", "a command, like \"Intersect.RunToTime(365)\"", &Options::command, {kDo}},
+    {"results", "the folder of a run's results", &Options::results, {kReport}},
+    {"file", "the file to write or to load", &Options::file, {kSave, kLoad, kDescribe}},
+    {"-m,--module",
+     "the driver module, else the one installed with fieldrun",
+     &Options::module,
+     {}},
+    {"-t,--trace", "log every call over the module's boundary to this file", &Options::trace, {}},
+    {"-s,--simulator", "the simulator to start, before what the case or the machine names",
+     &Options::simulator, kWithCase},
+    {"-o,--output", "folder for the results, in place of the case's own", &Options::output, {kRun}},
+    {"-n,--steps", "stop after so many steps", &Options::steps, {kRun}},
+    {"--script",
+     "commands to run between the steps (see docs/fieldrun.md)",
+     &Options::script,
+     {kRun}},
+    {"-q,--quiet", "no table and no progress bar", &Options::quiet, {kRun}},
+    {"--start", "start the simulator first", &Options::start, kOneShot},
+    {"--block", "load this saved block first, in place of the case's settings", &Options::blockFile,
+     kOneShot},
+    {"--save", "save the case to this file afterwards", &Options::saveFile, {kSet, kDo}},
+    {"--read", "read the variables of these handles", &Options::readHandles, {kVariables}},
+    {"--write", "write variables, each as HANDLE=VALUE", &Options::writes, {kVariables}},
+    {"--add",
+     "publish variables, each as WELL:LABEL, like \"P1:Oil production rate\"",
+     &Options::additions,
+     {kVariables}},
+    {"--delete",
+     "delete the variables of these handles; -1 deletes all",
+     &Options::deleteHandles,
+     {kVariables}},
+    {"-w,--well", "only this well; may be given several times", &Options::wells, {kDescribe}},
+    {"--no-variables", "leave the variables of the wells out", &Options::noVariables, {kDescribe}},
+    {"--keep-dataset", "don't look for a dataset that has moved", &Options::keepDataset, {kLoad}},
+    {"--json-schema",
+     "as a JSON schema, by which editors complete and check a case file",
+     &Options::jsonSchema,
+     {kReference}},
+    {"-j,--json", "print as JSON", &Options::json, kPrinting},
+};
+
+}  // namespace
+
+std::span<const VerbRow> Verbs() { return kVerbs; }
+std::span<const OptionRow> OptionRows() { return kOptions; }
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,218 @@
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "fieldrun/case/input_file.h"
+#include "fieldrun/driver/module_values.h"
+#include "fieldrun/driver/variable_choice.h"
+#include "fieldrun/platform/terminal.h"
+#include "fieldrun/results/output_file.h"
+#include "fieldrun/run/coupled_run.h"
+#include "fieldrun/run/start_watch.h"
+#include "fieldrun/verbs/verbs.h"
+#include "platform/file_path.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+void WriteFile(const std::string& path, const std::string& content) {
+  OutputFile file(path);
+  file.Write(content);
+  file.Finish();
+}
+
+void LoadInto(DriverModel& model, const std::string& path, bool keepDataset) {
+  const std::string casePath = platform::NameOf(std::filesystem::absolute(platform::PathOf(path)));
+  model.LoadCase(ReadInputFile(path), casePath, keepDataset);
+}
+
+void SaveIfAsked(DriverModel& model, const Options& options) {
+  if (!options.saveFile.empty()) WriteFile(options.saveFile, model.SaveCase());
+}
+
+std::pair<int, std::string> ParseWrite(const std::string& text) {
+  const size_t equals = text.find('=');
+  int handle = 0;
+  const char* end = text.data() + std::min(equals, text.size());
+  const auto parsed = std::from_chars(text.data(), end, handle);
+  if (equals == std::string::npos || parsed.ec != std::errc() || parsed.ptr != end) {
+    throw CommandLineError("--write " + text + ": must be HANDLE=VALUE");
+  }
+  // The module would take the value 0 from any other text.
+  double value = 0;
+  const char* last = text.data() + text.size();
+  const auto number = std::from_chars(end + 1, last, value);
+  if (number.ec != std::errc() || number.ptr != last || !std::isfinite(value)) {
+    throw CommandLineError("--write " + text + ": the value must be a number");
+  }
+  return {handle, text.substr(equals + 1)};
+}
+
+/// Saves the case for its state file's sake. The module tells nobody when that can't be written.
+void KeepVariables(const Session& session, DriverModel& model, const std::string& storeFile) {
+  if (storeFile.empty()) return;
+  model.SaveCase();
+  DriverModel reader(session.api, session.trace);
+  reader.SetStoreFile(storeFile, true);
+  if (reader.PublishedVariables() == model.PublishedVariables()) return;
+  throw std::runtime_error("The variables couldn't be kept in " + storeFile);
+}
+
+void RequireStoreFile(const CaseModel& caseModel, bool isNeeded) {
+  if (!isNeeded || !caseModel.simulator.storeFile.empty()) return;
+  caseModel.Fail(caseModel.simulator.line,
+                 "variables are kept in the case's store_file, and [simulator] names none");
+}
+
+void ListVariables(DriverModel& model, bool asJson) {
+  std::vector<PrintedRow> rows;
+  for (const PublishedVariable& variable : model.PublishedVariables()) {
+    rows.push_back({{"handle", int64_t{variable.handle}},
+                    {"name", variable.fullName},
+                    {"well", variable.wellName},
+                    {"code", int64_t{variable.code}},
+                    {"writeable", variable.isWriteable}});
+  }
+  Print(rows, asJson);
+}
+
+void PrintValues(const PrintedRow& values, bool asJson) {
+  if (asJson) {
+    fmt::print(UserOutput(), "{}", ToJson(values));
+    return;
+  }
+  for (const auto& [path, value] : values) {
+    fmt::print(UserOutput(), "{}\n", std::get<std::string>(value));
+  }
+}
+
+}  // namespace
+
+void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options& options) {
+  model.SetLabel(caseModel.general.title);
+  model.SetStoreFile(caseModel.simulator.storeFile, true);
+  if (options.blockFile.empty()) {
+    ApplySettings(model, caseModel, DefaultSimulator());
+  } else {
+    LoadInto(model, options.blockFile, false);
+    if (!options.simulator.empty()) {
+      model.Set("Intersect.CaseDetails.SimExeName", options.simulator);
+    }
+  }
+  if (!options.start) return;
+  const StartWatch watch;
+  model.Do("Intersect.StartIX()");
+}
+
+void GetProperties(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  PrepareModel(model, caseModel, session.options);
+  PrintedRow values;
+  std::vector<std::string> failures;
+  for (const std::string& path : session.options.paths) {
+    try {
+      values.push_back({path, model.Get(path)});
+    } catch (const DriverFailure& failure) {
+      failures.emplace_back(failure.what());
+    }
+  }
+  PrintValues(values, session.options.json);
+  if (!failures.empty()) throw DriverFailure(fmt::format("{}", fmt::join(failures, "\n")));
+}
+
+void SetOneProperty(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  PrepareModel(model, caseModel, session.options);
+  SetProperty(model, session.options.path, session.options.value);
+  SaveIfAsked(model, session.options);
+}
+
+void DoOneCommand(const Session& session) {
+  const std::string fault = WhyNoCommand(session.options.command);
+  if (!fault.empty()) throw CommandLineError(fault);
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  PrepareModel(model, caseModel, session.options);
+  model.Do(session.options.command);
+  SaveIfAsked(model, session.options);
+}
+
+void SaveBlock(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  PrepareModel(model, caseModel, session.options);
+  WriteFile(session.options.file, model.SaveCase());
+}
+
+void LoadBlock(const Session& session) {
+  DriverModel model(session.api, session.trace);
+  LoadInto(model, session.options.file, session.options.keepDataset);
+  static constexpr const char* kNumbers[] = {
+      "ConnectionMode",        "IPRModel",   "UpTimeMode", "HeadNodePort", "LinuxIXVersion",
+      "CloseUnconnectedWells", "StdLogging", "Parallel"};
+  static constexpr const char* kTexts[] = {"HeadNode", "SimExeName", "FileName"};
+  std::vector<PrintedRow> rows;
+  const auto add = [&rows](const char* field, PrintedValue value) {
+    rows.push_back({{"property", std::string(field)}, {"value", std::move(value)}});
+  };
+  const auto read = [&model](const char* field) {
+    return model.Get(fmt::format("Intersect.CaseDetails.{}", field));
+  };
+  for (const char* field : kNumbers) add(field, int64_t{std::stoll(read(field))});
+  for (const char* field : kTexts) add(field, read(field));
+  for (const DriverWell& well : model.Wells()) {
+    rows.push_back({{"property", "well " + well.name},
+                    {"value", std::string(well.isProducer ? "producer" : "injector")}});
+  }
+  Print(rows, session.options.json);
+}
+
+void ServeVariables(const Session& session) {
+  const Options& options = session.options;
+  std::vector<std::pair<int, std::string>> writes;
+  for (const std::string& text : options.writes) writes.push_back(ParseWrite(text));
+  if (!options.start && !(writes.empty() && options.readHandles.empty())) {
+    throw CommandLineError("--read and --write need --start: only a running simulator has values");
+  }
+  std::vector<VariableChoice> additions;
+  for (const std::string& text : options.additions) additions.push_back(ParseChoice(text));
+  const CaseModel caseModel = ReadCaseOf(options);
+  RequireStoreFile(caseModel, !additions.empty());
+  DriverModel model(session.api, session.trace);
+  PrepareModel(model, caseModel, options);
+  for (const int handle : options.deleteHandles) model.DeletePublished(handle);
+  Publish(model, additions, caseModel.simulator.storeFile);
+  const bool isChanged = !additions.empty() || !options.deleteHandles.empty();
+  if (isChanged) KeepVariables(session, model, caseModel.simulator.storeFile);
+  for (const auto& [handle, value] : writes) model.WritePublished(handle, value);
+  if (options.readHandles.empty()) return ListVariables(model, options.json);
+  std::vector<PrintedRow> rows;
+  for (const int handle : options.readHandles) {
+    rows.push_back({{"handle", int64_t{handle}}, {"value", model.ReadPublished(handle)}});
+  }
+  Print(rows, options.json);
+}
+
+void Describe(const Session& session) {
+  const CaseModel caseModel = ReadCaseOf(session.options);
+  DriverModel model(session.api, session.trace);
+  PrepareModel(model, caseModel, session.options);
+  const std::string& file = session.options.file;
+  model.WriteEquipmentXml(file, !session.options.noVariables, session.options.wells);
+  if (model.Wells().empty()) {
+    fmt::print(stderr,
+               "fieldrun: {} describes no wells, since no simulator is running that knows any; "
+               "--start starts it\n",
+               file);
+  }
+  // The module doesn't tell of a disk that has filled up.
+  if (IsFile(file) && ReadInputFile(file).find("</Model>") == std::string::npos) {
+    throw std::runtime_error(fmt::format("The description {} couldn't be written whole", file));
+  }
+}
+
+}  // namespace gantry::fieldrun

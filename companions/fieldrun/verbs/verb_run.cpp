@@ -1,0 +1,173 @@
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "fieldrun/driver/simulator_warnings.h"
+#include "fieldrun/platform/interruption.h"
+#include "fieldrun/platform/terminal.h"
+#include "fieldrun/results/output_file.h"
+#include "fieldrun/results/report_html.h"
+#include "fieldrun/results/result_folder.h"
+#include "fieldrun/results/result_reader.h"
+#include "fieldrun/results/result_tables.h"
+#include "fieldrun/results/run_file.h"
+#include "fieldrun/results/run_json.h"
+#include "fieldrun/run/coupled_run.h"
+#include "fieldrun/verbs/progress.h"
+#include "fieldrun/verbs/run_script.h"
+#include "fieldrun/verbs/verbs.h"
+#include "platform/environment.h"
+#include "platform/file_path.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Passes what happens in a run on to all who follow it.
+class Listeners : public RunListener {
+ public:
+  explicit Listeners(std::vector<RunListener*> all) : all_(std::move(all)) {}
+
+  void Started(const RunStart& start) override {
+    for (RunListener* listener : all_) listener->Started(start);
+  }
+  void StepBegins(size_t step, const Date& date) override {
+    for (RunListener* listener : all_) listener->StepBegins(step, date);
+  }
+  void StepDone(const StepRecord& record) override {
+    for (RunListener* listener : all_) listener->StepDone(record);
+  }
+  void Ended(const RunEnd& end) override {
+    for (RunListener* listener : all_) listener->Ended(end);
+  }
+  void Notice(const std::string& text) override {
+    for (RunListener* listener : all_) listener->Notice(text);
+  }
+  void Warned(const RunWarning& warning) override {
+    for (RunListener* listener : all_) listener->Warned(warning);
+  }
+
+ private:
+  std::vector<RunListener*> all_;
+};
+
+std::string DescribeEnd(const RunEnd& end) {
+  std::string text =
+      fmt::format("the run was ended by the user after {}", Counted(end.steps, "step"));
+  if (!end.failure.empty()) text += "; the next one failed: " + end.failure;
+  return text;
+}
+
+// The files of a run, which begin together in place of an earlier run's.
+class Results : public RunListener {
+ public:
+  explicit Results(const CaseModel& model)
+      : folder_(model.general.output),
+        file_(model.general.output, model),
+        tables_(model.general.output, model.Units()) {}
+
+  void Started(const RunStart& start) override {
+    folder_.ReplaceBy([&] {
+      file_.Started(start);
+      tables_.Started(start);
+    });
+  }
+  void StepDone(const StepRecord& record) override {
+    tables_.StepDone(record);
+    file_.StepDone(record);
+  }
+  void Ended(const RunEnd& end) override { file_.Ended(end); }
+  void Warned(const RunWarning& warning) override { file_.Warned(warning); }
+
+ private:
+  ResultFolder folder_;
+  RunFile file_;
+  ResultTables tables_;
+};
+
+void WriteReport(const CaseModel& model, const RunHistory& history, const std::string& folder) {
+  OutputFile report(folder + "/" + kReportFile);
+  report.Write(ComposeReport(model, history));
+  report.Finish();
+}
+
+/// A simulator that writes files of its own finds here where to: two runs of one dataset mustn't
+/// write to one place.
+void ShareFolder(const std::string& folder) {
+  const fs::path path = fs::absolute(platform::PathOf(folder));
+  platform::WriteEnvironment("GANTRY_RESULTS", path.string());
+}
+
+Date DateReached(const RunHistory& history) {
+  const double days = history.field.empty() ? 0.0 : history.field.back().endDays;
+  return FromDayNumber(DayNumber(history.start.start) + static_cast<int>(days));
+}
+
+}  // namespace
+
+void RunCase(const Session& session) {
+  const Options& options = session.options;
+  const CaseModel caseModel = ReadCaseOf(options);
+  const RunScript script = options.script.empty() ? RunScript() : RunScript::Read(options.script);
+  const DriverIdentity identity = Identify(session.api, session.trace);
+  Units(session.api, session.trace);
+  DriverModel model(session.api, session.trace);
+  model.SetLabel(caseModel.simulator.label.empty() ? caseModel.general.title
+                                                   : caseModel.simulator.label);
+  model.SetStoreFile(caseModel.simulator.storeFile, true);
+  ApplySettings(model, caseModel, DefaultSimulator());
+
+  Results results(caseModel);
+  ShareFolder(caseModel.general.output);
+  const bool showsTable = !options.quiet && !options.json;
+  Progress progress(caseModel.Units(), showsTable, !options.quiet && IsTerminal());
+  RunJson json(caseModel);
+  RunHistory history;
+  std::vector<RunListener*> all{&history, &progress, &results};
+  if (options.json) all.push_back(&json);
+  Listeners listeners(std::move(all));
+  CoupledRun run(caseModel, model, listeners);
+  // The simulator has shown its warnings by itself: the report and the run's file take them down.
+  SimulatorWarnings ofSimulator(platform::PathOf(caseModel.general.output));
+  const auto takeDownWarnings = [&] {
+    ofSimulator.TellNew([&](const std::string& text) {
+      const RunWarning warning{"simulator", "", DateReached(history), text};
+      history.Warned(warning);
+      results.Warned(warning);
+    });
+  };
+  run.atStep = [&](size_t step) {
+    takeDownWarnings();
+    progress.Aside([&] { script.RunStep(step + 1, model, UserOutput()); });
+  };
+  run.isInterrupted = IsInterrupted;
+  TakeInterruptions();
+  run.Start(fmt::format("{}, {}", identity.name, identity.description),
+            static_cast<size_t>(options.steps));
+  RunEnd end = run.Run();
+  takeDownWarnings();
+  try {
+    WriteReport(caseModel, history, caseModel.general.output);
+  } catch (const std::exception& failure) {
+    if (end.failure.empty()) end.failure = failure.what();  // a full disk has been told of already
+  }
+  if (end.endedByUser) {
+    throw EndedByUser(DescribeEnd(end) + "; results: " + caseModel.general.output);
+  }
+  if (!end.failure.empty()) throw DriverFailure(end.failure);
+  if (showsTable) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
+}
+
+void ReportRun(const Options& options) {
+  const std::string folder =
+      platform::NameOf(fs::absolute(platform::PathOf(options.results)).lexically_normal());
+  const StoredRun run = ReadRunFile(folder);
+  RunHistory history;
+  history.isGoingOn = !run.end && ResultFolder::IsBeingWritten(folder);
+  ReplayRun(folder, run, history);
+  WriteReport(run.model, history, folder);
+  fmt::print(UserOutput(), "{}/{}\n", folder, kReportFile);
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,143 @@
+#include "fieldrun/verbs/verbs.h"
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+
+#include <fmt/format.h>
+
+#include "fieldrun/case/case_keys.h"
+#include "fieldrun/case/case_reader.h"
+#include "fieldrun/platform/interruption.h"
+#include "fieldrun/platform/terminal.h"
+#include "platform/dynamic_library.h"
+#include "platform/file_path.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "settings/machine_config.h"
+
+namespace gantry::fieldrun {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2, kEndedByUser = 3 };
+
+using VerbFunction = void (*)(const Session&);
+
+// In the order of Verb, without the last three, which need no module.
+constexpr std::array<VerbFunction, 14> kFunctions{
+    RunCase,        ListWells,         ShowIdentity, ListUnits, GetProperties,
+    SetOneProperty, DoOneCommand,      SaveBlock,    LoadBlock, ServeVariables,
+    Describe,       OpenConfiguration, OpenSettings, OpenExport};
+
+// Beside the program, as on Windows; else in the lib folder beside its own.
+std::string DefaultModule() {
+  const fs::path folder = platform::PathOf(platform::ModuleFolder());
+  const std::string name = platform::LibraryFileName("Intersect");
+  if (fs::exists(folder / name)) return platform::NameOf(folder / name);
+  return platform::NameOf((folder / ".." / "lib" / name).lexically_normal());
+}
+
+std::string ValueText(const PrintedValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  if (const auto* number = std::get_if<int64_t>(&value)) return std::to_string(*number);
+  return std::get<bool>(value) ? "yes" : "no";
+}
+
+// A full disk shows only here. A reader that has had enough of the output is no failure.
+void CheckWritten(const Options& options, const CallTrace* trace) {
+  if (std::fflush(UserOutput()) != 0 && errno == ENOSPC) {
+    throw std::runtime_error("The output couldn't be written whole");
+  }
+  if (trace != nullptr && !trace->IsWhole()) {
+    throw std::runtime_error("The trace " + options.trace + " couldn't be written whole");
+  }
+}
+
+/// False when the verb has told faults of the user's files.
+bool DoVerb(const Options& options, CallTrace* trace) {
+  if (options.verb == Verb::kCheck) return CheckFiles(options);
+  if (options.verb == Verb::kReport) {
+    ReportRun(options);
+    return true;
+  }
+  if (options.verb == Verb::kReference) {
+    fmt::print(UserOutput(), "{}", options.jsonSchema ? CaseSchema() : CaseReference());
+    return true;
+  }
+  const std::string path = options.module.empty() ? DefaultModule() : options.module;
+  const std::unique_ptr<ModuleApi> api = ModuleApi::Load(path);
+  kFunctions.at(static_cast<size_t>(options.verb))({options, *api, trace});
+  return true;
+}
+
+}  // namespace
+
+std::string MachineSimulator() {
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  return key ? key->ReadText("SimExecutable").value_or("") : "";
+}
+
+std::string DefaultSimulator() {
+  if (platform::CanOpenForReading(MachineSimulator())) return "";
+  return platform::ModuleFolder() + platform::ProgramFileName("tanksim");
+}
+
+CaseModel ReadCaseOf(const Options& options) {
+  CaseModel model = ReadCase(options.caseFile);
+  for (const std::string& warning : model.warnings) fmt::print(stderr, "{}\n", warning);
+  if (!options.simulator.empty()) model.simulator.executable = options.simulator;
+  if (!options.output.empty())
+    model.general.output = platform::NameOf(fs::absolute(platform::PathOf(options.output)));
+  return model;
+}
+
+void Print(const std::vector<PrintedRow>& rows, bool asJson) {
+  if (asJson) {
+    fmt::print(UserOutput(), "{}", ToJson(rows));
+    return;
+  }
+  std::vector<size_t> widths;
+  for (const PrintedRow& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (size_t i = 0; i < row.size(); ++i) {
+      widths[i] = std::max({widths[i], ValueText(row[i].second).size(), row[i].first.size()});
+    }
+  }
+  const auto printLine = [&](const PrintedRow& row, bool isHeading) {
+    std::string line;
+    for (size_t i = 0; i < row.size(); ++i) {
+      const std::string text = isHeading ? row[i].first : ValueText(row[i].second);
+      line += fmt::format("{:<{}}  ", text, widths[i]);
+    }
+    fmt::print(UserOutput(), "{}\n", line.substr(0, line.find_last_not_of(' ') + 1));
+  };
+  if (!rows.empty()) printLine(rows.front(), true);
+  for (const PrintedRow& row : rows) printLine(row, false);
+}
+
+int RunVerb(const Options& options) {
+  UserOutput();  // from here on, before any simulator can write among the results
+  try {
+    std::unique_ptr<CallTrace> trace;
+    if (!options.trace.empty()) trace = std::make_unique<CallTrace>(options.trace);
+    const bool isSound = DoVerb(options, trace.get());
+    CheckWritten(options, trace.get());
+    return isSound ? kDone : kBadInput;
+  } catch (const CaseError& error) {
+    fmt::print(stderr, "{}\n", error.what());
+    return kBadInput;
+  } catch (const CommandLineError& error) {
+    fmt::print(stderr, "fieldrun: {}\n", error.what());
+    return kBadInput;
+  } catch (const EndedByUser& end) {
+    fmt::print(stderr, "fieldrun: {}\n", end.what());
+    return kEndedByUser;
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "fieldrun: {}\n", error.what());
+    return kFailed;
+  }
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <stdexcept>
+
+#include "boundary/records.h"
+#include "inflowcalc/inflow_calc.h"
+
+namespace gantry::inflow {
+
+/// A callback that failed, with its text.
+class CallbackError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The simulator as the library can drive it: the six callbacks with the model that they are for.
+/// All but `ElapsedDays` throw `CallbackError`.
+class SimulatorCallbacks {
+ public:
+  explicit SimulatorCallbacks(void* model) : model_(model) {}
+
+  void Set(IPRElapsedDays elapsedDays, IPRRestart restart, IPRImposeRate imposeRate,
+           IPRAdvance advance, IPRReadInflow readInflow, IPRReadCurrent readCurrent);
+  bool AreComplete() const;
+
+  double ElapsedDays() const { return elapsedDays_(model_); }
+  void Restart() const;
+  /// The rate is of oil for a producer, of gas for a gas injector, of water for another; 0 shuts.
+  void ImposeRate(int32_t well, double rate) const;
+  /// Runs the simulator on, and reads all wells again. Throws too when no time has gone by.
+  void Advance(double days) const;
+  void ReadInflow(int32_t well, _tGetSetData& record) const;
+  /// Pressure and rates of the well, at entry 0 of their arrays.
+  void ReadCurrent(int32_t well, _tGetSetData& record) const;
+
+ private:
+  void* model_;
+  IPRElapsedDays elapsedDays_ = nullptr;
+  IPRRestart restart_ = nullptr;
+  IPRImposeRate imposeRate_ = nullptr;
+  IPRAdvance advance_ = nullptr;
+  IPRReadInflow readInflow_ = nullptr;
+  IPRReadCurrent readCurrent_ = nullptr;
+};
+
+}  // namespace gantry::inflow

@@ -1,0 +1,376 @@
+#include "tanksim/deck_reader.h"
+
+#include <cmath>
+#include <numeric>
+#include <unordered_map>
+
+#include <fmt/format.h>
+
+#include "described_toml/near_word.h"
+#include "platform/text.h"
+#include "tanksim/calendar.h"
+#include "tanksim/deck_keys.h"
+
+namespace gantry::simulator {
+
+namespace {
+
+using Order = ColumnKey::Order;
+
+template <class Data, size_t N>
+void ReadNumbers(const DeckTable& table, const std::array<FieldKey<Data>, N>& keys,
+                 const DeckUnits& units, Data& data) {
+  for (const FieldKey<Data>& key : keys) {
+    table.Try([&] { data.*key.field = table.Number(key.key, units); });
+  }
+}
+
+DeckUnits ReadUnits(const DeckTable& table) {
+  static constexpr std::string_view kWords[] = {"field", "metric"};
+  return DeckUnits(table.Word("units", "", kWords) == 1);
+}
+
+WaterData ReadWater(const DeckTable& fluid, const DeckUnits& units) {
+  WaterData water;
+  if (!fluid.Has("water")) return water;
+  fluid.Try([&] {
+    const DeckTable table = fluid.Table("water");
+    ReadNumbers(table, kWaterKeys, units, water);
+    table.RejectUnknownKeys();
+  });
+  return water;
+}
+
+void ReadOil(const DeckTable& table, const DeckUnits& units, BlackOilData& data) {
+  auto oil = table.Columns("oil", 2,
+                           {{"pressure", Quantity::kPressure, Order::kRising},
+                            {"dissolved gas", Quantity::kGasPerLiquid, Order::kRising},
+                            {"formation factor", Quantity::kNumber, Order::kNotFalling},
+                            {"viscosity", Quantity::kNumber, Order::kNotRising}},
+                           units);
+  data.oilPressure = std::move(oil[0]);
+  data.dissolvedGas = std::move(oil[1]);
+  data.oilFactor = std::move(oil[2]);
+  data.oilViscosity = std::move(oil[3]);
+  if (data.oilFactor.front() <= 0.0 || data.oilViscosity.back() <= 0.0) {
+    table.Fail("oil", "the formation factor and the viscosity of 'oil' must be above zero");
+  }
+}
+
+void ReadGas(const DeckTable& table, const DeckUnits& units, BlackOilData& data) {
+  auto gas = table.Columns("gas", 2,
+                           {{"pressure", Quantity::kPressure, Order::kRising},
+                            {"formation factor", Quantity::kGasVolumeFactor, Order::kFalling},
+                            {"viscosity", Quantity::kNumber, Order::kNotFalling}},
+                           units);
+  data.gasPressure = std::move(gas[0]);
+  data.gasFactor = std::move(gas[1]);
+  data.gasViscosity = std::move(gas[2]);
+  if (data.gasFactor.back() <= 0.0 || data.gasViscosity.front() <= 0.0) {
+    table.Fail("gas", "the formation factor and the viscosity of 'gas' must be above zero");
+  }
+}
+
+BlackOilData ReadBlackOil(const DeckTable& table, const DeckUnits& units) {
+  BlackOilData data;
+  ReadNumbers(table, kBlackOilKeys, units, data);
+  table.Try([&] { ReadOil(table, units, data); });
+  table.Try([&] { ReadGas(table, units, data); });
+  return data;
+}
+
+/// A name that the simulator tells the driver, whose code page has to hold it.
+std::string ReadToldName(const DeckTable& table) {
+  std::string name = table.Text("name");
+  if (platform::CodePageToUtf8(platform::Utf8ToCodePage(name)) != name) {
+    table.Fail("name", fmt::format("the driver's code page lacks a character of '{}'", name));
+  }
+  return name;
+}
+
+void ReadInteractions(const DeckTable& table, const DeckUnits& units, EosData& data) {
+  const bool isGiven = table.Has(kBinaryInteraction.name);
+  const size_t count = data.components.size();
+  if (count < 2 || count > 100) {
+    table.Fail("component", "a compositional fluid has from 2 to 100 [[fluid.component]]");
+  }
+  const size_t pairs = count * (count - 1) / 2;
+  data.binaryInteraction.resize(pairs);
+  if (!isGiven) return;
+  data.binaryInteraction = table.Numbers(kBinaryInteraction, units);
+  if (data.binaryInteraction.size() != pairs) {
+    table.Fail(
+        kBinaryInteraction.name,
+        fmt::format("'binary_interaction' needs {} numbers for {} components", pairs, count));
+  }
+}
+
+EosData ReadEos(const DeckTable& table, const DeckUnits& units) {
+  EosData data;
+  static constexpr std::string_view kWords[] = {"PENG_ROBINSON", "SOAVE_REDLICH_KWONG"};
+  table.Try([&] { data.name = kWords[table.Word("eos", data.name, kWords)]; });
+  for (const DeckTable& component : table.Tables("component")) {
+    ComponentData& read = data.components.emplace_back();
+    table.Try([&] { read.name = ReadToldName(component); });
+    ReadNumbers(component, kComponentKeys, units, read);
+    component.RejectUnknownKeys();
+  }
+  table.Try([&] { ReadInteractions(table, units, data); });
+  return data;
+}
+
+/// Mole fractions that add up to 1, as near as a deck is written.
+std::vector<double> ReadComposition(const DeckTable& table, const Deck& deck) {
+  std::vector<double> fractions = table.Numbers(kComposition, deck.units);
+  const size_t count = deck.compositional->eos.components.size();
+  if (fractions.size() != count) {
+    table.Fail(kComposition.name, fmt::format("'composition' needs {} fractions", count));
+  }
+  const double sum = std::accumulate(fractions.begin(), fractions.end(), 0.0);
+  if (std::abs(sum - 1.0) > 1e-3) {
+    table.Fail(kComposition.name, fmt::format("'composition' adds up to {:g}, not to 1", sum));
+  }
+  for (double& fraction : fractions) fraction /= sum;
+  return fractions;
+}
+
+void ReadFluid(const DeckTable& table, Deck& deck) {
+  static constexpr std::string_view kWords[] = {"black_oil", "compositional"};
+  if (table.Word("model", kWords[0], kWords) == 1) {
+    deck.compositional = {ReadEos(table, deck.units), ReadWater(table, deck.units)};
+  } else {
+    deck.blackOil = ReadBlackOil(table, deck.units);
+    deck.blackOil.water = ReadWater(table, deck.units);
+  }
+  table.RejectUnknownKeys();
+}
+
+void RequireSaturations(const DeckTable& table, std::string_view key,
+                        const std::vector<std::vector<double>>& columns) {
+  for (const std::vector<double>& column : columns) {
+    for (const double value : column) {
+      if (value > 1.0) table.Fail(key, fmt::format("'{}' has a number above 1", key));
+    }
+  }
+}
+
+void ReadWaterOil(const DeckTable& table, RockFluidData& data) {
+  auto water = table.Columns("water_oil", 2,
+                             {{"water saturation", Quantity::kNumber, Order::kRising},
+                              {"water permeability", Quantity::kNumber, Order::kNotFalling},
+                              {"oil permeability", Quantity::kNumber, Order::kNotRising}},
+                             DeckUnits());
+  RequireSaturations(table, "water_oil", water);
+  if (water[2].front() <= 0.0) {
+    table.Fail("water_oil", "oil doesn't flow at the connate water of 'water_oil'");
+  }
+  data.waterSaturation = std::move(water[0]);
+  data.water = std::move(water[1]);
+  data.oilInWater = std::move(water[2]);
+}
+
+void ReadGasOil(const DeckTable& table, RockFluidData& data) {
+  auto gas = table.Columns("gas_oil", 2,
+                           {{"gas saturation", Quantity::kNumber, Order::kRising},
+                            {"gas permeability", Quantity::kNumber, Order::kNotFalling},
+                            {"oil permeability", Quantity::kNumber, Order::kNotRising}},
+                           DeckUnits());
+  RequireSaturations(table, "gas_oil", gas);
+  data.gasSaturation = std::move(gas[0]);
+  data.gas = std::move(gas[1]);
+  data.oilInGas = std::move(gas[2]);
+}
+
+RockFluidData ReadRockFluid(const DeckTable& table) {
+  RockFluidData data;
+  table.Try([&] { ReadWaterOil(table, data); });
+  table.Try([&] { ReadGasOil(table, data); });
+  table.RejectUnknownKeys();
+  return data;
+}
+
+bool ReadFront(const DeckTable& table) {
+  static constexpr std::string_view kWords[] = {"mixed", "front"};
+  return table.Word("displacement", kWords[0], kWords) == 1;
+}
+
+void ReadContent(const DeckTable& table, const Deck& deck, InitialState& initial) {
+  if (!deck.compositional) {
+    if (table.Has(kDissolvedGas.name)) {
+      initial.dissolvedGas = table.Number(kDissolvedGas, deck.units);
+    }
+    return;
+  }
+  if (initial.gasSaturation > 0.0) {
+    table.Fail("gas_saturation",
+               "the composition tells the gas: 'gas_saturation' is for black oil");
+  }
+  initial.composition = ReadComposition(table, deck);
+}
+
+void ReadAquifer(const DeckTable& table, const DeckUnits& units, TankData& tank) {
+  if (!table.Has("aquifer")) return;
+  const DeckTable aquifer = table.Table("aquifer");
+  tank.aquifer.emplace();
+  ReadNumbers(aquifer, kAquiferKeys, units, *tank.aquifer);
+  aquifer.RejectUnknownKeys();
+}
+
+TankData ReadTank(const DeckTable& table, const Deck& deck) {
+  const DeckUnits& units = deck.units;
+  TankData tank;
+  table.Try([&] { tank.name = table.Text("name"); });
+  ReadNumbers(table, kInitialKeys, units, tank.initial);
+  ReadNumbers(table, kTankKeys, units, tank);
+  table.Try([&] { ReadContent(table, deck, tank.initial); });
+  table.Try([&] {
+    if (tank.initial.waterSaturation + tank.initial.gasSaturation > 1.0) {
+      table.Fail("gas_saturation", "the saturations of the tank add up to more than 1");
+    }
+  });
+  NumberKey reference = kInitialKeys[0].key;
+  reference.name = "rock_reference_pressure";
+  reference.fallback = tank.initial.pressure;
+  table.Try([&] { tank.rockReferencePressure = table.Number(reference, units); });
+  table.Try([&] { tank.initial.gasRedissolves = table.Flag("gas_redissolves", true); });
+  table.Try([&] { tank.hasFront = ReadFront(table); });
+  table.Try([&] { ReadAquifer(table, units, tank); });
+  table.RejectUnknownKeys();
+  return tank;
+}
+
+WellType ReadType(const DeckTable& table) {
+  static constexpr std::string_view kWords[] = {"producer", "water_injector", "gas_injector"};
+  return static_cast<WellType>(table.Word("type", "", kWords));
+}
+
+void ReadIndex(const DeckTable& table, const DeckUnits& units, WellData& well) {
+  if (well.type == WellType::kProducer) {
+    well.indexIsOfGas = table.Has(kGasIndex.name);
+    if (well.indexIsOfGas && table.Has(kOilIndex.name)) {
+      table.Fail(kGasIndex.name, "a well has one productivity index, of oil or of gas");
+    }
+    well.index = table.Number(well.indexIsOfGas ? kGasIndex : kOilIndex, units);
+    return;
+  }
+  const bool injectsGas = well.type == WellType::kGasInjector;
+  well.index = table.Number(injectsGas ? kGasInjectivity : kWaterInjectivity, units);
+}
+
+void ReadLimits(const DeckTable& table, const DeckUnits& units, WellData& well) {
+  const bool produces = well.type == WellType::kProducer;
+  for (const LimitKey& limit : kLimitKeys) {
+    if (limit.ofProducers != produces) continue;
+    const bool isMandatory = limit.item == LimitItem::kBottomHolePressure;
+    if (!isMandatory && !table.Has(limit.key.name)) continue;
+    table.Try([&] { well.limits.push_back({limit.item, table.Number(limit.key, units)}); });
+  }
+}
+
+using Places = std::unordered_map<std::string, size_t>;
+
+size_t FindTank(const DeckTable& table, const std::string& well, const Places& tanks) {
+  const std::string tank = table.Text("tank");
+  const auto found = tanks.find(tank);
+  if (found != tanks.end()) return found->second;
+  std::vector<std::string_view> names;
+  for (const auto& [name, place] : tanks) names.push_back(name);
+  table.Fail("tank", fmt::format("well '{}' stands in the unknown tank '{}'{}", well, tank,
+                                 toml_reader::DidYouMean(tank, names)));
+}
+
+void ReadInjectedGas(const DeckTable& table, const Deck& deck, WellData& well) {
+  if (!deck.compositional || well.type != WellType::kGasInjector) return;
+  well.injectedComposition.assign(deck.compositional->eos.components.size(), 0.0);
+  if (table.Has(kComposition.name)) {
+    well.injectedComposition = ReadComposition(table, deck);
+  } else if (!well.injectedComposition.empty()) {
+    well.injectedComposition.front() = 1.0;
+  }
+}
+
+WellData ReadWell(const DeckTable& table, const Deck& deck, const Places& tanks) {
+  WellData well;
+  well.place = table.Place();
+  table.Try([&] {
+    well.name = ReadToldName(table);
+    if (well.name.empty() || well.name == "*") table.Fail("name", "a well can't have this name");
+  });
+  table.Try([&] { well.tank = FindTank(table, well.name, tanks); });
+  table.Try(
+      [&] { well.status = static_cast<WellStatus>(table.Word("status", "OPEN", StatusWords())); });
+  ReadNumbers(table, kWellKeys, deck.units, well);
+  if (!table.Try([&] { well.type = ReadType(table); })) return well;
+  table.Try([&] { ReadIndex(table, deck.units, well); });
+  ReadLimits(table, deck.units, well);
+  table.Try([&] { ReadInjectedGas(table, deck, well); });
+  table.RejectUnknownKeys();
+  return well;
+}
+
+/// Remembers a name; a second one of the same kind is a fault.
+void AddName(const DeckTable& table, Places& names, const std::string& name,
+             std::string_view kind) {
+  table.Try([&] {
+    if (!name.empty() && !names.try_emplace(name, names.size()).second) {
+      table.Fail("name", fmt::format("there are two {}s with the name '{}'", kind, name));
+    }
+  });
+}
+
+void ReadHead(const DeckTable& root, Deck& deck) {
+  root.Try([&] { deck.title = root.Text("title", ""); });
+  root.Try([&] {
+    deck.startDate = root.Date("start_date");
+    if (!IsDate(deck.startDate)) root.Fail("start_date", "'start_date' is no date");
+  });
+  root.Try([&] {
+    if (root.Has(kEndTime.name)) deck.endTime = root.Number(kEndTime, deck.units);
+  });
+  root.Try([&] { deck.reportedVersion = root.Text("reported_version", "2017.2"); });
+}
+
+void ReadTanksAndWells(const DeckTable& root, Deck& deck) {
+  Places tanks;
+  for (const DeckTable& table : root.Tables("tank")) {
+    deck.tanks.push_back(ReadTank(table, deck));
+    AddName(table, tanks, deck.tanks.back().name, "tank");
+  }
+  Places wells;
+  for (const DeckTable& table : root.Tables("well")) {
+    deck.wells.push_back(ReadWell(table, deck, tanks));
+    AddName(table, wells, deck.wells.back().name, "well");
+  }
+  root.Try([&] {
+    if (deck.tanks.empty()) root.Fail("tank", "the deck has no [[tank]]");
+  });
+  root.Try([&] {
+    if (deck.wells.empty()) root.Fail("well", "the deck has no [[well]]");
+  });
+}
+
+/// What all else is understood by comes first: without the units, and without the kind of fluid,
+/// what follows can't be judged.
+Deck BuildDeck(const DeckTable& root) {
+  Deck deck;
+  if (!root.Try([&] { deck.units = ReadUnits(root); })) root.ThrowFaults();
+  ReadHead(root, deck);
+  const bool hasFluid = root.Try([&] { ReadFluid(root.Table("fluid"), deck); });
+  root.Try([&] { deck.rockFluid = ReadRockFluid(root.Table("rock_fluid")); });
+  if (hasFluid) {
+    root.Try([&] { ReadTanksAndWells(root, deck); });
+    root.RejectUnknownKeys();
+  }
+  root.ThrowFaults();
+  return deck;
+}
+
+}  // namespace
+
+Deck ReadDeck(const std::filesystem::path& file) { return BuildDeck(DeckTable::ReadFile(file)); }
+
+Deck ReadDeckText(std::string_view text, const std::string& fileName) {
+  return BuildDeck(DeckTable::ReadText(text, fileName));
+}
+
+}  // namespace gantry::simulator

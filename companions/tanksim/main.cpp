@@ -1,0 +1,67 @@
+// tanksim: a small reference simulator that an external controller drives. docs/tanksim.md
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+
+#include "platform/file_path.h"
+#include "simulator_side/controller_service.h"
+#include "simulator_side/controller_session.h"
+#include "simulator_side/driver_arguments.h"
+#include "tanksim/deck_reader.h"
+#include "tanksim/tank_simulator.h"
+
+namespace {
+
+using namespace gantry;
+using namespace gantry::simulator;
+
+int CheckDeck(const std::string& deck) {
+  const std::filesystem::path file = platform::PathOf(deck);
+  try {
+    const TankSimulator simulator(ReadDeck(file));
+    return 0;
+  } catch (const DeckError& error) {
+    std::printf("%s\n", error.what());
+    return kRunFailed;
+  }
+}
+
+const ProgramDescription kProgram = {
+    "tanksim",
+    "A reference reservoir simulator of tanks, driven by an external controller.",
+    TANKSIM_VERSION,
+    {{"--deck-keys", "show the numbers of a deck with units and ranges", DeckReference}},
+    CheckDeck};
+
+/// All faults, and below several of them the first again with their number: whoever waits for the
+/// simulator may tell its last line alone.
+void TellFaults(const std::string& faults) {
+  std::fprintf(stderr, "%s\n", faults.c_str());
+  const auto others = std::ranges::count(faults, '\n');
+  if (others == 0) return;
+  const std::string first = faults.substr(0, faults.find('\n'));
+  std::fprintf(stderr, "%s (and %d more)\n", first.c_str(), static_cast<int>(others));
+}
+
+int Run(const DriverArguments& arguments) {
+  try {
+    TankSimulator simulator(ReadDeck(platform::PathOf(arguments.base + ".afi")));
+    return ServeController(kProgram.name, arguments, [&](ByteChannel& channel) {
+      ControllerSession(simulator, channel).Run();
+    });
+  } catch (const DeckError& error) {
+    TellFaults(error.what());
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", kProgram.name.c_str(), error.what());
+  }
+  return kRunFailed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const auto arguments = ReadDriverArguments(argc, argv, kProgram);
+  if (const int* status = std::get_if<int>(&arguments)) return *status;
+  return Run(std::get<DriverArguments>(arguments));
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "tanksim/deck_units.h"
+
+namespace gantry::simulator {
+
+enum class WellType { kProducer, kWaterInjector, kGasInjector };
+enum class WellStatus {
+  kOpen,
+  kSurfaceShut,
+  kCompletionsShut,
+  kSurfaceAbandoned,
+  kCompletionsAbandoned
+};
+
+/// What a limit can be set on. The pressures bound from below for a producer and from above for an
+/// injector; the rates and drawdowns from above.
+enum class LimitItem {
+  kOilProduction,
+  kGasProduction,
+  kWaterProduction,
+  kLiquidProduction,
+  kReservoirProduction,
+  kOilInjection,
+  kGasInjection,
+  kWaterInjection,
+  kReservoirInjection,
+  kBottomHolePressure,
+  kTubingHeadPressure,
+  kDrawdownIndexWeighted,
+  kDrawdownRegion,
+};
+
+struct WellLimit {
+  LimitItem item;
+  double value;  ///< field units
+};
+
+/// The words of the external controller for these.
+std::string_view WordOf(WellType type);
+std::string_view WordOf(WellStatus status);
+std::string_view WordOf(LimitItem item);
+/// In the order of the statuses.
+std::span<const std::string_view> StatusWords();
+std::optional<WellStatus> FindStatus(std::string_view word);
+std::optional<LimitItem> FindLimitItem(std::string_view word);
+Quantity QuantityOf(LimitItem item);
+
+inline bool IsAbandoned(WellStatus status) { return status >= WellStatus::kSurfaceAbandoned; }
+
+}  // namespace gantry::simulator

@@ -1,0 +1,158 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "toolkit/dialog_template.h"
+
+namespace gantry::platform {
+
+class DialogHandler;
+
+/// In pixels of the dialog's client area.
+struct PixelRect {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+  bool operator==(const PixelRect&) const = default;
+};
+
+struct PixelSize {
+  int width = 0;
+  int height = 0;
+  bool operator==(const PixelSize&) const = default;
+};
+
+struct ListColumn {
+  std::string title;
+  int width = 0;  ///< pixels at 96 dots to the inch
+};
+
+/// One item of a tree.
+struct TreeItem {
+  std::string text;
+  int picture = 0;
+  bool isChecked = false;
+  bool isExpanded = false;  ///< to be opened, when it isn't already
+  uintptr_t data = 0;       ///< the handler's own, unique in the tree
+  std::vector<TreeItem> children = {};
+};
+
+/// The place of an item: its position in the top level and, of a child, below that.
+struct TreePlace {
+  size_t parent = 0;
+  std::optional<size_t> child = std::nullopt;
+  bool operator==(const TreePlace&) const = default;
+};
+
+struct FileRequest {
+  const char* defaultExtension;
+  const char* filters;      ///< pairs of a name and a pattern, each followed by "|"
+  std::string folder = {};  ///< to begin in; where it is empty or isn't there, the system chooses
+};
+
+/// The buttons that end every dialog; Enter and Escape press them too.
+enum DialogButton : int { kOkButton = 1, kCancelButton = 2 };
+
+/// An open dialog, its controls addressed by their ids. Only `DialogToolkit` makes one, for the
+/// length of a run; it is used on that run's thread. An id that no control has is ignored. Texts
+/// are in the host's code page. Once the window is lost, with the display it was on, every call but
+/// `Close` throws: the toolkit's own exception, which a handler lets through.
+class DialogWindow {
+ public:
+  virtual ~DialogWindow() = default;
+
+  /// Hides the dialog and makes its run return `result`, once the present event is done with.
+  virtual void Close(int result) = 0;
+  /// What another library takes for this window.
+  virtual void* Handle() = 0;
+  virtual PixelSize ClientSize() = 0;
+  /// Paints anew all that is there, at once.
+  virtual void Redraw() = 0;
+
+  virtual void Enable(int id, bool isEnabled) = 0;
+  virtual void SetToolTip(int id, const std::string& text) = 0;
+  virtual PixelRect Rect(int id) = 0;
+  virtual void Move(int id, const PixelRect& rect) = 0;
+  virtual void Focus(int id) = 0;
+
+  virtual std::string Text(int id) = 0;
+  virtual void SetText(int id, const std::string& text) = 0;
+  virtual void PutCaretBehindText(int id) = 0;
+  virtual bool IsChecked(int id) = 0;
+  virtual void SetChecked(int id, bool isChecked) = 0;
+
+  /// Of a drop list or list box: in place of what it held.
+  virtual void SetItems(int id, const std::vector<std::string>& items) = 0;
+  /// Of a drop list; -1 is no selection.
+  virtual int Selection(int id) = 0;
+  virtual void Select(int id, int index) = 0;
+
+  virtual void SetColumns(int id, const std::vector<ListColumn>& columns) = 0;
+  /// Behind those that a list view has, whose selection stays.
+  virtual void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) = 0;
+  /// Of a list view, ascending. No other row is selected in their place.
+  virtual void RemoveRows(int id, const std::vector<size_t>& rows) = 0;
+  /// Of a list box or list view, ascending.
+  virtual std::vector<size_t> SelectedRows(int id) = 0;
+  virtual void SelectAll(int id) = 0;
+  virtual void InvertSelection(int id) = 0;
+
+  /// In place of what the tree held. What is there still, by its data, stays open or closed, and
+  /// the user's place in the tree is kept.
+  virtual void SetTree(int id, std::vector<TreeItem> items) = 0;
+  virtual void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) = 0;
+  virtual void ExpandTree(int id, bool isExpanded) = 0;
+
+  virtual void ShowMessage(const std::string& text) = 0;
+  /// The path of an existing file, none when the user gave up.
+  virtual std::optional<std::string> AskForFile(const FileRequest& request) = 0;
+  /// Another dialog over this one; its result.
+  virtual int RunDialog(DialogHandler& handler) = 0;
+  /// A topic of a help file. False where the file or a viewer for it is missing.
+  virtual bool ShowHelp(const std::string& file, uint32_t topic) = 0;
+  virtual void SetWaitCursor(bool isWaiting) = 0;
+  /// Blocks the thread.
+  virtual void Pause(int milliseconds) = 0;
+};
+
+/// What a dialog shows and decides: it is told what happens to its window.
+class DialogHandler {
+ public:
+  virtual ~DialogHandler() = default;
+
+  virtual const DialogTemplate& Template() const = 0;
+  /// The controls are there, nothing is shown yet.
+  virtual void OnOpen(DialogWindow& window) = 0;
+  /// A button or check box was pressed.
+  virtual void OnButton(DialogWindow& window, int id) = 0;
+  /// The user chose another item of a drop list.
+  virtual void OnSelection(DialogWindow& /*window*/, int /*id*/) {}
+  /// The user toggles the check box of an item; comes once for each time.
+  virtual void OnTreeCheck(DialogWindow& /*window*/, int /*id*/, const TreePlace& /*place*/) {}
+  /// The user drags this edge of the window, by the number that Windows has for it.
+  virtual void OnSizing(int /*edge*/) {}
+  /// The client area has this size now; comes once before the window is shown.
+  virtual void OnSize(DialogWindow& /*window*/, PixelSize /*size*/) {}
+};
+
+/// The toolkit of this machine.
+class DialogToolkit {
+ public:
+  virtual ~DialogToolkit() = default;
+
+  /// Shows a dialog modally over a window of the host until it is closed; what it was closed with,
+  /// `kCancelButton` when it could not be shown. The handler of a window that is lost is told of
+  /// its "Cancel" button.
+  virtual int Run(DialogHandler& handler, void* parent) = 0;
+  /// A picture stretched over the client area of a window.
+  virtual void Draw(Picture picture, void* window, void* deviceContext) = 0;
+
+  /// Null where there is none. Found at the first call, and kept.
+  static DialogToolkit* Find();
+};
+
+}  // namespace gantry::platform

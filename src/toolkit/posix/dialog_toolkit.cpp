@@ -1,0 +1,28 @@
+#include "platform/dynamic_library.h"
+#include "toolkit/dialog_toolkit_library.h"
+#include "toolkit/dialog_window.h"
+
+namespace gantry::platform {
+
+namespace {
+
+/// Given up with the module; the library itself stays for good, as it asks of the loader.
+std::unique_ptr<DynamicLibrary> OpenLibrary() {
+  return DynamicLibrary::Open(ModuleFolder() + LibraryFileName("IntersectDialogs"));
+}
+
+DialogToolkit* OpenToolkit(const DynamicLibrary* library) {
+  if (library == nullptr) return nullptr;
+  const auto open = reinterpret_cast<OpenDialogToolkit*>(library->Symbol(kOpenDialogToolkit));
+  return open != nullptr ? open(kDialogToolkitVersion) : nullptr;
+}
+
+}  // namespace
+
+DialogToolkit* DialogToolkit::Find() {
+  static const std::unique_ptr<DynamicLibrary> library = OpenLibrary();
+  static DialogToolkit* const toolkit = OpenToolkit(library.get());
+  return toolkit;
+}
+
+}  // namespace gantry::platform

@@ -1,0 +1,166 @@
+// The end of the link that has the windows.
+
+#include "toolkit/qt/dialog_server.h"
+
+#include <QApplication>
+#include <QWindow>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include "toolkit/qt/dialog_calls.h"
+#include "toolkit/qt/link.h"
+#include "toolkit/qt/qt_dialog.h"
+
+namespace gantry::platform {
+
+namespace {
+
+class DialogServer;
+
+/// A handler in the host's process.
+class HandlerApart : public DialogHandler {
+ public:
+  HandlerApart(DialogServer& server, size_t depth, SentTemplate shape)
+      : server_(server), depth_(depth), template_(std::move(shape)) {}
+
+  const DialogTemplate& Template() const override { return template_.Template(); }
+  void OnOpen(DialogWindow& window) override;
+  void OnButton(DialogWindow& /*window*/, int id) override {
+    Tell({.kind = DialogEvent::Kind::kButton, .id = id});
+  }
+  void OnSelection(DialogWindow& /*window*/, int id) override {
+    Tell({.kind = DialogEvent::Kind::kSelection, .id = id});
+  }
+  void OnTreeCheck(DialogWindow& /*window*/, int id, const TreePlace& place) override {
+    Tell({.kind = DialogEvent::Kind::kTreeCheck, .id = id, .place = place});
+  }
+  void OnSizing(int edge) override { Tell({.kind = DialogEvent::Kind::kSizing, .id = edge}); }
+  void OnSize(DialogWindow& /*window*/, PixelSize size) override {
+    Tell({.kind = DialogEvent::Kind::kSize, .size = size});
+  }
+
+ private:
+  void Tell(DialogEvent event);
+
+  DialogServer& server_;
+  size_t depth_;
+  ReceivedTemplate template_;
+};
+
+/// The open windows, from the first to the one on top.
+class DialogServer {
+ public:
+  explicit DialogServer(Descriptor socket)
+      : link_(std::move(socket), [this](Packet& call) { return Serve(call); }) {}
+
+  void ServeOne() { link_.ServeOne(); }
+  /// Nothing is left to do once the host has gone, and the toolkit lets no exception through.
+  void Tell(const DialogEvent& event) {
+    try {
+      link_.Call(Packet().Put(event));
+    } catch (const LinkFailure&) {
+      ::_exit(0);
+    }
+  }
+  void Opened(size_t depth, DialogWindow& window) {
+    windows_.resize(depth);
+    windows_.push_back(&window);
+  }
+
+ private:
+  Packet Serve(Packet& call) {
+    const auto request = call.Take<Request>();
+    if (request == Request::kRun) return Run(call);
+    const auto depth = call.Take<size_t>();
+    if (depth >= windows_.size()) throw LinkFailure("The link knows no such window");
+    DialogWindow& window = *windows_[depth];
+    switch (request) {
+      case Request::kRunOver:
+        return RunOverWindow(window, call);
+      case Request::kAskForFile:
+        return AskForFile(window, call);
+      default:
+        return WindowCalls::Call(call.Take<size_t>(), window, call);
+    }
+  }
+
+  Packet Run(Packet& call) {
+    auto* const parent = call.Take<void*>();
+    HandlerApart handler = TakeHandler(call);
+    return Packet().Put(RunOver(handler, parent));
+  }
+  Packet RunOverWindow(DialogWindow& window, Packet& call) {
+    HandlerApart handler = TakeHandler(call);
+    return Packet().Put(window.RunDialog(handler));
+  }
+  HandlerApart TakeHandler(Packet& call) {
+    const auto depth = call.Take<size_t>();
+    return {*this, depth, call.Take<SentTemplate>()};
+  }
+  static Packet AskForFile(DialogWindow& window, Packet& call) {
+    const auto extension = call.Take<std::string>();
+    const auto filters = call.Take<std::string>();
+    const auto folder = call.Take<std::string>();
+    return Packet().Put(window.AskForFile({extension.c_str(), filters.c_str(), folder}));
+  }
+
+  Link link_;
+  std::vector<DialogWindow*> windows_;
+};
+
+void HandlerApart::OnOpen(DialogWindow& window) {
+  server_.Opened(depth_, window);
+  Tell({.kind = DialogEvent::Kind::kOpen});
+}
+
+void HandlerApart::Tell(DialogEvent event) {
+  event.depth = depth_;
+  server_.Tell(event);
+}
+
+class Application {
+ private:
+  char name_[10] = "Intersect";
+  char option_[10] = "-platform";
+  char platform_[4] = "xcb";
+  char* arguments_[4] = {name_, option_, platform_, nullptr};
+  int count_ = 3;
+  QApplication application_{count_, arguments_};
+};
+
+/// Ends this process when the other end of a socket is closed, whatever else it waits for.
+void EndWith(int socket) {
+  std::thread([socket] {
+    pollfd state{socket, 0, 0};
+    while (::poll(&state, 1, -1) != 1) {
+    }
+    ::_exit(0);
+  }).detach();
+}
+
+}  // namespace
+
+int RunOver(DialogHandler& handler, void* parent) {
+  const auto id = reinterpret_cast<WId>(parent);
+  if (QWidget* const widget = QWidget::find(id)) return QtDialog(handler, widget).exec();
+  const std::unique_ptr<QWindow> foreign(QWindow::fromWinId(id));
+  QtDialog dialog(handler, nullptr);
+  dialog.winId();  // makes the window, which is needed now
+  if (foreign != nullptr) dialog.windowHandle()->setTransientParent(foreign.get());
+  return dialog.exec();
+}
+
+void ServeDialogs() {
+  EndWith(STDIN_FILENO);
+  const Application application;
+  QApplication::setQuitOnLastWindowClosed(false);
+  DialogServer(Descriptor(STDIN_FILENO)).ServeOne();
+}
+
+void TryDialogs() { const Application application; }
+
+}  // namespace gantry::platform

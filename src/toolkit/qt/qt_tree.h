@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QAbstractItemModel>
+#include <QIcon>
+#include <QTreeView>
+#include <functional>
+#include <unordered_set>
+#include <vector>
+
+#include "toolkit/dialog_window.h"
+
+namespace gantry::platform {
+
+/// The two levels of a tree's items. The branches are the view's.
+class TreeModel : public QAbstractItemModel {
+ public:
+  using QAbstractItemModel::QAbstractItemModel;
+
+  void SetItems(std::vector<TreeItem> items);
+  const std::vector<TreeItem>& Items() const { return items_; }
+  void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
+  /// Called when the user toggles a check box.
+  std::function<void(const TreePlace&)> onCheck;
+
+  QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+  QModelIndex parent(const QModelIndex& child) const override;
+  int rowCount(const QModelIndex& parent) const override;
+  int columnCount(const QModelIndex& parent) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  TreePlace PlaceOf(const QModelIndex& index) const;
+  const TreeItem& ItemAt(const TreePlace& place) const;
+  TreeItem& ItemAt(const TreePlace& place);
+  const QIcon& IconOf(int picture) const;
+
+  std::vector<TreeItem> items_;
+};
+
+/// A tree with check boxes that stays fluid with hundreds of thousands of items.
+class TreeView : public QTreeView {
+ public:
+  explicit TreeView(QWidget* parent);
+
+  TreeModel& Model() { return *model_; }
+  /// Keeps the user's place in the tree, and the branches of what stays.
+  void SetItems(std::vector<TreeItem> items);
+  void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
+  void ExpandAll();
+
+ private:
+  void ExpandWhere(const std::function<bool(const TreeItem&)>& isWanted);
+  QModelIndex IndexOf(uintptr_t wanted) const;
+  std::unordered_set<uintptr_t> OpenParents() const;
+
+  TreeModel* model_;
+};
+
+}  // namespace gantry::platform

@@ -1,0 +1,209 @@
+#include "wells/exported_variables.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "client/connector_base.h"
+#include "settings/case_archive.h"
+#include "text/number_text.h"
+#include "wells/well_variable_catalogue.h"
+
+namespace gantry {
+namespace {
+
+constexpr int32_t kFirstVersionWithKind = 2;
+
+/// More values than any simulator has for one quantity of a well: a file or a registry that asks
+/// for more is damaged, and would keep the host in its list of them for good.
+constexpr uint32_t kMostElements = 1000;
+
+/// Transfers a list: its count, then each item, which on a read is appended.
+template <class T>
+void TransferItems(CaseArchive& archive, CExtCollection<T>& items, int32_t version) {
+  auto count = static_cast<int32_t>(items.Size());
+  archive.TransferCount(count);
+  if (!archive.IsReading()) {
+    for (const auto& item : items) item->Serialize(archive, version);
+    return;
+  }
+  for (int32_t i = 0; i < count; ++i) {
+    items.Add(std::make_unique<T>()).Serialize(archive, version);
+  }
+}
+
+/// The simulator's name of one element: the simulator counts from 1, the handles from 0.
+std::string ElementItem(const std::string& item, uint32_t kind, uint32_t element) {
+  return kind == 1 ? item : item + "[" + std::to_string(uint64_t{element} + 1) + "]";
+}
+
+Doubles ReadValues(CExtConnectorBase& connector, const std::string& well, const Strings& items,
+                   const std::vector<int32_t>& families) {
+  Doubles values;
+  connector.GetWellVariables(well, items, families, values);
+  if (values.size() < items.size()) throw std::runtime_error("the simulator gave too few values");
+  return values;
+}
+
+int32_t EvaluationFailed(const std::string& well, const std::exception& failure,
+                         std::string& error) {
+  error = "Could not evaluate exported variables for " + well + ", " + failure.what();
+  return 1;
+}
+
+uint64_t EntryCountOf(const CExportedVariableWellParent& parent, size_t componentCount) {
+  uint64_t count = 0;
+  for (const auto& variable : parent.Variables) count += variable->EntryCount(componentCount);
+  return count;
+}
+
+void EvaluateParent(CExtConnectorBase& connector, CExportedVariableWellParent& parent) {
+  Strings keys;
+  std::vector<int32_t> families;
+  for (const auto& variable : parent.Variables) {
+    keys.push_back(variable->Key);
+    families.push_back(variable->UnitFamily);
+  }
+  const Doubles values = ReadValues(connector, parent.WellName, keys, families);
+  for (size_t i = 0; i < keys.size(); ++i) parent.Variables[i].Value = values[i];
+}
+
+}  // namespace
+
+CExportedVariable::CExportedVariable(const WellVariable& row)
+    : Key(row.key),
+      SimulatorItem(row.simulatorItem),
+      Label(row.label),
+      Code(row.code),
+      UnitFamily(row.family),
+      Kind(row.kind) {}
+
+CExportedVariable::CExportedVariable(const CIXUserProperty& property)
+    : Key(property.Property),
+      SimulatorItem(property.SimulatorItem),
+      Label(property.DisplayName),
+      Code(property.UnitCode),
+      UnitFamily(property.UnitFamily),
+      Kind(static_cast<uint32_t>(property.IsScalar)) {}
+
+void CExportedVariable::Serialize(CaseArchive& archive, int32_t version) {
+  archive.Transfer(Code);
+  archive.Transfer(UnitFamily);
+  archive.Transfer(Key);
+  archive.Transfer(SimulatorItem);
+  archive.Transfer(Label);
+  if (version >= kFirstVersionWithKind) {
+    archive.Transfer(Kind);
+  } else if (archive.IsReading()) {
+    Kind = 1;
+  }
+}
+
+uint32_t CExportedVariable::EntryCount(size_t componentCount) const {
+  return Kind != 0 ? std::min(Kind, kMostElements) : static_cast<uint32_t>(componentCount);
+}
+
+CExportedVariable* CExportedVariableCollection::FindByLabel(const std::string& label) {
+  for (const auto& variable : *this) {
+    if (variable->Label == label) return variable.get();
+  }
+  return nullptr;
+}
+
+void CExportedVariableCollection::Serialize(CaseArchive& archive, int32_t version) {
+  TransferItems(archive, *this, version);
+}
+
+void CExportedVariableWellParent::Serialize(CaseArchive& archive, int32_t version) {
+  archive.Transfer(WellName);
+  Variables.Serialize(archive, version);
+}
+
+int32_t CExportedVariableWellParent::Evaluate(CExtConnectorBase& connector,
+                                              const CExportedVariable& variable, uint32_t element,
+                                              double& value, std::string& error) const {
+  try {
+    const std::string item = ElementItem(variable.Key, variable.Kind, element);
+    value = ReadValues(connector, WellName, {item}, {variable.UnitFamily}).front();
+    return 0;
+  } catch (const std::exception& failure) {
+    return EvaluationFailed(WellName, failure, error);
+  }
+}
+
+int32_t CExportedVariableWellParent::Assign(CExtConnectorBase& connector,
+                                            const CExportedVariable& variable, uint32_t element,
+                                            std::string_view text, std::string& error) const {
+  try {
+    const std::string item = ElementItem(variable.SimulatorItem, variable.Kind, element);
+    connector.SetWellConstraints({WellName}, {{item}}, {{ReadDouble(text)}},
+                                 {{variable.UnitFamily}});
+    return 0;
+  } catch (const std::exception& failure) {
+    error = std::string("error: ") + failure.what();
+    return 1;
+  }
+}
+
+void CExportedVariableWellParent::Remove(const CExportedVariable& variable) {
+  for (size_t i = 0; i < Variables.Size(); ++i) {
+    if (&Variables[i] != &variable) continue;
+    Variables.TakeOut(i);
+    return;
+  }
+}
+
+CExportedVariableWellParent* CExportedVariables::FindWellParent(const std::string& wellName) {
+  for (const auto& parent : *this) {
+    if (parent->WellName == wellName) return parent.get();
+  }
+  return nullptr;
+}
+
+CExportedVariables::Entry CExportedVariables::FindEntry(int32_t handle, size_t componentCount) {
+  if (handle < 0) return {};
+  auto remaining = static_cast<uint64_t>(handle);
+  for (const auto& parent : *this) {
+    const uint64_t count = EntryCountOf(*parent, componentCount);
+    if (remaining >= count) {
+      remaining -= count;
+      continue;
+    }
+    for (const auto& variable : parent->Variables) {
+      const uint64_t entries = variable->EntryCount(componentCount);
+      if (remaining < entries) {
+        return {parent.get(), variable.get(), static_cast<uint32_t>(remaining)};
+      }
+      remaining -= entries;
+    }
+  }
+  return {};
+}
+
+bool CExportedVariables::HasPerComponentVariable() const {
+  for (const auto& parent : *this) {
+    for (const auto& variable : parent->Variables) {
+      if (variable->Kind == 0) return true;
+    }
+  }
+  return false;
+}
+
+int32_t CExportedVariables::EvaluateAll(CExtConnectorBase& connector, std::string& error) {
+  for (const auto& parent : *this) {
+    try {
+      EvaluateParent(connector, *parent);
+    } catch (const std::exception& failure) {
+      return EvaluationFailed(parent->WellName, failure, error);
+    }
+  }
+  return 0;
+}
+
+void CExportedVariables::Serialize(CaseArchive& archive, int32_t version) {
+  TransferItems(archive, *this, version);
+}
+
+}  // namespace gantry

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "text/data_server_object.h"
+
+namespace gantry {
+
+/// The mark for a value that has not been set: the double with the bits 0xC0C387FFFCB923A3.
+inline constexpr double kUnsetValue = -9999.9999;
+
+/// The well types, as the simulator reports them.
+enum WellType : int32_t { kProducer = 0, kWaterInjector = 1, kGasInjector = 2, kInjector = 3 };
+/// The well states.
+enum WellState : int32_t { kShutCompletions = 0, kShutSurface = 1, kOpen = 2 };
+
+/// The words that the driver sends as statuses.
+extern const char* const kOpenWord;             // "OPEN"
+extern const char* const kSurfaceShutWord;      // "SURFACE_SHUTIN"
+extern const char* const kCompletionsShutWord;  // "ALL_COMPLETIONS_SHUTIN"
+
+/// The code of the simulator's type text; an unknown one is a producer.
+int32_t ClassifyWellType(const std::string& text);
+/// The code of the simulator's state text; an unknown one is open.
+int32_t ClassifyWellState(const std::string& text);
+/// The name of the fluid source that is made for a gas injector of a compositional run.
+std::string InjectionSourceName(const std::string& well);
+
+/// One point of an inflow table, or one operating state of a well: psig, STB/d and MMscf/d.
+struct IPRPoint {
+  double Pressure = kUnsetValue;
+  double OilRate = kUnsetValue;
+  double GasRate = kUnsetValue;
+  double WaterRate = kUnsetValue;
+  std::vector<double> Composition;  ///< mole fractions; empty outside a compositional run
+};
+
+/// The live record of a well for the running job. It exists only while a simulator has been read.
+/// Its text paths reach its stored numbers and, through the connector, any simulator variable.
+class Source : public CExtDataServerObject {
+ public:
+  bool Handle(TagParser& parser, TagContext context) override;
+  const std::string& GetName() const override { return Name; }
+
+  /// True when the well's inflow makes more than 20000 cubic feet of gas to the barrel of liquid.
+  bool IsGasWell() const;
+
+  int32_t Status = 0;
+  int32_t RequestedStatus = 0;
+  int32_t SourceType = 0;
+  std::string Name;
+  double OnTimeFraction = 1.0;
+  std::vector<IPRPoint> SimulatorIPR;  ///< as last read from the simulator
+  std::vector<IPRPoint> HostIPR;       ///< as last handed to the host
+  IPRPoint Current;
+  IPRPoint OpPoint;  ///< its composition is that of an injected gas
+  double PointValue = 0.0;
+  double OilGravity = 0.0;    ///< water = 1
+  double WaterGravity = 0.0;  ///< water = 1
+  double GasGravity = 0.0;    ///< air = 1
+  std::array<double, 3> PassThrough = {};
+
+ private:
+  bool HandleVariable(TagParser& parser, TagContext context);
+};
+
+class SourceList : public CExcStdDataServerObjectList<Source> {
+ public:
+  /// By name, exactly and with case; null when there is none. Linear: a pass over many wells makes
+  /// its own `NameIndex`.
+  Source* Find(const std::string& name);
+};
+
+/// The control of a well for one step: parallel lists for the connector's constraint setter.
+struct WellControl {
+  std::vector<std::string> items;
+  std::vector<double> values;
+  std::vector<int32_t> codes;
+};
+
+/// Picks the control variables of an open well from its operating point and its control mode, in
+/// place of what stands in `control`, whose storage is used again.
+void ChooseControl(const Source& source, int32_t opMode, WellControl& control);
+
+}  // namespace gantry
