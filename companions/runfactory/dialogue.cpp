@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 
-#include "sessions/linux_job_session.h"
+#include "remote/factory_version.h"
 
 namespace gantry::cluster {
 

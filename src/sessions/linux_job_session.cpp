@@ -8,6 +8,7 @@
 
 #include "boundary/error_text.h"
 #include "platform/user.h"
+#include "remote/factory_version.h"
 #include "remote/remote_connector.h"
 #include "remote/socket.h"
 #include "settings/link_settings.h"

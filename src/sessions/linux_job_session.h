@@ -10,9 +10,6 @@ namespace gantry {
 
 class SocketClient;
 
-/// The version of the factory's dialogue that this driver speaks. Frozen: docs/remote-protocol.md.
-inline constexpr int32_t ExpectedFactoryVersion = 3;
-
 /// A run on a cluster. `Start` tells the run factory on the head node which case to run and how;
 /// the connection of that dialogue then belongs to the remote connector until the end of the run.
 /// Owned by the model. Nothing here has a time limit: `Start` blocks for as long as the factory
