@@ -103,6 +103,17 @@ TEST(XmlDocument, GivesItsStampToEveryNode) {
   EXPECT_EQ(CXMLElement(CXMLElement::kElement, "E", "").GetDateStamp(), "");
 }
 
+TEST(XmlDocument, KeepsItsTabsAndSetsNoSchemaPath) {
+  CXMLDocument document;
+  EXPECT_EQ(document.IndentBuffer.front(), '\0') << "no tab is made before one is needed";
+  document.AddElement("E").AddElement("C");
+  std::ostringstream out;
+  ASSERT_TRUE(document.WriteStream(out, false));
+  EXPECT_EQ(document.IndentBuffer.data(), std::string(128, '\t'));
+  EXPECT_FALSE(document.UseSchemaPath);
+  EXPECT_EQ(document.SchemaPath, "");
+}
+
 TEST(DateStamp, CountsFromTheLastDayOf1899) {
   struct Case {
     double days;

@@ -142,11 +142,14 @@ void Replay::ReadWell(WellStep& well) const {
                     wells_.Number("water gravity")};
 }
 
+// What stands between one group and the next, whose names may hold semicolons.
+constexpr std::string_view kEndOfGroup = " without it); ";
+
 // "plant: liquid (1320 without it); ..."
 void Replay::ReadGroups(StepRecord& record) const {
   std::string text = field_.Text("group limits");
   for (size_t end; !text.empty(); text.erase(0, end)) {
-    end = std::min(text.find("; "), text.size());
+    end = std::min(text.find(kEndOfGroup), text.size());
     const std::string one = text.substr(0, end);
     const size_t number = one.rfind(" (");
     const size_t limit = one.rfind(": ", number);
@@ -158,7 +161,7 @@ void Replay::ReadGroups(StepRecord& record) const {
     group.limit = one.substr(limit + 2, number - limit - 2);
     group.before =
         ToInternal(ReadDouble(one.substr(number + 2)), QuantityOf(group), run_.model.Units());
-    end = std::min(end + 2, text.size());
+    end = std::min(end + kEndOfGroup.size(), text.size());
   }
 }
 

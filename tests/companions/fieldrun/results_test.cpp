@@ -57,7 +57,7 @@ class Results : public ::testing::Test {
     record.wells[0].gravities = {0.85, 0.7, 1};
     record.wells[1].inflow = {{3000, {0, 0, 0}}, {5000, {0, 1000, 0}}};
     record.wells[1].point = {true, 4000, {0, 500, 0}, "water rate"};
-    record.groups = {{"G", "liquid", 600, 500}, {"H: x", "gas", 0.5, 0.4}};
+    record.groups = {{"G", "liquid", 600, 500}, {"H: x; y", "gas", 0.5, 0.4}};
     if (!isReported) return record;
     record.wells[0].reported = InflowPoint{1990, {420, 80, 0.42}};
     record.wells[1].reported = InflowPoint{4010, {0, 500, 0}};
@@ -98,10 +98,10 @@ TEST_F(Results, TablesHoldWhatIsToldWhileTheRunGoesOn) {
       // For three quarters of the step: 315 of oil, 60 of water.
       {"field.csv",
        "1,2020-01-01,0,31,315,60,0.315,500,0,0.16,1000,9700,1800,9.7,15500,0,1,1,"
-       "G: liquid (600 without it); H: x: gas (0.5 without it),both,00c0ffee"},
+       "G: liquid (600 without it); H: x; y: gas (0.5 without it),both,00c0ffee"},
       {"field.csv",
        "2,2020-02-01,31,31,,,,,,,,,,,,,1,1,"
-       "G: liquid (600 without it); H: x: gas (0.5 without it),rates,00c0ffee"},
+       "G: liquid (600 without it); H: x; y: gas (0.5 without it),rates,00c0ffee"},
   };
   for (const auto& [file, row] : kRows) {
     EXPECT_NE(Read(file).find(std::string("\n") + row + "\n"), std::string::npos)

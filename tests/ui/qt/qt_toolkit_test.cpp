@@ -77,5 +77,34 @@ TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {
   EXPECT_EQ(config.MPIExecutable, (folder / "tool.exe").string());
 }
 
+/// Turns to a topic of a help file as soon as it is open.
+struct HelpAsker : CConfigureDlg {
+  using CConfigureDlg::CConfigureDlg;
+  void OnOpen(platform::DialogWindow& window) override { isShown = window.ShowHelp(help, 13930); }
+
+  std::string help;
+  bool isShown = false;
+};
+
+TEST(QtToolkit, TurnsToATopicInTheViewerThatCan) {
+  const test::TestFolder folder;
+  const auto viewer = folder.Write("xchm",
+                                   "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$0.part\"\n"
+                                   "mv \"$0.part\" \"$0.called\"\n");
+  std::filesystem::permissions(viewer, std::filesystem::perms::owner_all);
+  const std::string help = folder.Write("Tessel.chm", "").string();
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", QByteArray::fromStdString(folder.Path().string()) + ":" + path);
+  CIXConfig config;
+  HelpAsker dialog(config);
+  dialog.help = help;
+  test::AtDesk(dialog, [](test::Desk& desk) { desk.Click(platform::kCancelButton); });
+  qputenv("PATH", path);
+  EXPECT_TRUE(dialog.isShown);
+  const auto called = folder / "xchm.called";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(called); }, 100'000));
+  EXPECT_EQ(folder.Read(called), "-c\n13930\n" + help + "\n");
+}
+
 }  // namespace
 }  // namespace gantry

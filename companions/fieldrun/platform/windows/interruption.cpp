@@ -19,6 +19,7 @@ void NoteFirst(int signal) {
 void TakeInterruptions() {
   std::signal(SIGINT, NoteFirst);
   std::signal(SIGTERM, NoteFirst);
+  std::signal(SIGBREAK, NoteFirst);  // Ctrl-Break, and a console that is closed
 }
 
 bool IsInterrupted() { return isRequested != 0; }

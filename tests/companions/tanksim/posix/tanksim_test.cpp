@@ -9,6 +9,7 @@
 #include "client/tcp_connection.h"
 #include "client/v2017_2/intersect_client.h"
 #include "sample_deck.h"
+#include "simulator_side/driver_arguments.h"
 #include "support/free_ports.h"
 #include "support/test_folder.h"
 
@@ -99,6 +100,7 @@ TEST_F(Tanksim, EndsWhenNoControllerComesOrItsPortIsTaken) {
   const uint16_t port = FreePort();
   EXPECT_EQ(ErrorsOf("CASE --dopt=external_controller_wait:0 " + PortOption(port)),
             fmt::format("tanksim: no controller came to port {} within 0 seconds\n", port));
+  EXPECT_EQ(DriverArguments{}.secondsForController, 20) << "where the command line names none";
 }
 
 TEST_F(Tanksim, TellsWhereADeckIsBadWithARunOrWithout) {
