@@ -49,7 +49,7 @@ DrivenModule::DrivenModule(const std::filesystem::path& folder,
   if (api_->ExtCreateInstance(&model_, &error) != 0) throw std::runtime_error(error.text);
   SetDataFileRecord file{};
   CopyBounded(file.path, (folder / (CaseNameOf(size) + ".afi")).string());
-  Command(fieldrun::kSetDataFile, &file);
+  Command(EXT_SET_DATA_FILE, &file);
 }
 
 DrivenModule::~DrivenModule() {
@@ -63,38 +63,38 @@ void DrivenModule::Command(uint32_t number, void* data) {
   throw std::runtime_error(FormatText("command %u: %s", number, error.text));
 }
 
-void DrivenModule::StartSimulator() { Command(fieldrun::kStartSimulator, nullptr); }
+void DrivenModule::StartSimulator() { Command(EXT_START_SIMULATOR, nullptr); }
 
-void DrivenModule::CloseSimulator() { Command(fieldrun::kCloseSimulator, nullptr); }
+void DrivenModule::CloseSimulator() { Command(EXT_CLOSE_SIMULATOR, nullptr); }
 
 void DrivenModule::StartRun() {
   RunStartRecord run{};
   run.connectedWells = wells_.data();
   run.connectedCount = static_cast<int32_t>(wells_.size());
   run.logCallback = run.statusCallback = [](const char*, void*) {};
-  Command(fieldrun::kStartRun, &run);
+  Command(EXT_START_RUN, &run);
 }
 
-void DrivenModule::Read() { Command(fieldrun::kSetTimestepData, nullptr); }
+void DrivenModule::Read() { Command(EXT_SET_TIMESTEP_DATA, nullptr); }
 
 void DrivenModule::ExchangeWells() {
   _tGetSetData& record = *record_;
   for (const int32_t well : wells_) {
     record.well = well;
-    Command(fieldrun::kGetIPR, &record);
+    Command(EXT_GET_IPR, &record);
     record.oilRate[0] = record.oilRate[kOperatingRow];
     record.waterRate[0] = record.waterRate[kOperatingRow];
     record.gasRate[0] = record.gasRate[kOperatingRow];
     record.pressure[0] = record.pressure[kOperatingRow];
     record.isShut = 0;
-    Command(fieldrun::kSetOpPt, &record);
+    Command(EXT_SET_OP_PT, &record);
   }
 }
 
 void DrivenModule::Advance() {
   TimestepRecord step{};
   step.stepDays = 1.0;
-  Command(fieldrun::kTimestep, &step);
+  Command(EXT_TIMESTEP, &step);
 }
 
 }  // namespace gantry::bench

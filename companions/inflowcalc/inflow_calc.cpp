@@ -1,15 +1,13 @@
-#include "inflowcalc/inflow_calc.h"
-
 #include <cstdio>
 #include <exception>
 #include <memory>
 #include <optional>
 
+#include "gantry/inflow.h"
 #include "inflowcalc/callers_file.h"
 #include "inflowcalc/inflow_model.h"
 #include "inflowcalc/state_block.h"
 
-using gantry::_tGetSetData;  // NOLINT(bugprone-reserved-identifier): the host's own name
 using gantry::inflow::CallersFile;
 using gantry::inflow::InflowModel;
 

@@ -11,7 +11,7 @@ constexpr double kUnset = -9999.9999;
 constexpr double kNoRate = 0.00001;
 
 int32_t BoundedCount(const _tGetSetData& record) {
-  return std::clamp<int32_t>(record.pointCount, 0, kMaxInflowPoints);
+  return std::clamp<int32_t>(record.pointCount, 0, EXT_MAX_INFLOW_POINTS);
 }
 
 bool IsGap(const _tGetSetData& record, int32_t i) {
@@ -48,7 +48,7 @@ bool HasGaps(const _tGetSetData& record) {
 InflowRows ReadRows(const _tGetSetData& record) {
   const int32_t count = BoundedCount(record);
   InflowRows rows;
-  rows.reserve(kMaxInflowPoints);
+  rows.reserve(EXT_MAX_INFLOW_POINTS);
   for (int32_t i = 0; i < count; ++i) {
     if (IsGap(record, i)) continue;
     InflowRow row = {record.pressure[i], record.oilRate[i],  record.waterRate[i],
@@ -60,7 +60,7 @@ InflowRows ReadRows(const _tGetSetData& record) {
 }
 
 void WriteRows(const InflowRows& rows, _tGetSetData& record) {
-  const size_t count = std::min(rows.size(), kMaxInflowPoints);
+  const size_t count = std::min<size_t>(rows.size(), EXT_MAX_INFLOW_POINTS);
   for (size_t i = 0; i < count; ++i) {
     record.pressure[i] = rows[i].pressure;
     record.oilRate[i] = rows[i].oilRate;

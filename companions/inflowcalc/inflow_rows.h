@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-#include "boundary/records.h"
+#include "gantry/records.h"
 
 namespace gantry::inflow {
 
@@ -15,7 +15,7 @@ struct InflowRow {
   double gasRate = 0.0;
   double massRate = 0.0;
   double pointValue = 0.0;
-  std::array<double, kMaxComponents> moleFractions{};
+  std::array<double, EXT_MAX_COMPONENTS> moleFractions{};
 };
 using InflowRows = std::vector<InflowRow>;
 

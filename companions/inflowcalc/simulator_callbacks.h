@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
-#include "boundary/records.h"
-#include "inflowcalc/inflow_calc.h"
+#include "gantry/inflow.h"
+#include "gantry/records.h"
 
 namespace gantry::inflow {
 

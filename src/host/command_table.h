@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "boundary/records.h"
+#include "gantry/records.h"
 
 namespace gantry {
 

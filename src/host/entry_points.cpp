@@ -1,5 +1,3 @@
-#include "host/entry_points.h"
-
 #include <cstring>
 #include <memory>
 #include <string>
@@ -9,6 +7,7 @@
 #include "boundary/ext_interface.h"
 #include "equipment/equipment_file.h"
 #include "equipment/equipment_model.h"
+#include "gantry/boundary.h"
 #include "host/command_table.h"
 #include "host/unit_table.h"
 #include "model/ext_model.h"

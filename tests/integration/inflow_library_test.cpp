@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "inflowcalc/inflow_calc.h"
+#include "gantry/inflow.h"
 #include "integration/real_run.h"
 #include "model/ext_model.h"
 #include "model/inflow_callbacks.h"

@@ -65,7 +65,7 @@ struct StoppingHost {
     host.stopper = std::jthread([&host, model] {
       ExtErrorBlock error{};
       host.stopResult =
-          host.module->ExtCmd(model, nullptr, fieldrun::kCloseSimulator, nullptr, 0, &error);
+          host.module->ExtCmd(model, nullptr, EXT_CLOSE_SIMULATOR, nullptr, 0, &error);
     });
   }
 };
@@ -82,25 +82,24 @@ TEST(Sessions, EndALongRunUpWhenASecondThreadStopsThem) {
   const auto deck = run.Deck(kExample, 1e7);
   SetDataFileRecord file{};
   CopyBounded(file.path, deck.string());
-  ASSERT_EQ(host.module->ExtCmd(model, nullptr, fieldrun::kSetDataFile, &file, 0, &error), 0);
-  ASSERT_EQ(host.module->ExtCmd(model, nullptr, fieldrun::kStartSimulator, nullptr, 0, &error), 0)
+  ASSERT_EQ(host.module->ExtCmd(model, nullptr, EXT_SET_DATA_FILE, &file, 0, &error), 0);
+  ASSERT_EQ(host.module->ExtCmd(model, nullptr, EXT_START_SIMULATOR, nullptr, 0, &error), 0)
       << error.text;
 
   RunStartRecord start{};
   start.startDate = kDeckStart + kDaysAhead;
   start.logCallback = [](const char*, void*) {};
   start.statusCallback = StoppingHost::OnStatus;
-  EXPECT_EQ(host.module->ExtCmd(model, nullptr, fieldrun::kStartRun, &start, 0, &error), 0)
-      << error.text;
+  EXPECT_EQ(host.module->ExtCmd(model, nullptr, EXT_START_RUN, &start, 0, &error), 0) << error.text;
   host.stopper.join();
   EXPECT_EQ(host.stopResult, 0);
 
   GetPropertyRequest days{};
   days.path = "Intersect.CurrentElapsedDays";
-  ASSERT_EQ(host.module->ExtCmd(model, nullptr, fieldrun::kGetProperty, &days, 0, &error), 0);
+  ASSERT_EQ(host.module->ExtCmd(model, nullptr, EXT_GET_PROPERTY, &days, 0, &error), 0);
   EXPECT_GT(std::stod(days.value), 0.0);
   EXPECT_LT(std::stod(days.value), kDaysAhead) << "the stop came to nothing";
-  EXPECT_EQ(host.module->ExtCmd(model, nullptr, fieldrun::kStartSimulator, nullptr, 0, &error), 0)
+  EXPECT_EQ(host.module->ExtCmd(model, nullptr, EXT_START_SIMULATOR, nullptr, 0, &error), 0)
       << "after the stop: " << error.text;
   EXPECT_EQ(host.module->ExtDestroyInstance(model, &error), 0);
 }

@@ -15,11 +15,11 @@ class Case : public ModelTest {
     ExtDestroyInstance(model, &err);
     ExtCreateInstance(&model, &err);
   }
-  int32_t Save(uint32_t capacity = kCaseDataCapacity) {
+  int32_t Save(uint32_t capacity = EXT_CASE_DATA_CAPACITY) {
     return Command(12, record->block, capacity);
   }
   int32_t Load(const std::string& casePath = {}) {
-    record->length = kCaseDataCapacity;
+    record->length = EXT_CASE_DATA_CAPACITY;
     record->casePath = casePath.c_str();
     return Command(13, record.get());
   }

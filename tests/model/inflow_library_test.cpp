@@ -153,7 +153,7 @@ TEST_F(InflowLibrary, SharesThePlaceInTheStoreFile) {
       std::make_unique<CExportedVariableWellParent>());
   parent.WellName = "P1";
   EXPECT_EQ(Command(20, store.data(), 1), 0) << "a file that isn't there yet is no failure";
-  ASSERT_EQ(Command(12, block->block, kCaseDataCapacity), 0);
+  ASSERT_EQ(Command(12, block->block, EXT_CASE_DATA_CAPACITY), 0);
   const std::string bytes = TestFolder::Read(store);
   EXPECT_EQ(bytes.find("probe's state"), 12u);
   static_cast<CExtModel*>(model)->ExportedVariables.RemoveAll();
@@ -166,9 +166,9 @@ TEST_F(InflowLibrary, SharesThePlaceInTheStoreFile) {
 
   probe->leavesStateAlone = true;  // as where there is no library, or another one
   Command(20, store.data(), 1);
-  ASSERT_EQ(Command(12, block->block, kCaseDataCapacity), 0);
+  ASSERT_EQ(Command(12, block->block, EXT_CASE_DATA_CAPACITY), 0);
   EXPECT_EQ(TestFolder::Read(store + ".backup"), bytes);
-  Command(12, block->block, kCaseDataCapacity);
+  Command(12, block->block, EXT_CASE_DATA_CAPACITY);
   Command(20, store.data(), 1);
   EXPECT_FALSE(std::filesystem::exists(store + ".backup2")) << "only what wasn't understood";
 }

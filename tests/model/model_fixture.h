@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/entry_points.h"
+#include "gantry/boundary.h"
 #include "model/field_peer.h"
 #include "settings/gantry_app.h"
 #include "support/test_folder.h"

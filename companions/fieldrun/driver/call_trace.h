@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "boundary/records.h"
+#include "gantry/boundary.h"
 
 namespace gantry::fieldrun {
 

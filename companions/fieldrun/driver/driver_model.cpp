@@ -13,36 +13,36 @@ namespace {
 constexpr const char* kSimulationEnded = "The Intersect simulation ended";
 
 struct NamedCommand {
-  Command command;
+  ExtCommand command;
   std::string_view name;
 };
 
 constexpr NamedCommand kCommandNames[] = {
-    {kEnumSources, "EnumSources"},
-    {kEdit, "Edit"},
-    {kGetFluidModel, "GetFluidModel"},
-    {kGetSimulationDate, "GetSimulationDate"},
-    {kSaveCaseData, "SaveCaseData"},
-    {kLoadCaseData, "LoadCaseData"},
-    {kSetConnection, "SetConnection"},
-    {kSetStoreFile, "SetStoreFile"},
-    {kSetLabel, "SetLabel"},
-    {kStartSimulator, "StartSimulator"},
-    {kStartRun, "StartRun"},
-    {kTimestep, "Timestep"},
-    {kGetIPR, "GetIPR"},
-    {kSetOpPt, "SetOpPt"},
-    {kCloseSimulator, "CloseSimulator"},
-    {kSetTimestepData, "SetTimestepData"},
-    {kGetProperty, "GetProperty"},
-    {kSetProperty, "SetProperty"},
-    {kDoCommand, "DoCommand"},
-    {kApplyOperatingPoints, "ApplyOperatingPoints"},
-    {kEnumPublishedVariables, "EnumPublishedVariables"},
-    {kEditPublishedVariables, "EditPublishedVariables"},
-    {kEvalPublishedVariables, "EvalPublishedVariables"},
-    {kDelPublishedVariable, "DelPublishedVariable"},
-    {kGetDescription, "GetDescription"},
+    {EXT_ENUM_SOURCES, "EnumSources"},
+    {EXT_EDIT, "Edit"},
+    {EXT_GET_FLUID_MODEL, "GetFluidModel"},
+    {EXT_GET_SIMULATION_DATE, "GetSimulationDate"},
+    {EXT_SAVE_CASE_DATA, "SaveCaseData"},
+    {EXT_LOAD_CASE_DATA, "LoadCaseData"},
+    {EXT_SET_CONNECTION, "SetConnection"},
+    {EXT_SET_STORE_FILE, "SetStoreFile"},
+    {EXT_SET_LABEL, "SetLabel"},
+    {EXT_START_SIMULATOR, "StartSimulator"},
+    {EXT_START_RUN, "StartRun"},
+    {EXT_TIMESTEP, "Timestep"},
+    {EXT_GET_IPR, "GetIPR"},
+    {EXT_SET_OP_PT, "SetOpPt"},
+    {EXT_CLOSE_SIMULATOR, "CloseSimulator"},
+    {EXT_SET_TIMESTEP_DATA, "SetTimestepData"},
+    {EXT_GET_PROPERTY, "GetProperty"},
+    {EXT_SET_PROPERTY, "SetProperty"},
+    {EXT_DO_COMMAND, "DoCommand"},
+    {EXT_APPLY_OPERATING_POINTS, "ApplyOperatingPoints"},
+    {EXT_ENUM_PUBLISHED_VARIABLES, "EnumPublishedVariables"},
+    {EXT_EDIT_PUBLISHED_VARIABLES, "EditPublishedVariables"},
+    {EXT_EVAL_PUBLISHED_VARIABLES, "EvalPublishedVariables"},
+    {EXT_DEL_PUBLISHED_VARIABLE, "DelPublishedVariable"},
+    {EXT_GET_DESCRIPTION, "GetDescription"},
 };
 
 /// Where the texts go that the module sends while it works. The module knows the host by two plain
@@ -160,7 +160,7 @@ DriverModel::~DriverModel() {
 }
 
 // An exception that the module lets out is its failure, not the host's end.
-int32_t DriverModel::CallGuarded(Command command, void* data, uint32_t value) {
+int32_t DriverModel::CallGuarded(ExtCommand command, void* data, uint32_t value) {
   try {
     return api_.ExtCmd(model_, window_, command, data, value, &error_);
   } catch (const std::exception& error) {
@@ -171,7 +171,7 @@ int32_t DriverModel::CallGuarded(Command command, void* data, uint32_t value) {
   }
 }
 
-int32_t DriverModel::Call(Command command, void* data, uint32_t value) {
+int32_t DriverModel::Call(ExtCommand command, void* data, uint32_t value) {
   return Call(command, data, value, [] { return std::string(); });
 }
 
@@ -182,12 +182,12 @@ void DriverModel::Fail(const std::string& what) const {
 
 void DriverModel::SetLabel(const std::string& label) {
   const std::string text = platform::Utf8ToCodePage(label);
-  Call(kSetLabel, Mutable(text), 0, [&] { return Quoted(label); });
+  Call(EXT_SET_LABEL, Mutable(text), 0, [&] { return Quoted(label); });
 }
 
 void DriverModel::SetStoreFile(const std::string& path, bool load) {
   const int32_t result =
-      Call(kSetStoreFile, Mutable(path), load ? 1 : 0, [&] { return Quoted(path); });
+      Call(EXT_SET_STORE_FILE, Mutable(path), load ? 1 : 0, [&] { return Quoted(path); });
   if (result != 0) Fail("take the store file " + path);
 }
 
@@ -196,7 +196,7 @@ std::string DriverModel::Get(const std::string& path) {
   GetPropertyRequest request{};
   request.path = modulePath.c_str();
   const int32_t result = Call(
-      kGetProperty, &request, 0, [&] { return Quoted(path); },
+      EXT_GET_PROPERTY, &request, 0, [&] { return Quoted(path); },
       [&] { return Quoted(FieldText(request.value)); });
   if (result != 0) Fail("answer " + path);
   return FieldText(request.value);
@@ -208,21 +208,21 @@ void DriverModel::Set(const std::string& path, const std::string& value) {
   SetPropertyRequest request{};
   request.path = modulePath.c_str();
   request.value = moduleValue.c_str();
-  const int32_t result = Call(kSetProperty, &request, 0, [&] {
+  const int32_t result = Call(EXT_SET_PROPERTY, &request, 0, [&] {
     return TraceText().Add(path, std::string_view(value)).Text();
   });
   if (result != 0) Fail(fmt::format("set {} to {}", path, value));
 }
 
 void DriverModel::Do(const std::string& command) {
-  const int32_t result = Call(kDoCommand, Mutable(command), 0, [&] { return Quoted(command); });
+  const int32_t result = Call(EXT_DO_COMMAND, Mutable(command), 0, [&] { return Quoted(command); });
   if (result != 0) Fail("do " + command);
 }
 
 void DriverModel::StartSimulator() {
   SimulatorStartRecord record{};
   record.runMode = 1;
-  const int32_t result = Call(kStartSimulator, &record, 0,
+  const int32_t result = Call(EXT_START_SIMULATOR, &record, 0,
                               [] { return TraceText().Add("runMode", int32_t{1}).Text(); });
   if (result != 0) Fail("start the simulator");
 }
@@ -234,7 +234,7 @@ std::vector<DriverWell> DriverModel::Wells() {
   while (true) {
     const int32_t last = row.index;
     const int32_t result = Call(
-        kEnumSources, &row, 0, [&] { return TraceText().Add("index", last).Text(); },
+        EXT_ENUM_SOURCES, &row, 0, [&] { return TraceText().Add("index", last).Text(); },
         [&] {
           return TraceText()
               .Add("index", row.index)
@@ -244,15 +244,14 @@ std::vector<DriverWell> DriverModel::Wells() {
         });
     if (result != 0) return wells;
     if (row.index != last + 1) Fail("list its wells in order");
-    wells.push_back({FieldText(row.name), row.kind == 1});
+    wells.push_back({FieldText(row.name), row.kind == EXT_PRODUCER});
   }
 }
 
 std::optional<Date> DriverModel::SimulationDate() {
-  constexpr int32_t kHasDay = 2;
   DateRecord record{};
   const int32_t result = Call(
-      kGetSimulationDate, &record, 0, [] { return std::string(); },
+      EXT_GET_SIMULATION_DATE, &record, 0, [] { return std::string(); },
       [&] {
         return TraceText()
             .Add("day", record.day)
@@ -261,14 +260,14 @@ std::optional<Date> DriverModel::SimulationDate() {
             .Text();
       });
   const Date date{record.year, record.month, record.day};
-  if (result != 0 || (record.flags & kHasDay) == 0 || !IsValid(date)) return std::nullopt;
+  if (result != 0 || (record.flags & EXT_DATE_HAS_DAY) == 0 || !IsValid(date)) return std::nullopt;
   return date;
 }
 
 std::vector<std::string> DriverModel::ComponentNames() {
   const auto record = std::make_unique<FluidModelRecord>();
   const int32_t result = Call(
-      kGetFluidModel, record.get(), 0, [] { return std::string(); },
+      EXT_GET_FLUID_MODEL, record.get(), 0, [] { return std::string(); },
       [&] { return TraceText().Add("components", record->componentCount).Text(); });
   std::vector<std::string> names;
   if (result != 0) return names;
@@ -279,7 +278,7 @@ std::vector<std::string> DriverModel::ComponentNames() {
 
 void DriverModel::Connect(int well, bool connected) {
   SetConnectionRequest request{0, well, static_cast<uint8_t>(connected ? 1 : 0)};
-  const int32_t result = Call(kSetConnection, &request, 0, [&] {
+  const int32_t result = Call(EXT_SET_CONNECTION, &request, 0, [&] {
     return TraceText().Add("well", well).Add("connected", int32_t{request.connected}).Text();
   });
   if (result != 0) Fail("connect a well");
@@ -288,7 +287,7 @@ void DriverModel::Connect(int well, bool connected) {
 std::string DriverModel::Description() {
   char text[1024] = {};
   Call(
-      kGetDescription, text, sizeof text - 1, [] { return std::string(); },
+      EXT_GET_DESCRIPTION, text, sizeof text - 1, [] { return std::string(); },
       [&] { return Quoted(TextOfModule(text)); });
   return TextOfModule(text);
 }
@@ -303,7 +302,7 @@ void DriverModel::StartRun(const std::vector<int32_t>& connected, double startDa
   record.logCallback = IgnoreLog;
   record.statusCallback = PassStatusOn;
   record.runMode = 1;
-  const int32_t result = Call(kStartRun, &record, 0, [&] {
+  const int32_t result = Call(EXT_START_RUN, &record, 0, [&] {
     const std::vector<double> wells(connected.begin(), connected.end());
     return TraceText()
         .Add("wells", std::span<const double>(wells))
@@ -315,7 +314,7 @@ void DriverModel::StartRun(const std::vector<int32_t>& connected, double startDa
 }
 
 void DriverModel::ReadWells() {
-  if (Call(kSetTimestepData) != 0) Fail("read the wells");
+  if (Call(EXT_SET_TIMESTEP_DATA) != 0) Fail("read the wells");
 }
 
 DriverInflow DriverModel::Inflow(int well) {
@@ -323,7 +322,7 @@ DriverInflow DriverModel::Inflow(int well) {
   record.size = sizeof record;
   record.well = well;
   const int32_t result = Call(
-      kGetIPR, &record, 0, [&] { return TraceText().Add("well", well).Text(); },
+      EXT_GET_IPR, &record, 0, [&] { return TraceText().Add("well", well).Text(); },
       [&] { return InflowOutcome(record); });
   if (result != 0) Fail("give the inflow of a well");
   DriverInflow inflow;
@@ -343,14 +342,12 @@ DriverInflow DriverModel::Inflow(int well) {
 
 void DriverModel::SetControl(const DriverControl& control, const DriverInflow& inflow,
                              int componentCount) {
-  constexpr int32_t kShutAtSurface = 1;
-  constexpr int32_t kShutInCompletions = 2;
   _tGetSetData& record = *record_;
   record.well = control.well;
   record.isShut = control.isShut ? 1 : 0;
   record.shutInCode = !control.isShut         ? 0
-                      : control.isShutForGood ? kShutInCompletions
-                                              : kShutAtSurface;
+                      : control.isShutForGood ? EXT_SHUT_IN_COMPLETIONS
+                                              : EXT_SHUT_AT_SURFACE;
   record.pressure[0] = control.point.pressure;
   record.oilRate[0] = control.point.rates.oil;
   record.waterRate[0] = control.point.rates.water;
@@ -365,24 +362,24 @@ void DriverModel::SetControl(const DriverControl& control, const DriverInflow& i
   std::fill(std::begin(record.moleFractions[0]), std::end(record.moleFractions[0]), 0.0);
   std::copy_n(control.composition.begin(), std::min(control.composition.size(), kMaxComponents),
               record.moleFractions[0]);
-  const int32_t result = Call(kSetOpPt, &record, 0, [&] { return ControlArguments(record); });
+  const int32_t result = Call(EXT_SET_OP_PT, &record, 0, [&] { return ControlArguments(record); });
   if (result != 0) Fail("take an operating point");
 }
 
 void DriverModel::ApplyControls() {
-  if (Call(kApplyOperatingPoints) != 0) Fail("send the operating points");
+  if (Call(EXT_APPLY_OPERATING_POINTS) != 0) Fail("send the operating points");
 }
 
 bool DriverModel::Step(double days) {
   TimestepRecord record{};
   record.stepDays = days;
   const int32_t result =
-      Call(kTimestep, &record, 0, [&] { return TraceText().Add("days", days).Text(); });
+      Call(EXT_TIMESTEP, &record, 0, [&] { return TraceText().Add("days", days).Text(); });
   if (result != 0 && FieldText(error_.text) == kSimulationEnded) return false;
   if (result != 0) Fail("run the step");
   return true;
 }
 
-void DriverModel::CloseSimulator() { Call(kCloseSimulator); }
+void DriverModel::CloseSimulator() { Call(EXT_CLOSE_SIMULATOR); }
 
 }  // namespace gantry::fieldrun

@@ -125,17 +125,18 @@ class DriverModel {
   void WriteEquipmentXml(const std::string& path, bool withVariables,
                          const std::vector<std::string>& wells);
   /// Opens a dialog (5 or 104) over a window; whether the user accepted it.
-  bool OpenDialog(Command command, void* window);
+  bool OpenDialog(ExtCommand command, void* window);
 
  private:
   /// One call of ExtCmd. `arguments` and `outcome` compose what the trace shows, and are called
   /// only when there is one.
   template <class Arguments, class Outcome>
-  int32_t Call(Command command, void* data, uint32_t value, Arguments arguments, Outcome outcome);
+  int32_t Call(ExtCommand command, void* data, uint32_t value, Arguments arguments,
+               Outcome outcome);
   template <class Arguments>
-  int32_t Call(Command command, void* data, uint32_t value, Arguments arguments);
-  int32_t Call(Command command, void* data = nullptr, uint32_t value = 0);
-  int32_t CallGuarded(Command command, void* data, uint32_t value);
+  int32_t Call(ExtCommand command, void* data, uint32_t value, Arguments arguments);
+  int32_t Call(ExtCommand command, void* data = nullptr, uint32_t value = 0);
+  int32_t CallGuarded(ExtCommand command, void* data, uint32_t value);
 
   [[noreturn]] void Fail(const std::string& what) const;
 

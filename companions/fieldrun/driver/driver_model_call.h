@@ -18,7 +18,7 @@ std::string FieldText(const char (&field)[N]) {
 }
 
 template <class Arguments, class Outcome>
-int32_t DriverModel::Call(Command command, void* data, uint32_t value, Arguments arguments,
+int32_t DriverModel::Call(ExtCommand command, void* data, uint32_t value, Arguments arguments,
                           Outcome outcome) {
   if (trace_ == nullptr) return CallGuarded(command, data, value);
   trace_->Begin("ExtCmd", fmt::format("{} {}, value={}, data={{{}}}", uint32_t{command},
@@ -30,7 +30,7 @@ int32_t DriverModel::Call(Command command, void* data, uint32_t value, Arguments
 }
 
 template <class Arguments>
-int32_t DriverModel::Call(Command command, void* data, uint32_t value, Arguments arguments) {
+int32_t DriverModel::Call(ExtCommand command, void* data, uint32_t value, Arguments arguments) {
   return Call(command, data, value, arguments, [] { return std::string(); });
 }
 

@@ -11,9 +11,9 @@
 namespace gantry::fieldrun {
 
 std::string DriverModel::SaveCase() {
-  std::string block(kCaseDataCapacity, '\0');
+  std::string block(EXT_CASE_DATA_CAPACITY, '\0');
   const int32_t result =
-      Call(kSaveCaseData, block.data(), kCaseDataCapacity, [] { return std::string(); });
+      Call(EXT_SAVE_CASE_DATA, block.data(), EXT_CASE_DATA_CAPACITY, [] { return std::string(); });
   if (result != 0) Fail("save the case");
   // Nothing in the block tells its length: all that was offered is kept.
   return block;
@@ -27,7 +27,7 @@ void DriverModel::LoadCase(const std::string& block, const std::string& casePath
   record->length = static_cast<uint32_t>(length);
   record->casePath = casePath.c_str();
   record->keepDatasetPath = keepDatasetPath ? 1 : 0;
-  const int32_t result = Call(kLoadCaseData, record.get(), 0, [&] {
+  const int32_t result = Call(EXT_LOAD_CASE_DATA, record.get(), 0, [&] {
     return TraceText()
         .Add("length", static_cast<int32_t>(length))
         .Add("casePath", casePath)
@@ -44,7 +44,8 @@ std::vector<PublishedVariable> DriverModel::PublishedVariables() {
   while (true) {
     const int32_t last = row.handle;
     const int32_t result = Call(
-        kEnumPublishedVariables, &row, 0, [&] { return TraceText().Add("handle", last).Text(); },
+        EXT_ENUM_PUBLISHED_VARIABLES, &row, 0,
+        [&] { return TraceText().Add("handle", last).Text(); },
         [&] { return TraceText().Add("name", FieldText(row.fullName)).Text(); });
     if (result != 0) return variables;
     if (row.handle <= last) Fail("list the published variables in order");
@@ -57,7 +58,7 @@ std::string DriverModel::ReadPublished(int handle) {
   EvalPublishedRequest request{};
   request.handle = handle;
   const int32_t result = Call(
-      kEvalPublishedVariables, &request, 0,
+      EXT_EVAL_PUBLISHED_VARIABLES, &request, 0,
       [&] { return TraceText().Add("handle", handle).Text(); },
       [&] { return Quoted(FieldText(request.value)); });
   if (result != 0) Fail("read a published variable");
@@ -70,14 +71,14 @@ void DriverModel::WritePublished(int handle, const std::string& value) {
   request.isWrite = 1;
   if (value.size() >= sizeof request.value) throw DriverFailure("The value is too long");
   value.copy(request.value, value.size());
-  const int32_t result = Call(kEvalPublishedVariables, &request, 0, [&] {
+  const int32_t result = Call(EXT_EVAL_PUBLISHED_VARIABLES, &request, 0, [&] {
     return TraceText().Add("handle", handle).Add("value", std::string_view(value)).Text();
   });
   if (result != 0) Fail("write a published variable");
 }
 
 void DriverModel::DeletePublished(int handle) {
-  const int32_t result = Call(kDelPublishedVariable, nullptr, static_cast<uint32_t>(handle),
+  const int32_t result = Call(EXT_DEL_PUBLISHED_VARIABLE, nullptr, static_cast<uint32_t>(handle),
                               [] { return std::string(); });
   if (result != 0) Fail("delete a published variable");
 }
@@ -104,7 +105,7 @@ void DriverModel::WriteEquipmentXml(const std::string& path, bool withVariables,
   if (result != 0) throw DriverFailure("The module couldn't write the description " + path);
 }
 
-bool DriverModel::OpenDialog(Command command, void* window) {
+bool DriverModel::OpenDialog(ExtCommand command, void* window) {
   int32_t changed = 0;
   window_ = window;
   const int32_t result = Call(command, &changed, 0, [] { return std::string(); });

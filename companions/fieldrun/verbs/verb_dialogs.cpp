@@ -84,7 +84,7 @@ bool LoadProducers(DriverModel& model, const CaseModel& caseModel) {
     well.Connected = spec.connected;
     well.OpMode = spec.control;
   }
-  std::string block(kCaseDataCapacity, '\0');
+  std::string block(EXT_CASE_DATA_CAPACITY, '\0');
   const CaseDataOutcome outcome = WriteCaseData(block, {settings, wells, componentNames});
   if (wells.Items.empty() || outcome != CaseDataOutcome::kDone) return false;
   model.LoadCase(block, caseModel.file, true);
@@ -143,7 +143,7 @@ void OpenSettings(const Session& session) {
   PrepareModel(model, caseModel, session.options);
   const Values before = ReadSettings(model);
   const std::string controlBefore = hasWells ? ReadControl(model, caseModel) : "";
-  const bool isStart = model.OpenDialog(kEdit, screen);
+  const bool isStart = model.OpenDialog(EXT_EDIT, screen);
   // "OK" keeps the settings too, although only "Start" counts as accepted.
   const Values changes = Changes(before, ReadSettings(model));
   // The dialog gives every well the mode that it shows, also where the user chose none: wells of
@@ -167,7 +167,7 @@ void OpenExport(const Session& session) {
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
   model.Do("Intersect.StartIX()");  // which tells the wells that there are
-  if (!model.OpenDialog(kEditPublishedVariables, screen)) return;
+  if (!model.OpenDialog(EXT_EDIT_PUBLISHED_VARIABLES, screen)) return;
   model.SaveCase();
   for (const PublishedVariable& variable : model.PublishedVariables()) {
     fmt::print(UserOutput(), "{}\n", variable.fullName);

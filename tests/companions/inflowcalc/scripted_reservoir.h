@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "boundary/records.h"
-#include "inflowcalc/inflow_calc.h"
+#include "gantry/inflow.h"
 
 namespace gantry::test {
 

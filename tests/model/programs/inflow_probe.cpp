@@ -3,10 +3,8 @@
 #include <memory>
 #include <sstream>
 
-#include "boundary/records.h"
+#include "gantry/records.h"
 #include "probe_file.h"
-
-using gantry::_tGetSetData;
 
 namespace {
 

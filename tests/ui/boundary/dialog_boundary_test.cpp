@@ -81,7 +81,7 @@ class DialogsOfTheModule : public HostOnADisplay {
   std::string Get(const std::string& path) {
     GetPropertyRequest request{};
     request.path = path.c_str();
-    EXPECT_EQ(Command(fieldrun::kGetProperty, &request), 0) << path;
+    EXPECT_EQ(Command(EXT_GET_PROPERTY, &request), 0) << path;
     return request.value;
   }
   std::string Setting(const std::string& field) { return Get("Intersect.CaseDetails." + field); }
@@ -90,20 +90,20 @@ class DialogsOfTheModule : public HostOnADisplay {
     SetPropertyRequest request{};
     request.path = path.c_str();
     request.value = value.c_str();
-    EXPECT_EQ(Command(fieldrun::kSetProperty, &request), 0) << path;
+    EXPECT_EQ(Command(EXT_SET_PROPERTY, &request), 0) << path;
   }
 
   /// Makes the case one that was loaded: its next start does nothing.
   void LoadWhatIsSaved() {
     const auto record = std::make_unique<CaseDataRecord>();
-    ASSERT_EQ(Command(fieldrun::kSaveCaseData, record->block, sizeof record->block), 0);
+    ASSERT_EQ(Command(EXT_SAVE_CASE_DATA, record->block, sizeof record->block), 0);
     record->length = sizeof record->block;
     record->casePath = deck.c_str();
     record->keepDatasetPath = 1;
-    ASSERT_EQ(Command(fieldrun::kLoadCaseData, record.get()), 0) << answer.error.text;
+    ASSERT_EQ(Command(EXT_LOAD_CASE_DATA, record.get()), 0) << answer.error.text;
   }
   bool RunsAfterAStart() {
-    EXPECT_EQ(Command(fieldrun::kStartSimulator), 0) << answer.error.text;
+    EXPECT_EQ(Command(EXT_START_SIMULATOR), 0) << answer.error.text;
     return Get("Intersect.IsRunning") == "1";
   }
 
@@ -126,12 +126,12 @@ struct Ending {
 TEST_F(DialogsOfTheModule, EditACaseAndGoOnWithARunAfterStartAlone) {
   ASSERT_TRUE(RunsAfterAStart());
   const std::string controlMode = "Intersect.StaticWell[{PROD}].OpMode";
-  Command(fieldrun::kCloseSimulator);
+  Command(EXT_CLOSE_SIMULATOR);
   LoadWhatIsSaved();
   for (const Ending& ending : {Ending{{kEscape}, -1, 0, "0", "0", false},
                                {{kEnter}, -1, 0, "1", "1", false},
                                {{kTab, ' '}, 0, 1, "0", "2", true}}) {
-    Open(fieldrun::kEdit, [&](const Person& person) {
+    Open(EXT_EDIT, [&](const Person& person) {
       const uint32_t dialog = person.TurnTo("Intersect Case Settings");
       EXPECT_EQ(person.OwnerOf(dialog), host->Number());
       person.Press(kTab, 9);
@@ -152,7 +152,7 @@ TEST_F(DialogsOfTheModule, EditACaseAndGoOnWithARunAfterStartAlone) {
 TEST_F(DialogsOfTheModule, PublishWhatIsChosenOnlyWhenItIsAccepted) {
   ASSERT_TRUE(RunsAfterAStart());
   for (const bool isAccepted : {false, true}) {
-    Open(fieldrun::kEditPublishedVariables, [&](const Person& person) {
+    Open(EXT_EDIT_PUBLISHED_VARIABLES, [&](const Person& person) {
       person.TurnTo("Export variables");
       for (const int tabs : {1, 3, 2}) {  // all wells, all properties, add
         person.Press(kTab, tabs);
@@ -165,13 +165,13 @@ TEST_F(DialogsOfTheModule, PublishWhatIsChosenOnlyWhenItIsAccepted) {
     PublishedVariableRow row{};
     row.handle = -1;
     int count = 0;
-    while (Command(fieldrun::kEnumPublishedVariables, &row) == 0) ++count;
+    while (Command(EXT_ENUM_PUBLISHED_VARIABLES, &row) == 0) ++count;
     EXPECT_EQ(count, isAccepted ? 2 * 26 : 0);
   }
 }
 
 TEST_F(DialogsOfTheModule, AreCancelledWhenTheDisplayGoesAndComeBackWithAnother) {
-  Open(fieldrun::kEdit, [this](const Person& person) {
+  Open(EXT_EDIT, [this](const Person& person) {
     person.TurnTo("Intersect Case Settings");
     person.Press(kDown);  // the other computer, which the case takes at once
     person.Press(kTab);
@@ -187,7 +187,7 @@ TEST_F(DialogsOfTheModule, AreCancelledWhenTheDisplayGoesAndComeBackWithAnother)
   display = test::PrivateDisplay::Start(reason);
   ASSERT_NE(display, nullptr) << reason;
   host = std::make_unique<HostWindow>();
-  Open(fieldrun::kEdit, [](const Person& person) {
+  Open(EXT_EDIT, [](const Person& person) {
     EXPECT_NE(person.TurnTo("Intersect Case Settings"), 0u);
     person.Press(kTab);
     person.Press(kEscape);

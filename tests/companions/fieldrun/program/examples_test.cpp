@@ -35,7 +35,7 @@ class Example : public ::testing::Test {
 TEST(Examples, AreAllRunToTheirEndsHere) {
   std::set<std::string> names;
   for (const auto& entry : fs::directory_iterator(EXAMPLES)) {
-    names.insert(entry.path().filename().string());
+    if (fs::exists(entry.path() / "case.toml")) names.insert(entry.path().filename().string());
   }
   EXPECT_EQ(names, (std::set<std::string>{"five_spot", "gas_cycling", "odeh"}));
 }
