@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "described_toml/calendar.h"
 #include "flowlink/flow_items.h"
 #include "flowlink/link_fault.h"
 
@@ -16,6 +17,7 @@ using simulator::InflowTable;
 using simulator::RequestRefused;
 using simulator::RunPosition;
 using simulator::WellConstraint;
+using toml_reader::DateAfter;
 
 constexpr double kSameTimeDays = 2e-5;  // flow counts whole seconds
 
@@ -29,10 +31,6 @@ constexpr std::array<std::string_view, 2> kTexts = {"TYPE", "STATUS"};
 constexpr const char* kShut = "SURFACE_SHUTIN";
 constexpr std::array<std::string_view, 5> kStatuses = {
     "OPEN", kShut, "ALL_COMPLETIONS_SHUTIN", "SURFACE_ABANDONED", "ALL_COMPLETIONS_ABANDONED"};
-
-std::array<int32_t, 6> DateAfter(DeckTime start, double days) {
-  return DateOf(start + std::chrono::seconds(std::llround(days * 86400.0)));
-}
 
 /// What tells a user that an order of the deck gives way to the host.
 std::string OverrideText(const WellOrder& order, DeckTime start, const std::string& wells,

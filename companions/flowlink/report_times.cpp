@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "described_toml/calendar.h"
 #include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
 
@@ -70,24 +71,11 @@ DeckTime ReadDeckDate(const std::vector<std::string>& record) {
 }
 
 std::string WriteDeckDate(DeckTime time) {
-  const auto [year, month, day, hour, minute, second] = DateOf(time);
+  const auto [year, month, day, hour, minute, second] = toml_reader::DateAfter(time, 0);
   char text[64];
   std::snprintf(text, sizeof text, "%d '%s' %d %02d:%02d:%02d", day, kMonths[month - 1], year, hour,
                 minute, second);
   return text;
-}
-
-std::array<int32_t, 6> DateOf(DeckTime time) {
-  using namespace std::chrono;
-  const auto midnight = floor<days>(time);
-  const year_month_day date(midnight);
-  const hh_mm_ss clock(time - midnight);
-  return {static_cast<int>(date.year()),
-          static_cast<int32_t>(static_cast<unsigned>(date.month())),
-          static_cast<int32_t>(static_cast<unsigned>(date.day())),
-          static_cast<int32_t>(clock.hours().count()),
-          static_cast<int32_t>(clock.minutes().count()),
-          static_cast<int32_t>(clock.seconds().count())};
 }
 
 std::vector<double> MergeTimes(const ReportGrid& grid, DeckTime start,

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -16,9 +15,6 @@ DeckTime ReadDeckDate(const std::vector<std::string>& record);
 
 /// The record of a DATES keyword without its end.
 std::string WriteDeckDate(DeckTime time);
-
-/// Year, month, day, hour, minute, second.
-std::array<int32_t, 6> DateOf(DeckTime time);
 
 /// The deck's times, of which the first is the start, with those of a grid among them, in days from
 /// the start. Of two times closer than `Closeness` only the deck's is kept: the calendar and a

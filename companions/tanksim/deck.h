@@ -1,19 +1,20 @@
 #pragma once
 
-#include <array>
+#include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "described_toml/quantity.h"
 #include "tanksim/black_oil.h"
 #include "tanksim/compositional_fluid.h"
-#include "tanksim/deck_units.h"
 #include "tanksim/rock_fluid.h"
 #include "tanksim/well_words.h"
 
 namespace gantry::simulator {
+
+using toml_reader::UnitSystem;
 
 /// Water around a tank that follows its pressure (Fetkovich, Journal of Petroleum Technology, July
 /// 1971). Field units.
@@ -36,7 +37,7 @@ struct TankData {
 
 struct WellData {
   std::string name;
-  std::string place;  ///< "file:line" in the deck
+  int line = 0;  ///< in the deck
   size_t tank = 0;
   WellType type = WellType::kProducer;
   WellStatus status = WellStatus::kOpen;
@@ -53,10 +54,11 @@ struct WellData {
 
 /// A run as its deck describes it, in field units but for what `units` says about the outside.
 struct Deck {
+  std::string file;
   std::string title;
-  DeckUnits units;
-  std::array<int32_t, 3> startDate{};  ///< year, month, day
-  std::optional<double> endTime;       ///< days
+  UnitSystem units = UnitSystem::kField;
+  std::chrono::sys_days start;
+  std::optional<double> endTime;  ///< days
   std::string reportedVersion;
   std::optional<CompositionalData> compositional;  ///< when not, the fluid is the black oil
   BlackOilData blackOil;

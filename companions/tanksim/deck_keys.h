@@ -2,171 +2,164 @@
 
 #include <array>
 
+#include "described_toml/described_key.h"
 #include "tanksim/deck.h"
-#include "tanksim/deck_table.h"
 
 // The numbers of a deck, table by table: what is read, checked and shown in the reference.
 
 namespace gantry::simulator {
 
-/// A number and the field that it fills.
-template <class Data>
-struct FieldKey {
-  NumberKey key;
-  double Data::*field;
-};
+using toml_reader::Key;
+using toml_reader::KeyRow;
+using toml_reader::Range;
+using enum toml_reader::Quantity;
 
 inline constexpr double kNoLimit = 1e30;
 inline constexpr double kHighestDeckPressure = 25000.0;  // psia
+inline constexpr Range kWellPressure{14.69, kHighestDeckPressure};
+inline constexpr Range kAnyRate{0, kNoLimit};
+inline constexpr Range kAnyIndex{1e-9, kNoLimit};
+inline constexpr Range kShare{0, 1};
 
-inline constexpr std::array kInitialKeys = std::to_array<FieldKey<InitialState>>({
-    {{"pressure", Quantity::kPressure, 14.7, kHighestDeckPressure, {}, "at the start"},
+inline constexpr std::array kInitialKeys = std::to_array<KeyRow<InitialState>>({
+    {Key("pressure", "at the start", kPressure).In({14.7, kHighestDeckPressure}).Needed(),
      &InitialState::pressure},
-    {{"temperature", Quantity::kTemperature, 32, 700, 200.0, "of the reservoir"},
+    {Key("temperature", "of the reservoir", kSimulatorTemperature).In({32, 700}).Else(200.0),
      &InitialState::temperature},
-    {{"pore_volume", Quantity::kReservoirVolume, 1, kNoLimit, {}, "at the initial pressure"},
+    {Key("pore_volume", "at the initial pressure", kReservoirVolume).In({1, kNoLimit}).Needed(),
      &InitialState::poreVolume},
-    {{"water_saturation", Quantity::kNumber, 0, 0.99, {}, "at the start"},
+    {Key("water_saturation", "at the start").In({0, 0.99}).Needed(),
      &InitialState::waterSaturation},
-    {{"gas_saturation", Quantity::kNumber, 0, 1, 0.0, "at the start, free gas; black oil only"},
+    {Key("gas_saturation", "at the start, free gas; black oil only").In(kShare).Else(0.0),
      &InitialState::gasSaturation},
 });
 
-inline constexpr std::array kTankKeys = std::to_array<FieldKey<TankData>>({
-    {{"rock_compressibility", Quantity::kInversePressure, 0, 1e-3, 3e-6, "of the pore volume"},
+inline constexpr std::array kTankKeys = std::to_array<KeyRow<TankData>>({
+    {Key("rock_compressibility", "of the pore volume", kInversePressure).In({0, 1e-3}).Else(3e-6),
      &TankData::rockCompressibility},
-    {{"gas_sweep", Quantity::kNumber, 0.01, 1, 1.0,
-      "share of the volume that gas has swept when its front breaks through"},
+    {Key("gas_sweep", "share of the volume that gas has swept when its front breaks through")
+         .In({0.01, 1})
+         .Else(1.0),
      &TankData::gasSweep},
-    {{"water_sweep", Quantity::kNumber, 0.01, 1, 1.0, "the same for water"}, &TankData::waterSweep},
+    {Key("water_sweep", "the same for water").In({0.01, 1}).Else(1.0), &TankData::waterSweep},
 });
 
-inline constexpr NumberKey kDissolvedGas = {
-    "dissolved_gas",
-    Quantity::kGasPerLiquid,
-    0,
-    100,
-    {},
-    "of the oil at the start; saturated when absent; black oil only"};
+inline constexpr std::array kContentKeys = std::to_array<KeyRow<InitialState>>({
+    {Key("dissolved_gas", "of the oil at the start; saturated when absent; black oil only",
+         kGasPerLiquid)
+         .In({0, 100}),
+     &InitialState::dissolvedGas},
+});
 
-inline constexpr std::array kAquiferKeys = std::to_array<FieldKey<AquiferData>>({
-    {{"volume", Quantity::kReservoirVolume, 1, kNoLimit, {}, "of its water"}, &AquiferData::volume},
-    {{"compressibility", Quantity::kInversePressure, 1e-9, 1e-3, 6e-6, "of water and rock"},
+inline constexpr std::array kAquiferKeys = std::to_array<KeyRow<AquiferData>>({
+    {Key("volume", "of its water", kReservoirVolume).In({1, kNoLimit}).Needed(),
+     &AquiferData::volume},
+    {Key("compressibility", "of water and rock", kInversePressure).In({1e-9, 1e-3}).Else(6e-6),
      &AquiferData::compressibility},
-    {{"productivity_index", Quantity::kLiquidPerPressure, 0, kNoLimit, {}, "towards the tank"},
+    {Key("productivity_index", "towards the tank", kLiquidPerPressure).In(kAnyRate).Needed(),
      &AquiferData::productivityIndex},
 });
 
-inline constexpr std::array kWaterKeys = std::to_array<FieldKey<WaterData>>({
-    {{"reference_pressure", Quantity::kPressure, 0, kHighestDeckPressure, 14.7, ""},
+inline constexpr std::array kWaterKeys = std::to_array<KeyRow<WaterData>>({
+    {Key("reference_pressure", "", kPressure).In({0, kHighestDeckPressure}).Else(14.7),
      &WaterData::referencePressure},
-    {{"formation_factor", Quantity::kNumber, 0.5, 2, 1.0, "at the reference pressure"},
+    {Key("formation_factor", "at the reference pressure").In({0.5, 2}).Else(1.0),
      &WaterData::formationFactor},
-    {{"compressibility", Quantity::kInversePressure, 0, 1e-3, 3e-6, ""},
+    {Key("compressibility", "", kInversePressure).In({0, 1e-3}).Else(3e-6),
      &WaterData::compressibility},
-    {{"viscosity", Quantity::kNumber, 0.01, 10, 0.5, "cp"}, &WaterData::viscosity},
-    {{"density", Quantity::kDensity, 50, 90, 62.43, "at the surface"}, &WaterData::density},
+    {Key("viscosity", "cp").In({0.01, 10}).Else(0.5), &WaterData::viscosity},
+    {Key("density", "at the surface", kDensity).In({50, 90}).Else(62.43), &WaterData::density},
 });
 
-inline constexpr std::array kBlackOilKeys = std::to_array<FieldKey<BlackOilData>>({
-    {{"oil_density", Quantity::kDensity, 20, 70, {}, "at the surface"}, &BlackOilData::oilDensity},
-    {{"gas_density", Quantity::kDensity, 0.01, 0.5, {}, "at the surface"},
+inline constexpr std::array kBlackOilKeys = std::to_array<KeyRow<BlackOilData>>({
+    {Key("oil_density", "at the surface", kDensity).In({20, 70}).Needed(),
+     &BlackOilData::oilDensity},
+    {Key("gas_density", "at the surface", kDensity).In({0.01, 0.5}).Needed(),
      &BlackOilData::gasDensity},
-    {{"oil_compressibility", Quantity::kInversePressure, 1e-7, 1e-3, 1e-5,
-      "above the bubble point"},
+    {Key("oil_compressibility", "above the bubble point", kInversePressure)
+         .In({1e-7, 1e-3})
+         .Else(1e-5),
      &BlackOilData::oilCompressibility},
-    {{"oil_viscosity_gradient", Quantity::kInversePressure, 0, 1e-2, 0.0,
-      "relative growth of the oil's viscosity above the bubble point"},
+    {Key("oil_viscosity_gradient", "relative growth of the oil's viscosity above the bubble point",
+         kInversePressure)
+         .In({0, 1e-2})
+         .Else(0.0),
      &BlackOilData::oilViscosityGradient},
 });
 
-inline constexpr std::array kComponentKeys = std::to_array<FieldKey<ComponentData>>({
-    {{"molecular_weight", Quantity::kNumber, 1, 2000, {}, ""}, &ComponentData::molecularWeight},
-    {{"critical_temperature", Quantity::kTemperature, -450, 2500, {}, ""},
+inline constexpr std::array kComponentKeys = std::to_array<KeyRow<ComponentData>>({
+    {Key("molecular_weight", "").In({1, 2000}).Needed(), &ComponentData::molecularWeight},
+    {Key("critical_temperature", "", kSimulatorTemperature).In({-450, 2500}).Needed(),
      &ComponentData::criticalTemperature},
-    {{"critical_pressure", Quantity::kPressure, 10, 5000, {}, ""},
+    {Key("critical_pressure", "", kPressure).In({10, 5000}).Needed(),
      &ComponentData::criticalPressure},
-    {{"critical_volume", Quantity::kCriticalVolume, 0.1, 200, {}, ""},
+    {Key("critical_volume", "", kCriticalVolume).In({0.1, 200}).Needed(),
      &ComponentData::criticalVolume},
-    {{"acentric_factor", Quantity::kNumber, -0.5, 3, {}, ""}, &ComponentData::acentricFactor},
-    {{"boiling_point", Quantity::kTemperature, -459, 2000, {}, ""}, &ComponentData::boilingPoint},
-    {{"volume_shift", Quantity::kNumber, -1, 1, 0.0, "as a share of b"},
-     &ComponentData::volumeShift},
-    {{"parachor", Quantity::kNumber, 0, 10000, 0.0, ""}, &ComponentData::parachor},
+    {Key("acentric_factor", "").In({-0.5, 3}).Needed(), &ComponentData::acentricFactor},
+    {Key("boiling_point", "", kSimulatorTemperature).In({-459, 2000}).Needed(),
+     &ComponentData::boilingPoint},
+    {Key("volume_shift", "as a share of b").In({-1, 1}).Else(0.0), &ComponentData::volumeShift},
+    {Key("parachor", "").In({0, 10000}).Else(0.0), &ComponentData::parachor},
 });
 
-inline constexpr NumberKey kBinaryInteraction = {
-    "binary_interaction", Quantity::kNumber, -1, 1, {}, "the lower triangle, row by row"};
-inline constexpr NumberKey kComposition = {
-    "composition", Quantity::kNumber, 0, 1, {}, "mole fractions; compositional only"};
+inline constexpr Key kBinaryInteraction =
+    Key("binary_interaction", "the lower triangle, row by row").In({-1, 1}).Needed();
+inline constexpr Key kComposition =
+    Key("composition", "mole fractions; compositional only").In(kShare).Needed();
 
-inline constexpr NumberKey kEndTime = {
-    "end_time", Quantity::kNumber, 1e-6, 1e7, {}, "days; without it the run has no end"};
+inline constexpr std::array kTopKeys = std::to_array<KeyRow<Deck>>({
+    {Key("end_time", "days; without it the run has no end").In({1e-6, 1e7}), &Deck::endTime},
+});
 
-inline constexpr NumberKey kOilIndex = {"productivity_index",
-                                        Quantity::kLiquidPerPressure,
-                                        1e-9,
-                                        kNoLimit,
-                                        {},
-                                        "of oil at connate water, at the initial pressure"};
-inline constexpr NumberKey kGasIndex = {
-    "gas_productivity_index",
-    Quantity::kGasPerPressure,
-    1e-9,
-    kNoLimit,
-    {},
-    "of gas at the initial pressure, for a well in a gas reservoir"};
-inline constexpr NumberKey kWaterInjectivity = {
-    "injectivity_index", Quantity::kLiquidPerPressure, 1e-9, kNoLimit, {}, "of a water injector"};
-inline constexpr NumberKey kGasInjectivity = {
-    "injectivity_index", Quantity::kGasPerPressure, 1e-9, kNoLimit, {}, "of a gas injector"};
+inline constexpr Key kOilIndex =
+    Key("productivity_index", "of oil at connate water, at the initial pressure",
+        kLiquidPerPressure)
+        .In(kAnyIndex)
+        .Needed();
+inline constexpr Key kGasIndex =
+    Key("gas_productivity_index", "of gas at the initial pressure, for a well in a gas reservoir",
+        kGasPerPressure)
+        .In(kAnyIndex)
+        .Needed();
+inline constexpr Key kWaterInjectivity =
+    Key("injectivity_index", "of a water injector", kLiquidPerPressure).In(kAnyIndex).Needed();
+inline constexpr Key kGasInjectivity =
+    Key("injectivity_index", "of a gas injector", kGasPerPressure).In(kAnyIndex).Needed();
 
-inline constexpr std::array kWellKeys = std::to_array<FieldKey<WellData>>({
-    {{"skin", Quantity::kNumber, -6.4, 1000, 0.0, "changes the index"}, &WellData::skin},
-    {{"uptime", Quantity::kNumber, 0, 1, 1.0, "fraction of the time"}, &WellData::uptime},
-    {{"depth", Quantity::kLength, 0, 40000, 0.0, "of the tubing; 0 for none"}, &WellData::depth},
-    {{"tubing_diameter", Quantity::kLength, 0, 5, 0.0, "0 for no friction"},
+inline constexpr std::array kWellKeys = std::to_array<KeyRow<WellData>>({
+    {Key("skin", "changes the index").In({-6.4, 1000}).Else(0.0), &WellData::skin},
+    {Key("uptime", "fraction of the time").In(kShare).Else(1.0), &WellData::uptime},
+    {Key("depth", "of the tubing; 0 for none", kLength).In({0, 40000}).Else(0.0), &WellData::depth},
+    {Key("tubing_diameter", "0 for no friction", kLength).In({0, 5}).Else(0.0),
      &WellData::tubingDiameter},
-    {{"injection_temperature", Quantity::kTemperature, 32, 400, 60.0, ""},
+    {Key("injection_temperature", "", kSimulatorTemperature).In({32, 400}).Else(60.0),
      &WellData::injectionTemperature},
 });
 
 /// A well's own limit, and the kind of well that may have it.
 struct LimitKey {
-  NumberKey key;
+  Key about;
   LimitItem item;
   bool ofProducers;
 };
 
 inline constexpr std::array kLimitKeys = std::to_array<LimitKey>({
-    {{"minimum_bottom_hole_pressure", Quantity::kPressure, 14.69, kHighestDeckPressure, 14.7, ""},
-     LimitItem::kBottomHolePressure,
-     true},
-    {{"maximum_bottom_hole_pressure", Quantity::kPressure, 14.69, kHighestDeckPressure, {}, ""},
-     LimitItem::kBottomHolePressure,
-     false},
-    {{"minimum_tubing_head_pressure", Quantity::kPressure, 14.69, kHighestDeckPressure, {}, ""},
-     LimitItem::kTubingHeadPressure,
-     true},
-    {{"maximum_oil_rate", Quantity::kLiquid, 0, kNoLimit, {}, ""}, LimitItem::kOilProduction, true},
-    {{"maximum_gas_rate", Quantity::kGas, 0, kNoLimit, {}, ""}, LimitItem::kGasProduction, true},
-    {{"maximum_water_rate", Quantity::kLiquid, 0, kNoLimit, {}, ""},
-     LimitItem::kWaterProduction,
-     true},
-    {{"maximum_liquid_rate", Quantity::kLiquid, 0, kNoLimit, {}, ""},
-     LimitItem::kLiquidProduction,
-     true},
-    {{"maximum_reservoir_rate", Quantity::kReservoirVolume, 0, kNoLimit, {}, ""},
-     LimitItem::kReservoirProduction,
-     true},
-    {{"maximum_drawdown", Quantity::kPressure, 0, kHighestDeckPressure, {}, ""},
-     LimitItem::kDrawdownRegion,
-     true},
-    {{"maximum_gas_injection_rate", Quantity::kGas, 0, kNoLimit, {}, ""},
-     LimitItem::kGasInjection,
-     false},
-    {{"maximum_water_injection_rate", Quantity::kLiquid, 0, kNoLimit, {}, ""},
-     LimitItem::kWaterInjection,
+    {Key("minimum_bottom_hole_pressure", "", kPressure).In(kWellPressure).Else(14.7),
+     LimitItem::kBottomHolePressure, true},
+    {Key("maximum_bottom_hole_pressure", "", kPressure).In(kWellPressure).Needed(),
+     LimitItem::kBottomHolePressure, false},
+    {Key("minimum_tubing_head_pressure", "", kPressure).In(kWellPressure),
+     LimitItem::kTubingHeadPressure, true},
+    {Key("maximum_oil_rate", "", kLiquid).In(kAnyRate), LimitItem::kOilProduction, true},
+    {Key("maximum_gas_rate", "", kGas).In(kAnyRate), LimitItem::kGasProduction, true},
+    {Key("maximum_water_rate", "", kLiquid).In(kAnyRate), LimitItem::kWaterProduction, true},
+    {Key("maximum_liquid_rate", "", kLiquid).In(kAnyRate), LimitItem::kLiquidProduction, true},
+    {Key("maximum_reservoir_rate", "", kReservoirVolume).In(kAnyRate),
+     LimitItem::kReservoirProduction, true},
+    {Key("maximum_drawdown", "", kPressure).In({0, kHighestDeckPressure}),
+     LimitItem::kDrawdownRegion, true},
+    {Key("maximum_gas_injection_rate", "", kGas).In(kAnyRate), LimitItem::kGasInjection, false},
+    {Key("maximum_water_injection_rate", "", kLiquid).In(kAnyRate), LimitItem::kWaterInjection,
      false},
 });
 

@@ -1,53 +1,44 @@
 #include "tanksim/deck_reader.h"
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <numeric>
 #include <unordered_map>
 
 #include <fmt/format.h>
 
+#include "described_toml/described_table.h"
 #include "described_toml/near_word.h"
+#include "platform/file_path.h"
 #include "platform/text.h"
-#include "tanksim/calendar.h"
 #include "tanksim/deck_keys.h"
 
 namespace gantry::simulator {
 
 namespace {
 
+using toml_reader::ColumnKey;
+using toml_reader::DescribedTable;
 using Order = ColumnKey::Order;
 
-template <class Data, size_t N>
-void ReadNumbers(const DeckTable& table, const std::array<FieldKey<Data>, N>& keys,
-                 const DeckUnits& units, Data& data) {
-  for (const FieldKey<Data>& key : keys) {
-    table.Try([&] { data.*key.field = table.Number(key.key, units); });
-  }
-}
-
-DeckUnits ReadUnits(const DeckTable& table) {
-  static constexpr std::string_view kWords[] = {"field", "metric"};
-  return DeckUnits(table.Word("units", "", kWords) == 1);
-}
-
-WaterData ReadWater(const DeckTable& fluid, const DeckUnits& units) {
+WaterData ReadWater(const DescribedTable& fluid) {
   WaterData water;
   if (!fluid.Has("water")) return water;
   fluid.Try([&] {
-    const DeckTable table = fluid.Table("water");
-    ReadNumbers(table, kWaterKeys, units, water);
+    const DescribedTable table = fluid.Table("water");
+    table.Read(kWaterKeys, water);
     table.RejectUnknownKeys();
   });
   return water;
 }
 
-void ReadOil(const DeckTable& table, const DeckUnits& units, BlackOilData& data) {
+void ReadOil(const DescribedTable& table, BlackOilData& data) {
   auto oil = table.Columns("oil", 2,
-                           {{"pressure", Quantity::kPressure, Order::kRising},
-                            {"dissolved gas", Quantity::kGasPerLiquid, Order::kRising},
-                            {"formation factor", Quantity::kNumber, Order::kNotFalling},
-                            {"viscosity", Quantity::kNumber, Order::kNotRising}},
-                           units);
+                           {{"pressure", kPressure, Order::kRising},
+                            {"dissolved gas", kGasPerLiquid, Order::kRising},
+                            {"formation factor", kNone, Order::kNotFalling},
+                            {"viscosity", kNone, Order::kNotRising}});
   data.oilPressure = std::move(oil[0]);
   data.dissolvedGas = std::move(oil[1]);
   data.oilFactor = std::move(oil[2]);
@@ -57,12 +48,11 @@ void ReadOil(const DeckTable& table, const DeckUnits& units, BlackOilData& data)
   }
 }
 
-void ReadGas(const DeckTable& table, const DeckUnits& units, BlackOilData& data) {
+void ReadGas(const DescribedTable& table, BlackOilData& data) {
   auto gas = table.Columns("gas", 2,
-                           {{"pressure", Quantity::kPressure, Order::kRising},
-                            {"formation factor", Quantity::kGasVolumeFactor, Order::kFalling},
-                            {"viscosity", Quantity::kNumber, Order::kNotFalling}},
-                           units);
+                           {{"pressure", kPressure, Order::kRising},
+                            {"formation factor", kGasVolumeFactor, Order::kFalling},
+                            {"viscosity", kNone, Order::kNotFalling}});
   data.gasPressure = std::move(gas[0]);
   data.gasFactor = std::move(gas[1]);
   data.gasViscosity = std::move(gas[2]);
@@ -71,16 +61,16 @@ void ReadGas(const DeckTable& table, const DeckUnits& units, BlackOilData& data)
   }
 }
 
-BlackOilData ReadBlackOil(const DeckTable& table, const DeckUnits& units) {
+BlackOilData ReadBlackOil(const DescribedTable& table) {
   BlackOilData data;
-  ReadNumbers(table, kBlackOilKeys, units, data);
-  table.Try([&] { ReadOil(table, units, data); });
-  table.Try([&] { ReadGas(table, units, data); });
+  table.Read(kBlackOilKeys, data);
+  table.Try([&] { ReadOil(table, data); });
+  table.Try([&] { ReadGas(table, data); });
   return data;
 }
 
 /// A name that the simulator tells the driver, whose code page has to hold it.
-std::string ReadToldName(const DeckTable& table) {
+std::string ReadToldName(const DescribedTable& table) {
   std::string name = table.Text("name");
   if (platform::CodePageToUtf8(platform::Utf8ToCodePage(name)) != name) {
     table.Fail("name", fmt::format("the driver's code page lacks a character of '{}'", name));
@@ -88,7 +78,7 @@ std::string ReadToldName(const DeckTable& table) {
   return name;
 }
 
-void ReadInteractions(const DeckTable& table, const DeckUnits& units, EosData& data) {
+void ReadInteractions(const DescribedTable& table, EosData& data) {
   const bool isGiven = table.Has(kBinaryInteraction.name);
   const size_t count = data.components.size();
   if (count < 2 || count > 100) {
@@ -97,7 +87,7 @@ void ReadInteractions(const DeckTable& table, const DeckUnits& units, EosData& d
   const size_t pairs = count * (count - 1) / 2;
   data.binaryInteraction.resize(pairs);
   if (!isGiven) return;
-  data.binaryInteraction = table.Numbers(kBinaryInteraction, units);
+  data.binaryInteraction = table.Numbers(kBinaryInteraction);
   if (data.binaryInteraction.size() != pairs) {
     table.Fail(
         kBinaryInteraction.name,
@@ -105,23 +95,23 @@ void ReadInteractions(const DeckTable& table, const DeckUnits& units, EosData& d
   }
 }
 
-EosData ReadEos(const DeckTable& table, const DeckUnits& units) {
+EosData ReadEos(const DescribedTable& table) {
   EosData data;
   static constexpr std::string_view kWords[] = {"PENG_ROBINSON", "SOAVE_REDLICH_KWONG"};
   table.Try([&] { data.name = kWords[table.Word("eos", data.name, kWords)]; });
-  for (const DeckTable& component : table.Tables("component")) {
+  for (const DescribedTable& component : table.Tables("component")) {
     ComponentData& read = data.components.emplace_back();
     table.Try([&] { read.name = ReadToldName(component); });
-    ReadNumbers(component, kComponentKeys, units, read);
+    component.Read(kComponentKeys, read);
     component.RejectUnknownKeys();
   }
-  table.Try([&] { ReadInteractions(table, units, data); });
+  table.Try([&] { ReadInteractions(table, data); });
   return data;
 }
 
 /// Mole fractions that add up to 1, as near as a deck is written.
-std::vector<double> ReadComposition(const DeckTable& table, const Deck& deck) {
-  std::vector<double> fractions = table.Numbers(kComposition, deck.units);
+std::vector<double> ReadComposition(const DescribedTable& table, const Deck& deck) {
+  std::vector<double> fractions = table.Numbers(kComposition);
   const size_t count = deck.compositional->eos.components.size();
   if (fractions.size() != count) {
     table.Fail(kComposition.name, fmt::format("'composition' needs {} fractions", count));
@@ -134,18 +124,17 @@ std::vector<double> ReadComposition(const DeckTable& table, const Deck& deck) {
   return fractions;
 }
 
-void ReadFluid(const DeckTable& table, Deck& deck) {
-  static constexpr std::string_view kWords[] = {"black_oil", "compositional"};
-  if (table.Word("model", kWords[0], kWords) == 1) {
-    deck.compositional = {ReadEos(table, deck.units), ReadWater(table, deck.units)};
+void ReadFluid(const DescribedTable& table, Deck& deck) {
+  if (table.Word("model", "black_oil", "black_oil|compositional") == 1) {
+    deck.compositional = {ReadEos(table), ReadWater(table)};
   } else {
-    deck.blackOil = ReadBlackOil(table, deck.units);
-    deck.blackOil.water = ReadWater(table, deck.units);
+    deck.blackOil = ReadBlackOil(table);
+    deck.blackOil.water = ReadWater(table);
   }
   table.RejectUnknownKeys();
 }
 
-void RequireSaturations(const DeckTable& table, std::string_view key,
+void RequireSaturations(const DescribedTable& table, std::string_view key,
                         const std::vector<std::vector<double>>& columns) {
   for (const std::vector<double>& column : columns) {
     for (const double value : column) {
@@ -154,12 +143,11 @@ void RequireSaturations(const DeckTable& table, std::string_view key,
   }
 }
 
-void ReadWaterOil(const DeckTable& table, RockFluidData& data) {
+void ReadWaterOil(const DescribedTable& table, RockFluidData& data) {
   auto water = table.Columns("water_oil", 2,
-                             {{"water saturation", Quantity::kNumber, Order::kRising},
-                              {"water permeability", Quantity::kNumber, Order::kNotFalling},
-                              {"oil permeability", Quantity::kNumber, Order::kNotRising}},
-                             DeckUnits());
+                             {{"water saturation", kNone, Order::kRising},
+                              {"water permeability", kNone, Order::kNotFalling},
+                              {"oil permeability", kNone, Order::kNotRising}});
   RequireSaturations(table, "water_oil", water);
   if (water[2].front() <= 0.0) {
     table.Fail("water_oil", "oil doesn't flow at the connate water of 'water_oil'");
@@ -169,19 +157,18 @@ void ReadWaterOil(const DeckTable& table, RockFluidData& data) {
   data.oilInWater = std::move(water[2]);
 }
 
-void ReadGasOil(const DeckTable& table, RockFluidData& data) {
+void ReadGasOil(const DescribedTable& table, RockFluidData& data) {
   auto gas = table.Columns("gas_oil", 2,
-                           {{"gas saturation", Quantity::kNumber, Order::kRising},
-                            {"gas permeability", Quantity::kNumber, Order::kNotFalling},
-                            {"oil permeability", Quantity::kNumber, Order::kNotRising}},
-                           DeckUnits());
+                           {{"gas saturation", kNone, Order::kRising},
+                            {"gas permeability", kNone, Order::kNotFalling},
+                            {"oil permeability", kNone, Order::kNotRising}});
   RequireSaturations(table, "gas_oil", gas);
   data.gasSaturation = std::move(gas[0]);
   data.gas = std::move(gas[1]);
   data.oilInGas = std::move(gas[2]);
 }
 
-RockFluidData ReadRockFluid(const DeckTable& table) {
+RockFluidData ReadRockFluid(const DescribedTable& table) {
   RockFluidData data;
   table.Try([&] { ReadWaterOil(table, data); });
   table.Try([&] { ReadGasOil(table, data); });
@@ -189,16 +176,13 @@ RockFluidData ReadRockFluid(const DeckTable& table) {
   return data;
 }
 
-bool ReadFront(const DeckTable& table) {
-  static constexpr std::string_view kWords[] = {"mixed", "front"};
-  return table.Word("displacement", kWords[0], kWords) == 1;
+bool ReadFront(const DescribedTable& table) {
+  return table.Word("displacement", "mixed", "mixed|front") == 1;
 }
 
-void ReadContent(const DeckTable& table, const Deck& deck, InitialState& initial) {
+void ReadContent(const DescribedTable& table, const Deck& deck, InitialState& initial) {
   if (!deck.compositional) {
-    if (table.Has(kDissolvedGas.name)) {
-      initial.dissolvedGas = table.Number(kDissolvedGas, deck.units);
-    }
+    table.Read(kContentKeys, initial);
     return;
   }
   if (initial.gasSaturation > 0.0) {
@@ -208,68 +192,67 @@ void ReadContent(const DeckTable& table, const Deck& deck, InitialState& initial
   initial.composition = ReadComposition(table, deck);
 }
 
-void ReadAquifer(const DeckTable& table, const DeckUnits& units, TankData& tank) {
+void ReadAquifer(const DescribedTable& table, TankData& tank) {
   if (!table.Has("aquifer")) return;
-  const DeckTable aquifer = table.Table("aquifer");
+  const DescribedTable aquifer = table.Table("aquifer");
   tank.aquifer.emplace();
-  ReadNumbers(aquifer, kAquiferKeys, units, *tank.aquifer);
+  aquifer.Read(kAquiferKeys, *tank.aquifer);
   aquifer.RejectUnknownKeys();
 }
 
-TankData ReadTank(const DeckTable& table, const Deck& deck) {
-  const DeckUnits& units = deck.units;
+TankData ReadTank(const DescribedTable& table, const Deck& deck) {
   TankData tank;
   table.Try([&] { tank.name = table.Text("name"); });
-  ReadNumbers(table, kInitialKeys, units, tank.initial);
-  ReadNumbers(table, kTankKeys, units, tank);
+  table.Read(kInitialKeys, tank.initial);
+  table.Read(kTankKeys, tank);
   table.Try([&] { ReadContent(table, deck, tank.initial); });
   table.Try([&] {
     if (tank.initial.waterSaturation + tank.initial.gasSaturation > 1.0) {
       table.Fail("gas_saturation", "the saturations of the tank add up to more than 1");
     }
   });
-  NumberKey reference = kInitialKeys[0].key;
+  Key reference = kInitialKeys[0].about;
   reference.name = "rock_reference_pressure";
-  reference.fallback = tank.initial.pressure;
-  table.Try([&] { tank.rockReferencePressure = table.Number(reference, units); });
+  reference.isRequired = false;
+  reference.standard = tank.initial.pressure;
+  table.Try([&] { tank.rockReferencePressure = table.Number(reference); });
   table.Try([&] { tank.initial.gasRedissolves = table.Flag("gas_redissolves", true); });
   table.Try([&] { tank.hasFront = ReadFront(table); });
-  table.Try([&] { ReadAquifer(table, units, tank); });
+  table.Try([&] { ReadAquifer(table, tank); });
   table.RejectUnknownKeys();
   return tank;
 }
 
-WellType ReadType(const DeckTable& table) {
-  static constexpr std::string_view kWords[] = {"producer", "water_injector", "gas_injector"};
-  return static_cast<WellType>(table.Word("type", "", kWords));
+WellType ReadType(const DescribedTable& table) {
+  return static_cast<WellType>(table.Word("type", "", "producer|water_injector|gas_injector"));
 }
 
-void ReadIndex(const DeckTable& table, const DeckUnits& units, WellData& well) {
+void ReadIndex(const DescribedTable& table, WellData& well) {
   if (well.type == WellType::kProducer) {
     well.indexIsOfGas = table.Has(kGasIndex.name);
     if (well.indexIsOfGas && table.Has(kOilIndex.name)) {
       table.Fail(kGasIndex.name, "a well has one productivity index, of oil or of gas");
     }
-    well.index = table.Number(well.indexIsOfGas ? kGasIndex : kOilIndex, units);
+    well.index = table.Number(well.indexIsOfGas ? kGasIndex : kOilIndex);
     return;
   }
   const bool injectsGas = well.type == WellType::kGasInjector;
-  well.index = table.Number(injectsGas ? kGasInjectivity : kWaterInjectivity, units);
+  well.index = table.Number(injectsGas ? kGasInjectivity : kWaterInjectivity);
 }
 
-void ReadLimits(const DeckTable& table, const DeckUnits& units, WellData& well) {
+void ReadLimits(const DescribedTable& table, WellData& well) {
   const bool produces = well.type == WellType::kProducer;
   for (const LimitKey& limit : kLimitKeys) {
     if (limit.ofProducers != produces) continue;
     const bool isMandatory = limit.item == LimitItem::kBottomHolePressure;
-    if (!isMandatory && !table.Has(limit.key.name)) continue;
-    table.Try([&] { well.limits.push_back({limit.item, table.Number(limit.key, units)}); });
+    if (!isMandatory && !table.Has(limit.about.name)) continue;
+    table.Try([&] { well.limits.push_back({limit.item, table.Number(limit.about)}); });
   }
 }
 
 using Places = std::unordered_map<std::string, size_t>;
 
-size_t FindTank(const DeckTable& table, const std::string& well, const Places& tanks) {
+size_t FindTank(const DescribedTable& table, const std::string& well, const Places& tanks) {
   const std::string tank = table.Text("tank");
   const auto found = tanks.find(tank);
   if (found != tanks.end()) return found->second;
@@ -279,7 +262,7 @@ size_t FindTank(const DeckTable& table, const std::string& well, const Places& t
                                  toml_reader::DidYouMean(tank, names)));
 }
 
-void ReadInjectedGas(const DeckTable& table, const Deck& deck, WellData& well) {
+void ReadInjectedGas(const DescribedTable& table, const Deck& deck, WellData& well) {
   if (!deck.compositional || well.type != WellType::kGasInjector) return;
   well.injectedComposition.assign(deck.compositional->eos.components.size(), 0.0);
   if (table.Has(kComposition.name)) {
@@ -289,9 +272,9 @@ void ReadInjectedGas(const DeckTable& table, const Deck& deck, WellData& well) {
   }
 }
 
-WellData ReadWell(const DeckTable& table, const Deck& deck, const Places& tanks) {
+WellData ReadWell(const DescribedTable& table, const Deck& deck, const Places& tanks) {
   WellData well;
-  well.place = table.Place();
+  well.line = table.Line();
   table.Try([&] {
     well.name = ReadToldName(table);
     if (well.name.empty() || well.name == "*") table.Fail("name", "a well can't have this name");
@@ -299,17 +282,17 @@ WellData ReadWell(const DeckTable& table, const Deck& deck, const Places& tanks)
   table.Try([&] { well.tank = FindTank(table, well.name, tanks); });
   table.Try(
       [&] { well.status = static_cast<WellStatus>(table.Word("status", "OPEN", StatusWords())); });
-  ReadNumbers(table, kWellKeys, deck.units, well);
+  table.Read(kWellKeys, well);
   if (!table.Try([&] { well.type = ReadType(table); })) return well;
-  table.Try([&] { ReadIndex(table, deck.units, well); });
-  ReadLimits(table, deck.units, well);
+  table.Try([&] { ReadIndex(table, well); });
+  ReadLimits(table, well);
   table.Try([&] { ReadInjectedGas(table, deck, well); });
   table.RejectUnknownKeys();
   return well;
 }
 
 /// Remembers a name; a second one of the same kind is a fault.
-void AddName(const DeckTable& table, Places& names, const std::string& name,
+void AddName(const DescribedTable& table, Places& names, const std::string& name,
              std::string_view kind) {
   table.Try([&] {
     if (!name.empty() && !names.try_emplace(name, names.size()).second) {
@@ -318,26 +301,25 @@ void AddName(const DeckTable& table, Places& names, const std::string& name,
   });
 }
 
-void ReadHead(const DeckTable& root, Deck& deck) {
+void ReadHead(const DescribedTable& root, Deck& deck) {
   root.Try([&] { deck.title = root.Text("title", ""); });
   root.Try([&] {
-    deck.startDate = root.Date("start_date");
-    if (!IsDate(deck.startDate)) root.Fail("start_date", "'start_date' is no date");
+    const toml_reader::Date start = root.Day("start_date");
+    if (!IsValid(start)) root.Fail("start_date", "'start_date' is no date");
+    deck.start = MidnightOf(start);
   });
-  root.Try([&] {
-    if (root.Has(kEndTime.name)) deck.endTime = root.Number(kEndTime, deck.units);
-  });
+  root.Read(kTopKeys, deck);
   root.Try([&] { deck.reportedVersion = root.Text("reported_version", "2017.2"); });
 }
 
-void ReadTanksAndWells(const DeckTable& root, Deck& deck) {
+void ReadTanksAndWells(const DescribedTable& root, Deck& deck) {
   Places tanks;
-  for (const DeckTable& table : root.Tables("tank")) {
+  for (const DescribedTable& table : root.Tables("tank")) {
     deck.tanks.push_back(ReadTank(table, deck));
     AddName(table, tanks, deck.tanks.back().name, "tank");
   }
   Places wells;
-  for (const DeckTable& table : root.Tables("well")) {
+  for (const DescribedTable& table : root.Tables("well")) {
     deck.wells.push_back(ReadWell(table, deck, tanks));
     AddName(table, wells, deck.wells.back().name, "well");
   }
@@ -351,9 +333,13 @@ void ReadTanksAndWells(const DeckTable& root, Deck& deck) {
 
 /// What all else is understood by comes first: without the units, and without the kind of fluid,
 /// what follows can't be judged.
-Deck BuildDeck(const DeckTable& root) {
+Deck BuildDeck(const DescribedTable& root, const std::string& fileName) {
   Deck deck;
-  if (!root.Try([&] { deck.units = ReadUnits(root); })) root.ThrowFaults();
+  deck.file = fileName;
+  const bool hasUnits = root.Try(
+      [&] { deck.units = static_cast<UnitSystem>(root.Word("units", "", "field|metric")); });
+  if (!hasUnits) root.ThrowFaults();
+  root.UseUnits(deck.units);
   ReadHead(root, deck);
   const bool hasFluid = root.Try([&] { ReadFluid(root.Table("fluid"), deck); });
   root.Try([&] { deck.rockFluid = ReadRockFluid(root.Table("rock_fluid")); });
@@ -367,10 +353,17 @@ Deck BuildDeck(const DeckTable& root) {
 
 }  // namespace
 
-Deck ReadDeck(const std::filesystem::path& file) { return BuildDeck(DeckTable::ReadFile(file)); }
+Deck ReadDeck(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  const std::string name = platform::NameOf(file);
+  if (!stream || !std::filesystem::is_regular_file(file)) {
+    throw DeckError(name, 1, "the deck can't be read");
+  }
+  return ReadDeckText(std::string(std::istreambuf_iterator<char>(stream), {}), name);
+}
 
 Deck ReadDeckText(std::string_view text, const std::string& fileName) {
-  return BuildDeck(DeckTable::ReadText(text, fileName));
+  return BuildDeck(DescribedTable::ReadText(text, fileName), fileName);
 }
 
 }  // namespace gantry::simulator

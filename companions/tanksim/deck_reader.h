@@ -4,10 +4,12 @@
 #include <string>
 #include <string_view>
 
+#include "described_toml/finding.h"
 #include "tanksim/deck.h"
-#include "tanksim/deck_table.h"
 
 namespace gantry::simulator {
+
+using DeckError = toml_reader::FileError;
 
 /// Reads and checks a deck: docs/tanksim.md tells its form. Throws `DeckError`, which
 /// tells all faults.

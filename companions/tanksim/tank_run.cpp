@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include "tanksim/constants.h"
-#include "tanksim/deck_table.h"
+#include "tanksim/deck_reader.h"
 
 namespace gantry::simulator {
 
@@ -79,8 +79,9 @@ TankRun::TankRun(const Deck& deck)
     wellsOfTank_[well.tank].push_back(wells_.size());
     wells_.emplace_back(well, tanks_[well.tank]);
     if (wells_.back().CanFlow()) continue;
-    throw DeckError(fmt::format("{}: the index of well '{}' is of {}, which its tank doesn't hold",
-                                well.place, well.name, well.indexIsOfGas ? "gas" : "oil"));
+    throw DeckError(deck.file, well.line,
+                    fmt::format("the index of well '{}' is of {}, which its tank doesn't hold",
+                                well.name, well.indexIsOfGas ? "gas" : "oil"));
   }
 }
 

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "described_toml/calendar.h"
 #include "platform/text.h"
-#include "tanksim/calendar.h"
 
 namespace gantry::simulator {
 
@@ -30,17 +30,17 @@ struct EosProperty {
   double ComponentData::*value;
 };
 constexpr EosProperty kEosProperties[] = {
-    {"Molecular weight", Quantity::kNumber, &ComponentData::molecularWeight},
-    {"TCrit", Quantity::kTemperature, &ComponentData::criticalTemperature},
+    {"Molecular weight", Quantity::kNone, &ComponentData::molecularWeight},
+    {"TCrit", Quantity::kSimulatorTemperature, &ComponentData::criticalTemperature},
     {"PCrit", Quantity::kPressure, &ComponentData::criticalPressure},
     {"VCRIT", Quantity::kCriticalVolume, &ComponentData::criticalVolume},
-    {"Acentric factor", Quantity::kNumber, &ComponentData::acentricFactor},
-    {"BP", Quantity::kTemperature, &ComponentData::boilingPoint},
-    {"VSHIFT", Quantity::kNumber, &ComponentData::volumeShift},
-    {"Parachor", Quantity::kNumber, &ComponentData::parachor},
+    {"Acentric factor", Quantity::kNone, &ComponentData::acentricFactor},
+    {"BP", Quantity::kSimulatorTemperature, &ComponentData::boilingPoint},
+    {"VSHIFT", Quantity::kNone, &ComponentData::volumeShift},
+    {"Parachor", Quantity::kNone, &ComponentData::parachor},
 };
 
-ReservoirFluidRecord DescribeFluid(const EosData& data, const DeckUnits& units) {
+ReservoirFluidRecord DescribeFluid(const EosData& data, UnitSystem units) {
   const EquationOfState eos(data);
   ReservoirFluidRecord record;
   record.name = "FLUID";
@@ -52,7 +52,7 @@ ReservoirFluidRecord DescribeFluid(const EosData& data, const DeckUnits& units) 
     record.propertyNames.emplace_back(property.name);
     Doubles& values = record.propertyValues.emplace_back();
     for (const ComponentData& component : data.components) {
-      values.push_back(units.FromField(component.*property.value, property.quantity));
+      values.push_back(FromField(component.*property.value, property.quantity, units));
     }
   }
   const size_t count = data.components.size();
@@ -66,8 +66,8 @@ ReservoirFluidRecord DescribeFluid(const EosData& data, const DeckUnits& units) 
 ModelDescription Describe(const Deck& deck) {
   ModelDescription description;
   description.version = deck.reportedVersion;
-  description.unitSystem = deck.units.IsMetric() ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD";
-  description.startDate = DateAfter(deck.startDate, 0.0);
+  description.unitSystem = deck.units == UnitSystem::kMetric ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD";
+  description.startDate = toml_reader::DateAfter(deck.start, 0.0);
   description.fieldFluidModel = deck.compositional ? "COMPOSITIONAL" : "BLACKOIL";
   description.reservoirFluidModel = description.fieldFluidModel;
   if (deck.compositional) {
@@ -110,7 +110,7 @@ TankSimulator::TankSimulator(Deck deck)
 RunPosition TankSimulator::Position() const {
   RunPosition position;
   position.days = run_.Days();
-  position.date = DateAfter(deck_.startDate, position.days);
+  position.date = toml_reader::DateAfter(deck_.start, position.days);
   if (isRunning_) position.stop = run_.IsAtEnd() ? Stop::kEndSimulate : Stop::kBeginNewton;
   return position;
 }
@@ -172,7 +172,7 @@ std::vector<WellConstraint> TankSimulator::Constraints(size_t well) const {
   const auto add = [&](std::span<const WellLimit> limits, std::string_view setter) {
     for (const WellLimit& limit : limits) {
       constraints.push_back({std::string(WordOf(limit.item)),
-                             deck_.units.FromField(limit.value, QuantityOf(limit.item)),
+                             FromField(limit.value, QuantityOf(limit.item), deck_.units),
                              std::string(setter)});
     }
   };
@@ -188,7 +188,7 @@ void TankSimulator::SetConstraints(size_t well, std::span<const WellConstraint> 
     const auto item = FindLimitItem(constraint.item);
     if (!item) throw RequestRefused("Unknown constraint item " + constraint.item);
     RequireNumber(constraint.value, constraint.item, wellNames_[well]);
-    limits.push_back({*item, deck_.units.ToField(constraint.value, QuantityOf(*item))});
+    limits.push_back({*item, ToField(constraint.value, QuantityOf(*item), deck_.units)});
   }
   run_.Wells()[well].SetControllerLimits(std::move(limits));
 }

@@ -25,7 +25,7 @@ struct WellItem {
   double (*value)(const Well&);
 };
 
-constexpr auto kNumber = Quantity::kNumber;
+constexpr auto kNumber = Quantity::kNone;
 constexpr auto kLiquid = Quantity::kLiquid;
 constexpr auto kGas = Quantity::kGas;
 constexpr auto kReservoir = Quantity::kReservoirVolume;
@@ -66,7 +66,7 @@ constexpr std::array kItems = std::to_array<WellItem>({
      [](const Well& w) { return Ratio(Rates(w).water, Rates(w).oil + Rates(w).water); }},
     {"WATER_OIL_RATIO", kNumber, [](const Well& w) { return Ratio(Rates(w).water, Rates(w).oil); }},
     {"UPTIME_FRACTION", kNumber, [](const Well& w) { return w.Uptime(); }},
-    {"TEMPERATURE", Quantity::kTemperature, [](const Well& w) { return w.Temperature(); }},
+    {"TEMPERATURE", Quantity::kSimulatorTemperature, [](const Well& w) { return w.Temperature(); }},
     {"OIL_DENSITY", Quantity::kDensity, [](const Well& w) { return w.OilDensity(); }},
     {"GAS_DENSITY", Quantity::kDensity, [](const Well& w) { return w.GasDensity(); }},
     {"WATER_DENSITY", Quantity::kDensity,
@@ -147,11 +147,11 @@ std::optional<size_t> WellItems::Find(std::string_view item) const {
 double WellItems::Value(const Well& well, size_t handle) const {
   if (handle < kItems.size()) {
     const WellItem& item = kItems[handle];
-    return units_.FromField(item.value(well), item.quantity);
+    return FromField(item.value(well), item.quantity, units_);
   }
   const size_t element = handle - kItems.size();
   const ComponentItem& item = kComponentItems[element % kComponentItems.size()];
-  return units_.FromField(item.value(well, element / kComponentItems.size()), item.quantity);
+  return FromField(item.value(well, element / kComponentItems.size()), item.quantity, units_);
 }
 
 }  // namespace gantry::simulator

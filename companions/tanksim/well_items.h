@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "tanksim/deck_units.h"
+#include "described_toml/quantity.h"
 #include "tanksim/well.h"
 
 namespace gantry::simulator {
@@ -12,7 +12,7 @@ namespace gantry::simulator {
 /// stable for the life of the table.
 class WellItems {
  public:
-  WellItems(const DeckUnits& units, size_t componentCount)
+  WellItems(toml_reader::UnitSystem units, size_t componentCount)
       : units_(units), componentCount_(componentCount) {}
 
   /// An item of one value, or an item of a component: "NAME[i]" with i from 1.
@@ -21,7 +21,7 @@ class WellItems {
   double Value(const Well& well, size_t handle) const;
 
  private:
-  DeckUnits units_;
+  toml_reader::UnitSystem units_;
   size_t componentCount_;
 };
 

@@ -4,9 +4,11 @@
 #include <span>
 #include <string_view>
 
-#include "tanksim/deck_units.h"
+#include "described_toml/quantity.h"
 
 namespace gantry::simulator {
+
+using toml_reader::Quantity;
 
 enum class WellType { kProducer, kWaterInjector, kGasInjector };
 enum class WellStatus {

@@ -151,19 +151,17 @@ TEST(Source, IsControlledByItsTypeItsModeAndItsGasLiquidRatio) {
       {kGasInjector, 2, 80, 20, 9, "GAS_INJECTION_RATE 9 1;"},
       {kInjector, 3, 80, 20, 9, "WATER_INJECTION_RATE 20 0;"},
   };
-  Strings items;
-  Doubles values;
-  std::vector<int32_t> codes;
+  WellControl control;
   for (const Case& c : cases) {
     Source source;
     source.SourceType = c.type;
     source.OpPoint.OilRate = c.oil;
     source.OpPoint.WaterRate = c.water;
     source.OpPoint.GasRate = c.gas;
-    ChooseControl(source, c.opMode, {items, values, codes});
+    ChooseControl(source, c.opMode, control);
     std::ostringstream shown;
-    for (size_t i = 0; i < items.size(); ++i) {
-      shown << items[i] << ' ' << values.at(i) << ' ' << codes.at(i) << ';';
+    for (size_t i = 0; i < control.items.size(); ++i) {
+      shown << control.items[i] << ' ' << control.values.at(i) << ' ' << control.codes.at(i) << ';';
     }
     EXPECT_EQ(shown.str(), c.expected) << "type " << c.type << ", mode " << c.opMode;
   }

@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "described_toml/near_word.h"
+#include "fieldrun/case/case_keys.h"
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/case/input_file.h"
 #include "platform/file_path.h"
@@ -86,34 +87,12 @@ void Check::Time() {
   }
 }
 
-// Keys that mean something for one kind of well only.
-struct KindKeys {
-  WellKind kind;
-  std::vector<std::string> keys;
-};
-
-const std::vector<KindKeys>& KeysOfKinds() {
-  static const std::vector<KindKeys> kKeys{
-      {WellKind::kProducer,
-       {"control", "tubing", "manifold_pressure", "min_bottom_hole_pressure", "max_oil",
-        "max_water", "max_liquid", "max_gas", "min_oil", "max_water_cut", "max_gas_oil_ratio"}},
-      {WellKind::kWaterInjector,
-       {"water_rate", "bottom_hole_pressure", "max_bottom_hole_pressure"}},
-      {WellKind::kGasInjector,
-       {"gas_rate", "bottom_hole_pressure", "max_bottom_hole_pressure", "composition"}},
-  };
-  return kKeys;
-}
-
 void Check::KeysFitKind(const WellSpec& well) {
-  static const std::vector<std::string> kForAll{"name", "kind", "connected", "downtime"};
-  const std::vector<std::string>& own = KeysOfKinds()[static_cast<size_t>(well.kind)].keys;
-  for (const auto& [key, line] : well.keyLines) {
-    const bool isOwn = std::find(own.begin(), own.end(), key) != own.end() ||
-                       std::find(kForAll.begin(), kForAll.end(), key) != kForAll.end();
-    if (isOwn) continue;
-    static constexpr const char* kKindWords[] = {"producer", "water injector", "gas injector"};
-    Fail(line, fmt::format("{} means nothing for a {}", key, kKindWords[well.kind]));
+  static constexpr const char* kKindWords[] = {"producer", "water injector", "gas injector"};
+  for (const auto& [key, target] : WellKeys()) {
+    const auto line = well.keyLines.find(std::string(key.name));
+    if (line == well.keyLines.end() || (key.kinds >> well.kind & 1U) != 0) continue;
+    Fail(line->second, fmt::format("{} means nothing for a {}", key.name, kKindWords[well.kind]));
   }
 }
 

@@ -1,396 +1,244 @@
 #include "fieldrun/case/case_keys.h"
 
-#include <algorithm>
-#include <array>
-
 namespace gantry::fieldrun {
 namespace {
 
 using enum Quantity;
 
-// What the largest wells and fields of the world don't reach, in field units.
-constexpr double kVacuum = -1;  // a wellhead below the air's pressure is rare
-constexpr double kHighPressure = 10000;
-constexpr double kHighestPressure = 25000;
-constexpr double kWellLiquid = 200'000;
-constexpr double kWellGas = 1000;
-constexpr double kGroupLiquid = 10'000'000;
-constexpr double kGroupGas = 20'000;
+// What is usual is what the largest wells and fields of the world don't reach; a wellhead below the
+// air's pressure is rare.
+constexpr Range kWellheadPressure{.low = -14.696, .usualLow = -1, .usualHigh = 10'000};
+constexpr Range kBottomHolePressure{.low = -14.696, .usualLow = -1, .usualHigh = 25'000};
+constexpr Range kTubingTemperature{.low = 0, .high = 600, .usualLow = 20, .usualHigh = 500};
+constexpr Range kFraction{.low = 0, .high = 1};
+constexpr Range kWellLiquid{.low = 0, .usualHigh = 200'000};
+constexpr Range kWellGas{.low = 0, .usualHigh = 1000};
+constexpr Range kGroupLiquid{.low = 0, .usualHigh = 10'000'000};
+constexpr Range kGroupGas{.low = 0, .usualHigh = 20'000};
+
+constexpr unsigned Bit(WellKind kind) { return 1U << static_cast<unsigned>(kind); }
+constexpr unsigned kProducers = Bit(WellKind::kProducer);
+constexpr unsigned kWaterInjectors = Bit(WellKind::kWaterInjector);
+constexpr unsigned kGasInjectors = Bit(WellKind::kGasInjector);
+constexpr unsigned kInjectors = kWaterInjectors | kGasInjectors;
 
 constexpr KeyRow<GeneralSpec> kGeneralKeys[] = {
-    {{.name = "title", .meaning = "what the report is headed with", .fallback = "the file's name"},
-     &GeneralSpec::title},
-    {{.name = "units",
-      .meaning = "units of every number of this file and of the results",
-      .choices = "field|metric",
-      .fallback = "field"},
+    {Key("title", "what the report is headed with").Else("the file's name"), &GeneralSpec::title},
+    {Key("units", "units of every number of this file and of the results")
+         .OneOf("field|metric")
+         .Else("field"),
      &GeneralSpec::units},
-    {{.name = "output",
-      .meaning = "folder for the results, from the file's own folder",
-      .fallback = "results"},
+    {Key("output", "folder for the results, from the file's own folder").Else("results"),
      &GeneralSpec::output},
 };
 
 constexpr KeyRow<SimulatorSpec> kSimulatorKeys[] = {
-    {{.name = "deck",
-      .meaning = "the simulator's dataset (.afi), from the file's own folder",
-      .isRequired = true},
+    {Key("deck", "the simulator's dataset (.afi), from the file's own folder").Needed(),
      &SimulatorSpec::deck},
-    {{.name = "executable",
-      .meaning = "the simulator to start",
-      .fallback = "the machine's own, else the tanksim beside fieldrun"},
+    {Key("executable", "the simulator to start")
+         .Else("the machine's own, else the tanksim beside fieldrun"),
      &SimulatorSpec::executable},
-    {{.name = "connection",
-      .meaning = "where the simulator runs",
-      .choices = "local|cluster",
-      .fallback = "local"},
+    {Key("connection", "where the simulator runs").OneOf("local|cluster").Else("local"),
      &SimulatorSpec::connection},
-    {{.name = "head_node", .meaning = "a cluster's head node"}, &SimulatorSpec::headNode},
-    {{.name = "head_node_port",
-      .meaning = "port of the service on the head node",
-      .low = 1,
-      .high = 65535,
-      .fallback = "7777"},
+    {Key("head_node", "a cluster's head node"), &SimulatorSpec::headNode},
+    {Key("head_node_port", "port of the service on the head node")
+         .In({.low = 1, .high = 65535})
+         .Else("7777"),
      &SimulatorSpec::headNodePort},
-    {{.name = "cluster_version",
-      .meaning = "version of the simulator's interface on the cluster",
-      .low = 0,
-      .fallback = "100000, the most recent"},
+    {Key("cluster_version", "version of the simulator's interface on the cluster")
+         .In({.low = 0})
+         .Else("100000, the most recent"),
      &SimulatorSpec::clusterVersion},
-    {{.name = "parallel",
-      .meaning = "number of simulator processes",
-      .low = 1,
-      .high = 512,
-      .fallback = "1"},
+    {Key("parallel", "number of simulator processes").In({.low = 1, .high = 512}).Else("1"),
      &SimulatorSpec::parallel},
-    {{.name = "inflow_model",
-      .meaning = "how a well's inflow is built",
-      .choices = "block|drainage",
-      .fallback = "drainage"},
+    {Key("inflow_model", "how a well's inflow is built").OneOf("block|drainage").Else("drainage"),
      &SimulatorSpec::inflowModel},
-    {{.name = "close_unconnected_wells",
-      .meaning = "shut the wells that the network doesn't take",
-      .fallback = "false"},
+    {Key("close_unconnected_wells", "shut the wells that the network doesn't take").Else("false"),
      &SimulatorSpec::closeUnconnectedWells},
-    {{.name = "standard_log", .meaning = "ask the simulator for its own log", .fallback = "false"},
+    {Key("standard_log", "ask the simulator for its own log").Else("false"),
      &SimulatorSpec::standardLog},
-    {{.name = "label", .meaning = "name of the simulator in the field model"},
-     &SimulatorSpec::label},
-    {{.name = "store_file",
-      .meaning = "state file of the inflow model, from the file's own folder; read when it exists"},
+    {Key("label", "name of the simulator in the field model"), &SimulatorSpec::label},
+    {Key("store_file",
+         "state file of the inflow model, from the file's own folder; read when it exists"),
      &SimulatorSpec::storeFile},
 };
 
 constexpr KeyRow<TimeSpec> kTimeKeys[] = {
-    {{.name = "start",
-      .meaning = "first day of the run; the simulator is run up to it alone",
-      .fallback = "the simulator's date"},
+    {Key("start", "first day of the run; the simulator is run up to it alone")
+         .Else("the simulator's date"),
      &TimeSpec::start},
-    {{.name = "end", .meaning = "day on which the run ends"}, &TimeSpec::end},
-    {{.name = "duration",
-      .meaning = "length of the run",
-      .quantity = kDays,
-      .low = 1e-3,
-      .usualLow = 1,
-      .usualHigh = 36525},
+    {Key("end", "day on which the run ends"), &TimeSpec::end},
+    {Key("duration", "length of the run", kDays)
+         .In({.low = 1e-3, .usualLow = 1, .usualHigh = 36525}),
      &TimeSpec::duration},
-    {{.name = "steps", .meaning = "number of steps", .low = 1, .usualHigh = 10000},
-     &TimeSpec::steps},
-    {{.name = "step",
-      .meaning = "length of a step: days, or \"month\" for calendar months",
-      .quantity = kDays,
-      .low = 1e-3,
-      .usualLow = 0.01,
-      .usualHigh = 366,
-      .choices = "month",
-      .fallback = "\"month\""},
+    {Key("steps", "number of steps").In({.low = 1, .usualHigh = 10000}), &TimeSpec::steps},
+    {Key("step", "length of a step: days, or \"month\" for calendar months", kDays)
+         .In({.low = 1e-3, .usualLow = 0.01, .usualHigh = 366})
+         .OneOf("month")
+         .Else("\"month\""),
      &TimeSpec::stepDays},
 };
 
 constexpr KeyRow<NetworkSpec> kNetworkKeys[] = {
-    {{.name = "manifold_pressure",
-      .meaning = "pressure at the head of every tubing",
-      .quantity = kPressure,
-      .low = -14.696,
-      .usualLow = kVacuum,
-      .usualHigh = kHighPressure},
+    {Key("manifold_pressure", "pressure at the head of every tubing", kGaugePressure)
+         .In(kWellheadPressure),
      &NetworkSpec::manifoldPressure},
-    {{.name = "oil_gravity",
-      .meaning = "stock-tank oil in the tubings, water = 1",
-      .low = 0.3,
-      .high = 1.2,
-      .fallback = "as the simulator reports it"},
+    {Key("oil_gravity", "stock-tank oil in the tubings, water = 1")
+         .In({.low = 0.3, .high = 1.2})
+         .Else("as the simulator reports it"),
      &NetworkSpec::oilGravity},
-    {{.name = "gas_gravity",
-      .meaning = "gas in the tubings, air = 1",
-      .low = 0.5,
-      .high = 2,
-      .fallback = "as the simulator reports it, 0.7 if that can't be a surface gas"},
+    {Key("gas_gravity", "gas in the tubings, air = 1")
+         .In({.low = 0.5, .high = 2})
+         .Else("as the simulator reports it, 0.7 if that can't be a surface gas"),
      &NetworkSpec::gasGravity},
-    {{.name = "water_gravity",
-      .meaning = "water in the tubings, fresh water = 1",
-      .low = 0.9,
-      .high = 1.5,
-      .fallback = "as the simulator reports it"},
+    {Key("water_gravity", "water in the tubings, fresh water = 1")
+         .In({.low = 0.9, .high = 1.5})
+         .Else("as the simulator reports it"),
      &NetworkSpec::waterGravity},
-    {{.name = "apply_early",
-      .meaning = "send the controls by a command of their own, ahead of the step",
-      .fallback = "false"},
+    {Key("apply_early", "send the controls by a command of their own, ahead of the step")
+         .Else("false"),
      &NetworkSpec::applyEarly},
 };
 
 constexpr KeyRow<TubingSpec> kTubingKeys[] = {
-    {{.name = "name", .meaning = "by which wells refer to it", .isRequired = true},
-     &TubingSpec::name},
-    {{.name = "depth",
-      .meaning = "vertical depth of its lower end",
-      .quantity = kLength,
-      .isRequired = true,
-      .low = 1,
-      .high = 50000,
-      .usualLow = 100,
-      .usualHigh = 35000},
+    {Key("name", "by which wells refer to it").Needed(), &TubingSpec::name},
+    {Key("depth", "vertical depth of its lower end", kLength)
+         .In({.low = 1, .high = 50000, .usualLow = 100, .usualHigh = 35000})
+         .Needed(),
      &TubingSpec::depth},
-    {{.name = "length",
-      .meaning = "length along the hole",
-      .quantity = kLength,
-      .low = 1,
-      .high = 100000,
-      .usualLow = 100,
-      .usualHigh = 50000,
-      .fallback = "depth"},
+    {Key("length", "length along the hole", kLength)
+         .In({.low = 1, .high = 100000, .usualLow = 100, .usualHigh = 50000})
+         .Else("depth"),
      &TubingSpec::length},
-    {{.name = "diameter",
-      .meaning = "inner diameter",
-      .quantity = kDiameter,
-      .isRequired = true,
-      .low = 0.1,
-      .high = 60,
-      .usualLow = 0.75,
-      .usualHigh = 20},
+    {Key("diameter", "inner diameter", kDiameter)
+         .In({.low = 0.1, .high = 60, .usualLow = 0.75, .usualHigh = 20})
+         .Needed(),
      &TubingSpec::diameter},
-    {{.name = "roughness",
-      .meaning = "wall roughness",
-      .quantity = kDiameter,
-      .low = 0,
-      .high = 1,
-      .usualHigh = 0.1,
-      .fallback = "0.0006 in"},
+    {Key("roughness", "wall roughness", kDiameter)
+         .In({.low = 0, .high = 1, .usualHigh = 0.1})
+         .Else("0.0006 in"),
      &TubingSpec::roughness},
-    {{.name = "wellhead_temperature",
-      .meaning = "of the fluid at the upper end",
-      .quantity = kTemperature,
-      .low = 0,
-      .high = 600,
-      .usualLow = 20,
-      .usualHigh = 500,
-      .fallback = "100 degF"},
+    {Key("wellhead_temperature", "of the fluid at the upper end", kTemperature)
+         .In(kTubingTemperature)
+         .Else("100 degF"),
      &TubingSpec::wellheadTemperature},
-    {{.name = "bottom_temperature",
-      .meaning = "of the fluid at the lower end",
-      .quantity = kTemperature,
-      .low = 0,
-      .high = 600,
-      .usualLow = 20,
-      .usualHigh = 500,
-      .fallback = "200 degF"},
+    {Key("bottom_temperature", "of the fluid at the lower end", kTemperature)
+         .In(kTubingTemperature)
+         .Else("200 degF"),
      &TubingSpec::bottomTemperature},
 };
 
 constexpr KeyRow<WellSpec> kWellKeys[] = {
-    {{.name = "name", .meaning = "the well's name in the simulator", .isRequired = true},
-     &WellSpec::name},
-    {{.name = "kind",
-      .meaning = "what the well is in the simulator",
-      .isRequired = true,
-      .choices = "producer|water_injector|gas_injector"},
+    {Key("name", "the well's name in the simulator").Needed(), &WellSpec::name},
+    {Key("kind", "what the well is in the simulator")
+         .OneOf("producer|water_injector|gas_injector")
+         .Needed(),
      &WellSpec::kind},
-    {{.name = "connected", .meaning = "false leaves the well to the simulator", .fallback = "true"},
-     &WellSpec::connected},
-    {{.name = "control",
-      .meaning = "the rate by which the simulator holds a producer",
-      .choices = "rate|combined|liquid|gas",
-      .fallback = "rate"},
+    {Key("connected", "false leaves the well to the simulator").Else("true"), &WellSpec::connected},
+    {Key("control", "the rate by which the simulator holds a producer")
+         .OneOf("rate|combined|liquid|gas")
+         .Else("rate")
+         .For(kProducers),
      &WellSpec::control},
-    {{.name = "downtime",
-      .meaning = "fraction of each step for which the well is down",
-      .low = 0,
-      .high = 1,
-      .usualHigh = 0.99,
-      .fallback = "0"},
+    {Key("downtime", "fraction of each step for which the well is down")
+         .In({.low = 0, .high = 1, .usualHigh = 0.99})
+         .Else("0"),
      &WellSpec::downtime},
-    {{.name = "tubing", .meaning = "producer: the tubing to the manifold; none: no lift curve"},
+    {Key("tubing", "producer: the tubing to the manifold; none: no lift curve").For(kProducers),
      &WellSpec::tubing},
-    {{.name = "manifold_pressure",
-      .meaning = "producer: pressure at the head of its tubing",
-      .quantity = kPressure,
-      .low = -14.696,
-      .usualLow = kVacuum,
-      .usualHigh = kHighPressure,
-      .fallback = "that of [network]"},
+    {Key("manifold_pressure", "producer: pressure at the head of its tubing", kGaugePressure)
+         .In(kWellheadPressure)
+         .Else("that of [network]")
+         .For(kProducers),
      &WellSpec::manifoldPressure},
-    {{.name = "min_bottom_hole_pressure",
-      .meaning = "producer: lowest flowing pressure",
-      .quantity = kPressure,
-      .low = -14.696,
-      .usualLow = kVacuum,
-      .usualHigh = kHighestPressure},
+    {Key("min_bottom_hole_pressure", "producer: lowest flowing pressure", kGaugePressure)
+         .In(kBottomHolePressure)
+         .For(kProducers),
      &WellSpec::minBottomHolePressure},
-    {{.name = "max_oil",
-      .meaning = "producer: oil limit",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kWellLiquid},
+    {Key("max_oil", "producer: oil limit", kLiquidRate).In(kWellLiquid).For(kProducers),
      &WellSpec::maxOil},
-    {{.name = "max_water",
-      .meaning = "producer: water limit",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kWellLiquid},
+    {Key("max_water", "producer: water limit", kLiquidRate).In(kWellLiquid).For(kProducers),
      &WellSpec::maxWater},
-    {{.name = "max_liquid",
-      .meaning = "producer: liquid limit",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kWellLiquid},
+    {Key("max_liquid", "producer: liquid limit", kLiquidRate).In(kWellLiquid).For(kProducers),
      &WellSpec::maxLiquid},
-    {{.name = "max_gas",
-      .meaning = "producer: gas limit",
-      .quantity = kGasRate,
-      .low = 0,
-      .usualHigh = kWellGas},
+    {Key("max_gas", "producer: gas limit", kGasRate).In(kWellGas).For(kProducers),
      &WellSpec::maxGas},
-    {{.name = "min_oil",
-      .meaning = "producer: below this oil rate the well is shut for good",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = 10000},
+    {Key("min_oil", "producer: below this oil rate the well is shut for good", kLiquidRate)
+         .In({.low = 0, .usualHigh = 10000})
+         .For(kProducers),
      &WellSpec::minOil},
-    {{.name = "max_water_cut",
-      .meaning = "producer: above this water cut the well is shut for good",
-      .low = 0,
-      .high = 1},
+    {Key("max_water_cut", "producer: above this water cut the well is shut for good")
+         .In(kFraction)
+         .For(kProducers),
      &WellSpec::maxWaterCut},
-    {{.name = "max_gas_oil_ratio",
-      .meaning = "producer: above this ratio the well is shut for good",
-      .quantity = kGasLiquidRatio,
-      .low = 0,
-      .usualLow = 50,
-      .usualHigh = 1e6},
+    {Key("max_gas_oil_ratio", "producer: above this ratio the well is shut for good",
+         kGasLiquidRatio)
+         .In({.low = 0, .usualLow = 50, .usualHigh = 1e6})
+         .For(kProducers),
      &WellSpec::maxGasOilRatio},
-    {{.name = "water_rate",
-      .meaning = "water injector: rate to inject",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kWellLiquid},
+    {Key("water_rate", "water injector: rate to inject", kLiquidRate)
+         .In(kWellLiquid)
+         .For(kWaterInjectors),
      &WellSpec::waterRate},
-    {{.name = "gas_rate",
-      .meaning = "gas injector: rate to inject",
-      .quantity = kGasRate,
-      .low = 0,
-      .usualHigh = kWellGas},
+    {Key("gas_rate", "gas injector: rate to inject", kGasRate).In(kWellGas).For(kGasInjectors),
      &WellSpec::gasRate},
-    {{.name = "bottom_hole_pressure",
-      .meaning = "injector: pressure to inject at, in place of a rate",
-      .quantity = kPressure,
-      .low = -14.696,
-      .usualLow = kVacuum,
-      .usualHigh = kHighestPressure},
+    {Key("bottom_hole_pressure", "injector: pressure to inject at, in place of a rate",
+         kGaugePressure)
+         .In(kBottomHolePressure)
+         .For(kInjectors),
      &WellSpec::bottomHolePressure},
-    {{.name = "max_bottom_hole_pressure",
-      .meaning = "injector: highest flowing pressure",
-      .quantity = kPressure,
-      .low = -14.696,
-      .usualLow = kVacuum,
-      .usualHigh = kHighestPressure},
+    {Key("max_bottom_hole_pressure", "injector: highest flowing pressure", kGaugePressure)
+         .In(kBottomHolePressure)
+         .For(kInjectors),
      &WellSpec::maxBottomHolePressure},
-    {{.name = "composition",
-      .meaning = "gas injector of a compositional run: mole fractions, in the simulator's order of "
-                 "components, sent with each step",
-      .low = 0,
-      .high = 1,
-      .fallback = "the first component alone"},
+    {Key("composition",
+         "gas injector of a compositional run: mole fractions, in the simulator's order of "
+         "components, sent with each step")
+         .In(kFraction)
+         .Else("the first component alone")
+         .For(kGasInjectors),
      &WellSpec::composition},
 };
 
 constexpr KeyRow<GroupSpec> kGroupKeys[] = {
-    {{.name = "name", .meaning = "as the results call it", .isRequired = true}, &GroupSpec::name},
-    {{.name = "wells", .meaning = "its wells", .fallback = "every connected well"},
-     &GroupSpec::wells},
-    {{.name = "method",
-      .meaning = "how producers give way: all by the same factor, or the one with the most of what "
-                 "is limited for each barrel of oil first",
-      .choices = "scale|rank",
-      .fallback = "scale"},
+    {Key("name", "as the results call it").Needed(), &GroupSpec::name},
+    {Key("wells", "its wells").Else("every connected well"), &GroupSpec::wells},
+    {Key("method",
+         "how producers give way: all by the same factor, or the one with the most of what is "
+         "limited for each barrel of oil first")
+         .OneOf("scale|rank")
+         .Else("scale"),
      &GroupSpec::method},
-    {{.name = "max_oil",
-      .meaning = "oil limit",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kGroupLiquid},
-     &GroupSpec::maxOil},
-    {{.name = "max_water",
-      .meaning = "water limit",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kGroupLiquid},
-     &GroupSpec::maxWater},
-    {{.name = "max_liquid",
-      .meaning = "liquid limit",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kGroupLiquid},
-     &GroupSpec::maxLiquid},
-    {{.name = "max_gas",
-      .meaning = "gas limit",
-      .quantity = kGasRate,
-      .low = 0,
-      .usualHigh = kGroupGas},
-     &GroupSpec::maxGas},
-    {{.name = "max_water_injection",
-      .meaning = "limit on the water injected",
-      .quantity = kLiquidRate,
-      .low = 0,
-      .usualHigh = kGroupLiquid},
+    {Key("max_oil", "oil limit", kLiquidRate).In(kGroupLiquid), &GroupSpec::maxOil},
+    {Key("max_water", "water limit", kLiquidRate).In(kGroupLiquid), &GroupSpec::maxWater},
+    {Key("max_liquid", "liquid limit", kLiquidRate).In(kGroupLiquid), &GroupSpec::maxLiquid},
+    {Key("max_gas", "gas limit", kGasRate).In(kGroupGas), &GroupSpec::maxGas},
+    {Key("max_water_injection", "limit on the water injected", kLiquidRate).In(kGroupLiquid),
      &GroupSpec::maxWaterInjection},
-    {{.name = "max_gas_injection",
-      .meaning = "limit on the gas injected",
-      .quantity = kGasRate,
-      .low = 0,
-      .usualHigh = kGroupGas},
+    {Key("max_gas_injection", "limit on the gas injected", kGasRate).In(kGroupGas),
      &GroupSpec::maxGasInjection},
 };
 
-constexpr std::array<SectionDescription, 7> kSections{{
-    {"case", "what this case is called, its units and its results"},
-    {"simulator", "the dataset and the program that runs it"},
-    {"time", "the span of the run: one of end, duration and steps, and the length of a step"},
-    {"network", "what all wells share above ground"},
-    {"tubing", "a pipe from the bottom of a producer to its manifold", true},
-    {"well", "a well of the network", true},
-    {"group", "limits on the sum of several wells, taken in the order of the file", true},
-}};
-
 }  // namespace
 
-KeyTable<GeneralSpec> GeneralKeys() { return kGeneralKeys; }
-KeyTable<SimulatorSpec> SimulatorKeys() { return kSimulatorKeys; }
-KeyTable<TimeSpec> TimeKeys() { return kTimeKeys; }
-KeyTable<NetworkSpec> NetworkKeys() { return kNetworkKeys; }
-KeyTable<TubingSpec> TubingKeys() { return kTubingKeys; }
-KeyTable<WellSpec> WellKeys() { return kWellKeys; }
-KeyTable<GroupSpec> GroupKeys() { return kGroupKeys; }
-
-std::span<const SectionDescription> CaseSections() { return kSections; }
-
-std::vector<std::string_view> SplitChoices(std::string_view choices) {
-  std::vector<std::string_view> words;
-  while (!choices.empty()) {
-    const size_t end = std::min(choices.find('|'), choices.size());
-    words.push_back(choices.substr(0, end));
-    choices.remove_prefix(std::min(end + 1, choices.size()));
-  }
-  return words;
+const CaseParts& CaseSections() {
+  static const CaseParts kSections{
+      {"case", "what this case is called, its units and its results", &CaseModel::general,
+       kGeneralKeys},
+      {"simulator", "the dataset and the program that runs it", &CaseModel::simulator,
+       kSimulatorKeys},
+      {"time", "the span of the run: one of end, duration and steps, and the length of a step",
+       &CaseModel::time, kTimeKeys},
+      {"network", "what all wells share above ground", &CaseModel::network, kNetworkKeys},
+      {"tubing", "a pipe from the bottom of a producer to its manifold", &CaseModel::tubings,
+       kTubingKeys},
+      {"well", "a well of the network", &CaseModel::wells, kWellKeys},
+      {"group", "limits on the sum of several wells, taken in the order of the file",
+       &CaseModel::groups, kGroupKeys},
+  };
+  return kSections;
 }
+
+KeyTable<WellSpec> WellKeys() { return kWellKeys; }
 
 }  // namespace gantry::fieldrun

@@ -2,31 +2,7 @@
 
 #include <algorithm>
 
-#include <fmt/format.h>
-
 namespace gantry::fieldrun {
-
-namespace {
-
-std::string TextOf(const std::string& file, const std::vector<Finding>& findings) {
-  std::string text;
-  for (const Finding& finding : findings) {
-    text += (text.empty() ? "" : "\n") + finding.In(file);
-  }
-  return text;
-}
-
-}  // namespace
-
-std::string Finding::In(const std::string& file) const {
-  return fmt::format("{}:{}: {}{}", file, std::max(line, 1), isError ? "" : "warning: ", reason);
-}
-
-CaseError::CaseError(const std::string& file, int line, const std::string& reason)
-    : CaseError(file, {{line, reason}}) {}
-
-CaseError::CaseError(const std::string& file, const std::vector<Finding>& findings)
-    : runtime_error(TextOf(file, findings)) {}
 
 int Located::LineOf(const std::string& key) const {
   const auto found = keyLines.find(key);

@@ -2,32 +2,22 @@
 
 #include <map>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "fieldrun/case/calendar.h"
+#include "described_toml/calendar.h"
+#include "described_toml/finding.h"
 #include "fieldrun/case/quantities.h"
 
 namespace gantry::fieldrun {
 
-/// What is wrong with a line of a file of the user's, or can hardly be meant.
-struct Finding {
-  int line = 0;  ///< from 1; 0 where the file as a whole is meant
-  std::string reason;
-  bool isError = true;
+using toml_reader::Date;
+using toml_reader::DateOf;
+using toml_reader::Finding;
+using toml_reader::FromDayNumber;
 
-  /// "file:line: reason", with "warning: " before the reason of a warning.
-  std::string In(const std::string& file) const;
-};
-
-/// A case file, or another file of the user's, that can't be used as it stands. what() has a line
-/// for each fault, "file:line: reason".
-class CaseError : public std::runtime_error {
- public:
-  CaseError(const std::string& file, int line, const std::string& reason);
-  CaseError(const std::string& file, const std::vector<Finding>& findings);
-};
+/// A case file, or another file of the user's, that can't be used as it stands.
+using CaseError = toml_reader::FileError;
 
 /// Where a section and its keys stand in the case file, for messages.
 struct Located {

@@ -1,4 +1,3 @@
-#include <array>
 #include <string>
 
 #include <fmt/format.h>
@@ -8,13 +7,8 @@
 namespace gantry::fieldrun {
 namespace {
 
-// What a key takes, by the position of its target in the variant of KeyRow.
-constexpr std::array<std::string_view, 9> kTargetWords{
-    "text",         "number", "whole number",    "true or false", "number",
-    "whole number", "date",   "list of numbers", "list of texts"};
-
-std::string ValueWord(const KeyDescription& about, std::string_view targetWord) {
-  std::string word{targetWord};
+std::string ValueWord(const Key& about, const toml_reader::ValueType& type) {
+  std::string word = type.isList ? fmt::format("list of {}s", type.word) : std::string(type.word);
   const std::string_view field = UnitName(about.quantity, UnitSystem::kField);
   const std::string_view metric = UnitName(about.quantity, UnitSystem::kMetric);
   if (!field.empty()) {
@@ -22,7 +16,7 @@ std::string ValueWord(const KeyDescription& about, std::string_view targetWord) 
   }
   if (about.choices.empty()) return word;
   std::string choices;
-  for (const std::string_view choice : SplitChoices(about.choices)) {
+  for (const std::string_view choice : toml_reader::SplitChoices(about.choices)) {
     choices += fmt::format("{}\"{}\"", choices.empty() ? "" : ", ", choice);
   }
   return about.quantity == Quantity::kNone ? choices : word + " or " + choices;
@@ -32,9 +26,9 @@ template <class Spec>
 std::string KeyLines(KeyTable<Spec> table) {
   std::string text;
   for (const KeyRow<Spec>& row : table) {
-    const KeyDescription& about = row.about;
+    const Key& about = row.about;
     text += fmt::format("  {:<26}{}\n", about.name, about.meaning);
-    text += fmt::format("  {:<26}({}", "", ValueWord(about, kTargetWords[row.target.index()]));
+    text += fmt::format("  {:<26}({}", "", ValueWord(about, TypeOf(row)));
     if (about.isRequired) text += "; required";
     if (!about.fallback.empty()) text += fmt::format("; else {}", about.fallback);
     text += ")\n";
@@ -46,11 +40,11 @@ std::string KeyLines(KeyTable<Spec> table) {
 
 std::string CaseReference() {
   std::string text;
-  ForEachSection([&text](const SectionDescription& section, const auto& keys) {
+  ForEachSection([&text](const auto& section) {
     const std::string heading =
-        section.isList ? fmt::format("[[{}]]", section.name) : fmt::format("[{}]", section.name);
+        section.kIsList ? fmt::format("[[{}]]", section.name) : fmt::format("[{}]", section.name);
     text += fmt::format("{}{}  {}\n{}", text.empty() ? "" : "\n", heading, section.meaning,
-                        KeyLines(keys));
+                        KeyLines(section.keys));
   });
   return text;
 }

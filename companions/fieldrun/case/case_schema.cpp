@@ -8,22 +8,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// What a key takes, by the type of its target.
-Json TypeOf(const std::string& /*value*/) { return {{"type", "string"}}; }
-Json TypeOf(double /*value*/) { return {{"type", "number"}}; }
-Json TypeOf(int /*value*/) { return {{"type", "integer"}}; }
-Json TypeOf(bool /*value*/) { return {{"type", "boolean"}}; }
-Json TypeOf(const Date& /*value*/) { return {{"type", "string"}, {"format", "date"}}; }
-template <class Value>
-Json TypeOf(const std::optional<Value>& /*value*/) {
-  return TypeOf(Value());
-}
-template <class Value>
-Json TypeOf(const std::vector<Value>& /*value*/) {
-  return {{"type", "array"}, {"items", TypeOf(Value())}};
+Json TypeOf(const toml_reader::ValueType& about) {
+  Json type = {{"type", about.json}};
+  if (!about.format.empty()) type["format"] = about.format;
+  return about.isList ? Json{{"type", "array"}, {"items", type}} : type;
 }
 
-std::string Description(const KeyDescription& about) {
+std::string Description(const Key& about) {
   std::string text(about.meaning);
   const std::string_view field = UnitName(about.quantity, UnitSystem::kField);
   const std::string_view metric = UnitName(about.quantity, UnitSystem::kMetric);
@@ -33,20 +24,20 @@ std::string Description(const KeyDescription& about) {
 }
 
 /// Bounds are in field units, so that only numbers without a unit have theirs here.
-void AddBounds(const KeyDescription& about, Json& type) {
+void AddBounds(const Key& about, Json& type) {
   if (about.quantity != Quantity::kNone) return;
   Json& number = type["type"] == "array" ? type["items"] : type;
-  if (about.low > KeyDescription().low) number["minimum"] = about.low;
-  if (about.high < KeyDescription().high) number["maximum"] = about.high;
+  if (about.range.low > Range().low) number["minimum"] = about.range.low;
+  if (about.range.high < Range().high) number["maximum"] = about.range.high;
 }
 
 template <class Spec>
 Json KeySchema(const KeyRow<Spec>& row) {
-  const KeyDescription& about = row.about;
+  const Key& about = row.about;
   const bool isWord = !about.choices.empty();
   const bool isNumberToo = std::holds_alternative<double Spec::*>(row.target);
-  const Json words = {{"enum", SplitChoices(about.choices)}};
-  Json type = std::visit([](auto member) { return TypeOf(Spec().*member); }, row.target);
+  const Json words = {{"enum", toml_reader::SplitChoices(about.choices)}};
+  Json type = TypeOf(toml_reader::TypeOf(row));
   AddBounds(about, type);
   if (isWord) type = isNumberToo ? Json{{"anyOf", {type, words}}} : words;
   type["description"] = Description(about);
@@ -71,9 +62,9 @@ std::string CaseSchema() {
                  {"type", "object"},
                  {"additionalProperties", false},
                  {"required", {"simulator", "time"}}};
-  ForEachSection([&schema](const SectionDescription& about, const auto& keys) {
-    Json section = SectionSchema(keys);
-    if (about.isList) section = {{"type", "array"}, {"items", section}};
+  ForEachSection([&schema](const auto& about) {
+    Json section = SectionSchema(about.keys);
+    if (about.kIsList) section = {{"type", "array"}, {"items", section}};
     section["description"] = about.meaning;
     schema["properties"][std::string(about.name)] = section;
   });

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "boundary/records.h"
-#include "fieldrun/case/calendar.h"
+#include "described_toml/calendar.h"
 #include "fieldrun/driver/call_trace.h"
 #include "fieldrun/driver/module_api.h"
 #include "fieldrun/network/inflow_curve.h"

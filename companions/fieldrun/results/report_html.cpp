@@ -37,7 +37,7 @@ class Report {
 
  private:
   double Show(double value, Quantity quantity) const {
-    return FromInternal(value, quantity, model_.Units());
+    return FromField(value, quantity, model_.Units());
   }
   std::string Unit(Quantity quantity) const {
     return std::string(UnitName(quantity, model_.Units()));
@@ -242,7 +242,7 @@ std::string Report::WellTable() const {
       "class=\"left\">kind</th>"
       "<th>days open</th><th>oil, {0}</th><th>water, {0}</th><th>gas, {1}</th>"
       "<th>pressure at the end, {2}</th><th class=\"left\">held by, at the end</th></tr></thead>\n",
-      Unit(kLiquidVolume), Unit(kGasVolume), Unit(kPressure));
+      Unit(kLiquidVolume), Unit(kGasVolume), Unit(kGaugePressure));
   for (size_t i = 0; i < history_.wells.size(); ++i) {
     const WellHistory& well = history_.wells[i];
     const WellSpec& spec = *history_.start.wells[i].spec;
@@ -252,7 +252,7 @@ std::string Report::WellTable() const {
         EscapeHtml(spec.name), KindName(spec.Kind()), well.daysOpen,
         ShortNumber(Show(well.total.oil, kLiquidVolume)),
         ShortNumber(Show(well.total.water, kLiquidVolume)),
-        ShortNumber(Show(well.total.gas, kGasVolume)), Show(well.pressure, kPressure),
+        ShortNumber(Show(well.total.gas, kGasVolume)), Show(well.pressure, kGaugePressure),
         EscapeHtml(well.limitedBy));
   }
   return html + "</table></div>\n";
@@ -280,16 +280,16 @@ void Report::AddInflow(Chart& chart, const InflowMoment& moment, const char* col
   };
   ChartSeries series{ToText(moment.date), colour, {}, false};
   for (const InflowPoint& point : moment.inflow) {
-    AddPoint(series, place(point.rates), Show(point.pressure, kPressure));
+    AddPoint(series, place(point.rates), Show(point.pressure, kGaugePressure));
   }
   std::sort(series.points.begin(), series.points.end());
   chart.series.push_back(std::move(series));
   if (!moment.point.isOpen) return;
   const double x = place(moment.point.rates);
-  const double y = Show(moment.point.pressure, kPressure);
+  const double y = Show(moment.point.pressure, kGaugePressure);
   chart.markers.push_back({x, y, colour,
                            fmt::format("{}: {:.4g} at {:.5g} {}, held by {}", ToText(moment.date),
-                                       x, y, Unit(kPressure), moment.point.limitedBy)});
+                                       x, y, Unit(kGaugePressure), moment.point.limitedBy)});
 }
 
 // What the tubing needs at its foot along the last inflow: it meets the inflow where the well
@@ -308,7 +308,7 @@ void Report::AddLift(Chart& chart, const WellSpec& spec, const InflowMoment& mom
     if (foot > 2 * curve.At(0).pressure) continue;
     series.points.emplace_back(
         showsGas ? Show(rates.gas, kGasRate) : Show(rates.Liquid(), kLiquidRate),
-        Show(foot, kPressure));
+        Show(foot, kGaugePressure));
   }
   chart.series.push_back(std::move(series));
 }
@@ -319,7 +319,7 @@ Chart Report::InflowChart(size_t place) const {
   const bool showsGas = FlowsMostlyGas(well.first.inflow);
   Chart chart;
   chart.title = "Inflow, first and last";
-  chart.yUnit = Unit(kPressure);
+  chart.yUnit = Unit(kGaugePressure);
   chart.xTitle = (showsGas ? "gas, " + Unit(kGasRate) : "liquid, " + Unit(kLiquidRate));
   chart.startsAtZero = false;
   if (spec.Kind() == WellKind::kProducer) chart.height = 500;  // stands beside two rows
@@ -355,8 +355,8 @@ std::string Report::RateCharts(size_t place) const {
 
 std::string Report::WellCard(size_t place) const {
   const WellSpec& spec = *history_.start.wells[place].spec;
-  Chart pressure = OverTime("Bottom-hole pressure", kPressure,
-                            {WellSeries(place, "pressure", "pressure", kPressure,
+  Chart pressure = OverTime("Bottom-hole pressure", kGaugePressure,
+                            {WellSeries(place, "pressure", "pressure", kGaugePressure,
                                         [](const WellMoment& m) { return m.pressure; })});
   pressure.startsAtZero = false;
   std::string html = fmt::format(

@@ -64,14 +64,14 @@ class Rows {
   double Number(const char* column, Quantity quantity = kNone) const {
     const std::string& text = Text(column);
     if (text.empty()) return std::numeric_limits<double>::quiet_NaN();
-    return ToInternal(ReadDouble(text), quantity, run_.model.Units());
+    return ToField(ReadDouble(text), quantity, run_.model.Units());
   }
   Rates RatesOf(const std::string& prefix, Quantity liquid, Quantity gas) const {
     return {Number((prefix + "oil").c_str(), liquid), Number((prefix + "water").c_str(), liquid),
             Number((prefix + "gas").c_str(), gas)};
   }
   InflowPoint Point(const std::string& prefix) const {
-    return {Number((prefix + "pressure").c_str(), kPressure),
+    return {Number((prefix + "pressure").c_str(), kGaugePressure),
             RatesOf(prefix, kLiquidRate, kGasRate)};
   }
   size_t Step() const { return static_cast<size_t>(Number("step")) - 1; }
@@ -160,7 +160,7 @@ void Replay::ReadGroups(StepRecord& record) const {
     group.group = one.substr(0, limit);
     group.limit = one.substr(limit + 2, number - limit - 2);
     group.before =
-        ToInternal(ReadDouble(one.substr(number + 2)), QuantityOf(group), run_.model.Units());
+        ToField(ReadDouble(one.substr(number + 2)), QuantityOf(group), run_.model.Units());
     end = std::min(end + kEndOfGroup.size(), text.size());
   }
 }

@@ -28,7 +28,7 @@ ResultTables::ResultTables(const std::string& folder, UnitSystem units)
 // What isn't known stands empty.
 std::string ResultTables::Number(double value, Quantity quantity) const {
   if (!std::isfinite(value)) return "";
-  return fmt::format("{:.7g}", FromInternal(value, quantity, units_));
+  return fmt::format("{:.7g}", FromField(value, quantity, units_));
 }
 
 std::string ResultTables::Heading(std::string_view name, Quantity quantity) const {
@@ -46,7 +46,7 @@ std::string ResultTables::TotalFields(const Rates& volumes) const {
 }
 
 std::string ResultTables::PointFields(const InflowPoint& point) const {
-  return Number(point.pressure, kPressure) + "," + RateFields(point.rates);
+  return Number(point.pressure, kGaugePressure) + "," + RateFields(point.rates);
 }
 
 // "plant: liquid (1320 without it); ..."
@@ -74,7 +74,7 @@ void ResultTables::WriteHeadings() {
                        Heading(fmt::format("{}water", prefix), liquid),
                        Heading(fmt::format("{}gas", prefix), gas));
   };
-  const std::string pressure = Heading("pressure", kPressure);
+  const std::string pressure = Heading("pressure", kGaugePressure);
   const std::string rates = columns("", kLiquidRate, kGasRate);
   const std::string totals = columns("total ", kLiquidVolume, kGasVolume);
   wellsFile_->Write(fmt::format(

@@ -30,9 +30,9 @@ constexpr TubingNumber kTubingNumbers[] = {
 Json ToJson(const TubingSpec& tubing, UnitSystem units) {
   Json json{{"name", tubing.name}};
   for (const auto& [key, quantity, number] : kTubingNumbers) {
-    json[key] = FromInternal(tubing.*number, quantity, units);
+    json[key] = FromField(tubing.*number, quantity, units);
   }
-  if (tubing.length) json["length"] = FromInternal(*tubing.length, Quantity::kLength, units);
+  if (tubing.length) json["length"] = FromField(*tubing.length, Quantity::kLength, units);
   return json;
 }
 
@@ -40,10 +40,10 @@ TubingSpec TubingOf(const Json& json, UnitSystem units) {
   TubingSpec tubing;
   tubing.name = json.at("name");
   for (const auto& [key, quantity, number] : kTubingNumbers) {
-    tubing.*number = ToInternal(json.at(key), quantity, units);
+    tubing.*number = ToField(json.at(key), quantity, units);
   }
   if (json.contains("length")) {
-    tubing.length = ToInternal(json.at("length"), Quantity::kLength, units);
+    tubing.length = ToField(json.at("length"), Quantity::kLength, units);
   }
   return tubing;
 }
@@ -53,7 +53,7 @@ Json ToJson(const WellSpec& well, const CaseModel& model) {
   if (well.tubing.empty()) return json;
   json["tubing"] = well.tubing;
   json["manifold_pressure"] =
-      FromInternal(model.ManifoldPressureOf(well), Quantity::kPressure, model.Units());
+      FromField(model.ManifoldPressureOf(well), Quantity::kGaugePressure, model.Units());
   return json;
 }
 
@@ -64,7 +64,7 @@ WellSpec WellOf(const Json& json, UnitSystem units) {
   well.downtime = json.at("downtime");
   well.tubing = json.value("tubing", "");
   if (json.contains("manifold_pressure")) {
-    well.manifoldPressure = ToInternal(json.at("manifold_pressure"), Quantity::kPressure, units);
+    well.manifoldPressure = ToField(json.at("manifold_pressure"), Quantity::kGaugePressure, units);
   }
   return well;
 }

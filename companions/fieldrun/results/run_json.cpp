@@ -18,9 +18,9 @@ void PrintLine(const Json& json) {
 
 /// Oil, water and gas; `liquid` and `gas` are what they are measured in.
 Json Phases(const Rates& rates, Quantity liquid, Quantity gas, UnitSystem units) {
-  return {{"oil", FromInternal(rates.oil, liquid, units)},
-          {"water", FromInternal(rates.water, liquid, units)},
-          {"gas", FromInternal(rates.gas, gas, units)}};
+  return {{"oil", FromField(rates.oil, liquid, units)},
+          {"water", FromField(rates.water, liquid, units)},
+          {"gas", FromField(rates.gas, gas, units)}};
 }
 
 }  // namespace

@@ -5,9 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "fieldrun/case/calendar.h"
+#include "described_toml/calendar.h"
 
 namespace gantry::fieldrun {
+
+using toml_reader::Date;
 
 struct ChartSeries {
   std::string name;    ///< in the legend

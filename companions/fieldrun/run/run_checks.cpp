@@ -47,8 +47,7 @@ RunChecks::RunChecks(UnitSystem units, std::function<void(const RunWarning&)> wa
     : units_(units), warn_(std::move(warn)) {}
 
 std::string RunChecks::Show(double value, Quantity quantity) const {
-  return fmt::format("{:.4g} {}", FromInternal(value, quantity, units_),
-                     UnitName(quantity, units_));
+  return fmt::format("{:.4g} {}", FromField(value, quantity, units_), UnitName(quantity, units_));
 }
 
 void RunChecks::Tell(const std::string& topic, const RunWell& well, const Date& date,
@@ -114,7 +113,8 @@ bool RunChecks::Report(const RunWell& well, const Date& date, const OperatingPoi
   if (std::abs(reported.pressure - planned.pressure) > kPressureOff * plan) {
     Tell("pressure", well, date,
          fmt::format("doesn't hold its planned pressure, {}: the simulator reports {}",
-                     Show(planned.pressure, kPressure), Show(reported.pressure, kPressure)));
+                     Show(planned.pressure, kGaugePressure),
+                     Show(reported.pressure, kGaugePressure)));
   }
   return true;
 }

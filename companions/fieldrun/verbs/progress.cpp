@@ -109,7 +109,7 @@ void Progress::StepBegins(size_t step, const Date& date) {
 
 std::string Progress::Shown(double value, Quantity quantity, int digits) const {
   if (!std::isfinite(value)) return "?";
-  return fmt::format("{:.{}f}", FromInternal(value, quantity, units_), digits);
+  return fmt::format("{:.{}f}", FromField(value, quantity, units_), digits);
 }
 
 void Progress::PrintRow(const StepRecord& record) const {

@@ -28,9 +28,10 @@ namespace {
 void ListUnitsOfCase(const Session& session) {
   const UnitSystem system = ReadCaseOf(session.options).Units();
   std::vector<PrintedRow> rows;
-  for (const auto& [quantity, name] : kQuantityNames) {
-    rows.push_back(
-        {{"quantity", std::string(name)}, {"unit", std::string(UnitName(quantity, system))}});
+  for (const toml_reader::QuantityRow& row : toml_reader::Quantities()) {
+    if (row.name.empty()) continue;
+    rows.push_back({{"quantity", std::string(row.name)},
+                    {"unit", std::string(UnitName(row.quantity, system))}});
   }
   Print(rows, session.options.json);
 }

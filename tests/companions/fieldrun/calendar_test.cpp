@@ -1,8 +1,8 @@
-#include "fieldrun/case/calendar.h"
+#include "described_toml/calendar.h"
 
 #include <gtest/gtest.h>
 
-namespace gantry::fieldrun {
+namespace gantry::toml_reader {
 namespace {
 
 TEST(Calendar, CountsDaysFromTheLastOfDecember1899) {
@@ -19,4 +19,4 @@ TEST(Calendar, KnowsWhichDaysThereAre) {
 }
 
 }  // namespace
-}  // namespace gantry::fieldrun
+}  // namespace gantry::toml_reader

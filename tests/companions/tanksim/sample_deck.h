@@ -11,9 +11,10 @@ namespace gantry::simulator::test {
 /// A black-oil deck of one tank with a producer (P), a water injector (W) and a gas injector (G),
 /// the same reservoir in either unit system. `tank` is added to the tank's keys.
 inline std::string SampleDeckText(bool isMetric = false, const std::string& tank = "") {
-  const DeckUnits units(isMetric);
+  using toml_reader::Quantity;
+  const UnitSystem units = isMetric ? UnitSystem::kMetric : UnitSystem::kField;
   const auto n = [&](double value, Quantity quantity) {
-    return fmt::format("{:.15g}", units.FromField(value, quantity) + 0.0);
+    return fmt::format("{:.15g}", FromField(value, quantity, units) + 0.0);
   };
   const auto real = [&](double value, Quantity quantity) {
     std::string text = n(value, quantity);
@@ -54,8 +55,9 @@ inline std::string SampleDeckText(bool isMetric = false, const std::string& tank
   text += fmt::format(
       "[[tank]]\nname = \"T\"\npressure = {}\ntemperature = {}\npore_volume = {}\n"
       "water_saturation = 0.3\ndissolved_gas = {}\nrock_compressibility = {}\n{}\n",
-      pressure(3200), real(180, Quantity::kTemperature), real(4e7, Quantity::kReservoirVolume),
-      real(0.6, Quantity::kGasPerLiquid), real(4e-6, Quantity::kInversePressure), tank);
+      pressure(3200), real(180, Quantity::kSimulatorTemperature),
+      real(4e7, Quantity::kReservoirVolume), real(0.6, Quantity::kGasPerLiquid),
+      real(4e-6, Quantity::kInversePressure), tank);
   text += fmt::format(
       "[[well]]\nname = \"P\"\ntank = \"T\"\ntype = \"producer\"\nproductivity_index = {}\n"
       "minimum_bottom_hole_pressure = {}\ndepth = {}\ntubing_diameter = {}\n",

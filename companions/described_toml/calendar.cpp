@@ -1,10 +1,10 @@
-#include "fieldrun/case/calendar.h"
+#include "described_toml/calendar.h"
 
-#include <chrono>
+#include <cmath>
 
 #include <fmt/format.h>
 
-namespace gantry::fieldrun {
+namespace gantry::toml_reader {
 namespace {
 
 using std::chrono::days;
@@ -12,6 +12,7 @@ using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
 constexpr sys_days kDayZero{std::chrono::year{1899} / 12 / 31};
+constexpr double kSecondsPerDay = 86400;
 
 year_month_day ToChrono(const Date& date) {
   return std::chrono::year{date.year} / date.month / date.day;
@@ -29,11 +30,24 @@ bool IsValid(const Date& date) {
          ToChrono(date).ok();
 }
 
-int DayNumber(const Date& date) {
-  return static_cast<int>((sys_days{ToChrono(date)} - kDayZero).count());
+sys_days MidnightOf(const Date& date) { return ToChrono(date); }
+
+std::array<int32_t, 6> DateAfter(std::chrono::sys_seconds start, double days) {
+  const auto time = start + std::chrono::seconds(std::llround(days * kSecondsPerDay));
+  const auto midnight = std::chrono::floor<std::chrono::days>(time);
+  const auto [year, month, day] = FromChrono(midnight);
+  const std::chrono::hh_mm_ss clock(time - midnight);
+  return {year,
+          month,
+          day,
+          static_cast<int32_t>(clock.hours().count()),
+          static_cast<int32_t>(clock.minutes().count()),
+          static_cast<int32_t>(clock.seconds().count())};
 }
 
-Date FromDayNumber(int number) { return FromChrono(year_month_day{kDayZero + days{number}}); }
+int DayNumber(const Date& date) { return static_cast<int>((MidnightOf(date) - kDayZero).count()); }
+
+Date FromDayNumber(int number) { return FromChrono(kDayZero + days{number}); }
 
 Date AddMonths(const Date& date, int months) {
   const year_month_day moved = ToChrono(date) + std::chrono::months{months};
@@ -50,4 +64,4 @@ Date DateOf(const std::string& text) {
   return date;
 }
 
-}  // namespace gantry::fieldrun
+}  // namespace gantry::toml_reader

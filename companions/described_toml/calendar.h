@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
+#include <chrono>
+#include <cstdint>
 #include <string>
 #include <tuple>
 
-namespace gantry::fieldrun {
+namespace gantry::toml_reader {
 
 /// A calendar day (proleptic Gregorian).
 struct Date {
@@ -19,6 +22,12 @@ struct Date {
 
 bool IsValid(const Date& date);
 
+/// The beginning of a day.
+std::chrono::sys_days MidnightOf(const Date& date);
+
+/// Year, month, day, hour, minute and second, `days` after a time.
+std::array<int32_t, 6> DateAfter(std::chrono::sys_seconds start, double days);
+
 /// The number by which the module knows a day: days from 31 December 1899.
 int DayNumber(const Date& date);
 Date FromDayNumber(int number);
@@ -31,4 +40,4 @@ std::string ToText(const Date& date);
 /// The other way round. A text of another form gives a day that isn't valid.
 Date DateOf(const std::string& text);
 
-}  // namespace gantry::fieldrun
+}  // namespace gantry::toml_reader
