@@ -74,7 +74,6 @@ SourceList MakeSources(const std::vector<ConnectorWellStatus>& statuses) {
     Source& source = sources.Items.emplace_back();
     source.Name = status.name;
     source.SourceType = ClassifyWellType(status.type);
-    source.Status = ClassifyWellState(status.status);
   }
   return sources;
 }

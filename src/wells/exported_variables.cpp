@@ -59,17 +59,6 @@ uint64_t EntryCountOf(const CExportedVariableWellParent& parent, size_t componen
   return count;
 }
 
-void EvaluateParent(CExtConnectorBase& connector, CExportedVariableWellParent& parent) {
-  Strings keys;
-  std::vector<int32_t> families;
-  for (const auto& variable : parent.Variables) {
-    keys.push_back(variable->Key);
-    families.push_back(variable->UnitFamily);
-  }
-  const Doubles values = ReadValues(connector, parent.WellName, keys, families);
-  for (size_t i = 0; i < keys.size(); ++i) parent.Variables[i].Value = values[i];
-}
-
 }  // namespace
 
 CExportedVariable::CExportedVariable(const WellVariable& row)
@@ -189,17 +178,6 @@ bool CExportedVariables::HasPerComponentVariable() const {
     }
   }
   return false;
-}
-
-int32_t CExportedVariables::EvaluateAll(CExtConnectorBase& connector, std::string& error) {
-  for (const auto& parent : *this) {
-    try {
-      EvaluateParent(connector, *parent);
-    } catch (const std::exception& failure) {
-      return EvaluationFailed(parent->WellName, failure, error);
-    }
-  }
-  return 0;
 }
 
 void CExportedVariables::Serialize(CaseArchive& archive, int32_t version) {

@@ -30,7 +30,6 @@ class CExportedVariable : public CExtCollectionObject {
   uint32_t Code = 0;
   int32_t UnitFamily = -1;
   uint32_t Kind = 1;  ///< 1 one value, 0 one for each component, any other number that many
-  double Value = 0.0;
 };
 
 class CExportedVariableCollection : public CExtCollection<CExportedVariable> {
@@ -71,9 +70,6 @@ class CExportedVariables : public CExtCollection<CExportedVariableWellParent> {
   /// list order. `variable` is null when there is none.
   Entry FindEntry(int32_t handle, size_t componentCount);
   bool HasPerComponentVariable() const;
-  /// Reads the values of all variables without their elements, one exchange for each well. 0, or 1
-  /// with `error` at the first failure.
-  int32_t EvaluateAll(CExtConnectorBase& connector, std::string& error);
   /// In the direction of the archive; a read appends to what the list holds.
   void Serialize(CaseArchive& archive, int32_t version);
 };

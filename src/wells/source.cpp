@@ -3,7 +3,6 @@
 #include <array>
 #include <exception>
 #include <initializer_list>
-#include <span>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -27,11 +26,6 @@ constexpr std::array<Words, 4> kWellTypes = {{{"PRODUCER", kProducer},
                                               {"WATER_INJECTOR", kWaterInjector},
                                               {"GAS_INJECTOR", kGasInjector},
                                               {"INJECTOR", kInjector}}};
-constexpr std::array<Words, 5> kWellStates = {{{"OPEN", kOpen},
-                                               {"SURFACE_SHUTIN", kShutSurface},
-                                               {"SURFACE_ABANDONED", kShutSurface},
-                                               {"ALL_COMPLETIONS_SHUTIN", kShutCompletions},
-                                               {"ALL_COMPLETIONS_ABANDONED", kShutCompletions}}};
 
 /// The variables that can be asked for in the driver's units, by the ending below.
 constexpr std::string_view kFieldUnits = "_FIELD";
@@ -44,13 +38,6 @@ constexpr std::array<Words, 9> kFieldVariables = {{{"RES_VOLUME_PRODUCTION_RATE"
                                                    {"GAS_PRODUCTION_RATE", kGasRate},
                                                    {"WATER_INJECTION_RATE", kLiquidRate},
                                                    {"GAS_INJECTION_RATE", kGasRate}}};
-
-int32_t CodeOf(std::span<const Words> table, const std::string& text, int32_t otherwise) {
-  for (const auto& [word, code] : table) {
-    if (text == word) return code;
-  }
-  return otherwise;
-}
 
 /// Cuts the ending off a variable's name, and gives the unit family that it stood for.
 int32_t TakeFieldUnits(std::string& variable) {
@@ -113,9 +100,12 @@ void ChooseProducerControl(const IPRPoint& point, int32_t opMode, WellControl& c
 
 }  // namespace
 
-int32_t ClassifyWellType(const std::string& text) { return CodeOf(kWellTypes, text, kProducer); }
-
-int32_t ClassifyWellState(const std::string& text) { return CodeOf(kWellStates, text, kOpen); }
+int32_t ClassifyWellType(const std::string& text) {
+  for (const auto& [word, type] : kWellTypes) {
+    if (text == word) return type;
+  }
+  return kProducer;
+}
 
 std::string InjectionSourceName(const std::string& well) { return well + "_ginj"; }
 

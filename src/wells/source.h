@@ -14,7 +14,7 @@ inline constexpr double kUnsetValue = -9999.9999;
 
 /// The well types, as the simulator reports them.
 enum WellType : int32_t { kProducer = 0, kWaterInjector = 1, kGasInjector = 2, kInjector = 3 };
-/// The well states.
+/// The states that a well can be asked for.
 enum WellState : int32_t { kShutCompletions = 0, kShutSurface = 1, kOpen = 2 };
 
 /// The words that the driver sends as statuses.
@@ -24,8 +24,6 @@ extern const char* const kCompletionsShutWord;  // "ALL_COMPLETIONS_SHUTIN"
 
 /// The code of the simulator's type text; an unknown one is a producer.
 int32_t ClassifyWellType(const std::string& text);
-/// The code of the simulator's state text; an unknown one is open.
-int32_t ClassifyWellState(const std::string& text);
 /// The name of the fluid source that is made for a gas injector of a compositional run.
 std::string InjectionSourceName(const std::string& well);
 
@@ -48,8 +46,7 @@ class Source : public CExtDataServerObject {
   /// True when the well's inflow makes more than 20000 cubic feet of gas to the barrel of liquid.
   bool IsGasWell() const;
 
-  int32_t Status = 0;
-  int32_t RequestedStatus = 0;
+  int32_t RequestedStatus = 0;  ///< a `WellState`: what the host asked for last
   int32_t SourceType = 0;
   std::string Name;
   double OnTimeFraction = 1.0;

@@ -11,9 +11,7 @@ namespace {
 
 TEST(LinkSettings, CutsTheDatasetPathByItsOwnRule) {
   struct Row {
-    const char* path;
-    const char* directory;
-    const char* name;
+    std::string path, directory, name;
   };
   for (const Row& row : {Row{"", "", ""},
                          {"run.afi", "", "run"},
@@ -31,12 +29,11 @@ TEST(LinkSettings, CutsTheDatasetPathByItsOwnRule) {
     settings.FileName = row.path;
     EXPECT_EQ(settings.GetCaseDirectory(), row.directory) << row.path;
     EXPECT_EQ(settings.GetCaseBaseName(), row.name) << row.path;
-    EXPECT_EQ(settings.GetBackupFileName(), std::string(row.path) + ".backup");
-    EXPECT_EQ(settings.GetScriptFileName(), row.directory + std::string(row.name) + "_py.py");
+    EXPECT_EQ(settings.GetScriptFileName(), row.directory + row.name + "_py.py");
   }
 }
 
-/// Writes by path below "CaseDetails" and reads back.
+/// Writes by a path and reads back.
 std::string Set(LinkSettings& settings, const std::string& path, const char* value) {
   TagParser write = TagParser::ForWriting(path, value);
   if (!settings.Handle(write, nullptr)) return "not taken";
@@ -46,59 +43,49 @@ std::string Set(LinkSettings& settings, const std::string& path, const char* val
 }
 
 TEST(LinkSettings, EveryFieldIsReachedByItsPathAndHeldWithinItsRange) {
-  LinkSettings settings;
-  for (const char* field :
-       {"ConnectionMode", "IPRModel", "UpTimeMode", "HeadNodePort", "LinuxIXVersion", "Parallel"}) {
-    EXPECT_EQ(Set(settings, "CaseDetails." + std::string(field), "17"), "17") << field;
+  LinkSettings s;
+  int32_t value = 10;
+  for (const char* field : {"ConnectionMode", "IPRModel", "UpTimeMode", "HeadNodePort",
+                            "LinuxIXVersion", "Parallel", "HeadNode", "SimExeName", "FileName"}) {
+    const std::string text = std::to_string(value++);
+    EXPECT_EQ(Set(s, std::string("casedetails.") + field, text.c_str()), text) << field;
   }
-  for (const char* field : {"HeadNode", "SimExeName", "FileName"}) {
-    EXPECT_EQ(Set(settings, "casedetails." + std::string(field), "a b"), "a b") << field;
-  }
-  for (const char* field : {"CloseUnconnectedWells", "StdLogging"}) {
-    EXPECT_EQ(Set(settings, "CaseDetails." + std::string(field), "1"), "1") << field;
-  }
-  EXPECT_TRUE(settings.CloseUnconnectedWells && settings.StdLogging);
-  EXPECT_EQ(settings.HeadNodePort, 17);
-  EXPECT_EQ(settings.FileName, "a b");
-  EXPECT_EQ(Set(settings, "Parallel", "2"), "not taken");
-  EXPECT_EQ(Set(settings, "CaseDetails.Other", "2"), "not taken");
-  EXPECT_EQ(Set(settings, "CaseDetails.Parallel", "0"), "1");
-  EXPECT_EQ(Set(settings, "CaseDetails.Parallel", "1000"), "512");
-  settings.Parallel = -3;
-  char reply[64] = {};
-  TagParser read = TagParser::ForReading("CaseDetails.Parallel", reply);
-  EXPECT_TRUE(settings.Handle(read, nullptr));
-  EXPECT_EQ(settings.Parallel, 1);
+  EXPECT_EQ((std::vector{s.ConnectionMode, s.IPRModel, s.UpTimeMode, s.HeadNodePort,
+                         s.LinuxIXVersion, s.Parallel}),
+            (std::vector{10, 11, 12, 13, 14, 15}));
+  EXPECT_EQ(s.HeadNode + s.SimExeName + s.FileName, "161718");
+  EXPECT_EQ(Set(s, "CaseDetails.CloseUnconnectedWells", "1"), "1");
+  EXPECT_EQ(Set(s, "CaseDetails.StdLogging", "1"), "1");
+  EXPECT_TRUE(s.CloseUnconnectedWells && s.StdLogging);
+  EXPECT_EQ(Set(s, "Parallel", "2"), "not taken");
+  EXPECT_EQ(Set(s, "CaseDetails.Other", "2"), "not taken");
+  EXPECT_EQ(Set(s, "CaseDetails.Parallel", "0"), "1");
+  EXPECT_EQ(Set(s, "CaseDetails.Parallel", "1000"), "512");
 }
 
 TEST(LinkSettings, TheRegistryKeepsTheLastUsedValues) {
   const TestFolder folder;
-  LinkSettings saved;
-  saved.SimExeName = "C:\\ix.exe";
-  saved.FileName = "a.afi";
-  saved.HeadNode = "node";
-  saved.HeadNodePort = 1;
-  saved.LinuxIXVersion = 20162;
-  saved.Parallel = 1000;
-  saved.IPRModel = 0;
-  saved.SaveToRegistry();
-
-  LinkSettings loaded;
-  loaded.LoadFromRegistry();
-  const auto kept = [](const LinkSettings& s) {
-    return std::tie(s.SimExeName, s.FileName, s.HeadNode, s.HeadNodePort, s.LinuxIXVersion,
-                    s.Parallel);
-  };
-  EXPECT_EQ(kept(loaded), kept(saved));
-  EXPECT_EQ(loaded.IPRModel, 1) << "has no place in the registry";
-
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
-  key->WriteText("HeadNodePort", "9");
+  LinkSettings settings;
+  settings.SimExeName = "C:\\ix.exe";
+  settings.FileName = "a.afi";
+  settings.HeadNode = "node";
+  settings.SaveToRegistry();
+  EXPECT_EQ(key->ReadText("Module"), "C:\\ix.exe");
+  EXPECT_EQ(key->ReadText("Dataset"), "a.afi");
+  EXPECT_EQ(key->ReadText("HeadNode"), "node");
+  EXPECT_EQ(key->ReadNumber("Parallel"), 1u);
+  EXPECT_EQ(key->ReadNumber("HeadNodePort"), 7777u);
+  EXPECT_EQ(key->ReadNumber("LinuxIXVersion"), 100000u);
+
+  key->WriteText("Dataset", "b.afi");
+  key->WriteNumber("LinuxIXVersion", 20162);
+  key->WriteText("HeadNodePort", "a value of the wrong type leaves its field");
   key->WriteNumber("Module", 9);
-  loaded.HeadNodePort = 2;
-  loaded.LoadFromRegistry();
-  EXPECT_EQ(loaded.SimExeName, "C:\\ix.exe") << "a value of the wrong type leaves its field";
-  EXPECT_EQ(loaded.HeadNodePort, 2);
+  settings.LoadFromRegistry();
+  EXPECT_EQ(settings.FileName + "/" + settings.SimExeName, "b.afi/C:\\ix.exe");
+  EXPECT_EQ(settings.LinuxIXVersion, 20162);
+  EXPECT_EQ(settings.HeadNodePort, 7777);
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #include "settings/machine_config.h"
 
+#include <sstream>
 #include <thread>
 
 #include <gtest/gtest.h>
 
-#include "client/unit_converter.h"
 #include "platform/registry.h"
 #include "support/test_folder.h"
 
@@ -15,44 +15,52 @@ using platform::RegistryKey;
 
 class MachineConfig : public testing::Test {
  protected:
-  static std::unique_ptr<RegistryKey> Key() {
-    return RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  static std::unique_ptr<RegistryKey> Key(uintptr_t root = platform::kCurrentUser,
+                                          const std::string& path = kRegistryKey) {
+    return RegistryKey::Create(root, path);
   }
 
   TestFolder folder_;
 };
 
+/// Property, name, family, the host's code of it, and whether it is a scalar.
+std::string PropertiesOf(const CIXConfig& config) {
+  std::ostringstream text;
+  for (const auto& property : config.UserProperties) {
+    text << property->Property << ',' << property->DisplayName << ',' << property->UnitFamily << ','
+         << property->UnitCode << ',' << property->IsScalar << ';';
+  }
+  return text.str();
+}
+
 TEST_F(MachineConfig, IsSavedWhenItGoes) {
   const std::string program = folder_.Write("ix", "").string();
+  const char* const list = "OPR|Oil rate|-1|1~XMF|X|3|0~";
+  Key()->WriteText("UserProperties", list);
   {
     CIXConfig config;
-    config.SimExecutable = program;
+    EXPECT_EQ(config.StartPort, 9001);
+    EXPECT_EQ(config.EndPort, 9101);
+    config.SimExecutable = config.MPIExecutable = program;
     config.CmdLine = "-x \"y\"";
-    config.EndPort = 9002;
-    config.UserProperties.push_back(std::make_unique<CIXUserProperty>(
-        CIXUserProperty{.Property = "OPR", .SimulatorItem = {}, .DisplayName = "Oil rate"}));
-    config.UserProperties.push_back(
-        std::make_unique<CIXUserProperty>(CIXUserProperty{.Property = "XMF",
-                                                          .SimulatorItem = {},
-                                                          .DisplayName = "X",
-                                                          .UnitFamily = 3,
-                                                          .IsScalar = 0}));
+    config.StartPort = 9002;
+    config.EndPort = 9003;
   }
-  EXPECT_EQ(Key()->ReadText("UserProperties"), "OPR|Oil rate|-1|1~XMF|X|3|0~");
+  const auto key = Key();
+  EXPECT_EQ(key->ReadText("SimExecutable"), program);
+  EXPECT_EQ(key->ReadText("CmdLine"), "-x \"y\"");
+  EXPECT_EQ(key->ReadNumber("StartPort"), 9002u);
+  EXPECT_EQ(key->ReadText("UserProperties"), list);
   const CIXConfig config;
-  EXPECT_EQ(config.SimExecutable, program);
+  EXPECT_EQ(config.SimExecutable + config.MPIExecutable, program + program);
   EXPECT_EQ(config.CmdLine, "-x \"y\"");
-  EXPECT_EQ(config.StartPort, 9001);
-  EXPECT_EQ(config.EndPort, 9002);
-  ASSERT_EQ(config.UserProperties.size(), 2u);
-  EXPECT_EQ(config.UserProperties[0]->UnitCode, 60051u);
-  EXPECT_EQ(config.UserProperties[1]->UnitCode, UnitFamilyTable[3].userCode);
+  EXPECT_EQ(config.EndPort, 9003);
 }
 
 TEST_F(MachineConfig, IsReadWholeByAStartWhileTheHostCopiesAnother) {
   const std::vector<std::string> places = {"Software\\A", "Software\\B"};
   for (const std::string& place : places) {
-    const auto key = RegistryKey::Create(platform::kCurrentUser, place);
+    const auto key = Key(platform::kCurrentUser, place);
     key->WriteText("CmdLine", std::string(1000, place.back()));
     key->WriteNumber("StartPort", static_cast<uint32_t>(place.back()));
   }
@@ -77,45 +85,34 @@ TEST_F(MachineConfig, AnExecutableThatHasGoneDisappears) {
 }
 
 TEST_F(MachineConfig, ReadsTheListOfUserPropertiesLeniently) {
-  struct Row {
-    const char* list;
-    std::vector<std::string> properties;  ///< property, name, family, scalar
+  const std::pair<const char*, const char*> lists[] = {
+      {"A|B|3~", "A,B,3,60059,1;"},
+      {"A|B|3|0", "A,B,3,60059,0;"},
+      {"A|B~", ""},
+      {"A||3|1~", "A,3,1,60053,1;"},
+      {"  ~~A|  |B|-1|0~C|D|x|0|9~", "A,B,-1,60051,0;C,D,0,60052,1;"},
+      {"A|B|99999999999|-99999999999~", "A,B,2147483647,60051,-2147483648;"},
+      {"|~|", ""},
   };
-  const Row rows[] = {
-      {"A|B|3~", {"A,B,3,1"}},
-      {"A|B|3|0", {"A,B,3,0"}},
-      {"A|B~", {}},
-      {"A||3|1~", {"A,3,1,1"}},
-      {"  ~~A|  |B|-1|0~C|D|x|0|9~", {"A,B,-1,0", "C,D,0,1"}},
-      {"A|B|99999999999|-99999999999~", {"A,B,2147483647,-2147483648"}},
-      {"|~|", {}},
-  };
-  for (const Row& row : rows) {
-    Key()->WriteText("UserProperties", row.list);
-    const CIXConfig config;
-    std::vector<std::string> got;
-    for (const auto& p : config.UserProperties) {
-      got.push_back(p->Property + "," + p->DisplayName + "," + std::to_string(p->UnitFamily) + "," +
-                    std::to_string(p->IsScalar));
-    }
-    EXPECT_EQ(got, row.properties) << row.list;
+  for (const auto& [list, properties] : lists) {
+    Key()->WriteText("UserProperties", list);
+    EXPECT_EQ(PropertiesOf(CIXConfig()), properties) << list;
   }
 }
 
 TEST_F(MachineConfig, LoadsFromAnotherPlaceButTheUsersOwnPropertiesAndAppends) {
-  const auto machine = RegistryKey::Create(platform::kLocalMachine, "Old\\Intersect");
+  const std::string place = "Old\\Intersect";
+  const auto machine = Key(platform::kLocalMachine, place);
   machine->WriteNumber("StartPort", 5);
   machine->WriteText("UserProperties", "M|M|1~");
-  RegistryKey::Create(platform::kCurrentUser, "Old\\Intersect")
-      ->WriteText("UserProperties", "U|U|1~");
+  Key(platform::kCurrentUser, place)->WriteText("UserProperties", "U|U|1~");
   CIXConfig config;
   config.EndPort = 6;
-  config.Load(platform::kLocalMachine, "Old\\Intersect");
-  config.Load(platform::kLocalMachine, "Old\\Intersect");
+  config.Load(platform::kLocalMachine, place);
+  config.Load(platform::kLocalMachine, place);
   EXPECT_EQ(config.StartPort, 5);
   EXPECT_EQ(config.EndPort, 9101);
-  ASSERT_EQ(config.UserProperties.size(), 2u);
-  EXPECT_EQ(config.UserProperties[1]->Property, "U");
+  EXPECT_EQ(PropertiesOf(config), "U,U,1,60053,1;U,U,1,60053,1;");
 }
 
 }  // namespace
