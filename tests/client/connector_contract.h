@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cmath>
-#include <functional>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "client/connector_base.h"
+#include "support/raised.h"
 #include "support/row_tables.h"
 #include "support/simulated_field.h"
 
@@ -37,26 +37,18 @@ class ConnectorContract : public testing::Test {
     return *connector_;
   }
 
-  UnitConverter Units() const { return UnitConverter(field.isMetric); }
-
-  /// What a record must hold of an item, in the driver's units.
-  double Expected(const std::string& well, const std::string& item, int32_t code) {
-    return Units().FromSimulator(field.At(well).Value(item), code);
+  /// A number of the simulator in the driver's units.
+  double Converted(double value, int32_t code) const {
+    return UnitConverter(field.isMetric).FromSimulator(value, code);
   }
+  double Liquid(double rate) const { return Converted(rate, kLiquidRate); }
+  double Gas(double rate) const { return Converted(rate, kGasRate); }
+  double Pressure(double pressure) const { return Converted(pressure, kPressure); }
 
   SimulatedField field;
   std::unique_ptr<Rig> rig_;
   std::unique_ptr<CExtConnectorBase> connector_;
 };
-
-inline std::string FailureOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-  return "";
-}
 
 TYPED_TEST_SUITE_P(ConnectorContract);
 
@@ -85,57 +77,60 @@ TYPED_TEST_P(ConnectorContract, RefusesASimulatorThatIsTooOldOrTooNew) {
                                          {"10000.5", "(10000.5) is too new"},
                                          {" 1e999", "(inf) is too new"}}) {
     this->field.version = version;
-    EXPECT_TRUE(
-        FailureOf([this] {
-          this->Connect();
-        }).starts_with(std::string("The simulator version ") + failure + " for the connector"));
+    EXPECT_TRUE(Raised([this] { this->Connect(); })
+                    .starts_with(std::string("exception: The simulator version ") + failure +
+                                 " for the connector"));
   }
 }
 
-TYPED_TEST_P(ConnectorContract, ListsEveryWell) {
-  std::vector<ConnectorWellStatus> statuses = {{"old", "", ""}};
-  this->Advance().GetWellStatus(statuses);
-  ASSERT_EQ(statuses.size(), 4u);
-  EXPECT_EQ(statuses[0].name, "P1");
-  EXPECT_EQ(statuses[0].status, "SHUT");
-  EXPECT_EQ(statuses[2].type, "WATER_INJECTOR");
-}
-
-TYPED_TEST_P(ConnectorContract, TellsTheEquationOfState) {
-  EOSProperties properties;
-  properties.parachor = {1.0};
-  this->Connect().GetEOSProperties(properties);
-  EXPECT_EQ(properties.componentCount, 2);
-  EXPECT_EQ(properties.eosName, "PR");
-  EXPECT_EQ(properties.componentNames, (Strings{"C1", "C2"}));
-  EXPECT_EQ(properties.molecularWeight, (Doubles{16.0, 30.0}));
-  EXPECT_EQ(properties.criticalTemperature[1], this->Units().FromSimulator(32.0, kTemperature));
-  EXPECT_EQ(properties.criticalPressure[0], this->Units().FromSimulator(46.0, kPressure));
-  EXPECT_EQ(properties.binaryInteraction, Doubles{0.5});
-  EXPECT_TRUE(properties.parachor.empty());
-  EXPECT_EQ(properties.presentProperties & ~uint32_t{EOSProperties::kBinaryInteraction}, 19u);
-}
-
-TYPED_TEST_P(ConnectorContract, ReadsWellsInTheDriversUnits) {
+TYPED_TEST_P(ConnectorContract, ListsEveryWellAndReadsSomeInTheDriversUnits) {
   for (const bool isMetric : {true, false}) {
     this->field.isMetric = isMetric;
+    CExtConnectorBase& connector = this->Advance();
+    std::vector<ConnectorWellStatus> statuses = {{"old", "", ""}};
+    connector.GetWellStatus(statuses);
+    ASSERT_EQ(statuses.size(), 4u);
+    EXPECT_EQ(statuses[0].name + statuses[0].status + statuses[2].type, "P1SHUTWATER_INJECTOR");
     std::vector<ConnectorWellRecord> records;
-    this->Advance().GetWellData({"P2", "G1"}, records);
+    connector.GetWellData({"P2", "G1"}, records);
     ASSERT_EQ(records.size(), 2u);
-    EXPECT_EQ(records[0].name, "P2");
-    EXPECT_EQ(records[0].status, "OPEN");
-    EXPECT_EQ(records[0].oilRate, this->Expected("P2", "OIL_PRODUCTION_RATE", kLiquidRate));
-    EXPECT_EQ(records[0].waterRate, this->Expected("P2", "WATER_PRODUCTION_RATE", kLiquidRate));
-    EXPECT_EQ(records[0].gasRate, this->Expected("P2", "GAS_PRODUCTION_RATE", kGasRate));
-    EXPECT_EQ(records[0].bottomHolePressure,
-              this->Expected("P2", "BOTTOM_HOLE_PRESSURE", kPressure));
-    EXPECT_EQ(records[0].tubingHeadPressure,
-              this->Expected("P2", "TUBING_HEAD_PRESSURE", kPressure));
-    EXPECT_EQ(records[1].gasInjectionRate, this->Expected("G1", "GAS_INJECTION_RATE", kGasRate));
+    EXPECT_EQ(records[0].name + records[0].status, "P2OPEN");
+    EXPECT_EQ(records[0].oilRate, this->Liquid(375.0));
+    EXPECT_EQ(records[0].waterRate, this->Liquid(125.0));
+    EXPECT_EQ(records[0].gasRate, this->Gas(50000.0));
+    EXPECT_EQ(records[0].bottomHolePressure, this->Pressure(200.0));
+    EXPECT_EQ(records[0].tubingHeadPressure, this->Pressure(100.0));
+    EXPECT_EQ(records[1].gasInjectionRate, this->Gas(50000.0));
     EXPECT_EQ(records[1].waterInjectionRate, 0.0);
     EXPECT_EQ(records[1].uptimeFraction, 1.0);
     this->connector_.reset();
   }
+}
+
+TYPED_TEST_P(ConnectorContract, TellsTheEquationOfState) {
+  double value = 0.0;
+  for (const char* name : {"Molecular weight", "TCrit", "PCrit", "VCRIT", "Acentric factor", "BP",
+                           "VSHIFT", "OMEGAA", "OMEGAB", "unheard of"}) {
+    this->field.eosProperties[name] = {++value, 2.0};
+  }
+  EOSProperties eos;
+  eos.parachor = {1.0};
+  this->Connect().GetEOSProperties(eos);
+  EXPECT_EQ(eos.componentCount, 2);
+  EXPECT_EQ(eos.eosName, "PR");
+  EXPECT_EQ(eos.componentNames, (Strings{"C1", "C2"}));
+  EXPECT_EQ(eos.binaryInteraction, Doubles{0.5});
+  EXPECT_EQ(eos.molecularWeight, (Doubles{1.0, 2.0}));
+  EXPECT_EQ(eos.criticalPressure[0], this->Pressure(3.0));
+  const auto degrees = [this](double metric) { return this->Converted(metric, kTemperature); };
+  EXPECT_EQ((Doubles{eos.criticalTemperature[0], eos.boilingPoint[0]}),
+            (Doubles{degrees(2.0), degrees(6.0)}));
+  EXPECT_EQ(eos.criticalVolume[0], this->Converted(4.0, kCriticalVolume));
+  EXPECT_EQ((Doubles{eos.acentricFactor[0], eos.volumeShift[0], eos.omegaA[0], eos.omegaB[0]}),
+            (Doubles{5.0, 7.0, 8.0, 9.0}));
+  EXPECT_TRUE(eos.parachor.empty());
+  EXPECT_EQ(eos.presentProperties | EOSProperties::kBinaryInteraction,
+            4095u - EOSProperties::kExtraProperty - EOSProperties::kParachor);
 }
 
 TYPED_TEST_P(ConnectorContract, MeasuresTheInflowOfEveryKindOfWell) {
@@ -143,45 +138,41 @@ TYPED_TEST_P(ConnectorContract, MeasuresTheInflowOfEveryKindOfWell) {
   std::vector<ConnectorWellRecord> records;
   this->Advance().GetWellDataAndIPR(2, wells, records, true, 1.0);
   ASSERT_EQ(records.size(), 3u);
-  const UnitConverter units = this->Units();
-  const Doubles potentials = {750.0, 800.0, 50000.0};
+  const auto near = [](double value, double expected) {
+    EXPECT_NEAR(value, expected, 1e-9 * std::abs(expected));
+  };
   for (size_t point = 0; point < 10; ++point) {
     const double share = static_cast<double>(10 - point) / 10.0;
-    const auto near = [](double value, double expected) {
-      EXPECT_NEAR(value, expected, 1e-9 * std::abs(expected));
-    };
-    near(records[0].iprOilRate[point], units.FromSimulator(750.0 * share, kLiquidRate));
-    near(records[0].iprWaterRate[point], units.FromSimulator(250.0 * share, kLiquidRate));
-    near(records[0].iprGasRate[point], units.FromSimulator(100000.0 * share, kGasRate));
-    near(records[0].iprPressure[point], units.FromSimulator(250.0 - 100.0 * share, kPressure));
-    near(records[1].iprWaterRate[point], units.FromSimulator(800.0 * share, kLiquidRate));
-    near(records[2].iprGasRate[point], units.FromSimulator(50000.0 * share, kGasRate));
+    near(records[0].iprOilRate[point], this->Liquid(750.0 * share));
+    near(records[0].iprWaterRate[point], this->Liquid(250.0 * share));
+    near(records[0].iprGasRate[point], this->Gas(100000.0 * share));
+    near(records[0].iprPressure[point], this->Pressure(250.0 - 100.0 * share));
+    near(records[1].iprWaterRate[point], this->Liquid(800.0 * share));
+    near(records[2].iprGasRate[point], this->Gas(50000.0 * share));
   }
   EXPECT_EQ(RowsOf(records[2].iprComposition), std::vector(10, Doubles{0.75, 0.25}));
-  EXPECT_EQ(records[0].iprTemperature, Doubles(10, units.FromSimulator(80.0, kTemperature)));
-  EXPECT_EQ(records[0].iprOilDensity, Doubles(10, units.FromSimulator(800.0, kDensity)));
-  EXPECT_EQ(records[0].iprWaterDensity, Doubles(10, units.FromSimulator(1000.0, kDensity)));
-  EXPECT_EQ(records[0].iprGasDensity, Doubles(10, units.FromSimulator(1.0, kDensity)));
+  EXPECT_EQ(records[0].iprTemperature, Doubles(10, this->Converted(80.0, kTemperature)));
+  EXPECT_EQ(records[0].iprOilDensity, Doubles(10, this->Converted(800.0, kDensity)));
+  EXPECT_EQ(records[0].iprWaterDensity, Doubles(10, this->Converted(1000.0, kDensity)));
+  EXPECT_EQ(records[0].iprGasDensity, Doubles(10, this->Converted(1.0, kDensity)));
   EXPECT_EQ(this->field.At("P1").status, "OPEN") << "a well must be open to flow";
 }
 
-TYPED_TEST_P(ConnectorContract, FindsARecordByItsNameInWhateverOrder) {
+TYPED_TEST_P(ConnectorContract, AddsPointsPackedBySkewnessAtEitherPressureToTheRecordOfAName) {
   std::vector<ConnectorWellRecord> records(2);
   records[0].name = "G1";
   records[1].name = "P2";
-  this->Advance().GetWellIPRData(0, {"P2", "G1"}, records, true, 1.0);
-  const UnitConverter units = this->Units();
-  EXPECT_NEAR(records[0].iprGasRate[9], units.FromSimulator(5000.0, kGasRate), 1e-9);
-  EXPECT_NEAR(records[1].iprOilRate[9], units.FromSimulator(37.5, kLiquidRate), 1e-9);
-}
-
-TYPED_TEST_P(ConnectorContract, PacksThePointsBySkewnessAndTakesEitherPressure) {
-  std::vector<ConnectorWellRecord> records;
-  this->Advance().GetWellDataAndIPR(0, {"P2"}, records, false, 2.0);
-  const UnitConverter units = this->Units();
-  EXPECT_NEAR(records[0].iprOilRate[5], units.FromSimulator(375.0 * 0.25, kLiquidRate), 1e-9);
-  EXPECT_NEAR(records[0].iprPressure[0], units.FromSimulator(100.0, kPressure), 1e-9);
+  records[1].iprOilRate = {-1.0};
+  CExtConnectorBase& connector = this->Advance();
+  connector.GetWellIPRData(0, {"P2", "G1"}, records, false, 2.0);
+  EXPECT_NEAR(records[0].iprGasRate.at(9), this->Gas(500.0), 1e-9);
+  EXPECT_NEAR(records[1].iprPressure.at(0), this->Pressure(100.0), 1e-9);
+  EXPECT_NEAR(records[1].iprOilRate.at(6), this->Liquid(375.0 * 0.25), 1e-9);
+  EXPECT_EQ(records[1].iprOilRate[0], -1.0);
   EXPECT_EQ(records[0].iprComposition.RowCount(), 0u);
+  const int before = this->field.requests;
+  connector.GetWellDataAndIPR(2, {}, records, true, 2.5);
+  EXPECT_EQ(this->field.requests, before) << "nothing is asked for no wells";
 }
 
 TYPED_TEST_P(ConnectorContract, SendsWhatTheHostDecidedInTheSimulatorsUnits) {
@@ -213,21 +204,11 @@ TYPED_TEST_P(ConnectorContract, AttachesInjectionSourcesWhereItsVersionCan) {
   }
 }
 
-TYPED_TEST_P(ConnectorContract, AsksNothingForNoWells) {
-  CExtConnectorBase& connector = this->Advance();
-  const int before = this->field.requests;
-  std::vector<ConnectorWellRecord> records;
-  connector.GetWellDataAndIPR(2, {}, records, true, 2.5);
-  EXPECT_TRUE(records.empty());
-  EXPECT_EQ(this->field.requests, before);
-}
-
 REGISTER_TYPED_TEST_SUITE_P(ConnectorContract, KnowsTheRun, RefusesASimulatorThatIsTooOldOrTooNew,
-                            ListsEveryWell, TellsTheEquationOfState, ReadsWellsInTheDriversUnits,
+                            ListsEveryWellAndReadsSomeInTheDriversUnits, TellsTheEquationOfState,
                             MeasuresTheInflowOfEveryKindOfWell,
-                            FindsARecordByItsNameInWhateverOrder,
-                            PacksThePointsBySkewnessAndTakesEitherPressure,
+                            AddsPointsPackedBySkewnessAtEitherPressureToTheRecordOfAName,
                             SendsWhatTheHostDecidedInTheSimulatorsUnits,
-                            AttachesInjectionSourcesWhereItsVersionCan, AsksNothingForNoWells);
+                            AttachesInjectionSourcesWhereItsVersionCan);
 
 }  // namespace gantry::test

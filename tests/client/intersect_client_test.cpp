@@ -47,6 +47,8 @@ TEST(ClientSession, FollowsThePositionsThatTheSimulatorReports) {
   client->shutdown();
   EXPECT_EQ(client->position(), AlgorithmicPosition::END_SIMULATE);
   EXPECT_EQ(client->time(), 31.5) << "FINISHED carries no time";
+  EXPECT_EQ(Raised([] { position_name(static_cast<AlgorithmicPosition>(5)); }),
+            "invalid_argument: Incorrect algorithmic position");
 }
 
 TEST(ClientSession, TriesAgainAfterTheSimulatorRefusedTheSetup) {
@@ -59,12 +61,6 @@ TEST(ClientSession, TriesAgainAfterTheSimulatorRefusedTheSetup) {
   EXPECT_EQ(client.position(), AlgorithmicPosition::UNCONNECTED);
   client.connect("localhost", peer.Port(), kTimeout);
   EXPECT_EQ(client.position(), AlgorithmicPosition::MODEL_DEFINITION);
-}
-
-TEST(ClientSession, NamesThePositionsOfItsTableOnly) {
-  EXPECT_EQ(position_name(AlgorithmicPosition::STARTING), "STARTING");
-  EXPECT_EQ(Raised([] { position_name(static_cast<AlgorithmicPosition>(5)); }),
-            "invalid_argument: Incorrect algorithmic position");
 }
 
 /// "length_error: Incorrect header (received: A vs expected: B)"
@@ -82,7 +78,6 @@ TEST(ClientSession, EndsAtAPositionThatBreaksTheProtocol) {
       {Frame(Parse("STEP#1 END")), WrongHeader("STEP-1-MESS", "STEP-0-MESS")},
       {Frame(Parse(date)), WrongHeader("DATE-5-INTE", "DATE-6-INTE")},
       {Word(0) + Word(99), "length_error: Not enough data read from network"},
-      {std::string(64, 'G'), "exception: read: End of file"},
       {"", "exception: read: End of file"}};
   for (const auto& [bytes, failure] : answers) {
     ScriptedPeer peer;
@@ -92,41 +87,34 @@ TEST(ClientSession, EndsAtAPositionThatBreaksTheProtocol) {
   }
 }
 
-TEST(ClientQueries, ReadWellsWithTheItemsThatTheReplyNames) {
+TEST(ClientQueries, ReadNumbersAndWordsOfWellsAndOfTheReservoir) {
   ScriptedPeer peer;
   peer.Greet()
       .Answer("QUERY QWELLS QITEMS{A, B} WELNAMES{*} END",
               "REPLY QITEMS{B} WELLNAME{P1} VALUES[1.5] WELLNAME{P2} VALUES[2.5] END")
       .Answer("QUERY QWELLS_STR QITEMS{TYPE} WELNAMES{P1} END",
               "REPLY QITEMS{TYPE} WELLNAME{P1} VALUES{PRODUCER} END")
-      .Answer("QUERY QWELLS QITEMS{} WELNAMES{} END", "REPLY END");
-  Session2016 client(peer);
-  WellQueryResult numbers = client->query_wells({"*"}, {"A", "B"});
-  EXPECT_EQ(numbers.items, Strings{"B"});
-  EXPECT_EQ(numbers.wells, (Strings{"P1", "P2"}));
-  EXPECT_EQ(numbers.values[1].front(), 2.5);
-  EXPECT_EQ(client->query_wells_as_strings({"P1"}, {"TYPE"}).values[0].front(), "PRODUCER");
-  EncodedMessage query;
-  client->encode_well_query({}, {}, query);
-  client->query_wells(query, numbers);
-  EXPECT_TRUE(numbers.wells.empty());
-  EXPECT_TRUE(numbers.items.empty());
-  EXPECT_EQ(numbers.values.RowCount(), 0u);
-}
-
-TEST(ClientQueries, ReadTheReservoirAndTheConstraintsOfWells) {
-  ScriptedPeer peer;
-  peer.Greet()
+      .Answer("QUERY QWELLS QITEMS{} WELNAMES{P1} END", "REPLY QITEMS{} END")
+      .Answer("QUERY QWELLS QITEMS{} WELNAMES{} END", "REPLY END")
       .Answer("QUERY QRESVR QITEMS{START_DATE} END", "REPLY QITEM{START_DATE} VALUES<2020, 1> END")
       .Answer("QUERY QRESVR_STR QITEMS{A, B} END",
               "REPLY QITEM{A} VALUES{} QITEM{B} VALUES{, y} END")
       .Answer("QUERY QWCONSTRAINTS WELNAMES{*} END",
               "REPLY WELLNAME{P1} ITEMS{A, B} VALUES[1, 2] SETTERS{USER, DECK} END");
   Session2016 client(peer);
+  WellQueryResult numbers = client->query_wells({"*"}, {"A", "B"});
+  EXPECT_EQ(numbers.items, Strings{"B"}) << "those that the reply names";
+  EXPECT_EQ(numbers.wells, (Strings{"P1", "P2"}));
+  EXPECT_EQ(numbers.values[1].front(), 2.5);
+  EXPECT_EQ(client->query_wells_as_strings({"P1"}, {"TYPE"}).values[0].front(), "PRODUCER");
+  EXPECT_TRUE(client->query_wells({"P1"}, {}).wells.empty());
+  EncodedMessage query;
+  client->encode_well_query({}, {}, query);
+  client->query_wells(query, numbers);
+  EXPECT_TRUE(numbers.wells.empty() && numbers.items.empty() && numbers.values.RowCount() == 0);
   EXPECT_EQ(client->query_reservoir({"START_DATE"}).values[0][1], 1);
-  const ReservoirQueryStringResult texts = client->query_reservoir_as_strings({"A", "B"});
-  EXPECT_TRUE(texts.values[0].empty());
-  EXPECT_EQ(RowsOf(texts.values)[1], (Texts{"", "y"}));
+  const auto texts = client->query_reservoir_as_strings({"A", "B"});
+  EXPECT_EQ(RowsOf(texts.values), (std::vector<Texts>{{}, {"", "y"}}));
   const WellConstraintsResult constraints = client->get_constraints_for_wells({"*"});
   EXPECT_EQ(constraints.wells, Strings{"P1"});
   EXPECT_EQ(constraints.items[0], (Strings{"A", "B"}));
@@ -134,37 +122,32 @@ TEST(ClientQueries, ReadTheReservoirAndTheConstraintsOfWells) {
   EXPECT_EQ(constraints.setters[0], (Strings{"USER", "DECK"}));
 }
 
-TEST(ClientQueries, ReadInflowOfWells) {
+TEST(ClientQueries, ReadInflowAndEveryFluidModel) {
   ScriptedPeer peer;
-  peer.Greet().Answer(
-      "QUERY QIPRDATA WELNAMES{P1, P2} PRESSURETYPES{BHP, THP} NPOINTS<2> SKEWNESS[2.5] END",
-      "REPLY WELLNAME{P1} NPOINTS<2> ITEM{OIL} VALUES[1, 2] ITEM{GAS} VALUES[3, 4] "
-      "WELLNAME{P2} NPOINTS<0> END");
+  peer.Greet()
+      .Answer(
+          "QUERY QIPRDATA WELNAMES{P1, P2} PRESSURETYPES{BHP, THP} NPOINTS<2> SKEWNESS[2.5] END",
+          "REPLY WELLNAME{P1} NPOINTS<2> ITEM{OIL} VALUES[1, 2] ITEM{GAS} VALUES[3, 4] "
+          "WELLNAME{P2} NPOINTS<0> END")
+      .Answer("QUERY QRFLUIDMODEL END",
+              "REPLY FLUIDMODELDNAME{F1} EOSNAME{PR} NCOMPS{C1, C2} BIC[0.01] "
+              "EOSPROPNAME{TCrit} VALUES[1, 2] "
+              "FLUIDMODELDNAME{F2} EOSNAME{SRK} NCOMPS{} BIC[] END");
   Session2016 client(peer);
-  const IPRQueryResult result =
+  const IPRQueryResult inflow =
       client->get_ipr_data_for_wells({"P1", "P2"}, {"BHP", "THP"}, 2, 2.5);
-  EXPECT_EQ(result.wells, (Strings{"P1", "P2"}));
-  EXPECT_EQ(result.items[0], (Strings{"OIL", "GAS"}));
-  EXPECT_EQ(result.values[0][1], (Doubles{3, 4}));
-  EXPECT_TRUE(result.items[1].empty());
+  EXPECT_EQ(inflow.wells, (Strings{"P1", "P2"}));
+  EXPECT_EQ(inflow.items, (std::vector<Strings>{{"OIL", "GAS"}, {}}));
+  EXPECT_EQ(inflow.values[0][1], (Doubles{3, 4}));
   EXPECT_TRUE(client->get_ipr_data_for_wells({"P1"}, {"BHP"}, 0, 1).wells.empty()) << "unasked";
   EXPECT_TRUE(client->get_ipr_data_for_wells({}, {}, 5, 1).wells.empty()) << "unasked";
-}
-
-TEST(ClientQueries, ReadEveryFluidModel) {
-  ScriptedPeer peer;
-  peer.Greet().Answer("QUERY QRFLUIDMODEL END",
-                      "REPLY FLUIDMODELDNAME{F1} EOSNAME{PR} NCOMPS{C1, C2} BIC[0.01] "
-                      "EOSPROPNAME{TCrit} VALUES[1, 2] "
-                      "FLUIDMODELDNAME{F2} EOSNAME{SRK} NCOMPS{} BIC[] END");
-  Session2016 client(peer);
-  const std::vector<ReservoirFluidRecord> records = client->get_res_fluid_models();
-  ASSERT_EQ(records.size(), 2u);
-  EXPECT_EQ(records[0].componentNames, (Strings{"C1", "C2"}));
-  EXPECT_EQ(records[0].propertyNames, Strings{"TCrit"});
-  EXPECT_EQ(records[0].propertyValues[0], (Doubles{1, 2}));
-  EXPECT_EQ(records[0].binaryInteraction, Doubles{0.01});
-  EXPECT_EQ(records[1].eosName, "SRK");
+  const std::vector<ReservoirFluidRecord> fluids = client->get_res_fluid_models();
+  ASSERT_EQ(fluids.size(), 2u);
+  EXPECT_EQ(fluids[0].componentNames, (Strings{"C1", "C2"}));
+  EXPECT_EQ(fluids[0].propertyNames, Strings{"TCrit"});
+  EXPECT_EQ(fluids[0].propertyValues[0], (Doubles{1, 2}));
+  EXPECT_EQ(fluids[0].binaryInteraction, Doubles{0.01});
+  EXPECT_EQ(fluids[1].eosName, "SRK");
 }
 
 TEST(ClientQueries, TakeTheFluidModelUnderAnyNameUpTo2017_1) {
@@ -249,40 +232,31 @@ TEST(ClientSetters, SayWhatTheCatalogueSays) {
 }
 
 TEST(ClientSetters, CompareSizesBeforeAnythingIsSaid) {
-  struct Mismatch {
-    void (*act)(Client2017&);
-    std::string operation, sizes;
+  using Act = std::function<void(Client2017&)>;
+  const auto constrain = [](Strings wells, std::vector<Strings> items, std::vector<Doubles> values,
+                            std::vector<Strings> setters) -> Act {
+    return [=](Client2017& c) { c.set_constraints_for_wells(wells, items, values, setters); };
   };
-  const std::vector<Mismatch> mismatches = {
-      {[](auto& c) {
-         c.set_constraints_for_wells({"P", "Q"}, {{}, {}, {}}, {{}, {}}, {{}, {}});
-       },
-       "set_constraints_for_wells", "1 and 2 (2 vs 3)"},
-      {[](auto& c) { c.set_constraints_for_wells({"P"}, {{}}, {}, {{}}); },
-       "set_constraints_for_wells", "1 and 3 (1 vs 0)"},
-      {[](auto& c) {
-         c.set_constraints_for_wells({"P"}, {{"A", "B"}}, {{1}}, {{"U", "U"}});
-       },
-       "set_constraints_for_wells", "2 and 3 (1 vs 1)"},
-      {[](auto& c) {
-         c.set_constraints_for_wells({"P"}, {{"A", "B"}}, {{1, 2}}, {{"U"}});
-       },
-       "set_constraints_for_wells", "2 and 4 (1 vs 1)"},
-      {[](auto& c) {
-         c.set_status_for_wells({"P", "Q", "R"}, {"", ""}, "USER");
-       },
-       "set_status_for_wells", "1 and 2 (3 vs 2)"},
+  const std::pair<Act, std::string> mismatches[] = {
+      {constrain({"P", "Q"}, {{}, {}, {}}, {{}, {}}, {{}, {}}),
+       "set_constraints_for_wells: inconsistent size of arguments 1 and 2 (2 vs 3)"},
+      {constrain({"P"}, {{}}, {}, {{}}),
+       "set_constraints_for_wells: inconsistent size of arguments 1 and 3 (1 vs 0)"},
+      {constrain({"P"}, {{"A", "B"}}, {{1}}, {{"U", "U"}}),
+       "set_constraints_for_wells: inconsistent size of arguments 2 and 3 (1 vs 1)"},
+      {constrain({"P"}, {{"A", "B"}}, {{1, 2}}, {{"U"}}),
+       "set_constraints_for_wells: inconsistent size of arguments 2 and 4 (1 vs 1)"},
+      {[](auto& c) { c.set_status_for_wells({"P"}, {}, "USER"); },
+       "set_status_for_wells: inconsistent size of arguments 1 and 2 (1 vs 0)"},
       {[](auto& c) { c.set_uptime_fractions_for_wells({"P"}, {}); },
-       "set_uptime_fractions_for_wells", "1 and 2 (1 vs 0)"},
+       "set_uptime_fractions_for_wells: inconsistent size of arguments 1 and 2 (1 vs 0)"},
       {[](auto& c) { c.set_composition_of_fluid_source_external("S", {1}, {}, ""); },
-       "set_composition_of_fluid_source_external", "2 and 3 (1 vs 0)"},
-      {[](auto& c) { c.get_ipr_data_for_wells({"P"}, {}, 0, 1); }, "get_ipr_data_for_wells",
-       "1 and 2 (1 vs 0)"}};
+       "set_composition_of_fluid_source_external: inconsistent size of arguments 2 and 3 (1 vs 0)"},
+      {[](auto& c) { c.get_ipr_data_for_wells({"P"}, {}, 0, 1); },
+       "get_ipr_data_for_wells: inconsistent size of arguments 1 and 2 (1 vs 0)"}};
   Client2017 client;
-  for (const Mismatch& mismatch : mismatches) {
-    EXPECT_EQ(Raised([&] { mismatch.act(client); }),
-              "invalid_argument: IntersectClient::" + mismatch.operation +
-                  ": inconsistent size of arguments " + mismatch.sizes);
+  for (const auto& [act, failure] : mismatches) {
+    EXPECT_EQ(Raised([&] { act(client); }), "invalid_argument: IntersectClient::" + failure);
   }
 }
 

@@ -1,5 +1,6 @@
+#include <algorithm>
 #include <cmath>
-#include <map>
+#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -30,11 +31,10 @@ INSTANTIATE_TYPED_TEST_SUITE_P(V2016_2, ConnectorContract, LocalRig<kVersion2016
 INSTANTIATE_TYPED_TEST_SUITE_P(V2017_2, ConnectorContract, LocalRig<kVersion2017_2>);
 
 TEST(LocalConnector, IsChosenByTheVersionCode) {
-  const std::map<int32_t, std::string> names = {{20171, "2016.2 - 2017.1"},
-                                                {20162, "2016.2 - 2017.1"},
-                                                {20172, "2017.2->"},
-                                                {100000, "2017.2->"}};
-  for (const auto& [code, name] : names) {
+  for (const auto& [code, name] : {std::pair{20171, "2016.2 - 2017.1"},
+                                   {20162, "2016.2 - 2017.1"},
+                                   {20172, "2017.2->"},
+                                   {100000, "2017.2->"}}) {
     ScriptedPeer peer;
     GreetMetricConnector(peer).Start();
     EXPECT_EQ(CreateLocalConnector(code, peer.Port())->GetConnectorVersionName(), name);
@@ -64,8 +64,8 @@ TEST(LocalConnector, MustStandAtTheModelDefinitionAndThenAtTheFirstNewton) {
   {
     ScriptedPeer peer;
     peer.Greet("BEGIN_NEWTON").Start();
-    EXPECT_EQ(FailureOf([&] { CreateLocalConnector(kVersion2017_2, peer.Port()); }),
-              "Incorrect algorithmic position after connection");
+    EXPECT_EQ(Raised([&] { CreateLocalConnector(kVersion2017_2, peer.Port()); }),
+              "exception: Incorrect algorithmic position after connection");
   }
   ScriptedPeer peer;
   GreetMetricConnector(peer).Expect("CONTINUE END").Reply("FINISHED END").Start();
@@ -83,107 +83,88 @@ TEST(LocalConnector, SwallowsWhatGoesWrongInAShutdown) {
             "logic_error: There is no session with the simulator.");
 }
 
-const std::string kRungItems =
-    "{OIL_PRODUCTION_RATE, GAS_PRODUCTION_RATE, WATER_PRODUCTION_RATE, WATER_INJECTION_RATE, "
-    "GAS_INJECTION_RATE, TEMPERATURE, GAS_DENSITY, WATER_DENSITY, OIL_DENSITY, "
-    "BOTTOM_HOLE_PRESSURE, TUBING_HEAD_PRESSURE, TOTAL_MOLE_FRACTION[1]}";
-const std::string kRungItemsReversed =
-    "{TOTAL_MOLE_FRACTION[1], TUBING_HEAD_PRESSURE, BOTTOM_HOLE_PRESSURE, OIL_DENSITY, "
-    "WATER_DENSITY, GAS_DENSITY, TEMPERATURE, GAS_INJECTION_RATE, WATER_INJECTION_RATE, "
-    "WATER_PRODUCTION_RATE, GAS_PRODUCTION_RATE, OIL_PRODUCTION_RATE}";
-
-/// A rung's order to wells, by name. The first rung's rates are beyond what any well can do.
-Entries Force(const Texts& wells, double liquid = 100000.0 * 0.158987,
-              double gas = 100000.0 * 28174.0) {
-  Entries message = {"SET", "SETWCONSTRAINTS"};
-  for (const std::string& well : wells) {
-    message.push_back({"WELLNAME", Texts{well}});
-    message.push_back({"ITEMS", Texts{"LIQUID_PRODUCTION_RATE", "GAS_PRODUCTION_RATE"}});
-    message.push_back({"VALUES", Numbers{liquid, gas}});
-    message.push_back({"SETTERS", Texts{"USER", "USER"}});
-    liquid = 100000.0 * 0.158987;  // those behind the first never answer
-    gas = 100000.0 * 28174.0;
+/// A field whose answers to the messages of one name are changed on the way to its connector.
+struct OddField : SimulatedField {
+  OddField() {
+    peer.Greet().Serve([this](const Entries& request) { return Answer(request); }).Start();
+    connector = CreateLocalConnector(kVersion2017_2, peer.Port());
   }
-  message.emplace_back("END");
-  return message;
-}
+  void Change(const std::string& name, const std::function<void(Entries&)>& by) {
+    message = name;
+    change = by;
+  }
+  void Say(const std::string& name, const std::string& reply) {
+    Change(name, [reply](Entries& entries) { entries = Parse(reply); });
+  }
+  /// The inflow of these wells, as it comes to a record of each of those names.
+  std::vector<ConnectorWellRecord> Sweep(const Strings& asked, const Strings& names,
+                                         int32_t fractions = 0, double skewness = 1.0) {
+    std::vector<ConnectorWellRecord> records(names.size());
+    for (size_t i = 0; i < names.size(); ++i) records[i].name = names[i];
+    connector->GetWellIPRData(fractions, asked, records, true, skewness);
+    return records;
+  }
 
-std::vector<ConnectorWellRecord> RecordOf(const std::string& well) {
-  std::vector<ConnectorWellRecord> records(1);
-  records[0].name = well;
-  return records;
-}
+  std::vector<Entries> Answer(const Entries& request) {
+    std::vector<Entries> messages = AnswerOnWire(*this, request);
+    const std::string& name = request[request[0].name == "SETUP" ? 0 : 1].name;
+    if (name == "SETWCONSTRAINTS") orders.push_back(Describe(request));
+    if (name == message) change(messages.front());
+    return messages;
+  }
 
-TEST(InflowSweep, ForcesRatesDownTheLadderAndTakesItemsInAnyOrder) {
-  // The rates are 30 oil and 10 water, 500 gas.
+  std::string message;
+  std::function<void(Entries&)> change;
+  Texts orders;  ///< the constraints, since the last look at them
   ScriptedPeer peer;
-  GreetMetricConnector(peer)
-      .Answer("SET SETWSTATUS WCLOSURE{USER} SETITEM{STATUS} WELNAMES{P} VALUES{OPEN} END")
-      .Answer("QUERY QWELLS_STR QITEMS{TYPE} WELNAMES{P} END",
-              "REPLY QITEMS{TYPE} WELLNAME{P} VALUES{PRODUCER} END");
-  for (int k = 0; k < 10; ++k) {
-    const double f = std::pow((10 - k) / 10.0, 2.5);
-    peer.Answer(k == 0 ? Force({"P"}) : Force({"P"}, f * 40.0, f * 500.0))
-        .Answer(Parse("QUERY QWELLS QITEMS" + kRungItems + " WELNAMES{P} END"),
-                Parse("REPLY QITEMS" + kRungItemsReversed +
-                      " WELLNAME{P} VALUES[1, 50, 60, 4, 3, 2, 80, 9, 8, 10, 500, 30] END"));
+  std::unique_ptr<CExtConnectorBase> connector;
+};
+
+void TellOfXInPlaceOfP1(Entries& reply) {
+  for (Entry& entry : reply) {
+    if (entry == Entry("WELLNAME", Texts{"P1"})) entry.data = Texts{"X"};
   }
-  peer.Start();
-  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-  std::vector<ConnectorWellRecord> records = RecordOf("P");
-  records[0].iprOilRate = {-1.0};
-  connector->GetWellIPRData(1, {"P"}, records, true, 2.5);
-  const UnitConverter units(true);
-  ASSERT_EQ(records[0].iprOilRate.size(), 11u) << "points are appended";
-  EXPECT_EQ(records[0].iprOilRate[0], -1.0);
-  EXPECT_EQ(records[0].iprOilRate[10], units.FromSimulator(30.0, kLiquidRate));
-  EXPECT_EQ(records[0].iprPressure, Doubles(10, units.FromSimulator(60.0, kPressure)));
-  EXPECT_EQ(RowsOf(records[0].iprComposition), std::vector(10, Doubles{1.0}));
+}
+
+TEST(InflowSweep, BeginsBeyondWhatAnyWellCanDoAndTakesItemsInAnyOrder) {
+  OddField field;
+  field.Change("QWELLS", [](Entries& reply) {
+    std::ranges::reverse(std::get<Texts>(reply.at(1).data));
+    std::ranges::reverse(std::get<Numbers>(reply.at(3).data));
+  });
+  const ConnectorWellRecord record = field.Sweep({"P1"}, {"P1"}, 2, 2.5).front();
+  ASSERT_EQ(field.orders.size(), 10u);
+  EXPECT_EQ(field.orders[0],
+            "SET SETWCONSTRAINTS WELLNAME{P1} ITEMS{LIQUID_PRODUCTION_RATE, GAS_PRODUCTION_RATE} "
+            "VALUES{15898.699999999999, 2817400000} SETTERS{USER, USER} END ");
+  EXPECT_DOUBLE_EQ(record.iprOilRate[0], 750.0 / 0.158987);
+  EXPECT_DOUBLE_EQ(record.iprOilRate[1], 750.0 * std::pow(0.9, 2.5) / 0.158987);
+  EXPECT_EQ(RowsOf(record.iprComposition), std::vector(10, Doubles{0.75, 0.25}));
 }
 
 TEST(InflowSweep, TakesTheWellsThatTheSimulatorTellsOf) {
-  // Asked for P and Q, it has told of X instead of P, and nothing of Q.
-  ScriptedPeer peer;
-  GreetMetricConnector(peer)
-      .ExpectAnyMessage()
-      .Reply("READY END")
-      .ExpectAnyMessage()
-      .Reply("REPLY QITEMS{TYPE} WELLNAME{P} VALUES{PRODUCER} WELLNAME{Q} VALUES{PRODUCER} END");
-  peer.Reply("READY END");
-  for (int k = 0; k < 10; ++k) {
-    const double f = (10 - k) / 10.0;
-    peer.Answer(k == 0 ? Force({"P", "Q"}) : Force({"P", "Q"}, f * 40.0, f * 500.0))
-        .Answer(Parse("QUERY QWELLS QITEMS" + kRungItems + " WELNAMES{P, Q} END"),
-                Parse("REPLY QITEMS" + kRungItems +
-                      " WELLNAME{X} VALUES[30, 500, 10, 3, 4, 80, 8, 9, 2, 60, 50, 1] END"));
-  }
-  peer.Start();
-  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-  std::vector<ConnectorWellRecord> records = RecordOf("X");
-  connector->GetWellIPRData(1, {"P", "Q"}, records, true, 1.0);
-  EXPECT_EQ(records[0].iprGasRate, Doubles(10, UnitConverter(true).FromSimulator(500.0, kGasRate)));
-}
-
-/// Any questions, answered so one by one; an empty reply is just the simulator's being ready.
-ScriptedPeer& Say(ScriptedPeer& peer, const std::vector<std::string>& replies) {
-  for (const std::string& reply : replies) {
-    peer.ExpectAnyMessage();
-    if (!reply.empty()) peer.Reply(Parse(reply));
-    peer.Reply("READY END");
-  }
-  return peer;
+  OddField field;
+  field.Change("QWELLS", TellOfXInPlaceOfP1);
+  const auto lastOil = [&](const Strings& asked, const Strings& names) {
+    return field.Sweep(asked, names).front().iprOilRate.at(9);
+  };
+  EXPECT_DOUBLE_EQ(lastOil({"P1"}, {"X"}), 75.0 / 0.158987) << "X in the place of P1 is P1";
+  field.At("P1").constraints.clear();
+  EXPECT_DOUBLE_EQ(lastOil({"G1", "P1"}, {"X", "G1"}), 750.0 / 0.158987)
+      << "in that of G1, which is there itself, it is nobody";
 }
 
 using C = CExtConnectorBase;
 
 void ReadData(C& connector) {
   std::vector<ConnectorWellRecord> records;
-  connector.GetWellData({"P"}, records);
+  connector.GetWellData({"P1"}, records);
 }
 
 void Sweep(C& connector) {
-  std::vector<ConnectorWellRecord> records = RecordOf("P");
-  connector.GetWellIPRData(0, {"P"}, records, true, 1.0);
+  std::vector<ConnectorWellRecord> records(1);
+  records[0].name = "P1";
+  connector.GetWellIPRData(0, {"P1"}, records, true, 1.0);
 }
 
 void ReadStatuses(C& connector) {
@@ -193,7 +174,7 @@ void ReadStatuses(C& connector) {
 
 void ReadVariables(C& connector) {
   Doubles values;
-  connector.GetWellVariables("P", {"A"}, {kNoUnit}, values);
+  connector.GetWellVariables("P1", {"A"}, {kNoUnit}, values);
 }
 
 void ReadStartDate(C& connector) {
@@ -202,72 +183,64 @@ void ReadStartDate(C& connector) {
 }
 
 TEST(LocalConnector, TellsByOperationThatAnAnswerHasAnotherContent) {
-  const std::string data =
-      "REPLY QITEMS{OIL_PRODUCTION_RATE, GAS_PRODUCTION_RATE, WATER_PRODUCTION_RATE, "
-      "WATER_INJECTION_RATE, GAS_INJECTION_RATE, UPTIME_FRACTION, BOTTOM_HOLE_PRESSURE, "
-      "TUBING_HEAD_PRESSURE} WELLNAME{P} VALUES[1, 1, 1, 1, 1, 1, 1, 1] END";
-  const std::string reordered =
-      "REPLY QITEMS{GAS_PRODUCTION_RATE, OIL_PRODUCTION_RATE, WATER_PRODUCTION_RATE, "
-      "WATER_INJECTION_RATE, GAS_INJECTION_RATE, UPTIME_FRACTION, BOTTOM_HOLE_PRESSURE, "
-      "TUBING_HEAD_PRESSURE} WELLNAME{P} VALUES[1, 1, 1, 1, 1, 1, 1, 1] END";
-  const std::string producer = "REPLY QITEMS{TYPE} WELLNAME{P} VALUES{PRODUCER} END";
-  const std::string rungOfQ =
-      "REPLY QITEMS" + kRungItems + " WELLNAME{Q} VALUES[1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1] END";
   struct Case {
-    std::vector<std::string> replies;
-    void (*act)(C&);
+    std::string question, reply;
+    std::function<void(C&)> act;
     const char* failure;  ///< behind "Unexpected answer when querying the "
   };
   const std::vector<Case> cases = {
-      {{reordered}, ReadData, "well data."},
-      {{data, "REPLY QITEMS{TYPE} WELLNAME{P} VALUES{OPEN} END"}, ReadData, "well statuses."},
-      {{data, "REPLY QITEMS{STATUS} WELLNAME{Q} VALUES{OPEN} END"}, ReadData, "well status data."},
-      {{"REPLY END"}, ReadStatuses, "well statuses."},
-      {{"", "REPLY END"}, Sweep, "well status data."},
-      {{"", "REPLY QITEMS{} WELLNAME{P} VALUES{} END"}, Sweep, "well status data."},
-      {{"", producer, "", "REPLY END"}, Sweep, "well IPR data."},
-      {{"", producer, "", rungOfQ}, Sweep, "well IPR data."},
-      {{"REPLY QITEMS{A} END"}, ReadVariables, "well data."},
-      {{"REPLY QITEM{IX_VERSION} VALUES{} END"},
-       [](C& c) { c.GetVersion(); },
-       "INTERSECT version."},
-      {{"REPLY QITEM{UNIT_SYSTEM} VALUES{a, b} END"},
-       [](C& c) { c.GetMetricFlag(); },
+      {"QWELLS", "REPLY QITEMS{A} WELLNAME{P1} VALUES[1] END", ReadData, "well data."},
+      {"QWELLS_STR", "REPLY QITEMS{TYPE} WELLNAME{P1} VALUES{OPEN} END", ReadData,
+       "well statuses."},
+      {"QWELLS_STR", "REPLY QITEMS{STATUS} WELLNAME{Q} VALUES{OPEN} END", ReadData,
+       "well status data."},
+      {"QWELLS_STR", "REPLY END", ReadStatuses, "well statuses."},
+      {"QWELLS_STR", "REPLY END", Sweep, "well status data."},
+      {"QWELLS_STR", "REPLY QITEMS{} WELLNAME{P1} VALUES{} END", Sweep, "well status data."},
+      {"QWELLS", "REPLY END", Sweep, "well IPR data."},
+      {"QWELLS", "REPLY QITEMS{A} END", ReadVariables, "well data."},
+      {"QRESVR_STR", "REPLY QITEM{IX_VERSION} VALUES{} END", &C::GetVersion, "INTERSECT version."},
+      {"QRESVR_STR", "REPLY QITEM{UNIT_SYSTEM} VALUES{a, b} END", &C::GetMetricFlag,
        "unit system."},
-      {{"REPLY QITEM{START_DATE} VALUES<1, 2, 3, 4, 5> END"},
-       ReadStartDate,
+      {"QRESVR", "REPLY QITEM{START_DATE} VALUES<1, 2, 3, 4, 5> END", ReadStartDate,
        "INTERSECT start date."},
-      {{"REPLY QITEM{FM_FLUID_MODEL} VALUES{x} END"},
-       [](C& c) { c.GetCompositionalFlag(); },
-       "fluid models."}};
+      {"QRESVR_STR", "REPLY QITEM{FM_FLUID_MODEL} VALUES{x} END", &C::GetCompositionalFlag,
+       "fluid models."},
+      {"QWELLS", "REPLY QITEMS{OIL_PRODUCTION_RATE} WELLNAME{P1} VALUES[1] END", Sweep,
+       "well IPR data."}};
+  OddField field;
+  const auto failure = [&](const std::function<void(C&)>& act) {
+    return Raised([&] { act(*field.connector); });
+  };
   for (const Case& c : cases) {
-    ScriptedPeer peer;
-    Say(GreetMetricConnector(peer), c.replies).Start();
-    const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-    EXPECT_EQ(Raised([&] { c.act(*connector); }),
+    field.Say(c.question, c.reply);
+    EXPECT_EQ(failure(c.act),
               std::string("runtime_error: Unexpected answer when querying the ") + c.failure);
   }
+  field.Change("QWELLS", TellOfXInPlaceOfP1);
+  EXPECT_EQ(failure(Sweep), "runtime_error: Unexpected answer when querying the well IPR data.");
 }
 
 TEST(LocalConnector, SendsNothingOfSizesThatDontFit) {
-  ScriptedPeer peer;
-  GreetMetricConnector(peer).Start();
-  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-  EXPECT_EQ(Raised([&] { connector->SetWellConstraints({"P"}, {{"A"}}, {{1.0}}, {{}}); }),
+  OddField field;
+  const int before = field.requests;
+  EXPECT_EQ(Raised([&] { field.connector->SetWellConstraints({"P"}, {{"A"}}, {{1.0}}, {{}}); }),
             "runtime_error: Incorrect argument dimensions passed to SetWellConstraints");
-  EXPECT_EQ(Raised([&] { connector->SetWellInjectionComposition({"S"}, {}); }),
+  EXPECT_EQ(Raised([&] { field.connector->SetWellInjectionComposition({"S"}, {}); }),
             "runtime_error: Inconsistent data sent to SetWellInjectionComposition");
+  EXPECT_EQ(field.requests, before);
+  field.connector->PollWellStatuses();
+  field.connector->PollWellConstraints();
+  EXPECT_EQ(field.requests, before + 2);
 }
 
 TEST(LocalConnector, KnowsAMetricSimulatorByItsExactWordAndGivesTheFirstOfEqualItems) {
-  ScriptedPeer peer;
-  Say(GreetMetricConnector(peer), {"REPLY QITEM{UNIT_SYSTEM} VALUES{ECLIPSE_METRIC2} END",
-                                   "REPLY QITEMS{A, A} WELLNAME{P} VALUES[1, 2] END"})
-      .Start();
-  const auto connector = CreateLocalConnector(kVersion2017_2, peer.Port());
-  EXPECT_FALSE(connector->GetMetricFlag());
+  OddField field;
+  field.Say("QRESVR_STR", "REPLY QITEM{UNIT_SYSTEM} VALUES{ECLIPSE_METRIC2} END");
+  EXPECT_FALSE(field.connector->GetMetricFlag());
+  field.Say("QWELLS", "REPLY QITEMS{A, A} WELLNAME{P} VALUES[1, 2] END");
   Doubles values;
-  connector->GetWellVariables("P", {"A", "A"}, {kNoUnit, kNoUnit}, values);
+  field.connector->GetWellVariables("P1", {"A", "A"}, {kNoUnit, kNoUnit}, values);
   EXPECT_EQ(values, (Doubles{1.0, 1.0}));
 }
 
