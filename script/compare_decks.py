@@ -146,7 +146,8 @@ class Deck:
             return False
 
         def limit(key, record, place, factor=1.0, less=0.0):
-            if len(record) > place and record[place]:
+            # A quantity that the deck computes is no number: it is kept.
+            if len(record) > place and re.match(r"[-+.\d]", record[place]):
                 lines.append(f"{key} = {float(record[place]) * factor - less:.10g}")
 
         for record in records(self.text, "WCONPROD"):
@@ -219,9 +220,10 @@ def compare(alone, coupled):
     return differences, worst, alone.report_days[-1] - end
 
 
-def couple(deck):
+def couple(deck, report_step):
     (deck.folder / "COUPLED.afi").write_text(
-        f'deck = "{deck.file.name}"\ngroups = "deck"\nway_back = false\n'
+        f'deck = "{deck.file.name}"\nreport_step = "{report_step}"\ngroups = "deck"\n'
+        "way_back = false\n"
         f"keep = {KEPT}\n".replace("'", '"'))
     (deck.folder / "case.toml").write_text(deck.case())
     command = [BIN / "fieldrun", "run", "case.toml", "--quiet", "--simulator", BIN / "flowlink",
@@ -233,7 +235,7 @@ def percent(value):
     return "-" if value is None else f"{100 * value:.2f} %"
 
 
-def row(deck):
+def row(deck, report_step):
     """Of the table, and whether it is as it should be."""
     alone_status, alone_seconds, said = run(
         ["flow", "--threads-per-process=1", "--output-dir=alone", deck.file.name], deck.folder,
@@ -241,7 +243,7 @@ def row(deck):
     if alone_status != 0:
         return [deck.name, "flow alone fails"] + ["-"] * (len(TOTALS) + 1) + [
             f"{alone_seconds:.0f} s", "-"], True
-    status, seconds, said = couple(deck)
+    status, seconds, said = couple(deck, report_step)
     results = sorted(deck.folder.rglob("COUPLED.UNSMRY"))
     times = [f"{alone_seconds:.1f} s", f"{seconds:.1f} s"]
     if not results:
@@ -259,6 +261,7 @@ def row(deck):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--quick", action="store_true")
+    parser.add_argument("--months", action="store_true")
     parser.add_argument("--table", type=pathlib.Path)
     parser.add_argument("folders", nargs="*", type=pathlib.Path)
     choice = parser.parse_args()
@@ -276,7 +279,7 @@ def main():
         deck = Deck(file)
         if choice.quick and deck.cells() > QUICK_CELLS:
             continue
-        columns, is_good = row(deck)
+        columns, is_good = row(deck, "month" if choice.months else "deck")
         all_good = all_good and is_good
         lines.append("| " + " | ".join(columns) + " |")
         print(lines[-1], flush=True)

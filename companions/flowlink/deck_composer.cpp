@@ -44,8 +44,8 @@ struct Block {
 class Composer {
  public:
   Composer(const LinkSettings& settings, const std::string& script,
-           const std::vector<std::string>& vectors, const std::optional<RestartPoint>& restart)
-      : settings_(settings), script_(script), vectors_(vectors), restart_(restart) {}
+           const std::vector<std::string>& vectors, const RunBegin& begin)
+      : settings_(settings), script_(script), vectors_(vectors), begin_(begin) {}
 
   /// Takes in the deck; everything found so far stands in `findings` even when this throws.
   void Read() {
@@ -90,11 +90,11 @@ class Composer {
     if (keyword.name == "SUMMARY") hasSummary_ = true;
     if (keyword.name == "DENSITY") TakeDensity(keyword);
     composed_.text.Append(keyword);
-    if (!restart_) return;
+    if (!begin_.restart) return;
     if (keyword.name == "UNIFOUT") composed_.text.Append("UNIFIN\n");
     if (keyword.name == "SOLUTION") {
-      composed_.text.Append("RESTART\n'" + restart_->caseName + "' " +
-                            std::to_string(restart_->report) + " /\n");
+      composed_.text.Append("RESTART\n'" + begin_.restart->caseName + "' " +
+                            std::to_string(begin_.restart->report) + " /\n");
     }
   }
 
@@ -172,15 +172,16 @@ class Composer {
     DeckText& text = composed_.text;
     if (!hasSummary_) text.Append("SUMMARY\n");
     for (const std::string& vector : vectors_) text.Append(vector + "\n/\n");
-    text.Append(restart_ ? "SCHEDULE\nSKIPREST\n" : "SCHEDULE\n");
+    text.Append(begin_.restart ? "SCHEDULE\nSKIPREST\n" : "SCHEDULE\n");
     for (const DeckKeyword& keyword : blocks_.front().keywords) text.Append(keyword);
-    const double begin = restart_ ? restart_->days : 0.0;
+    const double begin = begin_.restart ? begin_.restart->days : 0.0;
     const std::vector<double> times = ReportTimes();
     const auto next = std::ranges::upper_bound(times, begin + kSameTimeDays);
     for (auto time = times.begin(); time != next; ++time) WriteStepTo(*time);
     if (!EnablesTuning(settings_.options)) text.Append(TuningLikeAlone(settings_.options));
     text.Append("PYACTION\nFLOWLINK UNLIMITED /\n'" + script_ + "' /\n");
-    composed_.ends = {begin + kFirstStepDays};
+    if (begin_.orders) text.Append(*begin_.orders);
+    if (!begin_.orders) composed_.ends = {begin + kFirstStepDays};
     composed_.ends.insert(composed_.ends.end(), next, times.end());
     for (const double end : composed_.ends) WriteStepTo(end);
     text.Append("END\n");
@@ -206,7 +207,7 @@ class Composer {
   const LinkSettings& settings_;
   const std::string& script_;
   const std::vector<std::string>& vectors_;
-  const std::optional<RestartPoint>& restart_;
+  const RunBegin& begin_;
   ComposedDeck composed_;
   std::vector<Block> blocks_ = {{0.0, {}}};
   DeckSection section_ = DeckSection::kRunspec;
@@ -248,13 +249,13 @@ std::optional<DeckPlace> DeckText::PlaceOf(size_t line) const {
 }
 
 ComposedDeck ComposeDeck(const LinkSettings& settings, const std::string& script,
-                         const std::vector<std::string>& summaryVectors,
-                         const std::optional<RestartPoint>& restart) {
-  return Composer(settings, script, summaryVectors, restart).Compose();
+                         const std::vector<std::string>& summaryVectors, const RunBegin& begin) {
+  return Composer(settings, script, summaryVectors, begin).Compose();
 }
 
 std::vector<DeckFinding> CheckDeck(const LinkSettings& settings) {
-  Composer composer(settings, "", {}, std::nullopt);
+  const RunBegin begin;
+  Composer composer(settings, "", {}, begin);
   try {
     composer.Read();
   } catch (const LinkFault& fault) {

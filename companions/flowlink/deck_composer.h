@@ -58,16 +58,23 @@ struct RestartPoint {
   double days = 0.0;     ///< at its end
 };
 
-/// How long the first report step of a run is, which there is before a controller is first heard.
+/// How long the first report step of a run is that is only asked: before a step flow has no wells.
 constexpr double kFirstStepDays = 0.0005;
 
-/// Composes the deck around a call of the script of that name, and with the summary vectors; for a
-/// run from its start, or from a restart point.
+/// Where a run begins, and under what.
+struct RunBegin {
+  std::optional<RestartPoint> restart;  ///< none for the deck's start
+  /// The host's keywords for the first report step. Without them the run is there to be asked only
+  /// what its wells would do, and begins with a tiny report step under the deck's.
+  std::optional<std::string> orders;
+};
+
+/// Composes the deck around a call of the script of that name, and with the summary vectors.
 /// Throws `LinkFault` for a deck that can't be read or holds a keyword that can't be coupled; what
 /// the keywords mean beyond that is flow's to judge.
 ComposedDeck ComposeDeck(const LinkSettings& settings, const std::string& script,
                          const std::vector<std::string>& summaryVectors,
-                         const std::optional<RestartPoint>& restart = {});
+                         const RunBegin& begin = {});
 
 /// All that can be said of a deck without running it; a deck that can't be read on is the last one.
 std::vector<DeckFinding> CheckDeck(const LinkSettings& settings);

@@ -29,10 +29,10 @@ void WriteFile(const std::filesystem::path& file, const std::string& text) {
 }  // namespace
 
 FlowRun::FlowRun(const LinkSettings& settings, const std::filesystem::path& folder,
-                 const std::string& name, const std::optional<RestartPoint>& restart)
+                 const std::string& name, RunBegin begin)
     : name_(name),
-      restart_(restart),
-      deck_(ComposeDeck(settings, kScriptName, SummaryVectors(), restart)),
+      begin_(std::move(begin)),
+      deck_(ComposeDeck(settings, kScriptName, SummaryVectors(), begin_)),
       process_(Start(settings, folder)),
       link_(process_, SummaryVectors(), deck_.units, settings.secondsForQuestion),
       folder_(folder),
@@ -76,7 +76,7 @@ std::string FlowRun::PlaceOf(const std::string& reason) const {
 }
 
 double FlowRun::EndOf(int report) const {
-  const int before = restart_ ? restart_->report : 0;
+  const int before = begin_.restart ? begin_.restart->report : 0;
   return deck_.ends.at(static_cast<size_t>(report - before - 1));
 }
 
@@ -85,10 +85,9 @@ bool FlowRun::HasOrdersAtStop() const {
 }
 
 std::optional<RestartPoint> FlowRun::WayToStop() const {
+  if (IsOnlyAsked()) return begin_.restart;
   const int report = link_.Stop().report;
-  const double end = EndOf(report);
-  if (end <= deck_.ends.front()) return restart_;
-  return RestartPoint{name_, report, end};
+  return RestartPoint{name_, report, EndOf(report)};
 }
 
 }  // namespace gantry::flowlink

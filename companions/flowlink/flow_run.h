@@ -19,9 +19,9 @@ namespace gantry::flowlink {
 class FlowRun {
  public:
   /// Writes the deck NAME.DATA into the folder, starts flow on it and waits for the end of its
-  /// first tiny step. Throws `LinkFault`.
+  /// first report step. Throws `LinkFault`.
   FlowRun(const LinkSettings& settings, const std::filesystem::path& folder,
-          const std::string& name, const std::optional<RestartPoint>& restart);
+          const std::string& name, RunBegin begin);
 
   const ComposedDeck& Deck() const { return deck_; }
   FlowLink& Link() { return link_; }
@@ -35,6 +35,8 @@ class FlowRun {
 
   /// Whether the deck orders something at the present stop.
   bool HasOrdersAtStop() const;
+  /// Whether the run has only come through its tiny step, and isn't to go on.
+  bool IsOnlyAsked() const { return !begin_.orders; }
   /// From where the present stop is come to again by another run; empty for the deck's start. A
   /// stop behind the tiny step is come to from where this run came.
   std::optional<RestartPoint> WayToStop() const;
@@ -48,7 +50,7 @@ class FlowRun {
   void CheckResults(std::span<ResultFile> files) const;
 
   std::string name_;
-  std::optional<RestartPoint> restart_;
+  RunBegin begin_;
   ComposedDeck deck_;
   FlowProcess process_;
   FlowLink link_;

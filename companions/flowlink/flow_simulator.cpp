@@ -66,7 +66,7 @@ FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
       folder_(folder),
       notes_(folder / (caseName + ".warnings")),
       answers_(notes_, settings_.solvesAllRungs) {
-  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), caseName_, std::nullopt);
+  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), caseName_, RunBegin());
   wellNames_ = run_->Link().Wells();
   deckWells_ = DeckWells(wellNames_, run_->Link().DeckChanges(), run_->Deck().wellOrders);
   controls_.resize(wellNames_.size());
@@ -180,13 +180,27 @@ Question FlowSimulator::QuestionOf(const std::vector<HostControls>& controls) co
   return question;
 }
 
-/// A well that is never up is shut while the run goes on: flow knows no uptime of zero.
+/// A well that is never up is shut while the run goes on: flow knows no uptime of zero. One of
+/// which the host wants all that it gives isn't held at what that was at the step's begin.
 std::vector<HostControls> FlowSimulator::ControlsOfRun() const {
+  constexpr double kBeyond = 2.0;
   std::vector<HostControls> controls = controls_;
   for (HostControls& host : controls) {
     if (host.uptime && *host.uptime <= 0.0) host.status = kShut;
+    if (!host.wantsMost) continue;
+    for (WellConstraint& limit : host.constraints) {
+      if (limit.item.ends_with("_RATE")) limit.value *= kBeyond;
+    }
   }
   return controls;
+}
+
+void FlowSimulator::NoteWhoWantsMost() {
+  const WellValues* most = answers_.Most();
+  if (most == nullptr) return;
+  for (size_t well = 0; well < controls_.size(); ++well) {
+    controls_[well].wantsMost = AreMost(controls_[well].constraints, (*most)[well]);
+  }
 }
 
 std::string FlowSimulator::UptimeKeywords() const {
@@ -235,7 +249,9 @@ void FlowSimulator::SetConstraints(size_t well, std::span<const WellConstraint> 
     CheckConstraint(constraint.item, KindOf(well), WellNames()[well]);
     RequireNumber(constraint.value, constraint.item, WellNames()[well]);
   }
-  Take(well).constraints.assign(constraints.begin(), constraints.end());
+  HostControls& host = Take(well);
+  host.constraints.assign(constraints.begin(), constraints.end());
+  host.wantsMost = false;
 }
 
 void FlowSimulator::SetStatus(size_t well, std::string_view status, std::string_view) {
@@ -277,14 +293,20 @@ void FlowSimulator::ContinueUntil(double days) {
   const double target = TargetOf(days);
   if (target < Stop().days - kSameTimeDays) GoBackTo(target);
   TellOverrides();
+  NoteWhoWantsMost();
   while (!Stop().isLast && Stop().days < target - kSameTimeDays) {
     const double before = Stop().days;
     const Question limits = QuestionOf(ControlsOfRun());
     const std::string orders = limits.keywords + UptimeKeywords();
-    // What was ordered once holds until the deck orders something.
-    const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
-    run_->Advance(isInForce ? "" : orders, limits.numbers);
-    ordered_ = orders;
+    if (run_->IsOnlyAsked()) {
+      // Where a run begins, flow knows no names for wells' limits yet.
+      BeginRun({run_->WayToStop(), limits.key + UptimeKeywords()});
+    } else {
+      // What was ordered once holds until the deck orders something.
+      const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
+      run_->Advance(isInForce ? "" : orders, limits.numbers);
+      ordered_ = orders;
+    }
     TakeStop(limits.key);
     if (Stop().days < target - kSameTimeDays) ReleaseChanged(before);
   }
@@ -347,6 +369,14 @@ void FlowSimulator::TellOverridesOf(const std::vector<size_t>& wells) {
   }
 }
 
+void FlowSimulator::BeginRun(const RunBegin& begin) {
+  run_->Finish();
+  run_.reset();
+  const std::string name = runs_ == 1 ? caseName_ : caseName_ + "_" + std::to_string(runs_);
+  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), name, begin);
+  ordered_.clear();
+}
+
 /// To a stop that the run has come through. The limits in force stay.
 void FlowSimulator::GoBackTo(double days) {
   const auto isReached = [&](const PastStop& stop) { return stop.days >= days - kSameTimeDays; };
@@ -356,12 +386,8 @@ void FlowSimulator::GoBackTo(double days) {
   }
   const std::optional<RestartPoint> way = stop->way;
   stops_.erase(stop, stops_.end());
-  run_->Finish();
-  run_.reset();
   ++runs_;
-  const std::string name = caseName_ + "_" + std::to_string(runs_);
-  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), name, way);
-  ordered_.clear();
+  BeginRun({way, {}});
   TakeStop("");
 }
 

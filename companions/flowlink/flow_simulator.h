@@ -71,6 +71,8 @@ class FlowSimulator : public simulator::ControlledSimulator {
   /// Takes note of the stop that the run has come to under the limits of a question's key.
   void TakeStop(const std::string& key);
   void GoBackTo(double days);
+  /// In place of the present run.
+  void BeginRun(const RunBegin& begin);
 
   double OwnNumber(size_t well, size_t item) const;
   const WellValues& Values();
@@ -80,6 +82,7 @@ class FlowSimulator : public simulator::ControlledSimulator {
   std::string KeywordsOf(const std::vector<HostControls>& controls) const;
   Question QuestionOf(const std::vector<HostControls>& controls) const;
   std::vector<HostControls> ControlsOfRun() const;
+  void NoteWhoWantsMost();
   std::string UptimeKeywords() const;
   HeldByDeck DeckLimits(size_t well, const HostControls& host) const;
   WellKind KindOf(size_t well) const { return deckWells_[well].kind; }

@@ -22,7 +22,7 @@ import stat
 import opm_embedded
 
 LINK_VARIABLE = "FLOWLINK_SOCKET"
-TINY_STEP = "TUNING\n{} /\n/\n/\n"
+TINY_STEP = "TUNING\n{} 5* 1E-12 /\n/\n/\n"  # cut so far, where there is no solution, that flow gives up
 FIRST_STEP_DAYS = 0.0005
 SAID_LENGTH = 4000  # the bytes of flow's last words that are passed on
 TIME_TOLERANCE = 0.5  # seconds

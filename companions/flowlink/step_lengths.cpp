@@ -17,10 +17,10 @@ struct StepOption {
 constexpr StepOption kItems[] = {
     {"--initial-time-step-in-days=", "1"},
     {"--solver-max-time-step-in-days=", "365"},
-    {"", ""},  // the shortest step is the option's even with tuning
+    {"", ""},
     {"", ""},
     {"--solver-max-growth=", "3"},
-    {"", ""},
+    {"", "1E-7"},  // flow takes it for the shortest step, in seconds
     {"--solver-restart-factor=", "0.33"},
     {"--solver-growth-factor=", "2"},
     {"", ""},

@@ -15,8 +15,8 @@ namespace gantry::flowlink {
 namespace {
 
 /// By which a question is asked until there is an answer.
-constexpr std::array<double, 4> kStepDays = {kFirstStepDays, kFirstStepDays / 10,
-                                             kFirstStepDays * 10, kFirstStepDays * 100};
+constexpr std::array<double, 4> kStepDays = {kFirstStepDays, kFirstStepDays * 10,
+                                             kFirstStepDays * 100, kFirstStepDays / 10};
 
 constexpr const char* kReadOff = "read off the limits of the inflow curve that flow could solve";
 constexpr const char* kStopBefore = "the answer of the step before stands in";
@@ -54,6 +54,7 @@ void StopAnswers::Begin(const FlowStop& stop, const std::string& key) {
   answers_ = {{key, stop.values}};
   if (!sweep_.empty()) sweepBefore_ = std::exchange(sweep_, {});
   last_ = nullptr;
+  stepDays_ = kFirstStepDays;
 }
 
 const WellValues& StopAnswers::Of(FlowLink& link, const std::vector<HostControls>& controls,
@@ -86,7 +87,8 @@ bool StopAnswers::AskSweep(FlowLink& link, const Sweep& sweep, const QuestionOf&
     if (questions.back().keywords != questions.front().keywords) return false;
   }
   if (questions.empty()) return false;
-  SolvedRungs rungs(sweep.shares, *last_, solvesAllRungs_);
+  most_ = *last_;
+  SolvedRungs rungs(sweep.shares, most_, solvesAllRungs_);
   std::vector<size_t> unsolved;
   for (auto next = rungs.Next(); !next.empty(); next = rungs.Next()) {
     std::vector<Question> asked;
@@ -121,7 +123,11 @@ void StopAnswers::KeepSweep(const std::vector<Question>& questions, const Answer
 
 StopAnswers::Answers StopAnswers::Solve(FlowLink& link, std::span<const Question> questions) {
   Answers answers(questions.size());
-  for (const double days : kStepDays) {
+  // What has helped one question of a stop is what the others are asked with first.
+  std::vector<double> steps(kStepDays.begin(), kStepDays.end());
+  std::ranges::rotate(steps.begin(), std::ranges::find(steps, stepDays_),
+                      std::ranges::find(steps, stepDays_) + 1);
+  for (const double days : steps) {
     std::vector<size_t> open;
     std::vector<NamedLimits> sets;
     for (size_t i = 0; i < questions.size(); ++i) {
@@ -137,9 +143,10 @@ StopAnswers::Answers StopAnswers::Solve(FlowLink& link, std::span<const Question
       if (!found[i].values) said_ = found[i].said;
       answers[open[i]] = std::move(found[i].values);
     }
-    if (days == kStepDays.front() || solved.empty()) continue;
+    if (days == stepDays_ || solved.empty()) continue;
+    stepDays_ = days;
     Note(questions[solved.front()], solved.size(),
-         "answered with a step of " + Short(days) + " days");
+         "answered with a step of " + Short(days) + " days, as are others of this day first");
   }
   return answers;
 }

@@ -39,6 +39,8 @@ class StopAnswers {
   /// May ask. The answer stays until the next stop.
   const WellValues& Of(FlowLink& link, const std::vector<HostControls>& controls,
                        const QuestionOf& questionOf);
+  /// What the wells give at most, the first rung of a sweep; null where none has been asked here.
+  const WellValues* Most() const { return sweep_.empty() ? nullptr : &most_; }
 
  private:
   using Answers = std::vector<std::optional<WellValues>>;
@@ -55,10 +57,12 @@ class StopAnswers {
   RunNotes* notes_;
   bool solvesAllRungs_;
   FlowStop stop_;
-  std::string said_;  ///< by flow, where it found no solution last
+  double stepDays_ = 0.0;  ///< by which questions are asked here first
+  std::string said_;       ///< by flow, where it found no solution last
   std::map<std::string, WellValues> answers_;
   std::map<std::string, WellValues> answersBefore_;  ///< of the stop before
-  std::vector<WellValues> sweep_;                    ///< its rungs behind the first
+  WellValues most_;
+  std::vector<WellValues> sweep_;  ///< its rungs behind the first
   std::vector<WellValues> sweepBefore_;
   const WellValues* last_ = nullptr;  ///< the answer that was given last
 };

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <set>
 
+#include "flowlink/flow_items.h"
+
 namespace gantry::flowlink {
 
 namespace {
@@ -170,6 +172,19 @@ HeldByDeck KeptLimits(const DeckWell& deck, std::span<const std::string> kept) {
 HeldByDeck AllLimits(const DeckWell& deck) {
   const auto isKept = [](const Limit&) { return true; };
   return {LimitsIn(deck, isKept), deck.isHistory ? "" : deck.mode, deck.liftTable, deck.liftAmount};
+}
+
+bool AreMost(std::span<const WellConstraint> constraints, const std::vector<double>& most) {
+  constexpr double kSameShare = 1e-4;
+  bool isAnyThere = false;
+  for (const WellConstraint& constraint : constraints) {
+    const auto item = FindFlowItem(constraint.item);
+    if (!item || !constraint.item.ends_with("_RATE")) continue;
+    const double rate = FlowItemValue(*item, most);
+    if (constraint.value < (1.0 - kSameShare) * rate) return false;
+    isAnyThere = isAnyThere || rate > 0.0;
+  }
+  return isAnyThere;
 }
 
 bool IsHeldOpen(WellKind kind, const HostControls& host) {

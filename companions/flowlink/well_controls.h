@@ -15,6 +15,7 @@ struct HostControls {
   std::vector<simulator::WellConstraint> constraints;
   std::string status;  ///< the protocol's word; empty for the deck's
   std::optional<double> uptime;
+  bool wantsMost = false;  ///< its rates are all that the well gives: what else limits it holds it
 
   bool IsTakenOver() const { return !constraints.empty() || !status.empty() || uptime; }
 };
@@ -30,6 +31,10 @@ struct DeckFluids {
 /// limit on a fluid that isn't there limits nothing.
 std::vector<simulator::WellConstraint> InFluids(
     std::span<const simulator::WellConstraint> constraints, const DeckFluids& fluids);
+
+/// Whether these rates are all, but for rounding, that the well gives at most.
+bool AreMost(std::span<const simulator::WellConstraint> constraints,
+             const std::vector<double>& most);
 
 /// Throws `RequestRefused` for a limit that flow can't hold.
 void CheckConstraint(const std::string& item, WellKind kind, const std::string& well);

@@ -14,13 +14,13 @@ namespace {
 class DeckComposer : public ::testing::Test {
  protected:
   ComposedDeck Compose(const std::string& schedule, const std::string& runspec = "",
-                       const std::optional<RestartPoint>& restart = {}) {
+                       const RunBegin& begin = {}) {
     folder.Write("A.DATA",
                  "RUNSPEC\nSTART\n 15 'JAN' 2020 /\n" + runspec + "SCHEDULE\n" + schedule);
     LinkSettings settings;
     settings.deck = folder / "A.DATA";
     settings.grid = grid;
-    return ComposeDeck(settings, "link.py", {"WOPR"}, restart);
+    return ComposeDeck(settings, "link.py", {"WOPR"}, begin);
   }
   std::string FaultOf(const std::string& schedule, const std::string& runspec = "") {
     try {
@@ -91,19 +91,26 @@ TEST_F(DeckComposer, KeepsWhatTheDeckOrdersAtItsTimeAndWhereItStands) {
 
 TEST_F(DeckComposer, GoesOnFromARestartWithItsCallBehindWhatIsSkipped) {
   const std::string schedule = "WEFAC\n/\nTSTEP\n 1 /\nWECON\n/\nTSTEP\n 1 /\n";
-  const ComposedDeck deck =
-      Compose(schedule, "UNIFOUT\nSOLUTION\nEQUIL\n 1 /\n", RestartPoint{"A_2", 2, 1.0});
-  const std::string& text = deck.text.Text();
-  EXPECT_NE(text.find("UNIFOUT\nUNIFIN\nSOLUTION\nRESTART\n'A_2' 2 /\nEQUIL\n"), std::string::npos)
-      << text;
-  const size_t begin = text.find("SCHEDULE\n");
-  EXPECT_EQ(text.substr(begin),
-            "SCHEDULE\nSKIPREST\nRPTRST\nBASIC=2 /\nWEFAC\n/\n"
-            "DATES\n16 'JAN' 2020 00:00:00 /\n/\nWECON\n/\n"
-            "TUNING\n 1 365 1* 1* 3 1* 0.33 2 1* 1* /\n/\n/\n"
-            "PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n"
-            "DATES\n16 'JAN' 2020 00:00:43 /\n/\nDATES\n17 'JAN' 2020 00:00:00 /\n/\nEND\n");
-  EXPECT_EQ(deck.ends, (std::vector<double>{1.0 + kFirstStepDays, 2.0}));
+  RunBegin begin{RestartPoint{"A_2", 2, 1.0}, {}};
+  const auto composed = [&] {
+    return Compose(schedule, "UNIFOUT\nSOLUTION\nEQUIL\n 1 /\n", begin);
+  };
+  const std::string asked = composed().text.Text();
+  EXPECT_NE(asked.find("UNIFOUT\nUNIFIN\nSOLUTION\nRESTART\n'A_2' 2 /\nEQUIL\n"), std::string::npos)
+      << asked;
+  const std::string head =
+      "SCHEDULE\nSKIPREST\nRPTRST\nBASIC=2 /\nWEFAC\n/\n"
+      "DATES\n16 'JAN' 2020 00:00:00 /\n/\nWECON\n/\n"
+      "TUNING\n 1 365 1* 1* 3 1E-7 0.33 2 1* 1* /\n/\n/\n"
+      "PYACTION\nFLOWLINK UNLIMITED /\n'link.py' /\n";
+  const std::string tail = "DATES\n17 'JAN' 2020 00:00:00 /\n/\nEND\n";
+  EXPECT_EQ(asked.substr(asked.find("SCHEDULE\n")),
+            head + "DATES\n16 'JAN' 2020 00:00:43 /\n/\n" + tail);
+  EXPECT_EQ(composed().ends, (std::vector<double>{1.0 + kFirstStepDays, 2.0}));
+  begin.orders = "UDQ\n/\n";
+  const std::string going = composed().text.Text();
+  EXPECT_EQ(going.substr(going.find("SCHEDULE\n")), head + "UDQ\n/\n" + tail);
+  EXPECT_EQ(composed().ends, std::vector<double>{2.0});
 }
 
 TEST_F(DeckComposer, ReadsIncludedFilesFromTheDecksFolder) {
