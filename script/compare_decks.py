@@ -123,53 +123,73 @@ class Deck:
         return 0
 
     def case(self):
-        """A case that asks for the deck's own first limits; the changes of them are kept."""
-        pressure = 0.0 if re.search(r"^\s*METRIC\b", self.text, re.M) else 14.69595
-        thousands = 1e-3
-        wells = [record[0] for record in records(self.text, "WELSPECS")]
-        lines, done = [], set()
+        """A case whose limits are never tighter than the deck's, which are kept."""
+        metric = re.search(r"^\s*METRIC\b", self.text, re.M)
+        pressure = 0.0 if metric else 14.69595
+        names = [record[0] for record in records(self.text, "WELSPECS")]
+        wells = {}
+        for keyword, mode, table in (("WCONPROD", 2, 10), ("WCONINJE", 3, 8)):
+            for record in records(self.text, keyword):
+                gas = keyword == "WCONINJE" and record[1].upper() == "GAS"
+                kind = "producer" if keyword == "WCONPROD" else (
+                    "gas_injector" if gas else "water_injector")
+                limits = dict(limits_in(record, kind, pressure))
+                for name in names_of(record[0], names):
+                    well = wells.setdefault(name, {"kind": kind, "limits": limits, "left": False})
+                    # On a lift curve, held by its group or a quantity that the deck computes, or of
+                    # changing kind.
+                    well["left"] |= (kind != well["kind"] or item(record, table) not in ("", "0")
+                                     or None in limits.values()
+                                     or item(record, mode).upper() == "GRUP")
+                    well["limits"] = {key: looser(key, well["limits"][key], limits[key])
+                                      for key in well["limits"] if key in limits}
+        for record in records(self.text, "WELTARG"):
+            for name in names_of(record[0], names):
+                well = wells[name]
+                for key, value in target_in(record, well["kind"], pressure):
+                    if key in well["limits"]:
+                        well["limits"][key] = looser(key, well["limits"][key], value)
+        lines = ["[case]", f'units = "{"metric" if metric else "field"}"', "[simulator]",
+                 'deck = "COUPLED.afi"', 'inflow_model = "block"', "[time]", "duration = 36500"]
+        for name, well in wells.items():
+            lines += ["[[well]]", f'name = "{name}"', f'kind = "{well["kind"]}"']
+            lines += ["connected = false"] if well["left"] else [
+                f"{key} = {value:.10g}" for key, value in well["limits"].items()]
+        return "\n".join(lines) + "\n"
 
-        def begin(pattern, kind):
-            for well in names_of(pattern, wells):
-                if well in done:
-                    continue
-                done.add(well)
-                lines.extend(["[[well]]", f'name = "{well}"', f'kind = "{kind}"'])
-                yield well
 
-        def is_left(record, mode, table):
-            """On a lift curve, or held by its group: a well that the host leaves to the deck."""
-            has_table = len(record) > table and record[table] not in ("", "0")
-            if has_table or record[mode].upper() == "GRUP":
-                lines.append("connected = false")
-                return True
-            return False
+LIMITS = {"producer": [("max_oil", 3, "ORAT"), ("max_water", 4, "WRAT"), ("max_gas", 5, "GRAT"),
+                       ("max_liquid", 6, "LRAT"), ("min_bottom_hole_pressure", 8, "BHP")],
+          "water_injector": [("water_rate", 4, "WRAT"), ("max_bottom_hole_pressure", 6, "BHP")],
+          "gas_injector": [("gas_rate", 4, "GRAT"), ("max_bottom_hole_pressure", 6, "BHP")]}
 
-        def limit(key, record, place, factor=1.0, less=0.0):
-            # A quantity that the deck computes is no number: it is kept.
-            if len(record) > place and re.match(r"[-+.\d]", record[place]):
-                lines.append(f"{key} = {float(record[place]) * factor - less:.10g}")
 
-        for record in records(self.text, "WCONPROD"):
-            for _ in begin(record[0], "producer"):
-                if is_left(record, 2, 10):
-                    continue
-                limit("max_oil", record, 3)
-                limit("max_water", record, 4)
-                limit("max_gas", record, 5, thousands)
-                limit("max_liquid", record, 6)
-                limit("min_bottom_hole_pressure", record, 8, less=pressure)
-        for record in records(self.text, "WCONINJE"):
-            gas = record[1].upper() == "GAS"
-            for _ in begin(record[0], "gas_injector" if gas else "water_injector"):
-                if is_left(record, 3, 8):
-                    continue
-                limit("gas_rate" if gas else "water_rate", record, 4, thousands if gas else 1.0)
-                limit("max_bottom_hole_pressure", record, 6, less=pressure)
-        units = "field" if pressure else "metric"
-        head = ["[case]", f'units = "{units}"', "[simulator]", 'deck = "COUPLED.afi"',
-                'inflow_model = "block"', "[time]", "duration = 36500"]
-        return "\n".join(head + lines) + "\n"
+def item(record, place):
+    return record[place] if len(record) > place else ""
+
+
+def in_case(key, text, pressure):
+    """In the units of a case; None for a quantity that the deck computes."""
+    if not re.match(r"[-+.\d]", text):
+        return None
+    value = float(text)
+    return value - pressure if "pressure" in key else value * 1e-3 if "gas" in key else value
+
+
+def limits_in(record, kind, pressure):
+    for key, place, _ in LIMITS[kind]:
+        if item(record, place):
+            yield key, in_case(key, record[place], pressure)
+
+
+def target_in(record, kind, pressure):
+    for key, _, mode in LIMITS[kind]:
+        if record[1].upper() == mode:
+            yield key, in_case(key, record[2], pressure)
+
+
+def looser(key, one, other):
+    return None if None in (one, other) else min(one, other) if key.startswith("min") else max(one, other)
 
 
 def run(command, folder, log):

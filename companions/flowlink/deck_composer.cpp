@@ -126,11 +126,19 @@ class Composer {
     if (keyword.name == "DATES") return TakeDates(keyword);
     if (IsTuning(keyword.name) && !EnablesTuning(settings_.options)) return;
     const bool orderedFiles = keyword.name == "RPTRST" || keyword.name == "RPTSCHED";
+    TakeOrders(keyword);
+    blocks_.back().keywords.push_back(std::move(keyword));
+    if (orderedFiles) OrderRestartFiles();
+  }
+
+  /// What stands in an action is ordered only once its condition holds.
+  void TakeOrders(const DeckKeyword& keyword) {
+    if (keyword.name == "ACTIONX") isInAction_ = true;
+    if (keyword.name == "ENDACTIO") isInAction_ = false;
+    if (isInAction_) return;
     for (WellOrder& order : OrdersOf(keyword, blocks_.back().days)) {
       composed_.wellOrders.push_back(std::move(order));
     }
-    blocks_.back().keywords.push_back(std::move(keyword));
-    if (orderedFiles) OrderRestartFiles();
   }
 
   /// One for each report step, whatever the deck says.
@@ -212,6 +220,7 @@ class Composer {
   std::vector<Block> blocks_ = {{0.0, {}}};
   DeckSection section_ = DeckSection::kRunspec;
   bool hasSummary_ = false;
+  bool isInAction_ = false;
 };
 
 }  // namespace

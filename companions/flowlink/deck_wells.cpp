@@ -38,7 +38,7 @@ void DeckWells::Reset() {
   takenChanges_ = takenOrders_ = 0;
   for (size_t well = 0; well < names_.size(); ++well) {
     const auto isFor = [&](const WellOrder& order) {
-      return order.isWhole && !order.IsForList() && order.Means(names_[well]);
+      return order.TellsKind() && order.Means(names_[well]);
     };
     const auto first = std::ranges::find_if(orders_, isFor);
     if (first != orders_.end()) wells_[well].kind = KindIn(*first);
@@ -87,7 +87,7 @@ void DeckWells::Take(const WellOrder& order) {
     }
     DeckWell& well = wells_[i];
     well.hasEconomicLimit |= order.isEconomic;
-    if (!order.isWhole || order.IsForList()) continue;
+    if (!order.TellsKind()) continue;
     well.kind = KindIn(order);
     well.isHistory = order.isHistory;
     well.mode = order.mode;
@@ -116,7 +116,14 @@ std::vector<const WellOrder*> DeckWells::OrdersFrom(size_t well, double days) co
 
 const WellOrder* DeckWells::ChangeOfKind(size_t well) const {
   for (const WellOrder* order : OrdersFrom(well, days_)) {
-    if (order->isWhole && !order->IsForList() && KindIn(*order) != wells_[well].kind) return order;
+    if (order->TellsKind() && KindIn(*order) != wells_[well].kind) return order;
+  }
+  return nullptr;
+}
+
+const WellOrder* DeckWells::HeldByQuantity(size_t well) const {
+  for (const WellOrder* order : OrdersFrom(well, 0.0)) {
+    if (!order->quantity.empty()) return order;
   }
   return nullptr;
 }

@@ -57,6 +57,8 @@ class DeckWells {
   std::vector<const WellOrder*> OrdersFrom(size_t well, double days) const;
   /// The first order, from now on, by which the well is something else than it is; null for none.
   const WellOrder* ChangeOfKind(size_t well) const;
+  /// The first order that holds the well by a quantity which the deck computes; null for none.
+  const WellOrder* HeldByQuantity(size_t well) const;
 
  private:
   void Reset();

@@ -180,17 +180,11 @@ Question FlowSimulator::QuestionOf(const std::vector<HostControls>& controls) co
   return question;
 }
 
-/// A well that is never up is shut while the run goes on: flow knows no uptime of zero. One of
-/// which the host wants all that it gives isn't held at what that was at the step's begin.
+/// A well that is never up is shut while the run goes on: flow knows no uptime of zero.
 std::vector<HostControls> FlowSimulator::ControlsOfRun() const {
-  constexpr double kBeyond = 2.0;
   std::vector<HostControls> controls = controls_;
   for (HostControls& host : controls) {
     if (host.uptime && *host.uptime <= 0.0) host.status = kShut;
-    if (!host.wantsMost) continue;
-    for (WellConstraint& limit : host.constraints) {
-      if (limit.item.ends_with("_RATE")) limit.value *= kBeyond;
-    }
   }
   return controls;
 }
@@ -239,6 +233,11 @@ HostControls& FlowSimulator::Take(size_t well) {
   if (const WellOrder* change = deckWells_.ChangeOfKind(well)) {
     throw RequestRefused("Well " + name + " becomes another kind of well at " +
                          change->place.Text() + ": leave it to the deck (connected = false)");
+  }
+  if (const WellOrder* order = deckWells_.HeldByQuantity(well)) {
+    throw RequestRefused("Well " + name + " is held by " + order->quantity + " at " +
+                         order->place.Text() +
+                         ", which the deck computes: leave it to the deck (connected = false)");
   }
   inForce_ = nullptr;
   return controls_[well];
@@ -296,20 +295,22 @@ void FlowSimulator::ContinueUntil(double days) {
   NoteWhoWantsMost();
   while (!Stop().isLast && Stop().days < target - kSameTimeDays) {
     const double before = Stop().days;
-    const Question limits = QuestionOf(ControlsOfRun());
-    const std::string orders = limits.keywords + UptimeKeywords();
-    if (run_->IsOnlyAsked()) {
-      // Where a run begins, flow knows no names for wells' limits yet.
-      BeginRun({run_->WayToStop(), limits.key + UptimeKeywords()});
-    } else {
-      // What was ordered once holds until the deck orders something.
-      const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
-      run_->Advance(isInForce ? "" : orders, limits.numbers);
-      ordered_ = orders;
-    }
-    TakeStop(limits.key);
+    const std::vector<HostControls> controls = ControlsOfRun();
+    RunUnder(QuestionOf(BeyondMost(controls)));
+    // For the host these are still its limits.
+    TakeStop(KeywordsOf(controls));
     if (Stop().days < target - kSameTimeDays) ReleaseChanged(before);
   }
+}
+
+void FlowSimulator::RunUnder(const Question& limits) {
+  // Where a run begins, flow knows no names for wells' limits yet.
+  if (run_->IsOnlyAsked()) return BeginRun({run_->WayToStop(), limits.key + UptimeKeywords()});
+  const std::string orders = limits.keywords + UptimeKeywords();
+  // What was ordered once holds until the deck orders something.
+  const bool isInForce = orders == ordered_ && !run_->HasOrdersAtStop();
+  run_->Advance(isInForce ? "" : orders, limits.numbers);
+  ordered_ = orders;
 }
 
 /// What the host has decided for a step was for the well as it was then: from where the deck says

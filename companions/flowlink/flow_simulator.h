@@ -82,6 +82,8 @@ class FlowSimulator : public simulator::ControlledSimulator {
   std::string KeywordsOf(const std::vector<HostControls>& controls) const;
   Question QuestionOf(const std::vector<HostControls>& controls) const;
   std::vector<HostControls> ControlsOfRun() const;
+  /// Runs the next report step.
+  void RunUnder(const Question& limits);
   void NoteWhoWantsMost();
   std::string UptimeKeywords() const;
   HeldByDeck DeckLimits(size_t well, const HostControls& host) const;

@@ -187,6 +187,17 @@ bool AreMost(std::span<const WellConstraint> constraints, const std::vector<doub
   return isAnyThere;
 }
 
+std::vector<HostControls> BeyondMost(std::vector<HostControls> controls) {
+  constexpr double kBeyond = 10.0;
+  for (HostControls& host : controls) {
+    if (!host.wantsMost) continue;
+    for (WellConstraint& limit : host.constraints) {
+      if (limit.item.ends_with("_RATE")) limit.value *= kBeyond;
+    }
+  }
+  return controls;
+}
+
 bool IsHeldOpen(WellKind kind, const HostControls& host) {
   const bool isOpen = host.status.empty() || host.status == "OPEN";
   return isOpen && !Columns(kind, host, {}).AreAllZero();

@@ -36,6 +36,10 @@ std::vector<simulator::WellConstraint> InFluids(
 bool AreMost(std::span<const simulator::WellConstraint> constraints,
              const std::vector<double>& most);
 
+/// With the rates of wells that are to give the most put out of the way: they were that at the
+/// beginning of a step.
+std::vector<HostControls> BeyondMost(std::vector<HostControls> controls);
+
 /// Throws `RequestRefused` for a limit that flow can't hold.
 void CheckConstraint(const std::string& item, WellKind kind, const std::string& well);
 

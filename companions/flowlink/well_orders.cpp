@@ -35,17 +35,17 @@ std::string TableAt(const DeckRecord& record, size_t column) {
   return number == "0" ? "" : number;
 }
 
-/// A quantity that a deck computes is no number, and never a plain 0.
-bool IsZero(const DeckKeyword& keyword, const std::string& item) {
+/// Whether a limit is given as 0; a quantity that the deck computes is none.
+bool TakeLimit(const DeckKeyword& keyword, const std::string& item, WellOrder& order) {
   const bool isNumber = item.find_first_not_of("+-.0123456789dDeE") == std::string::npos;
-  return isNumber && DeckNumber(keyword, item) == 0.0;
+  if (!isNumber) order.quantity = item;
+  return isNumber && !item.empty() && DeckNumber(keyword, item) == 0.0;
 }
 
 void TakeColumns(const DeckKeyword& keyword, const DeckRecord& record,
                  std::span<const Column> columns, WellOrder& order) {
   for (const Column& column : columns) {
-    const std::string item = ItemAt(record, column.place);
-    order.isZero[column.limit] = !item.empty() && IsZero(keyword, item);
+    order.isZero[column.limit] = TakeLimit(keyword, ItemAt(record, column.place), order);
   }
 }
 
@@ -80,7 +80,7 @@ void TakeTarget(const DeckKeyword& keyword, const DeckRecord& record, WellOrder&
   const std::string mode = InCapitals(ItemAt(record, 1));
   const auto target = std::ranges::find(kTargets, mode, &Target::mode);
   if (target == std::end(kTargets)) return;
-  const bool isZero = IsZero(keyword, ItemAt(record, 2));
+  const bool isZero = TakeLimit(keyword, ItemAt(record, 2), order);
   order.isZero[target->produced] = isZero;
   order.isZero[target->injected] = isZero;
 }

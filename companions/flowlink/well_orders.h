@@ -22,12 +22,15 @@ struct WellOrder {
   /// The limits that it names, by flow's names, and whether they are given as 0. flow gives 0 for
   /// a limit of 0 and for none alike.
   std::map<std::string, bool> isZero;
+  std::string quantity;   ///< that the deck computes (UDQ) and holds the well by, if there is one
   std::string liftTable;  ///< number of the lift table, and what it needs to be read
   std::string liftAmount;
 
   bool IsForList() const { return wells.size() > 1 && wells[0] == '*'; }
   /// A list of wells may mean any: which ones it holds is flow's to know.
   bool Means(const std::string& well) const;
+  /// Of these only a whole one says what kind its wells are.
+  bool TellsKind() const { return isWhole && !IsForList(); }
 };
 
 /// The orders in a keyword of the schedule; none in one that says nothing of limits or status.
