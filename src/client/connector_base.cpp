@@ -50,15 +50,11 @@ void CExtConnectorBase::EstablishSession() {
 void CExtConnectorBase::GetWellDataAndIPR(int32_t componentCount, const Strings& wells,
                                           std::vector<ConnectorWellRecord>& records,
                                           bool useBottomHolePressure, double skewness) {
+  auto served = std::exchange(records, {});
   GetWellData(wells, records);
-  const size_t lent = std::min(served_.size(), records.size());
-  for (size_t i = 0; i < lent; ++i) LendStorage(served_[i], records[i]);
+  const size_t lent = std::min(served.size(), records.size());
+  for (size_t i = 0; i < lent; ++i) LendStorage(served[i], records[i]);
   GetWellIPRData(componentCount, wells, records, useBottomHolePressure, skewness);
-}
-
-void CExtConnectorBase::KeepStorageOf(std::vector<ConnectorWellRecord>& records) {
-  served_.swap(records);
-  records.clear();
 }
 
 std::unique_ptr<CExtConnectorBase> Establish(std::unique_ptr<CExtConnectorBase> connector) {

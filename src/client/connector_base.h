@@ -70,20 +70,16 @@ class CExtConnectorBase {
 
   /// Connects, checks that simulator and connector fit together, and makes the unit converter.
   void EstablishSession();
-  /// `GetWellData`, then `GetWellIPRData` on the same records.
+  /// `GetWellData`, then `GetWellIPRData` on the same records, which take the place of what stands
+  /// in `records`. Those of an earlier call lend the storage of their lists, which with many wells
+  /// takes long to find anew.
   void GetWellDataAndIPR(int32_t componentCount, const Strings& wells,
                          std::vector<ConnectorWellRecord>& records, bool useBottomHolePressure,
                          double skewness);
-  /// Takes records that have served, and leaves none. The next `GetWellDataAndIPR` fills the
-  /// storage of their lists, which with many wells is dear to find anew at each step.
-  void KeepStorageOf(std::vector<ConnectorWellRecord>& records);
 
  protected:
   /// Null until `EstablishSession` has come to its end.
   std::unique_ptr<UnitConverter> unitConverter;
-
- private:
-  std::vector<ConnectorWellRecord> served_;
 };
 
 /// Runs `EstablishSession` on a new connector and hands it on. Any standard exception becomes a

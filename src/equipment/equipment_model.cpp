@@ -59,7 +59,7 @@ void FillEquipment(EquipmentModel& equipment, const LinkSettings& settings,
   CXmlModuleData& data = AddNew(module.Data);
   data.Alias = label;
   data.Application = "Intersect";
-  data.IsLocal = settings.ConnectionMode == 0;
+  data.IsLocal = settings.ConnectionMode == kLocalComputer;
   data.Description = "Intersect simulation data file";
 
   const NameIndex selected(names);

@@ -65,7 +65,8 @@ int32_t ExtCreateInstance(void** outModel, ExtErrorBlock* err) {
   if (outModel == nullptr) return Missing("place for the model", err);
   *outModel = nullptr;
   try {
-    CExtInterface* model = new CExtModel();  // the host owns it until ExtDestroyInstance
+    CExtInterface* model =
+        new CExtModel(ModelDialogsFor);  // the host owns it until ExtDestroyInstance
     *outModel = model;
   } catch (const std::exception&) {
     // No failure is reported: the null tells the host.

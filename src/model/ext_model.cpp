@@ -1,40 +1,19 @@
-// The model's lifecycle, and the wells of its case.
+// The model's lifecycle, its case and its dialogs.
 
 #include "model/ext_model.h"
 
-#include "model/inflow_callbacks.h"
+#include "equipment/equipment_model.h"
 #include "model/model_failure.h"
 
 namespace gantry {
 
-CExtModel::CExtModel() : Inflow(InflowLibrary::Open()) {
-  InflowHandle = Inflow->CreateIPRModel(this);
-  if (InflowHandle == nullptr) Inflow = InflowLibrary::None();
-  Inflow->SetIPRCallbacks(InflowHandle, ModelCallbacks::Table());
-}
+CExtModel::CExtModel(DialogsOver dialogsOver)
+    : dialogsOver_(dialogsOver), inflow_(this, kInflowCallbacks) {}
 
-CExtModel::~CExtModel() {
-  if (hasSession_) CloseSimulator();
-  if (InflowHandle != nullptr) Inflow->DestroyIPRModel(InflowHandle);
-}
+CExtModel::~CExtModel() { run_.Stop(); }
 
-bool CExtModel::IsRunning() {
-  const platform::SingleLock lock(Lock);
-  return Session != nullptr && Session->IsRunning();
-}
-
-void CExtModel::DropSession() {
-  Session.reset();
-  hasSession_ = false;
-}
-
-// The request stands before the lock is taken, so that a start on another thread ends after its
-// present step and lets this one in.
 int32_t CExtModel::CloseSimulator() {
-  StopRequested = true;
-  if (!hasSession_) return 0;
-  const platform::SingleLock lock(Lock);
-  DropSession();
+  run_.Stop();
   return 0;
 }
 
@@ -43,14 +22,7 @@ int32_t CExtModel::StopSimulator(ExtErrorBlock* err) {
 }
 
 int32_t CExtModel::StartApplication(uint32_t /*value*/, ExtErrorBlock* err) {
-  SimulatorStartRecord record = {};
-  record.runMode = 1;
-  return StartSimulator(&record, err);
-}
-
-int32_t CExtModel::StopApplication() {
-  CloseSimulator();
-  return 0;
+  return StartSimulator(nullptr, err);
 }
 
 int32_t CExtModel::ImportComposition(void* /*window*/, void* /*data*/, bool /*flag*/,
@@ -59,29 +31,75 @@ int32_t CExtModel::ImportComposition(void* /*window*/, void* /*data*/, bool /*fl
 }
 
 int32_t CExtModel::EnumSources(EnumSourcesRow* row, uint32_t mode, ExtErrorBlock* /*err*/) {
-  constexpr uint32_t kFirstOnly = 2;
-  if (mode == kFirstOnly && row->index >= 0) return -1;
-  const size_t next = row->index < 0 ? 0 : static_cast<size_t>(row->index) + 1;
-  if (next >= Wells.Items.size()) return -1;
-  const StaticWellData& well = Wells.Items[next];
-  row->kind = well.SourceType == kProducer ? 1 : 2;
-  row->one1 = 1;
-  row->one2 = 1;
-  row->kindAgain = row->kind;
-  row->zero = 0;
-  row->one3 = 1;
-  row->index = static_cast<int32_t>(next);
-  CopyBounded(row->name, well.Name);
-  CopyBounded(row->sourceWord, "source");
-  return 0;
+  return case_.EnumWells(*row, mode);
 }
 
 int32_t CExtModel::SetConnection(const SetConnectionRequest* request, ExtErrorBlock* err) {
-  if (request->well < 0 || static_cast<size_t>(request->well) >= Wells.Items.size()) {
-    return Fail(err, "Handle passed to SetConnection() out of range");
-  }
-  Wells.Items[static_cast<size_t>(request->well)].Connected = request->connected != 0;
+  return case_.SetConnection(request->well, request->connected != 0, err);
+}
+
+int32_t CExtModel::SetDataFile(const SetDataFileRecord* record, ExtErrorBlock* /*err*/) {
+  case_.SetDataFile(record->path);
   return 0;
+}
+
+int32_t CExtModel::SetDataFolder(const char* folder, ExtErrorBlock* /*err*/) {
+  case_.SetDataFolder(folder);
+  return 0;
+}
+
+int32_t CExtModel::EnumDataFiles(EnumDataFilesRow* row, uint32_t /*value*/,
+                                 ExtErrorBlock* /*err*/) {
+  return case_.DescribeDataFile(*row);
+}
+
+int32_t CExtModel::SetStoreFile(const char* path, bool load, ExtErrorBlock* /*err*/) {
+  case_.SetStoreFile(path, load, inflow_, published_.List);
+  return 0;
+}
+
+int32_t CExtModel::SaveCaseData(char* buffer, uint32_t capacity, ExtErrorBlock* err) {
+  return case_.Save(buffer, capacity, inflow_, published_.List, err);
+}
+
+int32_t CExtModel::LoadCaseData(const CaseDataRecord* record, ExtErrorBlock* err) {
+  if (case_.Load(*record, err) != 0) return 1;
+  skipNextStart_ = true;
+  return 0;
+}
+
+int32_t CExtModel::GetEquipmentXml(EquipmentModel& equipment, bool withoutVariables,
+                                   const std::vector<std::string>& names) {
+  FillEquipment(equipment, case_.Settings, InstanceLabel, case_.Wells, withoutVariables, names);
+  return 0;
+}
+
+int32_t CExtModel::Edit(void* window, uint32_t* changed, ExtErrorBlock* err) {
+  if (changed != nullptr) *changed = 0;
+  ModelDialogs* const dialogs = dialogsOver_(window);
+  if (dialogs == nullptr) {
+    return Fail(err, "Edit command failed due to bad parent window handle.");
+  }
+  LinkSettings& settings = case_.Settings;
+  if (settings.SimExeName.empty() && settings.FileName.empty()) settings.LoadFromRegistry();
+  if (!dialogs->EditCase(window, *this)) return -1;
+  skipNextStart_ = false;
+  if (changed != nullptr) *changed = 1;
+  return 0;
+}
+
+int32_t CExtModel::EditPublishedVariables(void* window, ExtErrorBlock* /*err*/) {
+  ModelDialogs* const dialogs = dialogsOver_(window);
+  if (dialogs == nullptr) return 1;
+  const bool hasComponents = !case_.ComponentNames.empty();
+  return dialogs->EditExportedVariables(window, published_.List, case_.Wells, hasComponents) ? 0
+                                                                                             : 1;
+}
+
+int32_t CExtModel::DrawIcon(void* window, void* deviceContext) {
+  if (window == nullptr || deviceContext == nullptr) return 1;
+  if (ModelDialogs* const dialogs = dialogsOver_(window)) dialogs->DrawIcon(window, deviceContext);
+  return 1;
 }
 
 }  // namespace gantry

@@ -1,9 +1,9 @@
-// The text interface: properties by path, commands, and the description for the host's display.
+// The text interface: properties by path, commands, the description for the host's display, and the
+// published variables.
 
 #include <algorithm>
 #include <cstring>
 
-#include "equipment/equipment_model.h"
 #include "model/ext_model.h"
 #include "model/model_failure.h"
 #include "text/tag_parser.h"
@@ -37,20 +37,22 @@ bool CExtModel::ReadOwnWord(TagParser& parser) {
     parser.WriteReply(IsRunning() ? 1 : 0);
     return true;
   }
-  return parser.BoolProperty(Compositional, "Compositional") ||
-         parser.DoubleProperty(CurrentElapsedDays, "CurrentElapsedDays");
+  return parser.BoolProperty(field_.Compositional, "Compositional") ||
+         parser.DoubleProperty(run_.CurrentElapsedDays, "CurrentElapsedDays");
 }
 
 // What the records hold is answered without the lock; it is taken only to ask the simulator.
 bool CExtModel::HandlePath(TagParser& parser) {
-  if (Settings.Handle(parser, nullptr) || Wells.Handle(parser, false, nullptr, {})) return true;
-  if (!hasSession_) return false;
+  if (case_.Settings.Handle(parser, nullptr) || case_.Wells.Handle(parser, false, nullptr, {})) {
+    return true;
+  }
+  if (!run_.HasSession()) return false;
   const TagParser whole = parser;
-  if (Sources.Handle(parser, false, nullptr, kLiveWells)) return true;
+  if (field_.Sources.Handle(parser, false, nullptr, kLiveWells)) return true;
   if (!parser.NeedsSimulator) return false;
   parser = whole;
-  const platform::SingleLock lock(Lock);
-  return Session != nullptr && Sources.Handle(parser, false, Session->Connector.get(), kLiveWells);
+  const platform::SingleLock lock(run_.Lock);
+  return field_.Sources.Handle(parser, false, run_.Connector(), kLiveWells);
 }
 
 int32_t CExtModel::GetProperty(GetPropertyRequest* request, ExtErrorBlock* err) {
@@ -96,7 +98,7 @@ void CExtModel::RunCommandText(const char* text, ExtErrorBlock& err) {
 
 void CExtModel::StartByCommand(ExtErrorBlock& err) {
   if (IsRunning()) return SetErrorText(&err, "Intersect is already running");
-  SkipNextStart = false;
+  skipNextStart_ = false;
   if (StartSimulator(nullptr, &err) == 0) ReadWells(false, &err);
 }
 
@@ -106,8 +108,8 @@ void CExtModel::StopByCommand(ExtErrorBlock& err) {
 }
 
 void CExtModel::RunToTime(double target, ExtErrorBlock& err) {
-  OpPointsApplied = true;  // no orders go out; this stays so when the time has passed
-  const double step = target - CurrentElapsedDays;
+  opPointsApplied_ = true;  // no orders go out; this stays so when the time has passed
+  const double step = target - run_.CurrentElapsedDays;
   if (step <= 0.0) {
     return SetErrorText(&err, "RunToTime called for a time which has already passed");
   }
@@ -116,21 +118,42 @@ void CExtModel::RunToTime(double target, ExtErrorBlock& err) {
 
 int32_t CExtModel::GetDescription(char* buffer, uint32_t length, ExtErrorBlock* /*err*/) {
   std::string text = "<No file>";
-  if (!Settings.FileName.empty()) {
-    const platform::SingleLock lock(Lock);
-    text = Settings.FileName;
-    text += IsRunning() ? "\nRunning on: " + Session->GetHostDescription()
-                        : std::string("\n<Not currently running>");
+  if (!case_.Settings.FileName.empty()) {
+    const auto host = run_.HostDescription();
+    text =
+        case_.Settings.FileName + (host ? "\nRunning on: " + *host : "\n<Not currently running>");
   }
   std::memcpy(buffer, text.data(), std::min<size_t>(text.size(), length));
   if (text.size() < length) buffer[text.size()] = '\0';
   return 0;
 }
 
-int32_t CExtModel::GetEquipmentXml(EquipmentModel& equipment, bool withoutVariables,
-                                   const std::vector<std::string>& names) {
-  FillEquipment(equipment, Settings, InstanceLabel, Wells, withoutVariables, names);
+int32_t CExtModel::GetVariableNames(VariableNamesRecord* record, ExtErrorBlock* /*err*/) {
+  FillVariableNames(*record);
   return 0;
+}
+
+int32_t CExtModel::EnumPublishedVariables(PublishedVariableRow* row, ExtErrorBlock* /*err*/) {
+  return published_.Next(*row, case_.ComponentNames);
+}
+
+int32_t CExtModel::EvalPublishedVariables(EvalPublishedRequest* request, ExtErrorBlock* err) {
+  const platform::SingleLock lock(run_.Lock);
+  if (!IsRunning()) return 0;
+  const auto notify = [this](const std::string& notice) {
+    TellHost(notice, hostLog_);
+    TellHost(notice, hostStatus_);
+  };
+  return published_.Evaluate(*request, field_.FluidModel.componentNames.size(), *run_.Connector(),
+                             case_.Wells, notify, err);
+}
+
+int32_t CExtModel::DelPublishedVariable(int32_t handle, ExtErrorBlock* err) {
+  return published_.Delete(handle, field_.FluidModel.componentNames.size(), err);
+}
+
+void CExtModel::TellHost(const std::string& text, HostTextCallback callback) {
+  if (callback != nullptr) callback(text.c_str(), static_cast<CExtInterface*>(this));
 }
 
 }  // namespace gantry

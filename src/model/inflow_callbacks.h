@@ -1,20 +1,29 @@
 #pragma once
 
-#include "model/inflow_library.h"
+#include "boundary/records.h"
+#include "model/inflow_functions.h"
 
 namespace gantry {
 
-/// The six functions by which the inflow library drives a model back while it is being called. They
-/// run on the thread that is inside the library.
-struct ModelCallbacks {
-  static const InflowCallbacks& Table();
+/// What drives a model for the inflow library, on the thread that is inside the library. The
+/// library knows it as `CExtModel`. Results are those of the host's operations.
+class InflowDriver {
+ public:
+  virtual ~InflowDriver() = default;
 
-  static double ElapsedDays(void* model);
-  static int32_t Restart(void* model, char* text);
-  static int32_t ImposeRate(void* model, int32_t well, double rate, char* text);
-  static int32_t Advance(void* model, double days, char* text);
-  static int32_t ReadInflow(void* model, int32_t well, void* record, char* text);
-  static int32_t ReadCurrent(void* model, int32_t well, void* record, char* text);
+  virtual double ElapsedDays() const = 0;
+  /// Starts the simulator from its beginning, with every well connected.
+  virtual int32_t Restart(ExtErrorBlock* err) = 0;
+  /// Sets the one rate of a well that counts for its type; a rate of 0 shuts it.
+  virtual int32_t ImposeRate(int32_t well, double rate, ExtErrorBlock* err) = 0;
+  /// Runs the simulator on and reads the wells.
+  virtual int32_t Advance(double days, ExtErrorBlock* err) = 0;
+  virtual int32_t ReadInflow(int32_t well, _tGetSetData& record, ExtErrorBlock* err) = 0;
+  /// The well's present state, into the first points.
+  virtual int32_t ReadCurrent(int32_t well, _tGetSetData& record, ExtErrorBlock* err) = 0;
 };
+
+/// The same as functions of a `CExtModel`, for the library.
+extern const InflowCallbacks kInflowCallbacks;
 
 }  // namespace gantry

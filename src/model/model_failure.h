@@ -17,6 +17,4 @@ inline int32_t FailWith(ExtErrorBlock* err, std::string_view doing, std::string_
   return Fail(err, std::string(doing) + ": <" + std::string(reason) + ">");
 }
 
-inline constexpr char kNotRunning[] = "The simulation process is not running.";
-
 }  // namespace gantry

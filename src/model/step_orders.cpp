@@ -56,15 +56,7 @@ class OrderBook {
     const size_t row = orders_.constraintWells.size();
     orders_.constraintWells.push_back(source.Name);
     if (row == orders_.items.size()) ResizeConstraints(row + 1);
-    SwapControl(row);
-    ChooseControl(source, opMode, control_);
-    SwapControl(row);
-  }
-
-  void SwapControl(size_t row) {
-    control_.items.swap(orders_.items[row]);
-    control_.values.swap(orders_.values[row]);
-    control_.codes.swap(orders_.codes[row]);
+    ChooseControl(source, opMode, {orders_.items[row], orders_.values[row], orders_.codes[row]});
   }
 
   void ResizeConstraints(size_t rows) {
@@ -75,7 +67,6 @@ class OrderBook {
 
   StepRules rules_;
   StepOrders& orders_;
-  WellControl control_;  ///< of the present well, in the storage of its row
 };
 
 }  // namespace

@@ -7,6 +7,11 @@
 
 namespace gantry {
 
+/// Where the simulator runs. Any other number counts as the cluster, but for what is shown.
+enum ConnectionMode : int32_t { kLocalComputer = 0, kLinuxCluster = 1 };
+/// What the inflow tables are drawn up for; any other number counts as block pressure.
+enum InflowPressure : int32_t { kBlockPressure = 0, kDrainageRegion = 1 };
+
 /// Everything that one case says about its simulator. One stands in each model, edited in place;
 /// the application object holds one more. Reached by text under the word "CaseDetails".
 class LinkSettings : public CExtDataServerObject {
@@ -26,7 +31,7 @@ class LinkSettings : public CExtDataServerObject {
   void LoadFromRegistry();
   void SaveToRegistry() const;
 
-  int32_t ConnectionMode = 0;  ///< 0 local computer, 1 Linux cluster
+  int32_t ConnectionMode = kLocalComputer;
   std::string HeadNode;
   int32_t HeadNodePort = 7777;
   int32_t LinuxIXVersion = 100000;
@@ -34,7 +39,7 @@ class LinkSettings : public CExtDataServerObject {
   std::string FileName;    ///< path of the dataset
   int32_t Parallel = 1;
   bool CloseUnconnectedWells = false;
-  int32_t IPRModel = 1;    ///< 0 block pressure, 1 drainage region
+  int32_t IPRModel = kDrainageRegion;
   int32_t UpTimeMode = 0;  ///< kept only as a saved setting
   bool StdLogging = false;
 };

@@ -111,12 +111,12 @@ void CCaseSettingsDlg::ShowDefaultSimulator(DialogWindow& window) const {
 void CCaseSettingsDlg::Refresh(DialogWindow& window) const {
   const bool isRunning = model_.IsRunning();
   for (const int id : {kHeadNode, kHeadNodePort, kLinuxVersion}) {
-    window.Enable(id, !isRunning && live_.ConnectionMode == 1);
+    window.Enable(id, !isRunning && live_.ConnectionMode == kLinuxCluster);
   }
   for (const int id : {kBrowseDataset, kBrowseSimulator}) {
-    window.Enable(id, !isRunning && live_.ConnectionMode == 0);
+    window.Enable(id, !isRunning && live_.ConnectionMode == kLocalComputer);
   }
-  window.Enable(kCalculate, !isRunning && live_.IPRModel == 1);
+  window.Enable(kCalculate, !isRunning && live_.IPRModel == kDrainageRegion);
   window.Enable(platform::kOkButton, window.Text(kFileName) == openingDataset_);
   window.SetText(kStartStop, isRunning ? "Stop" : "Start");
 }

@@ -2,25 +2,13 @@
 
 #include <string>
 
+#include "model/model_dialogs.h"
 #include "settings/link_settings.h"
 #include "settings/machine_config.h"
 #include "toolkit/dialog_window.h"
 #include "wells/static_well_data.h"
 
 namespace gantry {
-
-/// What the case settings dialog works on: a model's settings and wells, and its simulator.
-class EditedCase {
- public:
-  virtual ~EditedCase() = default;
-
-  virtual LinkSettings& Settings() = 0;
-  virtual StaticWellDataCollection& Wells() = 0;
-  virtual bool IsRunning() = 0;
-  /// 0, or another number when it failed.
-  virtual int32_t CloseSimulator() = 0;
-  virtual void SetUpInflow(void* window) = 0;
-};
 
 /// "Intersect Case Settings": edits the settings of a case in place, and starts or stops its
 /// simulator. Whoever opened it goes on with a run only when it was closed with "Start".

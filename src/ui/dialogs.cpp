@@ -1,6 +1,5 @@
 #include "ui/dialogs.h"
 
-#include "model/ext_model.h"
 #include "platform/window.h"
 #include "settings/gantry_app.h"
 #include "ui/case_settings_dlg.h"
@@ -9,20 +8,6 @@
 
 namespace gantry {
 namespace {
-
-class ModelCase : public EditedCase {
- public:
-  explicit ModelCase(CExtModel& model) : model_(model) {}
-
-  LinkSettings& Settings() override { return model_.Settings; }
-  StaticWellDataCollection& Wells() override { return model_.Wells; }
-  bool IsRunning() override { return model_.IsRunning(); }
-  int32_t CloseSimulator() override { return model_.CloseSimulator(); }
-  void SetUpInflow(void* window) override { model_.SetUpInflow(window); }
-
- private:
-  CExtModel& model_;
-};
 
 Dialogs* AvailableDialogs() {
   platform::DialogToolkit* const toolkit = platform::DialogToolkit::Find();
@@ -42,16 +27,15 @@ void Dialogs::Configure(void* parent) {
   toolkit_.Run(dialog, parent);
 }
 
-bool Dialogs::EditCase(void* parent, CExtModel& model) {
-  ModelCase edited(model);
+bool Dialogs::EditCase(void* parent, EditedCase& edited) {
   CCaseSettingsDlg dialog(edited, CGantryApp::Instance().Config);
   toolkit_.Run(dialog, parent);
   return dialog.StartRequested();
 }
 
-bool Dialogs::EditExportedVariables(void* parent, CExtModel& model) {
-  CExportVariablesDlg dialog(model.ExportedVariables, model.Wells, !model.ComponentNames.empty(),
-                             CGantryApp::Instance().Config);
+bool Dialogs::EditExportedVariables(void* parent, CExportedVariables& variables,
+                                    const StaticWellDataCollection& wells, bool hasComponents) {
+  CExportVariablesDlg dialog(variables, wells, hasComponents, CGantryApp::Instance().Config);
   return toolkit_.Run(dialog, parent) == platform::kOkButton;
 }
 

@@ -72,7 +72,7 @@ struct Limit {
   int32_t code;
 };
 
-void Assign(WellControl& control, std::initializer_list<Limit> limits) {
+void Assign(WellControl control, std::initializer_list<Limit> limits) {
   control.items.resize(limits.size());
   control.values.clear();
   control.codes.clear();
@@ -87,7 +87,7 @@ bool IsControlledOnLiquid(double liquid, double gas) {
   return liquid > kLeastLiquidRate && !(gas * kCubicFeetOfMillion / liquid > kGasControlledRatio);
 }
 
-void ChooseProducerControl(const IPRPoint& point, int32_t opMode, WellControl& control) {
+void ChooseProducerControl(const IPRPoint& point, int32_t opMode, WellControl control) {
   const double liquid = point.OilRate + point.WaterRate;
   const double gas = point.GasRate;
   const bool automatic = opMode == kControlRate;
@@ -159,7 +159,7 @@ Source* SourceList::Find(const std::string& name) {
   return nullptr;
 }
 
-void ChooseControl(const Source& source, int32_t opMode, WellControl& control) {
+void ChooseControl(const Source& source, int32_t opMode, WellControl control) {
   const IPRPoint& point = source.OpPoint;
   if (source.SourceType == kProducer) return ChooseProducerControl(point, opMode, control);
   if (source.SourceType == kGasInjector) {

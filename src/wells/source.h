@@ -71,15 +71,15 @@ class SourceList : public CExcStdDataServerObjectList<Source> {
   Source* Find(const std::string& name);
 };
 
-/// The control of a well for one step: parallel lists for the connector's constraint setter.
+/// The control of a well for one step: a row of the connector's constraint lists.
 struct WellControl {
-  std::vector<std::string> items;
-  std::vector<double> values;
-  std::vector<int32_t> codes;
+  std::vector<std::string>& items;
+  std::vector<double>& values;
+  std::vector<int32_t>& codes;
 };
 
 /// Picks the control variables of an open well from its operating point and its control mode, in
-/// place of what stands in `control`, whose storage is used again.
-void ChooseControl(const Source& source, int32_t opMode, WellControl& control);
+/// place of what stands in `control`.
+void ChooseControl(const Source& source, int32_t opMode, WellControl control);
 
 }  // namespace gantry

@@ -39,19 +39,19 @@ std::map<std::string, double> StoredRatios(void* handle, const std::filesystem::
 class LibraryOnASimulator : public ::testing::Test {
  protected:
   LibraryOnASimulator() {
-    const InflowCallbacks& calls = ModelCallbacks::Table();
+    const InflowCallbacks& calls = kInflowCallbacks;
     SetIPRCallbacks(handle_, calls.elapsedDays, calls.restart, calls.imposeRate, calls.advance,
                     calls.readInflow, calls.readCurrent);
   }
   ~LibraryOnASimulator() override { DestroyIPRModel(handle_); }
 
   void Start(double endDays) {
-    model_.Settings.FileName = run_.Deck("five_spot/FIVE_SPOT.afi", endDays).string();
+    model_.Settings().FileName = run_.Deck("five_spot/FIVE_SPOT.afi", endDays).string();
     ExtErrorBlock error{};
     ASSERT_EQ(model_.StartSimulator(nullptr, &error), 0) << error.text;
     StartIPRAddWell(handle_);
-    for (size_t i = 0; i < model_.Sources.Items.size(); ++i) {
-      const Source& source = model_.Sources.Items[i];
+    for (size_t i = 0; i < model_.Sources().Items.size(); ++i) {
+      const Source& source = model_.Sources().Items[i];
       AddIPRWell(handle_, static_cast<int32_t>(i), source.Name.c_str(),
                  source.SourceType == kProducer, source.SourceType != kGasInjector);
     }
@@ -60,7 +60,7 @@ class LibraryOnASimulator : public ::testing::Test {
 
   RealRun run_;
   CGantryApp app_;
-  CExtModel model_;
+  CExtModel model_{[](void*) -> ModelDialogs* { return nullptr; }};
   void* handle_ = CreateIPRModel(&model_);
 };
 
@@ -68,7 +68,7 @@ TEST_F(LibraryOnASimulator, FindsThatATankIsItsOwnDrainageRegion) {
   Start(1000.0);
   ASSERT_EQ(SetupIPR(nullptr, handle_), 0);
   EXPECT_TRUE(model_.IsRunning());
-  EXPECT_NEAR(model_.CurrentElapsedDays, 60.1, 1e-9);
+  EXPECT_NEAR(model_.ElapsedDays(), 60.1, 1e-9);
   const auto ratios = StoredRatios(handle_, run_.Folder() / "state");
   ASSERT_EQ(ratios.size(), 5u);
   for (const auto& [well, ratio] : ratios) EXPECT_NEAR(ratio, 1.0, 0.1) << well;

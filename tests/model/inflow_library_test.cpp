@@ -64,7 +64,7 @@ TEST_F(InflowLibrary, MayRewriteATable) {
   Command(63);
   probe->pointsAfter = 4000;
   ASSERT_EQ(ReadInflow(0, *record), 0);
-  const auto& seen = static_cast<CExtModel*>(model)->Sources.Items[0].HostIPR;
+  const auto& seen = static_cast<CExtModel*>(model)->Sources().Items[0].HostIPR;
   EXPECT_EQ(seen.size(), 10u) << "whatever number it leaves";
   EXPECT_EQ(probe->calls.back().find("3.4e+35"), std::string::npos) << "a step has been made";
   probe->calls.clear();
@@ -149,20 +149,20 @@ TEST_F(InflowLibrary, StepsACompositionalModelWithoutTheHostsInflow) {
 TEST_F(InflowLibrary, SharesThePlaceInTheStoreFile) {
   std::string store = (folder / "case.store").string();
   const auto block = std::make_unique<CaseDataRecord>();
-  auto& parent = static_cast<CExtModel*>(model)->ExportedVariables.Add(
+  auto& parent = static_cast<CExtModel*>(model)->ExportedVariables().Add(
       std::make_unique<CExportedVariableWellParent>());
   parent.WellName = "P1";
   EXPECT_EQ(Command(20, store.data(), 1), 0) << "a file that isn't there yet is no failure";
   ASSERT_EQ(Command(12, block->block, EXT_CASE_DATA_CAPACITY), 0);
   const std::string bytes = TestFolder::Read(store);
   EXPECT_EQ(bytes.find("probe's state"), 12u);
-  static_cast<CExtModel*>(model)->ExportedVariables.RemoveAll();
+  static_cast<CExtModel*>(model)->ExportedVariables().RemoveAll();
   probe->calls.clear();
   Command(20, store.data());
   EXPECT_EQ(probe->calls, Texts{});
   Command(20, store.data(), 1);
   EXPECT_EQ(probe->calls, Texts{"loaded probe's state"});
-  ASSERT_EQ(static_cast<CExtModel*>(model)->ExportedVariables.Size(), 1u);
+  ASSERT_EQ(static_cast<CExtModel*>(model)->ExportedVariables().Size(), 1u);
 
   probe->leavesStateAlone = true;  // as where there is no library, or another one
   Command(20, store.data(), 1);

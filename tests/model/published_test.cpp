@@ -16,7 +16,7 @@ class Published : public ModelTest {
 
   /// Publishes a variable of a well, as the export dialog does.
   void Publish(const std::string& well, const std::string& label, uint32_t kind, bool writeable) {
-    CExportedVariables& variables = static_cast<CExtModel*>(model)->ExportedVariables;
+    CExportedVariables& variables = static_cast<CExtModel*>(model)->ExportedVariables();
     CExportedVariableWellParent* parent = variables.FindWellParent(well);
     if (parent == nullptr) {
       parent = &variables.Add(std::make_unique<CExportedVariableWellParent>());

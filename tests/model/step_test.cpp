@@ -97,7 +97,7 @@ TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
   peer.CutAt("SETWCONSTRAINTS");
   EXPECT_EQ(Command(101), 1);
   EXPECT_EQ(StepBy(1.0), 1);
-  EXPECT_EQ(static_cast<CExtModel*>(model)->SimulatorDays, 2.0)
+  EXPECT_EQ(static_cast<CExtModel*>(model)->SimulatorDays(), 2.0)
       << "no step is made on orders that have not all arrived";
 }
 

@@ -131,15 +131,17 @@ TEST(Source, IsControlledByItsTypeItsModeAndItsGasLiquidRatio) {
       {kGasInjector, 2, 80, 20, 9, "GAS_INJECTION_RATE 9 1;"},
       {kInjector, 3, 80, 20, 9, "WATER_INJECTION_RATE 20 0;"},
   };
-  WellControl control;
+  Strings items;
+  Doubles values;
+  std::vector<int32_t> codes;
   for (const auto& [type, opMode, oil, water, gas, expected] : cases) {
     Source source;
     source.SourceType = type;
     source.OpPoint = {0.0, oil, gas, water, {}};
-    ChooseControl(source, opMode, control);
+    ChooseControl(source, opMode, {items, values, codes});
     std::ostringstream shown;
-    for (size_t i = 0; i < control.items.size(); ++i) {
-      shown << control.items[i] << ' ' << control.values.at(i) << ' ' << control.codes.at(i) << ';';
+    for (size_t i = 0; i < items.size(); ++i) {
+      shown << items[i] << ' ' << values.at(i) << ' ' << codes.at(i) << ';';
     }
     EXPECT_EQ(shown.str(), expected) << "type " << type << ", mode " << opMode;
   }

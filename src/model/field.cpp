@@ -1,0 +1,149 @@
+#include "model/field.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+
+#include "model/fluid_record.h"
+#include "model/well_reading.h"
+
+namespace gantry {
+namespace {
+
+constexpr double kLeastGravity = 0.1;
+constexpr double kDefaultOilGravity = 0.8;
+constexpr double kDefaultWaterGravity = 1.0;
+
+// Pounds a day: barrels to cubic feet, and the densities of water and air.
+constexpr double kCubicFeetOfBarrel = 5.615;
+constexpr double kWaterDensity = 62.43;
+constexpr double kCubicFeetOfMillion = 1000000.0;
+constexpr double kAirDensity = 0.0763;
+
+double UsableGravity(double gravity, double otherwise) {
+  return gravity >= kLeastGravity ? gravity : otherwise;
+}
+
+/// The water is left out; the host's network relies on it.
+double MassRate(double oil, double gas, const _tGetSetData& record) {
+  return oil * kCubicFeetOfBarrel * kWaterDensity * record.oilGravity +
+         gas * kCubicFeetOfMillion * kAirDensity * record.gasGravity;
+}
+
+void FillPoints(const Source& source, std::span<const IPRPoint> points, _tGetSetData& record) {
+  for (size_t i = 0; i < points.size(); ++i) {
+    record.oilRate[i] = points[i].OilRate;
+    record.waterRate[i] = points[i].WaterRate;
+    record.gasRate[i] = points[i].GasRate;
+    record.pressure[i] = points[i].Pressure;
+    record.pointValue[i] = source.PointValue;
+    record.massRate[i] = MassRate(record.oilRate[i], record.gasRate[i], record);
+  }
+}
+
+void FillCompositions(std::span<const IPRPoint> points, _tGetSetData& record) {
+  for (size_t i = 0; i < points.size(); ++i) {
+    const std::vector<double>& composition = points[i].Composition;
+    const size_t count = std::min(composition.size(), kMaxComponents);
+    double* const row = record.moleFractions[i];
+    std::memset(row, 0, sizeof record.moleFractions[i]);
+    std::copy_n(composition.begin(), count, row);
+  }
+}
+
+/// The state of a well that the host shuts: at surface only by the host's code for it, or by one
+/// that isn't known.
+int32_t ShutState(int32_t shutInCode) {
+  return shutInCode == -1 || shutInCode == 2 ? kShutCompletions : kShutSurface;
+}
+
+}  // namespace
+
+void Field::ReadStatic(CExtConnectorBase& connector, std::vector<std::string>& componentNames) {
+  Compositional = connector.GetCompositionalFlag();
+  FluidModel = {};
+  fluidRecord_.reset();
+  if (Compositional) connector.GetEOSProperties(FluidModel);
+  componentNames = FluidModel.componentNames;
+  fluidRecord_ = MakeFluidRecord(FluidModel);
+  connector.AdvanceNewton();  // wells are initialised from here on
+  std::vector<ConnectorWellStatus> statuses;
+  connector.GetWellStatus(statuses);
+  Sources = MakeSources(statuses);
+}
+
+bool Field::ReadWells(CExtConnectorBase& connector, const std::vector<std::string>& wells) {
+  constexpr bool kUseBottomHolePressure = true;
+  constexpr double kSkewness = 2.5;
+  connector.GetWellDataAndIPR(FluidModel.componentCount, wells, wellRecords_,
+                              kUseBottomHolePressure, kSkewness);
+  return FillSources(Sources, wellRecords_);
+}
+
+void Field::SendOrders(CExtConnectorBase& connector, const StaticWellDataCollection& wells,
+                       const StepRules& rules) {
+  DrawUpOrders(Sources, wells, rules, orders_);
+  orders_.Send(connector);
+}
+
+void Field::SetUpGasInjection(CExtConnectorBase& connector, const StaticWellDataCollection& wells,
+                              size_t componentCount) {
+  Doubles placeholder(componentCount, 0.0);
+  if (!placeholder.empty()) placeholder.front() = 1.0;
+  for (const StaticWellData& well : wells.Items) {
+    if (!well.Connected || well.SourceType != kGasInjector) continue;
+    const std::string source = InjectionSourceName(well.Name);
+    connector.SetInjectionSource(well.Name, source);
+    connector.SetWellInjectionComposition({source}, {placeholder});
+  }
+}
+
+Source* Field::Find(int32_t well) {
+  const bool isThere = well >= 0 && static_cast<size_t>(well) < Sources.Items.size();
+  return isThere ? &Sources.Items[static_cast<size_t>(well)] : nullptr;
+}
+
+void Field::FillInflow(const Source& source, _tGetSetData& record) const {
+  record.gasGravity = source.GasGravity;
+  record.oilGravity = UsableGravity(source.OilGravity, kDefaultOilGravity);
+  record.waterGravity = UsableGravity(source.WaterGravity, kDefaultWaterGravity);
+  const auto points =
+      std::span(source.SimulatorIPR).first(std::min(source.SimulatorIPR.size(), kMaxInflowPoints));
+  record.pointCount = static_cast<int32_t>(points.size());
+  record.isShut = points.empty() ? 1 : 0;
+  FillPoints(source, points, record);
+  std::ranges::copy(source.PassThrough, record.passThrough);
+  if (!Compositional) return;
+  FillFluid(record.fluid);
+  FillCompositions(points, record);
+}
+
+void Field::TakeOperatingPoint(const _tGetSetData& record, Source& source) const {
+  source.RequestedStatus = record.isShut == 0 ? kOpen : ShutState(record.shutInCode);
+  source.OnTimeFraction = 1.0 - record.downFraction;
+  IPRPoint& point = source.OpPoint;
+  point = {.Pressure = record.pressure[0],
+           .OilRate = record.oilRate[0],
+           .GasRate = record.gasRate[0],
+           .WaterRate = record.waterRate[0],
+           .Composition = {}};
+  if (Compositional && source.SourceType == kGasInjector) {
+    constexpr auto most = static_cast<int32_t>(kMaxComponents);
+    const auto count = static_cast<size_t>(std::clamp(record.fluid.componentCount, 0, most));
+    point.Composition.assign(record.moleFractions[0], record.moleFractions[0] + count);
+  }
+  if (source.SourceType == kProducer) return;
+  source.PointValue = record.pointValue[0];
+  source.OilGravity = record.oilGravity;
+  source.GasGravity = record.gasGravity;
+  source.WaterGravity = record.waterGravity;
+  std::ranges::copy(record.passThrough, source.PassThrough.begin());
+}
+
+bool Field::FillFluid(FluidModelRecord& record) const {
+  if (fluidRecord_ == nullptr) return false;
+  CopyFluidRecord(*fluidRecord_, record);
+  return true;
+}
+
+}  // namespace gantry
