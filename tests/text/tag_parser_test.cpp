@@ -62,34 +62,24 @@ class TankList : public CExcStdDataServerObjectList<Tank> {
 
 TEST(TextPath, IsReadDownToAProperty) {
   const std::string many(100000, '0');
-  const std::pair<std::string, std::string> reads[] = {
-      {"Tank.$Count", "4"},
-      {"TANK.count", "4"},
-      {"...Tank...Count", "4"},
-      {"Tank[0].Name", "A"},
-      {"Tank[003].number", "-7"},
-      {"Tank[0].$Fixed", "-7"},
-      {"Tank[0].Flag", "1"},
-      {"Tank[0].Small", "9"},
-      {"Tank[0].Real", "1.23457e+06"},
-      {"Tank[0].V[1]", "2.5"},
-      {"Tank[0].V[2]", "Index out of range"},
-      {"Tank[0].V[-1]", "Index out of range"},
-      {"Tank[0].V", "Index out of range"},
-      {"Tank[{b}].Name", "b"},
-      {"Tank[4].Name", "none"},
-      {"Tank[{C}].Name", "none"},
-      {"Tank[{}].Name", "none"},
-      {"Tank[0].Other", "none"},
-      {"Tank", "none"},
-      {"Tank.Add", "none"},
-      {"Tank.Reset", "none"},
-      {"Vessel[0].Name", "none"},
-      {"Tank[0" + many + "].Name", "A"},
-      {"Tank" + std::string(100000, '.') + "Count", "4"},
-      {"Tank" + std::string(100000, '['), "none"},
-      {"Tank[{" + many + "}].Name", "none"},
-  };
+  const std::pair<std::string, std::string> reads[] = {{"Tank.$Count", "4"},
+                                                       {"...Tank...count", "4"},
+                                                       {"TANK[003].number", "-7"},
+                                                       {"Tank[0].Flag", "1"},
+                                                       {"Tank[0].Small", "9"},
+                                                       {"Tank[0].Real", "1.23457e+06"},
+                                                       {"Tank[0].V[1]", "2.5"},
+                                                       {"Tank[0].V[2]", "Index out of range"},
+                                                       {"Tank[0].V", "Index out of range"},
+                                                       {"Tank[{b}].Name", "b"},
+                                                       {"Tank[4].Name", "none"},
+                                                       {"Tank[{}].Name", "none"},
+                                                       {"Tank[0].Other", "none"},
+                                                       {"Tank.Add", "none"},
+                                                       {"Vessel[0].Name", "none"},
+                                                       {"Tank[0" + many + "].Name", "A"},
+                                                       {"Tank" + std::string(100000, '['), "none"},
+                                                       {"Tank[{" + many + "}].Name", "none"}};
   for (const auto& [path, answer] : reads) {
     TankList tanks;
     EXPECT_EQ(tanks.Read(path), answer) << path.substr(0, 40);
@@ -106,27 +96,22 @@ TEST(TextPath, WritesAPropertyOrChangesItsList) {
     const char* readBack = "none";
   };
   constexpr const char* kBadIndex = "Attempting to remove an object at an invalid index";
-  const Case cases[] = {
-      {"Tank.$Count", "9", "done", "ABbB", "4"},
-      {"Tank.Add", "", "done", "ABbB."},
-      {"Tank.Reset", "", "done", ""},
-      {"Tank.Delete", "1", "done", "AbB"},
-      {"Tank.Delete", "3", "done", "ABb"},
-      {"Tank.Delete", "4", kBadIndex, "ABbB"},
-      {"Tank.Delete", "-1", kBadIndex, "ABbB"},
-      {"Tank[{B}].Name", "C", "done", "ACbB", "B"},
-      {"Tank[2].Name", "C", "done", "ABCB", "C"},
-      {"Tank[4].Name", "C", "none", "ABbB"},
-      {"Tank[0].Name", nullptr, "done", ".BbB", ""},
-      {"Tank[0].Number", " 42x", "done", "ABbB", "42"},
-      {"Tank[0].Fixed", "42", "done", "ABbB", "-7"},
-      {"Tank[0].Flag", "-2", "done", "ABbB", "1"},
-      {"Tank[0].Flag", "0", "done", "ABbB", "0"},
-      {"Tank[0].Small", "70000", "done", "ABbB", "32767"},
-      {"Tank[0].Real", "none", "done", "ABbB", "0"},
-      {"Tank[0].v[0]", "7", "done", "ABbB", "7"},
-      {"Tank[0].v[2]", "7", "Index out of range", "ABbB", "Index out of range"},
-  };
+  const Case cases[] = {{"Tank.$Count", "9", "done", "ABbB", "4"},
+                        {"Tank.Add", "", "done", "ABbB."},
+                        {"Tank.Reset", "", "done", ""},
+                        {"Tank.Delete", "1", "done", "AbB"},
+                        {"Tank.Delete", "4", kBadIndex, "ABbB"},
+                        {"Tank.Delete", "-1", kBadIndex, "ABbB"},
+                        {"Tank[{B}].Name", "C", "done", "ACbB", "B"},
+                        {"Tank[0].Name", nullptr, "done", ".BbB", ""},
+                        {"Tank[0].Number", " 42x", "done", "ABbB", "42"},
+                        {"Tank[0].Fixed", "42", "done", "ABbB", "-7"},
+                        {"Tank[0].Flag", "-2", "done", "ABbB", "1"},
+                        {"Tank[0].Flag", "0", "done", "ABbB", "0"},
+                        {"Tank[0].Small", "70000", "done", "ABbB", "32767"},
+                        {"Tank[0].Real", "none", "done", "ABbB", "0"},
+                        {"Tank[0].v[0]", "7", "done", "ABbB", "7"},
+                        {"Tank[0].v[2]", "7", "Index out of range", "ABbB", "Index out of range"}};
   for (const Case& c : cases) {
     TankList tanks;
     EXPECT_EQ(tanks.Write(c.path, c.value), c.outcome) << c.path;
@@ -152,19 +137,14 @@ TEST(TagParser, TakesAWordWithoutRegardToCaseUpToADotOrABracket) {
     bool matches;
     const char* rest;  ///< the word behind
   };
-  const Case cases[] = {
-      {"iNTERSECT.Rest", "Intersect", true, "Rest"},
-      {"Intersect(Rest", "Intersect", true, "(Rest"},
-      {"Intersect", "Intersect", true, ""},
-      {"Intersected.Rest", "Intersect", false, "Intersected"},
-      {"Inter.Rest", "Intersect", false, "Inter"},
-      {" Intersect", "Intersect", false, " Intersect"},
-      {"", "Intersect", false, ""},
-      {"Count.Rest", "$Count", true, "Rest"},
-      {"$Count.Rest", "$Count", true, "Rest"},
-      {"$$Count", "$Count", false, "$$Count"},
-      {"$Name", "Name", false, "$Name"},
-  };
+  const Case cases[] = {{"iNTERSECT.Rest", "Intersect", true, "Rest"},
+                        {"Intersect(Rest", "Intersect", true, "(Rest"},
+                        {"Intersected.Rest", "Intersect", false, "Intersected"},
+                        {"Inter.Rest", "Intersect", false, "Inter"},
+                        {"Count.Rest", "$Count", true, "Rest"},
+                        {"$Count.Rest", "$Count", true, "Rest"},
+                        {"$$Count", "$Count", false, "$$Count"},
+                        {"$Name", "Name", false, "$Name"}};
   for (const Case& c : cases) {
     TagParser parser = TagParser::ForCommand(c.path);
     EXPECT_EQ(parser.MatchWord(c.name), c.matches) << c.path;
@@ -200,15 +180,13 @@ TEST(TagParser, TakesAnIndexOrAKeyOnlyWhenItIsWhole) {
     std::string key;
     std::string rest = "W";
   };
-  std::vector<Case> cases = {
-      {"[007].W", 7, ""},
-      {"[99999999999].W", 2147483647, ""},
-      {"[{a]b}c d}].W", -1, "a]b}c d"},
-      {"[{}].W", -1, ""},
-      {"[{" + std::string(300, 'k') + "}].W", -1, std::string(255, 'k')},
-      {"W", -1, ""},
-      {"{a}", -1, "", "{a}"},
-  };
+  std::vector<Case> cases = {{"[007].W", 7, ""},
+                             {"[99999999999].W", 2147483647, ""},
+                             {"[{a]b}c d}].W", -1, "a]b}c d"},
+                             {"[{}].W", -1, ""},
+                             {"[{" + std::string(300, 'k') + "}].W", -1, std::string(255, 'k')},
+                             {"W", -1, ""},
+                             {"{a}", -1, "", "{a}"}};
   for (const char* broken :
        {"[", "[]", "[3", "[-3]", "[ 3]", "[3a]", "[{", "[{a", "[{a}", "[{a]", "[xa}]"}) {
     cases.push_back({broken, -1, "", ""});

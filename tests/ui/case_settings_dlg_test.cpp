@@ -1,7 +1,5 @@
 #include "ui/case_settings_dlg.h"
 
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "support/test_folder.h"
@@ -9,13 +7,11 @@
 #include "ui/memory_window.h"
 #include "ui/stub_case.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 using namespace case_settings_id;
-using platform::kCancelButton;
-using platform::kOkButton;
-using test::MemoryWindow;
+using namespace platform;
 
 class CaseSettingsDialog : public ::testing::Test {
  protected:
@@ -32,29 +28,20 @@ class CaseSettingsDialog : public ::testing::Test {
     dialog = std::make_unique<CCaseSettingsDlg>(model, config);
     return MemoryWindow(*dialog);
   }
-  /// What a case holds, in the order of the dialog.
-  std::string Fields() const {
-    const LinkSettings& held = model.settings;
-    std::ostringstream out;
-    out << held.ConnectionMode << '|' << held.HeadNode << '|' << held.HeadNodePort << '|'
-        << held.LinuxIXVersion << '|' << held.SimExeName << '|' << held.FileName << '|'
-        << held.Parallel << '|' << held.IPRModel << '|' << held.CloseUnconnectedWells << '|'
-        << held.UpTimeMode << '|' << held.StdLogging;
-    return out.str();
-  }
-  /// The controls of these fields, and the one of the wells' mode in place of the last.
   static std::string Shown(const MemoryWindow& window) {
-    std::string shown;
-    for (const int id : {kComputer, kHeadNode, kHeadNodePort, kLinuxVersion, kSimExeName, kFileName,
-                         kParallel, kIPRModel, kCloseUnconnected, kDowntime, kControlMode}) {
-      shown += window.Value(id) + (id == kControlMode ? "" : "|");
-    }
-    return shown;
+    return window.Values({kComputer, kHeadNode, kHeadNodePort, kLinuxVersion, kSimExeName,
+                          kFileName, kParallel, kIPRModel, kCloseUnconnected, kDowntime,
+                          kControlMode});
+  }
+  /// What the case holds by now, as another dialog shows it.
+  std::string Held() {
+    CCaseSettingsDlg other(model, config);
+    return Shown(MemoryWindow(other));
   }
 
-  test::TestFolder folder;
+  TestFolder folder;
   CIXConfig config;
-  test::StubCase model;
+  StubCase model;
   std::unique_ptr<CCaseSettingsDlg> dialog;
 };
 
@@ -68,19 +55,16 @@ TEST_F(CaseSettingsDialog, ShowsEverySettingAndSavesItWithOk) {
   EXPECT_EQ(Shown(window), "1|head|7777|2|/ix|/cases/a.afi|8|1|0|1|2") << "the last well's mode";
   EXPECT_TRUE(window.At(kSimExeName).isCaretBehindText);
   EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
-  for (const auto& [id, text] : std::map<int, const char*>{
-           {kHeadNode, "node"}, {kHeadNodePort, "8000"}, {kSimExeName, "/ix2"}, {kParallel, "4"}}) {
-    window.SetText(id, text);
-  }
-  for (const auto& [id, index] :
-       std::map<int, int>{{kLinuxVersion, 1}, {kIPRModel, 0}, {kControlMode, 1}, {kDowntime, 0}}) {
-    window.Choose(id, index);
-  }
+  window.Type(
+      {{kHeadNode, "node"}, {kHeadNodePort, "8000"}, {kSimExeName, "/ix2"}, {kParallel, "4"}});
+  for (const int list : {kLinuxVersion, kControlMode}) window.Choose(list, 1);
+  for (const int list : {kIPRModel, kDowntime}) window.Choose(list, 0);
   window.SetChecked(kCloseUnconnected, true);
   window.Press(kOkButton);
   EXPECT_EQ(window.result, kOkButton);
   EXPECT_FALSE(dialog->StartRequested());
-  EXPECT_EQ(Fields(), "1|node|8000|20162|/ix2|/cases/a.afi|4|0|1|0|0");
+  EXPECT_EQ(Held(), "1|node|8000|1|/ix2|/cases/a.afi|4|0|1|0|1");
+  EXPECT_EQ(settings.LinuxIXVersion, 20162);
   for (const auto& well : model.wells.Items) EXPECT_EQ(well.OpMode, 1);
   LinkSettings kept;
   kept.LoadFromRegistry();
@@ -112,13 +96,9 @@ TEST_F(CaseSettingsDialog, EnablesWhatTheStateAllows) {
     model.settings.ConnectionMode = row.connectionMode;
     model.settings.IPRModel = row.inflowModel;
     MemoryWindow window = Open();
-    std::string enabled;
-    for (const int id :
-         std::initializer_list<int>{kHeadNode, kHeadNodePort, kLinuxVersion, kBrowseDataset,
-                                    kBrowseSimulator, kCalculate, kOkButton}) {
-      enabled += window.At(id).isEnabled ? "1" : "0";
-    }
-    EXPECT_EQ(enabled, row.enabled);
+    EXPECT_EQ(window.Enabled({kHeadNode, kHeadNodePort, kLinuxVersion, kBrowseDataset,
+                              kBrowseSimulator, kCalculate, kOkButton}),
+              row.enabled);
     EXPECT_EQ(window.Text(kStartStop), row.isRunning ? "Stop" : "Start");
   }
 }
@@ -127,14 +107,12 @@ TEST_F(CaseSettingsDialog, GreysOkOnlyAtTheNextRefreshAfterTheDatasetChanged) {
   MemoryWindow window = Open();
   window.SetText(kFileName, "/cases/b.afi");
   window.Choose(kDowntime, 1);
-  EXPECT_TRUE(window.At(kOkButton).isEnabled) << "no cause of a refresh";
+  EXPECT_EQ(window.Enabled({kOkButton, kCalculate}), "11") << "no cause of a refresh";
   window.Choose(kIPRModel, 0);
-  EXPECT_FALSE(window.At(kOkButton).isEnabled);
-  EXPECT_FALSE(window.At(kCalculate).isEnabled);
+  EXPECT_EQ(window.Enabled({kOkButton, kCalculate}), "00");
   window.SetText(kFileName, "/cases/a.afi");
   window.Choose(kComputer, 1);
-  EXPECT_TRUE(window.At(kOkButton).isEnabled);
-  EXPECT_TRUE(window.At(kHeadNode).isEnabled);
+  EXPECT_EQ(window.Enabled({kOkButton, kHeadNode}), "11");
   window.SetText(kFileName, "/cases/b.afi");
   window.Press(kStartStop);
   EXPECT_EQ(window.result, kOkButton);
@@ -143,26 +121,22 @@ TEST_F(CaseSettingsDialog, GreysOkOnlyAtTheNextRefreshAfterTheDatasetChanged) {
 }
 
 TEST_F(CaseSettingsDialog, CorrectsNumbersWithoutAWord) {
-  struct Row {
-    const char *port, *parallel;
-    int32_t storedPort, storedParallel;
-  };
-  for (const Row& row :
-       {Row{"0", "0", 1, 1}, {"port", "600", 1, 512}, {"-3", "many", 1, 1}, {"9", "512", 9, 512}}) {
+  const std::map<std::string, std::string> stored = {
+      {"0|0", "1|1|0"}, {"port|600", "1|512|0"}, {"-3|many", "1|1|0"}, {"9|512", "9|512|0"}};
+  for (const auto& [typed, expected] : stored) {
     model.settings.LinuxIXVersion = 31337;  // not on the list: shown as the first
     MemoryWindow window = Open();
-    EXPECT_EQ(window.Selection(kLinuxVersion), 0);
-    window.SetText(kHeadNodePort, row.port);
-    window.SetText(kParallel, row.parallel);
+    const size_t bar = typed.find('|');
+    window.Type({{kHeadNodePort, typed.substr(0, bar)}, {kParallel, typed.substr(bar + 1)}});
     window.Press(kOkButton);
-    EXPECT_EQ(model.settings.HeadNodePort, row.storedPort);
-    EXPECT_EQ(model.settings.Parallel, row.storedParallel);
+    EXPECT_EQ(Open().Values({kHeadNodePort, kParallel, kLinuxVersion}), expected) << typed;
     EXPECT_EQ(model.settings.LinuxIXVersion, 100000);
     EXPECT_TRUE(window.messages.empty());
   }
 }
 
 TEST_F(CaseSettingsDialog, TakesAtOnceWhatIsPickedAndRestoresEverythingWithCancel) {
+  const std::string before = Held();
   MemoryWindow window = Open();
   window.Choose(kComputer, 1);
   window.pickedFile = "/other";
@@ -172,25 +146,21 @@ TEST_F(CaseSettingsDialog, TakesAtOnceWhatIsPickedAndRestoresEverythingWithCance
   window.Choose(kIPRModel, 0);
   window.Press(kBrowseSimulator);
   window.Press(kBrowseDataset);
-  window.inNested = [](MemoryWindow& nested) {
-    nested.SetChecked(advanced_id::kStdLogging, true);
-    nested.Press(kOkButton);
-  };
-  window.Press(kAdvanced);
-  EXPECT_EQ(Fields(), "0||7777|100000|/other|/other|1|0|0|0|1");
   EXPECT_TRUE(window.At(kFileName).isCaretBehindText);
-  window.inNested = [](MemoryWindow& nested) {
-    EXPECT_TRUE(nested.IsChecked(advanced_id::kStdLogging));
-    nested.SetChecked(advanced_id::kStdLogging, false);
-    nested.Press(kCancelButton);
-  };
-  window.Press(kAdvanced);
-  EXPECT_TRUE(model.settings.StdLogging) << "given up";
-  model.wells.Items[0].OpMode = 1;
+  for (const int button : {kOkButton, kCancelButton}) {
+    window.inNested = [button](MemoryWindow& nested) {
+      nested.SetChecked(advanced_id::kStdLogging, !nested.IsChecked(advanced_id::kStdLogging));
+      nested.Press(button);
+    };
+    window.Press(kAdvanced);
+    EXPECT_TRUE(model.settings.StdLogging) << "and left so by a second thought";
+  }
+  model.wells.Items.back().OpMode = 1;
+  EXPECT_EQ(Held(), "0||7777|0|/other|/other|1|0|0|0|1");
   window.Press(kCancelButton);
   EXPECT_EQ(window.result, kCancelButton);
-  EXPECT_EQ(Fields(), "0||7777|100000|/ix|/cases/a.afi|1|1|0|0|0");
-  EXPECT_EQ(model.wells.Items[0].OpMode, 3);
+  EXPECT_EQ(Held(), before);
+  EXPECT_FALSE(model.settings.StdLogging);
 }
 
 TEST_F(CaseSettingsDialog, AsksForFilesInTheFolderOfTheOldOneOrOfTheDataset) {
@@ -205,8 +175,7 @@ TEST_F(CaseSettingsDialog, AsksForFilesInTheFolderOfTheOldOneOrOfTheDataset) {
                          {kBrowseSimulator, "cases/a", "ix", "cases", "exe", kPrograms},
                          {kBrowseSimulator, "cases/a", "bin/ix", "bin", "exe", kPrograms}}) {
     MemoryWindow window = Open();
-    window.SetText(kFileName, row.dataset);
-    window.SetText(kSimExeName, row.simulator);
+    window.Type({{kFileName, row.dataset}, {kSimExeName, row.simulator}});
     window.Press(row.button);
     EXPECT_EQ(window.fileRequest->folder, row.folder);
     EXPECT_STREQ(window.fileRequest->defaultExtension, row.extension);
@@ -240,8 +209,8 @@ TEST_F(CaseSettingsDialog, WaitsForAStopForTwentySeconds) {
     EXPECT_TRUE(window.wasWaitingInPauses);
     EXPECT_FALSE(window.isWaiting);
     EXPECT_EQ(window.result, row.isStopped ? std::nullopt : std::optional<int>(kCancelButton));
-    EXPECT_EQ(window.Text(kStartStop), row.isStopped ? "Start" : "Stop");
-    EXPECT_EQ(window.At(kOkButton).isEnabled, !row.isStopped) << "refreshed";
+    EXPECT_EQ(window.Values({kStartStop}), row.isStopped ? "Start" : "Stop") << "refreshed";
+    EXPECT_EQ(window.Enabled({kOkButton}), row.isStopped ? "0" : "1");
     EXPECT_EQ(model.settings.ConnectionMode, row.isStopped ? 1 : 0) << "restored";
     EXPECT_FALSE(dialog->StartRequested());
     model.settings.ConnectionMode = 0;
@@ -278,4 +247,4 @@ TEST_F(CaseSettingsDialog, OpensTheConfigurationAndTheHelpOrTellsThatItIsMissing
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
-using platform::ControlKind;
-using platform::ControlRow;
-using platform::DialogPlace;
+using namespace platform;
 
 bool IsWithin(const DialogPlace& inner, const DialogPlace& outer) {
   return inner.left >= outer.left && inner.top >= outer.top &&
@@ -38,4 +36,4 @@ TEST(DialogTemplates, GiveEachControlAPlaceOfItsOwnWithinTheDialogOrItsGroup) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

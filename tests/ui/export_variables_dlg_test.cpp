@@ -7,15 +7,13 @@
 #include "support/test_folder.h"
 #include "ui/dialog_templates.h"
 #include "ui/memory_window.h"
+#include "ui/stub_case.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 using namespace export_id;
-using platform::kCancelButton;
-using platform::kOkButton;
-using platform::TreeItem;
-using test::MemoryWindow;
+using namespace platform;
 using Texts = std::vector<std::string>;
 
 class ExportDialog : public ::testing::Test {
@@ -47,7 +45,7 @@ class ExportDialog : public ::testing::Test {
     return lines;
   }
 
-  test::TestFolder folder;
+  TestFolder folder;
   CIXConfig config;
   StaticWellDataCollection wells;
   CExportedVariables target;
@@ -55,13 +53,9 @@ class ExportDialog : public ::testing::Test {
 };
 
 TEST_F(ExportDialog, OffersWellsAndPropertiesSortedAndThoseOfComponentsWhereThereAreAny) {
-  for (const auto& [display, isScalar] :
-       {std::pair{"My array", 0}, {"My scalar", 1}, {"My many", 4}}) {
-    auto property = std::make_unique<CIXUserProperty>();
-    property->DisplayName = display;
-    property->IsScalar = isScalar;
-    config.UserProperties.push_back(std::move(property));
-  }
+  Expose(config, "A", "My array", -1, 0);
+  Expose(config, "B", "My scalar", -1, 1);
+  Expose(config, "C", "My many", -1, 4);
   for (const bool hasComponents : {false, true}) {
     MemoryWindow window = Open(hasComponents);
     EXPECT_EQ(window.At(kWells).items, (Texts{"I1", "p1", "P2"}));
@@ -162,7 +156,7 @@ TEST_F(ExportDialog, SelectsAllAndInvertsInEachList) {
         {kProperties, kAllProperties, kInvertProperties, 26u}}) {
     window.Press(all);
     EXPECT_EQ(window.SelectedRows(list).size(), count);
-    window.Mark(list, {1});
+    window.At(list).selectedRows = {1};
     window.Press(invert);
     EXPECT_EQ(window.SelectedRows(list).size(), count - 1);
     EXPECT_EQ(window.SelectedRows(list)[1], 2u);
@@ -173,28 +167,25 @@ TEST_F(ExportDialog, StretchesTheTreeAndTheListsAndKeepsTheButtonsInTheCorner) {
   MemoryWindow window = Open();
   const auto before = window.controls;
   window.Drag(kEdgeBottomRight, {window.size.width + 7, window.size.height + 9});
-  const platform::PixelRect lists = {0, 0, 0, 9}, foot = {0, 9, 0, 9}, corner = {7, 9, 7, 9};
-  for (const auto& [id, by] : std::map<int, platform::PixelRect>{{kWells, lists},
-                                                                 {kProperties, lists},
-                                                                 {kVariables, {0, 0, 7, 9}},
-                                                                 {kAllWells, foot},
-                                                                 {kInvertWells, foot},
-                                                                 {kAllProperties, foot},
-                                                                 {kInvertProperties, foot},
-                                                                 {kDelete, foot},
-                                                                 {kCollapseAll, foot},
-                                                                 {kExpandAll, foot},
-                                                                 {kAdd, {}},
-                                                                 {kSameName, {7, 0, 7, 0}},
-                                                                 {kOkButton, corner},
-                                                                 {kCancelButton, corner}}) {
-    const platform::PixelRect& from = before.at(id).rect;
-    EXPECT_EQ(window.Rect(id),
-              (platform::PixelRect{from.left + by.left, from.top + by.top, from.right + by.right,
-                                   from.bottom + by.bottom}))
-        << id;
+  const std::pair<PixelRect, std::vector<int>> shifts[] = {
+      {{0, 0, 0, 9}, {kWells, kProperties}},
+      {{0, 0, 7, 9}, {kVariables}},
+      {{0, 9, 0, 9},
+       {kAllWells, kInvertWells, kAllProperties, kInvertProperties, kDelete, kCollapseAll,
+        kExpandAll}},
+      {{0, 0, 0, 0}, {kAdd}},
+      {{7, 0, 7, 0}, {kSameName}},
+      {{7, 9, 7, 9}, {kOkButton, kCancelButton}}};
+  for (const auto& [by, ids] : shifts) {
+    for (const int id : ids) {
+      const PixelRect& from = before.at(id).rect;
+      EXPECT_EQ(window.Rect(id), (PixelRect{from.left + by.left, from.top + by.top,
+                                            from.right + by.right, from.bottom + by.bottom}))
+          << id;
+    }
   }
+  EXPECT_EQ(window.redraws, 1);
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -54,7 +54,6 @@ class MemoryWindow : public platform::DialogWindow {
     At(id).selection = index;
     handler.OnSelection(*this, id);
   }
-  void Mark(int id, std::set<size_t> rows) { At(id).selectedRows = std::move(rows); }
   /// By text, as the user sees them.
   void MarkItems(int id, const std::vector<std::string>& texts) {
     Control& control = At(id);
@@ -75,12 +74,20 @@ class MemoryWindow : public platform::DialogWindow {
   }
 
   Control& At(int id) { return controls.at(id); }
-  /// What a control shows: its text, 0 or 1 for a check box, the index of a drop list.
-  std::string Value(int id) const {
-    const Control& control = controls.at(id);
-    if (control.row->kind == platform::ControlKind::kCheckBox) return control.isChecked ? "1" : "0";
-    const bool isList = control.row->kind == platform::ControlKind::kDropList;
-    return isList ? std::to_string(control.selection) : control.text;
+  void Type(const std::map<int, std::string>& texts) {
+    for (const auto& [id, text] : texts) SetText(id, text);
+  }
+  /// What controls show: a text, 0 or 1 for a check box, the index of a drop list.
+  std::string Values(std::initializer_list<int> ids) const {
+    std::string values;
+    for (const int id : ids) values += "|" + Value(controls.at(id));
+    return values.substr(1);
+  }
+  /// 0 or 1 for each.
+  std::string Enabled(std::initializer_list<int> ids) const {
+    std::string enabled;
+    for (const int id : ids) enabled += controls.at(id).isEnabled ? '1' : '0';
+    return enabled;
   }
   platform::TreeItem& ItemAt(int id, platform::TreePlace place) {
     platform::TreeItem& parent = At(id).tree.at(place.parent);
@@ -91,7 +98,7 @@ class MemoryWindow : public platform::DialogWindow {
   void Close(int closedWith) override { result = closedWith; }
   void* Handle() override { return this; }
   platform::PixelSize ClientSize() override { return size; }
-  void Redraw() override {}
+  void Redraw() override { ++redraws; }
   void Enable(int id, bool isEnabled) override { At(id).isEnabled = isEnabled; }
   void SetToolTip(int id, const std::string& text) override { At(id).toolTip = text; }
   platform::PixelRect Rect(int id) override { return At(id).rect; }
@@ -174,6 +181,12 @@ class MemoryWindow : public platform::DialogWindow {
     wasWaitingInPauses = wasWaitingInPauses && isWaiting;
   }
 
+  static std::string Value(const Control& control) {
+    if (control.row->kind == platform::ControlKind::kCheckBox) return control.isChecked ? "1" : "0";
+    const bool isList = control.row->kind == platform::ControlKind::kDropList;
+    return isList ? std::to_string(control.selection) : control.text;
+  }
+
   platform::DialogHandler& handler;
   std::map<int, Control> controls;
   platform::PixelSize size{500, 300};
@@ -185,6 +198,7 @@ class MemoryWindow : public platform::DialogWindow {
   std::function<void(MemoryWindow&)> inNested;  ///< plays the user in a dialog over this one
   uint32_t helpTopic = 0;
   bool hasHelp = true;
+  int redraws = 0;
   int treesSet = 0;
   size_t boxesSet = 0;
   bool isWaiting = false;

@@ -3,28 +3,26 @@
 #include "ui/ext_resizable_dlg.h"
 #include "ui/memory_window.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
-using platform::ControlRow;
-using platform::PixelRect;
-using test::MemoryWindow;
-using enum platform::ControlKind;
+using namespace platform;
+using enum ControlKind;
 
 constexpr ControlRow kControls[] = {{kButton, 10, "", {100, 80, 50, 20}},
                                     {kButton, 11, "", {10, 10, 5, 5}}};
-constexpr platform::DialogTemplate kTemplate = {1, "", 500, 300, kControls, true};
+constexpr DialogTemplate kTemplate = {1, "", 500, 300, kControls, true};
 
 /// One registered control, and one that isn't.
 class OneControl : public CExtResizableDlg {
  public:
   explicit OneControl(uint32_t anchors) : anchors_(anchors) {}
-  const platform::DialogTemplate& Template() const override { return kTemplate; }
-  void OnOpen(platform::DialogWindow& window) override {
+  const DialogTemplate& Template() const override { return kTemplate; }
+  void OnOpen(DialogWindow& window) override {
     Register(10, anchors_);
     CExtResizableDlg::OnOpen(window);
   }
-  void OnButton(platform::DialogWindow&, int) override {}
+  void OnButton(DialogWindow&, int) override {}
 
  private:
   uint32_t anchors_;
@@ -89,4 +87,4 @@ TEST(ResizableDialog, MovesFollowersAndTellsAFollowingDialogTheEdge) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

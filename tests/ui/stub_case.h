@@ -28,4 +28,14 @@ struct StubCase : EditedCase {
   void* setUpOver = nullptr;
 };
 
+inline void Expose(CIXConfig& config, const std::string& name, const std::string& display,
+                   int32_t family = -1, int32_t isScalar = 1) {
+  auto property = std::make_unique<CIXUserProperty>();
+  property->Property = name;
+  property->DisplayName = display;
+  property->UnitFamily = family;
+  property->IsScalar = isScalar;
+  config.UserProperties.push_back(std::move(property));
+}
+
 }  // namespace gantry::test

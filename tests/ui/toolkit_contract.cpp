@@ -10,24 +10,13 @@
 #include "ui/export_variables_dlg.h"
 #include "ui/stub_case.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
-using platform::ControlRow;
-using platform::DialogHandler;
-using platform::DialogWindow;
-using platform::kCancelButton;
-using platform::kDefaultButton;
-using platform::kDigitsOnly;
-using platform::kNoControl;
-using platform::kOkButton;
-using platform::TreeItem;
-using platform::TreePlace;
-using test::AtDesk;
-using test::Desk;
-using test::Key;
-using enum platform::ControlKind;
+using namespace platform;
+using enum ControlKind;
 using Texts = std::vector<std::string>;
+using Rows = std::vector<size_t>;
 
 enum : int { kPlain = 10, kDigits, kCheck, kDrop, kBox, kRows, kItems, kAct };
 
@@ -44,12 +33,12 @@ constexpr ControlRow kControls[] = {{kGroup, kNoControl, "Group", {2, 2, 170, 30
                                     {kButton, kAct, "Act", {7, 118, 50, 14}},
                                     {kButton, kOkButton, "OK", {60, 118, 50, 14}, kDefaultButton},
                                     {kButton, kCancelButton, "Cancel", {113, 118, 50, 14}}};
-constexpr platform::DialogTemplate kTemplate = {1, "Demo", 270, 138, kControls, true};
+constexpr DialogTemplate kTemplate = {1, "Demo", 270, 138, kControls, true};
 
 /// Keeps what it is told, and does what a test wants.
 class Demo : public DialogHandler {
  public:
-  const platform::DialogTemplate& Template() const override { return kTemplate; }
+  const DialogTemplate& Template() const override { return kTemplate; }
   void OnOpen(DialogWindow& opened) override {
     window = &opened;
     if (open) open();
@@ -67,14 +56,14 @@ class Demo : public DialogHandler {
     told.push_back(text);
   }
   void OnSizing(int edge) override { Tell("edge", edge); }
-  void OnSize(DialogWindow& /*window*/, platform::PixelSize newSize) override { size = newSize; }
+  void OnSize(DialogWindow& /*window*/, PixelSize newSize) override { size = newSize; }
 
   /// What came since it was asked last.
   Texts Told() { return std::exchange(told, {}); }
 
   DialogWindow* window = nullptr;
   std::function<void()> open, act;
-  platform::PixelSize size;
+  PixelSize size;
   Texts typed;
 
  private:
@@ -93,13 +82,13 @@ class Toolkit : public ::testing::Test {
     desk.InHost([&] { told = demo.Told(); });
     return told;
   }
-  std::vector<size_t> Selected(Desk& desk, int list) {
-    std::vector<size_t> rows;
+  Rows Selected(Desk& desk, int list) {
+    Rows rows;
     desk.InHost([&] { rows = demo.window->SelectedRows(list); });
     return rows;
   }
 
-  test::TestFolder folder;
+  TestFolder folder;
   Demo demo;
 };
 
@@ -133,9 +122,10 @@ TEST_F(Toolkit, LeadsTheTabKeyThroughWhatIsEnabledAndGivesUpWithEscape) {
     desk.Press(Key::kSpace);
     EXPECT_EQ(Told(desk), Texts{"button 12"});
     desk.InHost([this] {
-      EXPECT_TRUE(demo.window->IsChecked(kCheck));
-      demo.window->SetChecked(kCheck, false);
-      EXPECT_FALSE(demo.window->IsChecked(kCheck));
+      for (const bool isChecked : {true, false}) {
+        EXPECT_EQ(demo.window->IsChecked(kCheck), isChecked);
+        demo.window->SetChecked(kCheck, false);
+      }
       demo.window->Enable(kOkButton, false);
     });
     desk.Press(Key::kEnter);
@@ -168,7 +158,6 @@ TEST_F(Toolkit, TellsOfTheUsersChoiceInADropListAlone) {
 TEST_F(Toolkit, SelectsRowsOfAListAndInvertsThem) {
   demo.open = [this] { demo.window->SetItems(kBox, {"a", "b", "c", "d", "e"}); };
   Work([this](Desk& desk) {
-    using Rows = std::vector<size_t>;
     desk.ClickRow(kBox, 1);
     desk.ClickRow(kBox, 2, true);
     EXPECT_EQ(Selected(desk, kBox), (Rows{1, 2}));
@@ -189,12 +178,11 @@ TEST_F(Toolkit, SelectsRowsOfAListAndInvertsThem) {
 TEST_F(Toolkit, KeepsTheRowThatIsSelectedWhateverItsText) {
   demo.open = [this] {
     demo.window->SetColumns(kRows, {{"Name", 60}, {"Unit", 60}});
-    demo.window->AddRows(kRows, {{"a", "1"}, {"a", "2"}, {"b", "3"}}, platform::kVariablePicture);
+    demo.window->AddRows(kRows, {{"a", "1"}, {"a", "2"}, {"b", "3"}}, kVariablePicture);
   };
   Work([this](Desk& desk) {
-    using Rows = std::vector<size_t>;
     desk.ClickRow(kRows, 1);
-    desk.InHost([this] { demo.window->AddRows(kRows, {{"a", "4"}}, platform::kVariablePicture); });
+    desk.InHost([this] { demo.window->AddRows(kRows, {{"a", "4"}}, kVariablePicture); });
     EXPECT_EQ(Selected(desk, kRows), Rows{1});
     desk.InHost([this] { demo.window->RemoveRows(kRows, {0}); });
     EXPECT_EQ(Selected(desk, kRows), Rows{0});
@@ -243,23 +231,22 @@ TEST_F(Toolkit, LeavesBranchesAsTheUserHasThemWhenATreeIsSetAgain) {
   demo.open = [this] { demo.window->SetTree(kItems, Wells(3, true)); };
   Work([this](Desk& desk) {
     const auto open = [&desk] {
-      return std::vector<bool>{desk.IsOpen(kItems, 0), desk.IsOpen(kItems, 1),
-                               desk.IsOpen(kItems, 2)};
+      std::string wells;
+      for (const size_t well : {0u, 1u, 2u}) wells += desk.IsOpen(kItems, well) ? "+" : "-";
+      return wells;
     };
-    using Open = std::vector<bool>;
-    EXPECT_EQ(open(), (Open{true, true, true}));
+    EXPECT_EQ(open(), "+++");
     desk.ClickItem(kItems, {1, 1});
     desk.InHost([this] { demo.window->ExpandTree(kItems, false); });
-    EXPECT_EQ(open(), (Open{false, false, false}));
+    EXPECT_EQ(open(), "---");
     std::vector<TreeItem> items = Wells(4, false);
     items.erase(items.begin());
     items[2].isExpanded = true;
     items[1].children[0].isChecked = true;
     desk.InHost([&] { demo.window->SetTree(kItems, items); });
-    EXPECT_EQ(open(), (Open{false, false, true}))
-        << "closed, even over what was chosen, and only the new one open";
+    EXPECT_EQ(open(), "--+") << "closed, even over what was chosen, and only the new one open";
     desk.InHost([this] { demo.window->ExpandTree(kItems, true); });
-    EXPECT_EQ(open(), (Open{true, true, true}));
+    EXPECT_EQ(open(), "+++");
     EXPECT_TRUE(desk.ShowsCheck(kItems, {1, 0}));
     items.erase(items.begin());
     desk.InHost([&] { demo.window->SetTree(kItems, items); });
@@ -267,51 +254,55 @@ TEST_F(Toolkit, LeavesBranchesAsTheUserHasThemWhenATreeIsSetAgain) {
   });
 }
 
+/// The number of an edge or a corner, by the side that it is on.
+int EdgeCode(int across, int down) {
+  const int column = across < 0 ? 1 : across > 0 ? 2 : 0;
+  return column + (down < 0 ? 3 : down > 0 ? 6 : 0);
+}
+
 TEST_F(Toolkit, TellsWhichEdgeIsDraggedAndTakesMaximisingForNone) {
-  struct Edge {
-    int across, down;
-    const char* told;
-  };
-  for (const Edge& edge : {Edge{-1, 0, "edge 1"},
-                           {1, 0, "edge 2"},
-                           {0, -1, "edge 3"},
-                           {-1, -1, "edge 4"},
-                           {1, -1, "edge 5"},
-                           {0, 1, "edge 6"},
-                           {-1, 1, "edge 7"},
-                           {1, 1, "edge 8"}}) {
+  for (const int place : {-4, -3, -2, -1, 1, 2, 3, 4}) {
+    const int down = (place + 4) / 3 - 1, across = (place + 4) % 3 - 1;
+    const std::string edge = "edge " + std::to_string(EdgeCode(across, down));
     Work([&](Desk& desk) {
       for (const bool isAfterMaximising : {false, true}) {
-        const platform::PixelSize before = demo.size;
+        const PixelSize before = demo.size;
         Told(desk);
-        desk.DragEdge(edge.across, edge.down, {31, 17});
+        desk.DragEdge(across, down, {31, 17});
         const Texts told = Told(desk);
-        ASSERT_FALSE(told.empty()) << edge.told;
-        EXPECT_EQ(told.back(), edge.told);
-        EXPECT_EQ(demo.size, (platform::PixelSize{before.width + (edge.across != 0 ? 31 : 0),
-                                                  before.height + (edge.down != 0 ? 17 : 0)}));
-        const platform::PixelSize dragged = demo.size;
-        if (isAfterMaximising) continue;
+        ASSERT_FALSE(told.empty()) << edge;
+        EXPECT_EQ(told.back(), edge);
+        const PixelSize dragged = demo.size;
+        EXPECT_EQ(dragged.width, before.width + (across != 0 ? 31 : 0));
+        EXPECT_EQ(dragged.height, before.height + (down != 0 ? 17 : 0));
         for (const bool isMaximized : {true, false, true, false}) {
+          if (isAfterMaximising) break;
           desk.Maximize(isMaximized);
           EXPECT_EQ(demo.size == dragged, !isMaximized);
         }
-        EXPECT_EQ(Told(desk), Texts{}) << edge.told;
+        EXPECT_EQ(Told(desk), Texts{}) << edge;
       }
     });
   }
 }
 
-TEST_F(Toolkit, MovesItsControls) {
-  demo.open = [this] {
-    const platform::PixelRect place = {11, 12, 113, 34};
-    demo.window->Move(kAct, place);
-    EXPECT_EQ(demo.window->Rect(kAct), place);
+TEST_F(Toolkit, MovesItsControlsAndShowsTheWaitCursorForAsLongAsItIsAskedTo) {
+  std::vector<bool> shown;
+  demo.act = [&] {
+    const PixelRect place = {11, 12, 113, 34};
+    demo.window->Move(kCheck, place);
+    EXPECT_EQ(demo.window->Rect(kCheck), place);
     demo.window->Redraw();
+    EXPECT_EQ(demo.window->ClientSize(), demo.size);
+    for (const bool isWaiting : {true, false}) {
+      demo.window->SetWaitCursor(isWaiting);
+      demo.window->Pause(1);
+      shown.push_back(ShowsWaitCursor());
+    }
+    EXPECT_FALSE(demo.window->ShowHelp((folder / "missing.chm").string(), 1));
   };
-  Work([this](Desk& desk) {
-    desk.InHost([this] { EXPECT_EQ(demo.window->ClientSize(), demo.size); });
-  });
+  Work([](Desk& desk) { desk.Click(kAct); });
+  EXPECT_EQ(shown, (std::vector<bool>{true, false}));
 }
 
 TEST_F(Toolkit, ShowsMessagesAndOtherDialogsOverTheDialog) {
@@ -353,34 +344,20 @@ TEST_F(Toolkit, PicksAFileInTheFolderByItsNameOrNone) {
   EXPECT_EQ(picked[1], std::nullopt);
 }
 
-TEST_F(Toolkit, ShowsTheWaitCursorForAsLongAsItIsAskedTo) {
-  std::vector<bool> shown;
-  demo.act = [&] {
-    for (const bool isWaiting : {true, false}) {
-      demo.window->SetWaitCursor(isWaiting);
-      demo.window->Pause(1);
-      shown.push_back(test::ShowsWaitCursor());
-    }
-    EXPECT_FALSE(demo.window->ShowHelp((folder / "missing.chm").string(), 1));
-  };
-  Work([](Desk& desk) { desk.Click(kAct); });
-  EXPECT_EQ(shown, (std::vector<bool>{true, false}));
-}
-
 /// The module's own dialogs: every text has room in its control, and all of a dialog on a display
 /// of 1024 x 768 at 144 dots to the inch beside the taskbar.
 TEST_F(Toolkit, CutsNothingOffTheModulesDialogs) {
-  constexpr platform::PixelSize kSmallScreen = {1024 * 96 / 144, (768 - 60) * 96 / 144};
+  constexpr PixelSize kSmallScreen = {1024 * 96 / 144, (768 - 60) * 96 / 144};
   CIXConfig config;
-  test::StubCase edited;
+  StubCase edited;
   CExportedVariables exported;
   CConfigureDlg configure(config);
   CAddProperty add(config);
   CIXAdvancedSettings advanced(edited.settings);
   CCaseSettingsDlg settings(edited, config);
   CExportVariablesDlg variables(exported, edited.wells, true, config);
-  for (DialogHandler* dialog :
-       std::initializer_list<DialogHandler*>{&configure, &add, &advanced, &settings, &variables}) {
+  DialogHandler* const dialogs[] = {&configure, &add, &advanced, &settings, &variables};
+  for (DialogHandler* dialog : dialogs) {
     AtDesk(*dialog, [&](Desk& desk) {
       EXPECT_EQ(desk.CutOffTexts(), Texts{}) << desk.Title();
       if (dialog != &variables) return;
@@ -391,4 +368,4 @@ TEST_F(Toolkit, CutsNothingOffTheModulesDialogs) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

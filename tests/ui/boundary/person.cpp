@@ -31,30 +31,6 @@ struct FakeInput {
 };
 static_assert(sizeof(FakeInput) == 36);
 
-constexpr uint32_t kShift = 0xFFE1;
-
-/// The key of a sign, and whether it has to be shifted.
-struct Stroke {
-  uint8_t keycode = 0;
-  bool isShifted = false;
-};
-
-Stroke StrokeOf(xcb_connection_t* connection, uint32_t sign) {
-  const xcb_setup_t& setup = *xcb_get_setup(connection);
-  const auto count = static_cast<uint8_t>(setup.max_keycode - setup.min_keycode + 1);
-  const Owned<xcb_get_keyboard_mapping_reply_t> mapping(xcb_get_keyboard_mapping_reply(
-      connection, xcb_get_keyboard_mapping(connection, setup.min_keycode, count), nullptr));
-  if (mapping == nullptr) return {};
-  const xcb_keysym_t* const signs = xcb_get_keyboard_mapping_keysyms(mapping.get());
-  for (int key = 0; key < count; ++key) {
-    for (int column = 0; column < 2 && column < mapping->keysyms_per_keycode; ++column) {
-      if (signs[key * mapping->keysyms_per_keycode + column] != sign) continue;
-      return {static_cast<uint8_t>(setup.min_keycode + key), column == 1};
-    }
-  }
-  throw std::runtime_error("The keyboard has no sign " + std::to_string(sign));
-}
-
 xcb_connection_t* Connect() {
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(connection) != 0) throw std::runtime_error("No display");
@@ -99,11 +75,10 @@ void Person::While(const std::function<void()>& host,
 }
 
 uint32_t Person::TurnTo(const std::string& title) const {
-  const uint32_t name = Atom("_NET_WM_NAME");
   while (const Owned<xcb_generic_event_t> event{xcb_wait_for_event(connection_)}) {
     if ((event->response_type & 0x7F) != XCB_MAP_NOTIFY) continue;
     const uint32_t window = reinterpret_cast<xcb_map_notify_event_t*>(event.get())->window;
-    if (Property(window, name) != title) continue;
+    if (Property(window, XCB_ATOM_WM_NAME) != title) continue;
     xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
     xcb_flush(connection_);
     return window;
@@ -111,20 +86,23 @@ uint32_t Person::TurnTo(const std::string& title) const {
   return 0;
 }
 
-void Person::Press(uint32_t key, int times) const {
-  const Stroke stroke = StrokeOf(connection_, key);
-  const uint8_t shift = stroke.isShifted ? StrokeOf(connection_, kShift).keycode : 0;
+void Person::Press(Key key, int times) const {
+  static xcb_extension_t extension = {"XTEST", 0};
   for (int i = 0; i < times; ++i) {
-    if (shift != 0) Fake(XCB_KEY_PRESS, shift);
-    Fake(XCB_KEY_PRESS, stroke.keycode);
-    Fake(XCB_KEY_RELEASE, stroke.keycode);
-    if (shift != 0) Fake(XCB_KEY_RELEASE, shift);
+    for (const uint8_t event : std::initializer_list<uint8_t>{XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
+      FakeInput input = {.event = event, .detail = key};
+      iovec parts[3] = {};  // the first two are the library's own
+      parts[2] = {&input, sizeof input};
+      const xcb_protocol_request_t request = {1, &extension, input.request, 1};
+      xcb_send_request(connection_, 0, parts + 2, &request);
+    }
   }
   xcb_flush(connection_);
 }
 
-void Person::Type(const std::string& text) const {
-  for (const char c : text) Press(static_cast<uint8_t>(c));
+void Person::Type(const std::string& digits) const {
+  constexpr std::string_view kTopRow = "1234567890";
+  for (const char c : digits) Press(static_cast<Key>(kOne + kTopRow.find(c)));
 }
 
 uint32_t Person::OwnerOf(uint32_t window) const {
@@ -134,30 +112,12 @@ uint32_t Person::OwnerOf(uint32_t window) const {
   return number;
 }
 
-void Person::Fake(uint8_t event, uint8_t keycode) const {
-  static xcb_extension_t extension = {"XTEST", 0};
-  FakeInput input;
-  input.event = event;
-  input.detail = keycode;
-  iovec parts[3] = {};  // the first two are the library's own
-  parts[2] = {&input, sizeof input};
-  const xcb_protocol_request_t request = {1, &extension, input.request, 1};
-  xcb_send_request(connection_, 0, parts + 2, &request);
-}
-
 std::string Person::Property(uint32_t window, uint32_t name) const {
   const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(
       connection_, xcb_get_property(connection_, 0, window, name, XCB_ATOM_ANY, 0, 256), nullptr));
   if (reply == nullptr) return {};
   const auto size = static_cast<size_t>(xcb_get_property_value_length(reply.get()));
   return {static_cast<const char*>(xcb_get_property_value(reply.get())), size};
-}
-
-uint32_t Person::Atom(const std::string& name) const {
-  const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-      connection_, xcb_intern_atom(connection_, 0, static_cast<uint16_t>(name.size()), name.data()),
-      nullptr));
-  return reply != nullptr ? reply->atom : uint32_t{XCB_ATOM_NONE};
 }
 
 }  // namespace gantry::test

@@ -8,13 +8,15 @@ struct xcb_connection_t;
 
 namespace gantry::test {
 
-/// Keys of no letter, by their number on every display.
-enum Key : uint32_t {
-  kTab = 0xFF09,
-  kEnter = 0xFF0D,
-  kEscape = 0xFF1B,
-  kUp = 0xFF52,
-  kDown = 0xFF54
+/// Keys by their places on the keyboard of a private display.
+enum Key : uint8_t {
+  kEscape = 9,
+  kOne = 10,
+  kTab = 23,
+  kEnter = 36,
+  kSpace = 65,
+  kUp = 111,
+  kDown = 116
 };
 
 /// A window of this process on the display in DISPLAY, as a host has one for its dialogs.
@@ -51,16 +53,14 @@ class Person {
 
   /// Waits until a window of that title is shown, and turns to it; its number. 0 when broken off.
   uint32_t TurnTo(const std::string& title) const;
-  void Press(uint32_t key, int times = 1) const;
-  void Type(const std::string& text) const;
+  void Press(Key key, int times = 1) const;
+  void Type(const std::string& digits) const;
   /// The window over which a window is said to lie.
   uint32_t OwnerOf(uint32_t window) const;
 
  private:
-  void Fake(uint8_t event, uint8_t keycode) const;
   /// The property of a window, as bytes.
   std::string Property(uint32_t window, uint32_t name) const;
-  uint32_t Atom(const std::string& name) const;
 
   xcb_connection_t* connection_;
 };

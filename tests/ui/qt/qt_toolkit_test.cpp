@@ -15,10 +15,10 @@
 #include "ui/desk.h"
 #include "ui/dialog_templates.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
-using platform::DialogToolkit;
+using namespace platform;
 
 TEST(QtToolkit, DrawsThePictureOnAWindowThatIsThereAndNothingOnceItIsGone) {
   auto window = std::make_unique<QWidget>(nullptr, Qt::WindowStaysOnTopHint);
@@ -26,17 +26,17 @@ TEST(QtToolkit, DrawsThePictureOnAWindowThatIsThereAndNothingOnceItIsGone) {
   window->show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get(), 100'000));
   auto* const handle = reinterpret_cast<void*>(window->winId());
-  DialogToolkit::Find()->Draw(platform::kSimulatorPicture, handle, handle);
+  DialogToolkit::Find()->Draw(kSimulatorPicture, handle, handle);
   const QImage seen = window->screen()->grabWindow(window->winId()).toImage();
   EXPECT_EQ(seen.pixel(50, 90) & 0xFFFFFFu, 0x1E78C8u) << "water at the foot of the picture";
   window.reset();
   QTest::qWait(0);
-  EXPECT_FALSE(platform::IsWindow(handle));
-  DialogToolkit::Find()->Draw(platform::kSimulatorPicture, handle, handle);
+  EXPECT_FALSE(IsWindow(handle));
+  DialogToolkit::Find()->Draw(kSimulatorPicture, handle, handle);
 }
 
 TEST(QtToolkit, GivesColumnsTheRoomThatTheirFontNeeds) {
-  const test::TestFolder folder;
+  const TestFolder folder;
   CIXConfig config;
   const QFont usual = QApplication::font();
   std::vector<int> widths;
@@ -45,7 +45,7 @@ TEST(QtToolkit, GivesColumnsTheRoomThatTheirFontNeeds) {
     font.setPointSize(usual.pointSize() * factor);
     QApplication::setFont(font);
     CConfigureDlg dialog(config);
-    test::AtDesk(dialog, [&](test::Desk& desk) {
+    AtDesk(dialog, [&](Desk& desk) {
       desk.InHost([&] {
         const auto* list = QApplication::activeModalWidget()->findChild<QTreeWidget*>(
             QString::number(configure_id::kProperties));
@@ -59,19 +59,19 @@ TEST(QtToolkit, GivesColumnsTheRoomThatTheirFontNeeds) {
 }
 
 TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {
-  const test::TestFolder folder;
+  const TestFolder folder;
   folder.Write("ix", "");
   folder.Write("tool.exe", "");
   CIXConfig config;
   config.SimExecutable = (folder / "old").string();
   CConfigureDlg dialog(config);
-  test::AtDesk(dialog, [&](test::Desk& desk) {
+  AtDesk(dialog, [&](Desk& desk) {
     for (const int button : {configure_id::kBrowseSimulator, configure_id::kBrowseMpi}) {
       desk.Click(button);
       desk.Type(button == configure_id::kBrowseMpi ? (folder / "tool").string() : "ix");
-      desk.Press(test::Key::kEnter);
+      desk.Press(Key::kEnter);
     }
-    desk.Click(platform::kOkButton);
+    desk.Click(kOkButton);
   });
   EXPECT_EQ(config.SimExecutable, (folder / "ix").string());
   EXPECT_EQ(config.MPIExecutable, (folder / "tool.exe").string());
@@ -107,4 +107,4 @@ TEST(QtToolkit, TurnsToATopicInTheViewerThatCan) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test

@@ -16,21 +16,19 @@
 #include "win_desk.h"
 #include "window_texts.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 using namespace case_settings_id;
-using platform::DialogToolkit;
-using platform::kCancelButton;
-using test::WinDesk;
+using namespace platform;
 
 class WinToolkit : public ::testing::Test {
  protected:
   static void SetUpTestSuite() { ::SetProcessDPIAware(); }
 
-  test::TestFolder folder;
+  TestFolder folder;
   CIXConfig config;
-  test::StubCase edited;
+  StubCase edited;
 };
 
 TEST_F(WinToolkit, PicksAFileOutsideTheCodePageByItsShortName) {
@@ -41,10 +39,10 @@ TEST_F(WinToolkit, PicksAFileOutsideTheCodePageByItsShortName) {
   WinDesk desk(dialog);
   desk.Click(kBrowseDataset);
   desk.TypeWide(dataset.filename().wstring());
-  desk.Press(test::Key::kEnter);
-  const std::string picked = test::WindowText(desk.At(kFileName));
+  desk.Press(Key::kEnter);
+  const std::string picked = WindowText(desk.At(kFileName));
   EXPECT_EQ(picked.find('?'), std::string::npos) << picked;
-  EXPECT_EQ(test::TestFolder::Read(picked), "text");
+  EXPECT_EQ(TestFolder::Read(picked), "text");
 }
 
 TEST_F(WinToolkit, ScrollsAListSidewaysWhereANameIsTooLong) {
@@ -96,10 +94,10 @@ TEST_F(WinToolkit, CancelsWhenTheHostsWindowGoesAndShowsNothingOverOneThatIsGone
 }
 
 TEST_F(WinToolkit, DrawsThePictureOverAWindowAndLeavesItsContextAsItWas) {
-  const HWND window = test::MakeWindow(100, 100);
+  const HWND window = MakeWindow(100, 100);
   const HDC context = ::GetDC(window);
   const int mode = ::GetStretchBltMode(context);
-  DialogToolkit::Find()->Draw(platform::kSimulatorPicture, window, context);
+  DialogToolkit::Find()->Draw(kSimulatorPicture, window, context);
   EXPECT_EQ(::GetPixel(context, 50, 90), RGB(0x1E, 0x78, 0xC8)) << "water at its foot";
   EXPECT_EQ(::GetStretchBltMode(context), mode);
   ::ReleaseDC(window, context);
@@ -107,4 +105,4 @@ TEST_F(WinToolkit, DrawsThePictureOverAWindowAndLeavesItsContextAsItWas) {
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test
