@@ -45,18 +45,18 @@ TEST(PosixMutex, GoesToWhoWaitsWhenItsHolderDies) {
   ASSERT_EQ(::pipe(ready), 0);
   const pid_t holder = Fork([&] {
     const auto held = NamedMutex::Acquire("Slot");
-    if (::write(ready[1], "x", 1) == 1) ::pause();
-    return 1;
+    ::close(ready[1]);  // which tells that it is held
+    return ::pause();
   });
+  ::close(ready[1]);
   char byte = 0;
-  ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+  EXPECT_EQ(::read(ready[0], &byte, 1), 0);
+  ::close(ready[0]);
   EXPECT_EQ(NamedMutex::TryAcquire("Slot").outcome, Outcome::kHeldElsewhere);
   auto waiting = std::async(std::launch::async, [] { return NamedMutex::Acquire("Slot"); });
   ::kill(holder, SIGKILL);
   ::waitpid(holder, nullptr, 0);
   EXPECT_NE(waiting.get(), nullptr);
-  ::close(ready[0]);
-  ::close(ready[1]);
 }
 
 TEST(PosixMutex, IsFreeAtOnceThoughAProcessWasStartedMeanwhile) {

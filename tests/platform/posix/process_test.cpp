@@ -1,6 +1,8 @@
 #include "platform/process.h"
 
 #include <csignal>
+#include <fstream>
+#include <thread>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -19,53 +21,44 @@ class Process : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(::mkfifo(Pipe().c_str(), 0600), 0); }
 
-  std::string Script(const std::string& body) const {
-    const auto file = folder_.Write("child.sh", "#!/bin/sh\n" + body + "\n");
-    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
-    return file.string();
-  }
   std::string Pipe() const { return (folder_ / "pipe").string(); }
+  std::unique_ptr<ChildProcess> Start(const std::string& script, const std::string& line = "child",
+                                      const std::string& directory = "") const {
+    const auto file = folder_.Write("child.sh", "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    return StartProcess(file.string(), line, directory);
+  }
   /// What the child writes to the pipe until it closes it.
   std::string Heard() const { return test::TestFolder::Read(Pipe()); }
-
-  static bool WaitUntilEnded(ChildProcess& child) {
-    for (int i = 0; i < 100000; ++i) {
-      if (!child.IsRunning()) return true;
-      ::usleep(100);
-    }
-    return false;
-  }
+  /// Lets a child go on that reads a line from the pipe.
+  void Release() const { std::ofstream(Pipe()) << std::endl; }
 
   test::TestFolder folder_;
 };
 
 TEST_F(Process, GetsItsArgumentsAndItsFolder) {
-  const auto child = StartProcess(Script("{ pwd; for a; do echo \"<$a>\"; done; } > " + Pipe()),
-                                  "child \"a b\" c", folder_.Path().string());
+  const auto child = Start("{ pwd; for a; do echo \"<$a>\"; done; } > " + Pipe(), "child \"a b\" c",
+                           folder_.Path().string());
   ASSERT_NE(child, nullptr);
   EXPECT_EQ(Heard(), folder_.Path().string() + "\n<a b>\n<c>\n");
-  EXPECT_TRUE(WaitUntilEnded(*child));
-  EXPECT_FALSE(child->IsRunning());
 }
 
 TEST_F(Process, RunsUntilItEnds) {
-  const auto child = StartProcess(Script("read line < " + Pipe()), "child", "");
+  const auto child = Start("read line < " + Pipe());
   ASSERT_NE(child, nullptr);
   EXPECT_TRUE(child->IsRunning());
-  const int gate = ::open(Pipe().c_str(), O_WRONLY | O_CLOEXEC);
-  ASSERT_EQ(::write(gate, "\n", 1), 1);
-  ::close(gate);
-  EXPECT_TRUE(WaitUntilEnded(*child));
+  Release();
+  while (child->IsRunning()) std::this_thread::yield();
+  EXPECT_FALSE(child->IsRunning());
 }
 
 TEST_F(Process, OutlivesItsObjectAndLeavesNoZombie) {
-  auto child = StartProcess(Script("echo $$ > " + Pipe() + "; read line < " + Pipe()), "child", "");
+  auto child = Start("echo $$ > " + Pipe() + "; read line < " + Pipe());
   ASSERT_NE(child, nullptr);
   const pid_t id = std::stoi(Heard());
   child.reset();
   EXPECT_EQ(::kill(id, 0), 0);
-  const int gate = ::open(Pipe().c_str(), O_WRONLY | O_CLOEXEC);
-  ::close(gate);
+  Release();
   EXPECT_EQ(::waitpid(-1, nullptr, 0), -1) << "nothing of the child is left to its starter";
   EXPECT_EQ(errno, ECHILD);
 }
@@ -73,10 +66,9 @@ TEST_F(Process, OutlivesItsObjectAndLeavesNoZombie) {
 TEST_F(Process, InheritsOnlyTheStandardDescriptors) {
   const int open = ::open("/dev/null", O_RDONLY);  // inheritable on purpose
   ASSERT_GE(open, 3);
-  const auto child = StartProcess(Script("ls /proc/$$/fd > " + Pipe()), "child", "");
-  ASSERT_NE(child, nullptr);
+  ASSERT_NE(Start("ls /proc/$$/fd > " + Pipe()), nullptr);
   // The shell keeps its script open under 10 or above; nothing else may be there.
-  std::string seen = Heard();
+  const std::string seen = Heard();
   EXPECT_EQ(seen.find("\n" + std::to_string(open) + "\n"), std::string::npos) << seen;
   EXPECT_TRUE(seen.starts_with("0\n1\n")) << seen;
   ::close(open);
@@ -103,13 +95,12 @@ TEST_F(Process, StartsWithSignalsAsTheyAreForAFreshProgram) {
 }
 
 TEST_F(Process, AStartThatFailsIsReportedAsSuch) {
-  const auto plain = folder_.Write("plain", "echo not executable\n");
-  const std::string script = Script("exit 0");
-  EXPECT_EQ(StartProcess("", "x", ""), nullptr);
-  EXPECT_EQ(StartProcess((folder_ / "missing").string(), "missing", ""), nullptr);
-  EXPECT_EQ(StartProcess(plain.string(), "plain", ""), nullptr);
-  EXPECT_EQ(StartProcess(folder_.Path().string(), "folder", ""), nullptr);
-  EXPECT_EQ(StartProcess(script, "child", (folder_ / "nowhere").string()), nullptr);
+  const std::string plain = folder_.Write("plain", "echo not executable\n").string();
+  for (const std::string& none :
+       {std::string(), (folder_ / "missing").string(), plain, folder_.Path().string()}) {
+    EXPECT_EQ(StartProcess(none, "x", ""), nullptr) << none;
+  }
+  EXPECT_EQ(Start("exit 0", "child", (folder_ / "nowhere").string()), nullptr);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "no failed start leaves a process";
 }
 

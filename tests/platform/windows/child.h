@@ -27,9 +27,8 @@ class Child {
   std::string Folder() const { return platform::NameOf(folder_.Path()) + "\\D\xE9p\xF4t des cas"; }
   std::string Program() const { return Folder() + "\\launch witness.exe"; }
 
-  bool Start(const std::string& commandLine) { return StartIn(Folder() + "\\", commandLine); }
-  bool StartIn(const std::string& directory, const std::string& commandLine) {
-    process_ = platform::StartProcess(Program(), commandLine, directory);
+  bool Start(const std::string& commandLine) {
+    process_ = platform::StartProcess(Program(), commandLine, Folder() + "\\");
     return process_ != nullptr;
   }
   bool IsRunning() const { return process_->IsRunning(); }

@@ -18,19 +18,15 @@ std::string Report(const test::Child& child, const std::string& commandLine,
   return commandLine + "\n" + child.Folder() + "\nstart-up flags 0\nvariable " + variable + "\n";
 }
 
-TEST(Process, GetsItsCommandLineToTheLetterAndItsFolder) {
+TEST(Process, GetsItsCommandLineToTheLetterAndItsFolderAndRunsUntilItEnds) {
   test::Child child;
   const std::string line =
       "\"" + child.Program() + "\" -np 4 C:\\IX\\ix.exe  \"a b\" x\\\"y --dopt=port:9001";
   ASSERT_TRUE(child.Start(line));
   EXPECT_EQ(child.Report(), Report(child, line, "none"));
-}
-
-// An empty folder is passed on as it is, and the system takes none: not even the present one.
-TEST(Process, IsNotStartedInAnEmptyFolder) {
-  test::Child child;
-  EXPECT_FALSE(child.StartIn("", "witness"));
-  EXPECT_TRUE(child.Start("witness")) << "the same in a folder";
+  EXPECT_TRUE(child.IsRunning());
+  child.End();
+  EXPECT_FALSE(child.IsRunning());
 }
 
 TEST(Process, GetsTheEnvironmentOfItsStarterAndNoneOfItsHandles) {
@@ -47,24 +43,18 @@ TEST(Process, GetsTheEnvironmentOfItsStarterAndNoneOfItsHandles) {
   EXPECT_TRUE(CanOpenForReading(file)) << "nobody else holds the file";
 }
 
-TEST(Process, RunsUntilItEndsByItself) {
-  test::Child child;
-  ASSERT_TRUE(child.Start("witness"));
-  child.Report();
-  EXPECT_TRUE(child.IsRunning());
-  child.End();
-  EXPECT_FALSE(child.IsRunning());
-}
-
+// An empty folder is passed on as it is, and the system takes none: not even the present one.
 TEST(Process, IsNotStartedFromAPathThatIsNone) {
-  const test::Child child;
+  test::Child child;
   const std::string program = child.Program();
   for (const std::string& none :
        {"\"" + program + "\"", program.substr(0, 3) + "\"a b\".exe", program + ".missing",
         child.Folder(), child.Folder() + "\\hold"}) {
     EXPECT_EQ(StartProcess(none, "x", child.Folder()), nullptr) << none;
   }
-  EXPECT_EQ(StartProcess(program, "x", child.Folder() + "\\missing"), nullptr);
+  for (const std::string& folder : {std::string(), child.Folder() + "\\missing"}) {
+    EXPECT_EQ(StartProcess(program, "x", folder), nullptr) << folder;
+  }
 }
 
 TEST(WindowsMutex, DiesWithItsHolder) {

@@ -11,6 +11,7 @@
 #include "fieldrun/case/case_reader.h"
 #include "integration/real_run.h"
 #include "platform/registry.h"
+#include "platform/window.h"
 #include "private_display.h"
 #include "settings/machine_config.h"
 #include "ui/boundary/person.h"
@@ -122,6 +123,20 @@ TEST_F(DialogsOfTheModule, AreCancelledWhenTheDisplayGoesAndComeBackWithAnother)
     EXPECT_NE(person.TurnTo(kCaseSettings), 0u);
     person.Press(kEscape);
   }));
+}
+
+TEST_F(HostOnADisplay, HasAWindowForAsLongAsTheDisplayKnowsIt) {
+  const auto isWindow = [](uintptr_t number) {
+    return platform::IsWindow(reinterpret_cast<void*>(number));
+  };
+  const uintptr_t number = HostWindow().Number();  // of one that has gone
+  const Person other;                              // the display lives as long as it has a client
+  EXPECT_TRUE(platform::IsWindow(host->Handle()));
+  for (const uintptr_t none : {number, uintptr_t{0}, host->Number() | uintptr_t{1} << 32}) {
+    EXPECT_FALSE(isWindow(none)) << none;
+  }
+  display->End();
+  EXPECT_FALSE(platform::IsWindow(host->Handle()));
 }
 
 TEST_F(HostOnADisplay, ConfiguresTheMachineAndIsToldOfAStart) {
