@@ -1,42 +1,39 @@
 #include "support/well_messages.h"
 
+#include <sstream>
+
 namespace gantry::test {
 namespace {
 
-ScriptedPeer& AnswerReservoirQuestion(ScriptedPeer& peer, const std::string& item,
-                                      const std::string& answer) {
-  return peer.Answer({"QUERY", "QRESVR_STR", {"QITEMS", Texts{item}}, "END"},
-                     {"REPLY", {"QITEM", Texts{item}}, {"VALUES", Texts{answer}}, "END"});
+std::string TextOf(double value) {
+  std::ostringstream text;
+  text.precision(17);
+  text << value;
+  return text.str();
 }
 
 }  // namespace
 
 ScriptedPeer& GreetMetricConnector(ScriptedPeer& peer) {
-  peer.Greet();
-  AnswerReservoirQuestion(peer, "IX_VERSION", "2017.2");
-  return AnswerReservoirQuestion(peer, "UNIT_SYSTEM", "ECLIPSE_METRIC");
+  return peer.Greet()
+      .Answer("QUERY QRESVR_STR QITEMS{IX_VERSION} END",
+              "REPLY QITEM{IX_VERSION} VALUES{2017.2} END")
+      .Answer("QUERY QRESVR_STR QITEMS{UNIT_SYSTEM} END",
+              "REPLY QITEM{UNIT_SYSTEM} VALUES{ECLIPSE_METRIC} END");
 }
 
 Entries WellQuestion(const std::string& well, const std::string& item) {
-  return {"QUERY", "QWELLS", {"QITEMS", Texts{item}}, {"WELNAMES", Texts{well}}, "END"};
+  return Parse("QUERY QWELLS QITEMS{" + item + "} WELNAMES{" + well + "} END");
 }
 
 Entries WellAnswer(const std::string& well, const std::string& item, double value) {
-  return {"REPLY",
-          {"QITEMS", Texts{item}},
-          {"WELLNAME", Texts{well}},
-          {"VALUES", Numbers{value}},
-          "END"};
+  return Parse("REPLY QITEMS{" + item + "} WELLNAME{" + well + "} VALUES[" + TextOf(value) +
+               "] END");
 }
 
 Entries WellConstraint(const std::string& well, const std::string& item, double value) {
-  return {"SET",
-          "SETWCONSTRAINTS",
-          {"WELLNAME", Texts{well}},
-          {"ITEMS", Texts{item}},
-          {"VALUES", Numbers{value}},
-          {"SETTERS", Texts{"USER"}},
-          "END"};
+  return Parse("SET SETWCONSTRAINTS WELLNAME{" + well + "} ITEMS{" + item + "} VALUES[" +
+               TextOf(value) + "] SETTERS{USER} END");
 }
 
 }  // namespace gantry::test

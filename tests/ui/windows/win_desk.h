@@ -80,6 +80,8 @@ class WinDesk : public Desk {
   std::thread thread_;
 };
 
+std::string WindowText(HWND window);
+
 /// A window to show dialogs over.
 HWND MakeWindow(int width, int height);
 

@@ -14,7 +14,6 @@
 #include "ui/export_variables_dlg.h"
 #include "ui/stub_case.h"
 #include "win_desk.h"
-#include "window_texts.h"
 
 namespace gantry::test {
 namespace {
