@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "client/unit_converter.h"
 #include "platform/files.h"
@@ -81,6 +82,11 @@ CIXConfig::~CIXConfig() { Save(); }
 LaunchSettings CIXConfig::ForLaunch() const {
   const platform::SingleLock lock(section_);
   return *this;
+}
+
+void CIXConfig::SetForLaunch(LaunchSettings settings) {
+  const platform::SingleLock lock(section_);
+  LaunchSettings::operator=(std::move(settings));
 }
 
 void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {

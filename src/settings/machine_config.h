@@ -48,8 +48,9 @@ class CIXConfig : public LaunchSettings {
   /// Always to the standard key.
   void Save() const;
 
-  /// All of one moment, never in the middle of a `Load`. From any thread.
+  /// All of one moment, never in the middle of a change. From any thread.
   LaunchSettings ForLaunch() const;
+  void SetForLaunch(LaunchSettings settings);
 
   std::vector<std::unique_ptr<CIXUserProperty>> UserProperties;
 

@@ -93,17 +93,11 @@ void CConfigureDlg::AddProperty(DialogWindow& window) {
 void CConfigureDlg::Accept(DialogWindow& window) {
   using namespace configure_id;
   // All is read before any of it is taken: a window can be lost in between.
-  std::string simulator = window.Text(kSimExecutable);
-  std::string mpi = window.Text(kMPIExecutable);
-  std::string commandLine = window.Text(kCmdLine);
-  const std::string startPort = window.Text(kStartPort);
-  const std::string endPort = window.Text(kEndPort);
-  config_.SimExecutable = std::move(simulator);
-  config_.MPIExecutable = std::move(mpi);
-  config_.CmdLine = std::move(commandLine);
-  config_.StartPort = ReadInteger(startPort);
-  config_.EndPort = ReadInteger(endPort);
-  CorrectPorts(config_.StartPort, config_.EndPort);
+  LaunchSettings entered = {window.Text(kSimExecutable), window.Text(kMPIExecutable),
+                            window.Text(kCmdLine), ReadInteger(window.Text(kStartPort)),
+                            ReadInteger(window.Text(kEndPort))};
+  CorrectPorts(entered.StartPort, entered.EndPort);
+  config_.SetForLaunch(std::move(entered));
   window.Close(platform::kOkButton);
 }
 

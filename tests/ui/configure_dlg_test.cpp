@@ -1,5 +1,7 @@
 #include "ui/configure_dlg.h"
 
+#include <thread>
+
 #include <gtest/gtest.h>
 
 #include "client/unit_converter.h"
@@ -70,6 +72,22 @@ TEST_F(ConfigureDialog, ShowsTheConfigurationAndTakesTheTextsOnlyWithOk) {
     EXPECT_EQ(window.result, button);
     EXPECT_EQ(config.SimExecutable + config.MPIExecutable + config.CmdLine,
               button == kOkButton ? "ix2mpi2--y" : "bin/ix/mpi--x");
+  }
+}
+
+TEST_F(ConfigureDialog, IsNeverSeenHalfDoneByAStartOfAnotherThread) {
+  MemoryWindow window(dialog);
+  std::jthread host([&window](const std::stop_token& ended) {
+    for (size_t i = 0; !ended.stop_requested(); ++i) {
+      const std::string path(1000, i % 2 == 0 ? 'a' : 'b');
+      window.Type({{kSimExecutable, path}, {kCmdLine, path}});
+      window.Press(kOkButton);
+    }
+  });
+  while (config.ForLaunch().CmdLine == "--x") std::this_thread::yield();
+  for (int i = 0; i < 100000; ++i) {
+    const LaunchSettings seen = config.ForLaunch();
+    ASSERT_EQ(seen.CmdLine, seen.SimExecutable);
   }
 }
 
