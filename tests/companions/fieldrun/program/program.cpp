@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/dynamic_library.h"
 #include "run_program.h"
 #include "support/free_ports.h"
 
@@ -37,7 +38,18 @@ std::string ReadOutput(const fs::path& file) {
 
 }  // namespace
 
+std::string ProgramOf(const std::string& name) {
+  if (name == "fieldrun") return Place("GANTRY_FIELDRUN", FIELDRUN);
+  const fs::path built = fs::path(FIELDRUN).replace_filename(platform::ProgramFileName(name));
+  return fs::exists(built) ? built.string() : name;
+}
+
 Outcome RunFieldrun(const gantry::test::TestFolder& folder,
+                    const std::vector<std::string>& arguments) {
+  return RunInFolder(folder, "fieldrun", arguments);
+}
+
+Outcome RunInFolder(const gantry::test::TestFolder& folder, const std::string& program,
                     const std::vector<std::string>& arguments) {
   ShareSettingsWithPrograms();
   gantry::test::StartSimulatorsOnFreePorts();
@@ -46,7 +58,7 @@ Outcome RunFieldrun(const gantry::test::TestFolder& folder,
   const std::string number = std::to_string(++runs);
   const fs::path out = folder / ("standard-output-" + number);
   const fs::path err = folder / ("standard-error-" + number);
-  const int status = RunProgram(Place("GANTRY_FIELDRUN", FIELDRUN), arguments, out, err);
+  const int status = RunProgram(ProgramOf(program), arguments, folder.Path(), out, err);
   return {status, ReadOutput(out), ReadOutput(err)};
 }
 

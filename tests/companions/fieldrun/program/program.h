@@ -15,7 +15,13 @@ struct Outcome {
   std::string err;
 };
 
-/// Runs fieldrun with these arguments, each given as it stands, and waits for its end.
+/// The path of a program of this project, else the name as it stands.
+std::string ProgramOf(const std::string& name);
+
+/// Runs a program of this project, or of the system, in the folder with these arguments, each given
+/// as it stands, and waits for its end.
+Outcome RunInFolder(const gantry::test::TestFolder& folder, const std::string& program,
+                    const std::vector<std::string>& arguments);
 Outcome RunFieldrun(const gantry::test::TestFolder& folder,
                     const std::vector<std::string>& arguments);
 

@@ -16,8 +16,9 @@ std::string Quote(const std::string& argument) {
 }  // namespace
 
 int RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-               const std::filesystem::path& out, const std::filesystem::path& err) {
-  std::string command = Quote(program);
+               const std::filesystem::path& folder, const std::filesystem::path& out,
+               const std::filesystem::path& err) {
+  std::string command = "cd " + Quote(folder) + " && exec " + Quote(program);
   for (const std::string& argument : arguments) command += " " + Quote(argument);
   command += " >" + Quote(out) + " 2>" + Quote(err) + " </dev/null";
   const int status = std::system(command.c_str());

@@ -39,7 +39,8 @@ class Stream {
 }  // namespace
 
 int RunProgram(const std::string& program, const std::vector<std::string>& arguments,
-               const std::filesystem::path& out, const std::filesystem::path& err) {
+               const std::filesystem::path& folder, const std::filesystem::path& out,
+               const std::filesystem::path& err) {
   const Stream input(L"NUL", GENERIC_READ, OPEN_EXISTING);
   const Stream output(out.native(), GENERIC_WRITE, CREATE_ALWAYS);
   const Stream errors(err.native(), GENERIC_WRITE, CREATE_ALWAYS);
@@ -53,7 +54,7 @@ int RunProgram(const std::string& program, const std::vector<std::string>& argum
   startUp.hStdOutput = output.Handle();
   startUp.hStdError = errors.Handle();
   PROCESS_INFORMATION process = {};
-  if (CreateProcessW(nullptr, wideLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+  if (CreateProcessW(nullptr, wideLine.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
                      &startUp, &process) == 0) {
     return -1;
   }

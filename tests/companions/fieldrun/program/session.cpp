@@ -1,0 +1,164 @@
+#include "session.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "run_program.h"
+#include "support/free_ports.h"
+
+namespace gantry::fieldrun::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
+std::vector<std::string> Split(const std::string& text, const std::string& separator) {
+  std::vector<std::string> parts;
+  size_t begin = 0;
+  for (size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;) {
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + separator.size();
+  }
+  parts.push_back(text.substr(begin));
+  return parts;
+}
+
+std::vector<std::string> Words(const std::string& text) {
+  std::vector<std::string> words;
+  bool isQuoted = false;
+  for (const std::string& part : Split(text, "'")) {
+    if (isQuoted) words.push_back(part);
+    std::istringstream plain(isQuoted ? "" : part);
+    for (std::string word; plain >> word;) words.push_back(word);
+    isQuoted = !isQuoted;
+  }
+  return words;
+}
+
+/// Puts a part in the place of the first of another; false where there is none.
+bool Replace(std::string& text, const std::string& part, const std::string& replacement) {
+  const size_t place = text.find(part);
+  if (place == std::string::npos) return false;
+  text.replace(place, part.size(), replacement);
+  return true;
+}
+
+/// Whether the parts of a pattern stand in the line one after the other, the first at its start and
+/// the last at its end.
+bool Fits(const std::string& line, const std::string& pattern) {
+  const std::vector<std::string> parts = Split(pattern, "...");
+  if (parts.size() == 1) return line == pattern;
+  if (!line.starts_with(parts.front())) return false;
+  size_t at = parts.front().size();
+  for (size_t i = 1; i + 1 < parts.size(); ++i) {
+    at = line.find(parts[i], at);
+    if (at == std::string::npos) return false;
+    at += parts[i].size();
+  }
+  return line.size() >= at + parts.back().size() && line.ends_with(parts.back());
+}
+
+class Player {
+ public:
+  void Play(const fs::path& file) {
+    std::istringstream lines(folder_.Read(file));
+    for (std::string line; std::getline(lines, line);) Take(line);
+    Finish();
+  }
+
+ private:
+  void Take(const std::string& line) {
+    const std::string head = line.substr(0, line.find(' '));
+    const std::string rest = line.substr(std::min(line.size(), head.size() + 1));
+    if (line.starts_with("    ")) written_ += line.substr(4) + "\n";
+    if (head == "$" || head == "copy" || head == "write" || head == "change") Finish();
+    if (head == "$") Run(rest);
+    if (head == "?") status_ = std::stoi(rest);
+    if (head == ">") output_.push_back(rest);
+    if (head == "!") errors_.push_back(rest);
+    if (head == "write") file_ = rest;
+    if (head == "copy") fs::copy(PathOf(EXAMPLES) / rest, folder_ / rest);
+    if (head == "change") Change(Split(rest, " | "));
+  }
+
+  fs::path Path(const std::string& name) const { return folder_.Path() / PathOf(name); }
+
+  void Change(const std::vector<std::string>& words) const {
+    if (words.size() == 2) return fs::rename(Path(words[0]), Path(words[1]));
+    std::string text = folder_.Read(Path(words[0]));
+    std::string replacement = words[2];
+    Replace(replacement, "\\n", "\n");
+    EXPECT_TRUE(Replace(text, words[1], replacement)) << words[0] << " holds no " << words[1];
+    folder_.Write(words[0], text);
+  }
+
+  void Run(const std::string& line) {
+    command_ = line;
+    std::vector<std::string> words = Words(line);
+    for (std::string& word : words) {
+      Replace(word, "{port}", std::to_string(gantry::test::FreePorts()));
+      Replace(word, "{fieldrun}", ProgramOf("fieldrun"));
+    }
+    const std::string program = words.front();
+    words.erase(words.begin());
+    if (program == "cat") {
+      outcome_ = {fs::exists(Path(words[0])) ? 0 : 1, folder_.Read(Path(words[0])), ""};
+    } else {
+      outcome_ = RunInFolder(folder_, program, words);
+    }
+  }
+
+  /// Writes the file, or judges the run, that the lines since the last one tell of.
+  void Finish() {
+    if (!file_.empty()) folder_.Write(file_, written_);
+    if (!command_.empty()) Judge();
+    file_ = written_ = command_ = "";
+    status_ = 0;
+    output_ = errors_ = {};
+  }
+
+  void Judge() const {
+    SCOPED_TRACE("$ " + command_);
+    EXPECT_EQ(outcome_.status, status_) << outcome_.err;
+    ExpectLines(outcome_.out, output_);
+    ExpectLines(outcome_.err, errors_);
+    EXPECT_TRUE(!errors_.empty() || outcome_.err.empty()) << outcome_.err;
+  }
+
+  static void ExpectLines(const std::string& text, const std::vector<std::string>& patterns) {
+    std::istringstream lines(text);
+    for (const std::string& pattern : patterns) {
+      std::string line;
+      while (std::getline(lines, line) && !Fits(line, pattern)) {
+      }
+      EXPECT_TRUE(lines) << "no line \"" << pattern << "\" in\n" << text;
+    }
+  }
+
+  const gantry::test::TestFolder folder_;
+  std::string file_;
+  std::string written_;
+  std::string command_;
+  Outcome outcome_;
+  int status_ = 0;
+  std::vector<std::string> output_;
+  std::vector<std::string> errors_;
+};
+
+}  // namespace
+
+void PlaySession(const fs::path& file) { Player().Play(file); }
+
+std::vector<std::string> SessionsIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.path().extension() == ".session") names.push_back(entry.path().stem().string());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+}  // namespace gantry::fieldrun::test
