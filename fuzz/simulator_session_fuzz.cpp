@@ -5,9 +5,9 @@
 #include <string>
 
 #include "client/message_stream.h"
-#include "companions/tanksim/sample_deck.h"
 #include "simulator_side/controller_session.h"
 #include "support/memory_connection.h"
+#include "tanksim/deck_reader.h"
 #include "tanksim/tank_simulator.h"
 
 using namespace gantry::simulator;
@@ -31,7 +31,7 @@ std::string Word(uint64_t value) { return {reinterpret_cast<const char*>(&value)
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const Deck deck = gantry::simulator::test::SampleDeck();
+  static const Deck deck = ReadDeck(GANTRY_SAMPLE_DECK);
   TankSimulator simulator(deck);
   MemoryConnection connection(SetUp() + Word(size) + Word(size) +
                               std::string(reinterpret_cast<const char*>(data), size));

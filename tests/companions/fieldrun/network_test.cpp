@@ -49,6 +49,11 @@ TEST(InflowCurve, TakesPointsInAnyOrderAndDropsWhatHasNoValue) {
   EXPECT_NEAR(curve.At(2).pressure, 2000, 1e-9);
 }
 
+TEST(InflowCurve, IsShutAtTheHigherOfTwoPointsOfOneRate) {
+  const InflowCurve curve({{2500, {100, 0, 0}}, {2400, {100, 0, 0}}, {1000, {700, 0, 0}}}, true);
+  EXPECT_EQ(curve.At(0).pressure, 2500);
+}
+
 TEST(InflowCurve, IsDeadWithoutFlowOrWithFewerThanTwoPoints) {
   EXPECT_TRUE(InflowCurve({}, true).IsDead());
   EXPECT_TRUE(InflowCurve({{2000, {300, 0, 0}}}, true).IsDead());
