@@ -100,7 +100,9 @@ class Player {
     std::vector<std::string> words = Words(line);
     for (std::string& word : words) {
       Replace(word, "{port}", std::to_string(gantry::test::FreePorts()));
-      Replace(word, "{fieldrun}", ProgramOf("fieldrun"));
+      for (const char* program : {"fieldrun", "runfactory"}) {
+        Replace(word, "{" + std::string(program) + "}", ProgramOf(program));
+      }
     }
     const std::string program = words.front();
     words.erase(words.begin());

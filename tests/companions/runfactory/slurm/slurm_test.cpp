@@ -1,15 +1,31 @@
-// The service with a real Slurm, which script/slurm-for-tests has brought up around this program.
+// The service with the real Slurm that script/slurm-for-tests has brought up around this program,
+// or with stand-ins for its commands.
 
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
 
 #include "../factory_fixture.h"
 #include "runfactory/program.h"
+#include "support/isolation.h"
 
 namespace gantry::test {
 namespace {
 
+namespace fs = std::filesystem;
+
 class SlurmTest : public FactoryTest {
  protected:
+  SlurmTest() {
+    if (std::getenv("SLURM_CONF") != nullptr) return;
+    const fs::path commands = folder / "slurm";
+    fs::create_directory(commands);
+    for (const char* name : {"sbatch", "srun", "squeue", "scontrol", "scancel"}) {
+      fs::create_symlink(SLURM_STAND_IN, commands / name);
+    }
+    path_.Set(commands.string() + ":" + std::getenv("PATH"));
+  }
+
   /// With a simulator of which only the first task runs, and which `rest` ends.
   void StartSlurmFactory(const std::string& rest) {
     const std::string first = "[ \"$SLURM_PROCID\" = 0 ] || exit 0\n";
@@ -22,6 +38,9 @@ class SlurmTest : public FactoryTest {
     return cluster::RunProgram({scontrol, "--oneliner", "show", "job", std::to_string(job)}, 60)
         .output;
   }
+
+ private:
+  ScopedVariable path_{"PATH", std::getenv("PATH")};
 };
 
 TEST_F(SlurmTest, RunsACaseAsAJobOfItsNameAndSize) {
