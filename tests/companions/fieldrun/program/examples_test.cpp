@@ -1,6 +1,5 @@
 // The examples, run to their ends with the module and the reference simulator.
 
-#include <regex>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -79,29 +78,6 @@ TEST_F(Example, GasCyclingSendsItsGasAndMakesLeanerGas) {
   EXPECT_LE(gas, 32.01);
   EXPECT_NEAR(field.Number(0, "oil (STB/d)") / gas, 70, 20) << "a rich gas";
   EXPECT_LT(field.Number(95, "oil (STB/d)"), 0.6 * field.Number(0, "oil (STB/d)"));
-}
-
-TEST_F(Example, GoesThroughTheCommandsOfTheModuleInTheirOrder) {
-  const std::string trace = (folder_ / "trace").string();
-  const Outcome outcome = RunFieldrun(
-      folder_, {"run", ExampleCase("gas_cycling"), "-o", "out", "-n2", "-t", trace, "-q"});
-  EXPECT_EQ(outcome.out + outcome.err, "");
-  const std::string calls = folder_.Read(trace);
-  std::string order;
-  std::string last;
-  static const std::regex kCall(R"((?:^|\n)(Ext[A-Za-z]+)\((\d+ )?)");
-  for (std::sregex_iterator call(calls.begin(), calls.end(), kCall), end; call != end; ++call) {
-    std::string name = (*call)[2].matched ? (*call)[2].str() : (*call)[1].str() + " ";
-    if (name != last) order += name;
-    last = name;
-  }
-  // Three wells; a repeated call counts once. The totals are published before the simulator
-  // starts, and the last read is the result of the second step.
-  EXPECT_EQ(order,
-            "ExtIdentify ExtCreateUnit ExtCreateInstance 21 20 97 20 12 109 20 12 20 23 96 2 9 11 "
-            "97 96 129 19 48 103 105 63 50 53 101 49 63 50 105 53 101 49 63 50 105 56 "
-            "ExtDestroyInstance ");
-  EXPECT_NE(calls.find("composition=[0.02 0.86 0.09 0.03 0 0]"), std::string::npos);
 }
 
 }  // namespace
