@@ -32,27 +32,16 @@ void CallTrace::End(int32_t result, const std::string& outcome) {
   file_ << " = " << result << (outcome.empty() ? "" : "  ") << outcome << '\n' << std::flush;
 }
 
-TraceText& TraceText::AddRaw(std::string_view name, const std::string& value) {
-  text_ += fmt::format("{}{}={}", text_.empty() ? "" : ", ", name, value);
-  return *this;
-}
+std::string TraceValue(std::string_view text) { return Quoted(text); }
 
-TraceText& TraceText::Add(std::string_view name, std::string_view text) {
-  return AddRaw(name, Quoted(text));
-}
+std::string TraceValue(double number) { return fmt::format("{}", number); }
 
-TraceText& TraceText::Add(std::string_view name, double number) {
-  return AddRaw(name, fmt::format("{}", number));
-}
+std::string TraceValue(int32_t number) { return fmt::format("{}", number); }
 
-TraceText& TraceText::Add(std::string_view name, int32_t number) {
-  return AddRaw(name, fmt::format("{}", number));
-}
+std::string TraceValue(uint32_t number) { return fmt::format("{}", number); }
 
-TraceText& TraceText::Add(std::string_view name, std::span<const double> numbers) {
-  std::string list;
-  for (const double number : numbers) list += fmt::format("{}{}", list.empty() ? "" : " ", number);
-  return AddRaw(name, "[" + list + "]");
+std::string TraceValue(std::span<const double> numbers) {
+  return fmt::format("[{}]", fmt::join(numbers, " "));
 }
 
 }  // namespace gantry::fieldrun

@@ -28,19 +28,32 @@ class CallTrace {
   std::ofstream file_;
 };
 
-/// Names of fields and their values, put together as "name=value, name=value".
-class TraceText {
- public:
-  TraceText& Add(std::string_view name, std::string_view text);
-  TraceText& Add(std::string_view name, double number);
-  TraceText& Add(std::string_view name, int32_t number);
-  TraceText& Add(std::string_view name, std::span<const double> numbers);
-  const std::string& Text() const { return text_; }
+/// Makes a call, and logs it where there is a trace. `call` gives the result, and may fill the text
+/// of the outcome that it is passed.
+template <class Call>
+int32_t Traced(CallTrace* trace, std::string_view function, const std::string& arguments,
+               Call call) {
+  std::string outcome;
+  if (trace != nullptr) trace->Begin(function, arguments);
+  const int32_t result = call(outcome);
+  if (trace != nullptr) trace->End(result, outcome);
+  return result;
+}
 
- private:
-  TraceText& AddRaw(std::string_view name, const std::string& value);
-  std::string text_;
-};
+/// A value as the trace shows it.
+std::string TraceValue(std::string_view text);
+std::string TraceValue(double number);
+std::string TraceValue(int32_t number);
+std::string TraceValue(uint32_t number);
+std::string TraceValue(std::span<const double> numbers);
+
+/// Names of fields and their values in turn, put together as "name=value, name=value".
+template <class Value, class... Rest>
+std::string TraceFields(std::string_view name, const Value& value, const Rest&... rest) {
+  std::string text = std::string(name) + "=" + TraceValue(value);
+  if constexpr (sizeof...(rest) > 0) text += ", " + TraceFields(rest...);
+  return text;
+}
 
 /// A text in quotes, with quotes, backslashes and control characters escaped.
 std::string Quoted(std::string_view text);

@@ -4,46 +4,14 @@
 
 #include <fmt/format.h>
 
-#include "fieldrun/driver/driver_model_call.h"
+#include "fieldrun/driver/command_trace.h"
+#include "fieldrun/driver/module_text.h"
 #include "platform/text.h"
 
 namespace gantry::fieldrun {
 namespace {
 
 constexpr const char* kSimulationEnded = "The Intersect simulation ended";
-
-struct NamedCommand {
-  ExtCommand command;
-  std::string_view name;
-};
-
-constexpr NamedCommand kCommandNames[] = {
-    {EXT_ENUM_SOURCES, "EnumSources"},
-    {EXT_EDIT, "Edit"},
-    {EXT_GET_FLUID_MODEL, "GetFluidModel"},
-    {EXT_GET_SIMULATION_DATE, "GetSimulationDate"},
-    {EXT_SAVE_CASE_DATA, "SaveCaseData"},
-    {EXT_LOAD_CASE_DATA, "LoadCaseData"},
-    {EXT_SET_CONNECTION, "SetConnection"},
-    {EXT_SET_STORE_FILE, "SetStoreFile"},
-    {EXT_SET_LABEL, "SetLabel"},
-    {EXT_START_SIMULATOR, "StartSimulator"},
-    {EXT_START_RUN, "StartRun"},
-    {EXT_TIMESTEP, "Timestep"},
-    {EXT_GET_IPR, "GetIPR"},
-    {EXT_SET_OP_PT, "SetOpPt"},
-    {EXT_CLOSE_SIMULATOR, "CloseSimulator"},
-    {EXT_SET_TIMESTEP_DATA, "SetTimestepData"},
-    {EXT_GET_PROPERTY, "GetProperty"},
-    {EXT_SET_PROPERTY, "SetProperty"},
-    {EXT_DO_COMMAND, "DoCommand"},
-    {EXT_APPLY_OPERATING_POINTS, "ApplyOperatingPoints"},
-    {EXT_ENUM_PUBLISHED_VARIABLES, "EnumPublishedVariables"},
-    {EXT_EDIT_PUBLISHED_VARIABLES, "EditPublishedVariables"},
-    {EXT_EVAL_PUBLISHED_VARIABLES, "EvalPublishedVariables"},
-    {EXT_DEL_PUBLISHED_VARIABLE, "DelPublishedVariable"},
-    {EXT_GET_DESCRIPTION, "GetDescription"},
-};
 
 /// Where the texts go that the module sends while it works. The module knows the host by two plain
 /// functions, so that the listener is one for the process, as the host is.
@@ -67,64 +35,20 @@ bool HoldsFileName(const std::string& path) {
 
 void* Mutable(const std::string& text) { return const_cast<char*>(text.c_str()); }
 
-std::string InflowOutcome(const _tGetSetData& record) {
-  const auto count =
-      static_cast<size_t>(std::clamp(record.pointCount, 0, static_cast<int32_t>(kMaxInflowPoints)));
-  const std::span<const double> current(&record.currentPressure, 4);
-  return TraceText()
-      .Add("isShut", int32_t{record.isShut})
-      .Add("pressure", std::span(record.pressure, count))
-      .Add("oil", std::span(record.oilRate, count))
-      .Add("water", std::span(record.waterRate, count))
-      .Add("gas", std::span(record.gasRate, count))
-      .Add("mass", std::span(record.massRate, count))
-      .Add("gravities", std::span(&record.oilGravity, 3))
-      .Add("current", current)
-      .Text();
-}
-
-std::string ControlArguments(const _tGetSetData& record) {
-  const auto count = static_cast<size_t>(
-      std::clamp(record.fluid.componentCount, 0, static_cast<int32_t>(kMaxComponents)));
-  return TraceText()
-      .Add("well", record.well)
-      .Add("isShut", int32_t{record.isShut})
-      .Add("shutInCode", record.shutInCode)
-      .Add("pressure", record.pressure[0])
-      .Add("oil", record.oilRate[0])
-      .Add("water", record.waterRate[0])
-      .Add("gas", record.gasRate[0])
-      .Add("pointValue", record.pointValue[0])
-      .Add("gravities", std::span(&record.oilGravity, 3))
-      .Add("passThrough", std::span(record.passThrough, 3))
-      .Add("downFraction", record.downFraction)
-      .Add("composition", std::span(record.moleFractions[0], count))
-      .Text();
-}
-
 }  // namespace
-
-std::string_view CommandName(uint32_t command) {
-  const auto* found =
-      std::find_if(std::begin(kCommandNames), std::end(kCommandNames),
-                   [&](const NamedCommand& named) { return named.command == command; });
-  return found == std::end(kCommandNames) ? std::string_view() : found->name;
-}
 
 DriverIdentity Identify(const ModuleApi& api, CallTrace* trace) {
   ExtIdentifyRecord record{};
   ExtErrorBlock error{};
-  if (trace != nullptr) trace->Begin("ExtIdentify", "");
-  const int32_t result = api.ExtIdentify(&record, &error);
-  DriverIdentity identity{FieldText(record.name), FieldText(record.description),
-                          record.interfaceNumber, record.moduleKind};
-  if (trace != nullptr) {
-    trace->End(result, TraceText()
-                           .Add("name", identity.name)
-                           .Add("description", identity.description)
-                           .Add("interface", identity.interfaceNumber)
-                           .Text());
-  }
+  DriverIdentity identity;
+  const int32_t result = Traced(trace, "ExtIdentify", "", [&](std::string& outcome) {
+    const int32_t code = api.ExtIdentify(&record, &error);
+    identity = {FieldText(record.name), FieldText(record.description), record.interfaceNumber,
+                record.moduleKind};
+    outcome = TraceFields("name", identity.name, "description", identity.description, "interface",
+                          identity.interfaceNumber);
+    return code;
+  });
   if (result != 0) throw DriverFailure(FieldText(error.text));
   return identity;
 }
@@ -134,28 +58,28 @@ std::vector<DriverUnit> Units(const ModuleApi& api, CallTrace* trace) {
   std::vector<DriverUnit> units;
   for (int32_t row = 0; row < kMostRows; ++row) {
     ExtUnitRecord record{};
-    if (trace != nullptr) trace->Begin("ExtCreateUnit", TraceText().Add("index", row).Text());
-    const int32_t result = api.ExtCreateUnit(row, &record);
-    const DriverUnit unit{FieldText(record.name), record.code, record.unitClass};
-    if (trace != nullptr) trace->End(result, TraceText().Add("name", unit.name).Text());
+    const std::string index = TraceFields("index", row);
+    const int32_t result = Traced(trace, "ExtCreateUnit", index, [&](std::string& outcome) {
+      const int32_t code = api.ExtCreateUnit(row, &record);
+      outcome = TraceFields("name", FieldText(record.name));
+      return code;
+    });
     if (result == 0) break;
-    units.push_back(unit);
+    units.push_back({FieldText(record.name), record.code, record.unitClass});
   }
   return units;
 }
 
 DriverModel::DriverModel(const ModuleApi& api, CallTrace* trace)
     : api_(api), trace_(trace), record_(std::make_unique<_tGetSetData>()) {
-  if (trace_ != nullptr) trace_->Begin("ExtCreateInstance", "");
-  const int32_t result = api_.ExtCreateInstance(&model_, &error_);
-  if (trace_ != nullptr) trace_->End(result, "");
+  Traced(trace_, "ExtCreateInstance", "",
+         [&](std::string&) { return api_.ExtCreateInstance(&model_, &error_); });
   if (model_ == nullptr) Fail("make a model");
 }
 
 DriverModel::~DriverModel() {
-  if (trace_ != nullptr) trace_->Begin("ExtDestroyInstance", "");
-  const int32_t result = api_.ExtDestroyInstance(model_, &error_);
-  if (trace_ != nullptr) trace_->End(result, "");
+  Traced(trace_, "ExtDestroyInstance", "",
+         [&](std::string&) { return api_.ExtDestroyInstance(model_, &error_); });
   StatusListener() = nullptr;
 }
 
@@ -172,33 +96,41 @@ int32_t DriverModel::CallGuarded(ExtCommand command, void* data, uint32_t value)
 }
 
 int32_t DriverModel::Call(ExtCommand command, void* data, uint32_t value) {
-  return Call(command, data, value, [] { return std::string(); });
+  if (trace_ == nullptr) return CallGuarded(command, data, value);
+  const std::string arguments =
+      fmt::format("{} {}, value={}, data={{{}}}", uint32_t{command}, CommandName(command), value,
+                  ArgumentsOf(command, data));
+  return Traced(trace_, "ExtCmd", arguments, [&](std::string& outcome) {
+    const int32_t result = CallGuarded(command, data, value);
+    const std::string text = FieldText(error_.text);
+    outcome = text.empty() ? OutcomeOf(command, data) : Quoted(text);
+    return result;
+  });
 }
 
-void DriverModel::Fail(const std::string& what) const {
+void DriverModel::Require(std::string_view what, ExtCommand command, void* data, uint32_t value) {
+  if (Call(command, data, value) != 0) Fail(what);
+}
+
+void DriverModel::Fail(std::string_view what) const {
   const std::string text = FieldText(error_.text);
-  throw DriverFailure(text.empty() ? "The module couldn't " + what : text);
+  throw DriverFailure(text.empty() ? fmt::format("The module couldn't {}", what) : text);
 }
 
 void DriverModel::SetLabel(const std::string& label) {
   const std::string text = platform::Utf8ToCodePage(label);
-  Call(EXT_SET_LABEL, Mutable(text), 0, [&] { return Quoted(label); });
+  Call(EXT_SET_LABEL, Mutable(text));
 }
 
 void DriverModel::SetStoreFile(const std::string& path, bool load) {
-  const int32_t result =
-      Call(EXT_SET_STORE_FILE, Mutable(path), load ? 1 : 0, [&] { return Quoted(path); });
-  if (result != 0) Fail("take the store file " + path);
+  Require("take the store file " + path, EXT_SET_STORE_FILE, Mutable(path), load ? 1 : 0);
 }
 
 std::string DriverModel::Get(const std::string& path) {
   const std::string modulePath = NameForModule(path);
   GetPropertyRequest request{};
   request.path = modulePath.c_str();
-  const int32_t result = Call(
-      EXT_GET_PROPERTY, &request, 0, [&] { return Quoted(path); },
-      [&] { return Quoted(FieldText(request.value)); });
-  if (result != 0) Fail("answer " + path);
+  Require("answer " + path, EXT_GET_PROPERTY, &request);
   return FieldText(request.value);
 }
 
@@ -208,23 +140,17 @@ void DriverModel::Set(const std::string& path, const std::string& value) {
   SetPropertyRequest request{};
   request.path = modulePath.c_str();
   request.value = moduleValue.c_str();
-  const int32_t result = Call(EXT_SET_PROPERTY, &request, 0, [&] {
-    return TraceText().Add(path, std::string_view(value)).Text();
-  });
-  if (result != 0) Fail(fmt::format("set {} to {}", path, value));
+  Require(fmt::format("set {} to {}", path, value), EXT_SET_PROPERTY, &request);
 }
 
 void DriverModel::Do(const std::string& command) {
-  const int32_t result = Call(EXT_DO_COMMAND, Mutable(command), 0, [&] { return Quoted(command); });
-  if (result != 0) Fail("do " + command);
+  Require("do " + command, EXT_DO_COMMAND, Mutable(command));
 }
 
 void DriverModel::StartSimulator() {
   SimulatorStartRecord record{};
   record.runMode = 1;
-  const int32_t result = Call(EXT_START_SIMULATOR, &record, 0,
-                              [] { return TraceText().Add("runMode", int32_t{1}).Text(); });
-  if (result != 0) Fail("start the simulator");
+  Require("start the simulator", EXT_START_SIMULATOR, &record);
 }
 
 std::vector<DriverWell> DriverModel::Wells() {
@@ -233,15 +159,7 @@ std::vector<DriverWell> DriverModel::Wells() {
   row.index = -1;
   while (true) {
     const int32_t last = row.index;
-    const int32_t result = Call(
-        EXT_ENUM_SOURCES, &row, 0, [&] { return TraceText().Add("index", last).Text(); },
-        [&] {
-          return TraceText()
-              .Add("index", row.index)
-              .Add("name", FieldText(row.name))
-              .Add("kind", row.kind)
-              .Text();
-        });
+    const int32_t result = Call(EXT_ENUM_SOURCES, &row);
     if (result != 0) return wells;
     if (row.index != last + 1) Fail("list its wells in order");
     wells.push_back({FieldText(row.name), row.kind == EXT_PRODUCER});
@@ -250,15 +168,7 @@ std::vector<DriverWell> DriverModel::Wells() {
 
 std::optional<Date> DriverModel::SimulationDate() {
   DateRecord record{};
-  const int32_t result = Call(
-      EXT_GET_SIMULATION_DATE, &record, 0, [] { return std::string(); },
-      [&] {
-        return TraceText()
-            .Add("day", record.day)
-            .Add("month", record.month)
-            .Add("year", record.year)
-            .Text();
-      });
+  const int32_t result = Call(EXT_GET_SIMULATION_DATE, &record);
   const Date date{record.year, record.month, record.day};
   if (result != 0 || (record.flags & EXT_DATE_HAS_DAY) == 0 || !IsValid(date)) return std::nullopt;
   return date;
@@ -266,9 +176,7 @@ std::optional<Date> DriverModel::SimulationDate() {
 
 std::vector<std::string> DriverModel::ComponentNames() {
   const auto record = std::make_unique<FluidModelRecord>();
-  const int32_t result = Call(
-      EXT_GET_FLUID_MODEL, record.get(), 0, [] { return std::string(); },
-      [&] { return TraceText().Add("components", record->componentCount).Text(); });
+  const int32_t result = Call(EXT_GET_FLUID_MODEL, record.get());
   std::vector<std::string> names;
   if (result != 0) return names;
   const int32_t count = std::clamp(record->componentCount, 0, static_cast<int32_t>(kMaxComponents));
@@ -278,17 +186,12 @@ std::vector<std::string> DriverModel::ComponentNames() {
 
 void DriverModel::Connect(int well, bool connected) {
   SetConnectionRequest request{0, well, static_cast<uint8_t>(connected ? 1 : 0)};
-  const int32_t result = Call(EXT_SET_CONNECTION, &request, 0, [&] {
-    return TraceText().Add("well", well).Add("connected", int32_t{request.connected}).Text();
-  });
-  if (result != 0) Fail("connect a well");
+  Require("connect a well", EXT_SET_CONNECTION, &request);
 }
 
 std::string DriverModel::Description() {
   char text[1024] = {};
-  Call(
-      EXT_GET_DESCRIPTION, text, sizeof text - 1, [] { return std::string(); },
-      [&] { return Quoted(TextOfModule(text)); });
+  Call(EXT_GET_DESCRIPTION, text, sizeof text - 1);
   return TextOfModule(text);
 }
 
@@ -302,29 +205,16 @@ void DriverModel::StartRun(const std::vector<int32_t>& connected, double startDa
   record.logCallback = IgnoreLog;
   record.statusCallback = PassStatusOn;
   record.runMode = 1;
-  const int32_t result = Call(EXT_START_RUN, &record, 0, [&] {
-    const std::vector<double> wells(connected.begin(), connected.end());
-    return TraceText()
-        .Add("wells", std::span<const double>(wells))
-        .Add("startDate", startDay)
-        .Add("runMode", int32_t{1})
-        .Text();
-  });
-  if (result != 0) Fail("start the run");
+  Require("start the run", EXT_START_RUN, &record);
 }
 
-void DriverModel::ReadWells() {
-  if (Call(EXT_SET_TIMESTEP_DATA) != 0) Fail("read the wells");
-}
+void DriverModel::ReadWells() { Require("read the wells", EXT_SET_TIMESTEP_DATA); }
 
 DriverInflow DriverModel::Inflow(int well) {
   _tGetSetData& record = *record_;
   record.size = sizeof record;
   record.well = well;
-  const int32_t result = Call(
-      EXT_GET_IPR, &record, 0, [&] { return TraceText().Add("well", well).Text(); },
-      [&] { return InflowOutcome(record); });
-  if (result != 0) Fail("give the inflow of a well");
+  Require("give the inflow of a well", EXT_GET_IPR, &record);
   DriverInflow inflow;
   const int32_t count = std::clamp(record.pointCount, 0, static_cast<int32_t>(kMaxInflowPoints));
   for (int32_t i = 0; i < count; ++i) {
@@ -362,19 +252,17 @@ void DriverModel::SetControl(const DriverControl& control, const DriverInflow& i
   std::fill(std::begin(record.moleFractions[0]), std::end(record.moleFractions[0]), 0.0);
   std::copy_n(control.composition.begin(), std::min(control.composition.size(), kMaxComponents),
               record.moleFractions[0]);
-  const int32_t result = Call(EXT_SET_OP_PT, &record, 0, [&] { return ControlArguments(record); });
-  if (result != 0) Fail("take an operating point");
+  Require("take an operating point", EXT_SET_OP_PT, &record);
 }
 
 void DriverModel::ApplyControls() {
-  if (Call(EXT_APPLY_OPERATING_POINTS) != 0) Fail("send the operating points");
+  Require("send the operating points", EXT_APPLY_OPERATING_POINTS);
 }
 
 bool DriverModel::Step(double days) {
   TimestepRecord record{};
   record.stepDays = days;
-  const int32_t result =
-      Call(EXT_TIMESTEP, &record, 0, [&] { return TraceText().Add("days", days).Text(); });
+  const int32_t result = Call(EXT_TIMESTEP, &record);
   if (result != 0 && FieldText(error_.text) == kSimulationEnded) return false;
   if (result != 0) Fail("run the step");
   return true;

@@ -128,17 +128,13 @@ class DriverModel {
   bool OpenDialog(ExtCommand command, void* window);
 
  private:
-  /// One call of ExtCmd. `arguments` and `outcome` compose what the trace shows, and are called
-  /// only when there is one.
-  template <class Arguments, class Outcome>
-  int32_t Call(ExtCommand command, void* data, uint32_t value, Arguments arguments,
-               Outcome outcome);
-  template <class Arguments>
-  int32_t Call(ExtCommand command, void* data, uint32_t value, Arguments arguments);
+  /// One call of ExtCmd, traced where there is a trace.
   int32_t Call(ExtCommand command, void* data = nullptr, uint32_t value = 0);
+  /// The same; a failure is thrown. `what` completes "The module couldn't", for one without a text.
+  void Require(std::string_view what, ExtCommand command, void* data = nullptr, uint32_t value = 0);
   int32_t CallGuarded(ExtCommand command, void* data, uint32_t value);
 
-  [[noreturn]] void Fail(const std::string& what) const;
+  [[noreturn]] void Fail(std::string_view what) const;
 
   const ModuleApi& api_;
   CallTrace* trace_;
@@ -147,8 +143,5 @@ class DriverModel {
   ExtErrorBlock error_{};
   std::unique_ptr<_tGetSetData> record_;
 };
-
-/// The name of a command as the trace and messages show it; empty for one without a name.
-std::string_view CommandName(uint32_t command);
 
 }  // namespace gantry::fieldrun

@@ -5,16 +5,15 @@
 
 #include <fmt/format.h>
 
+#include "fieldrun/driver/command_trace.h"
 #include "fieldrun/driver/driver_model.h"
-#include "fieldrun/driver/driver_model_call.h"
+#include "fieldrun/driver/module_text.h"
 
 namespace gantry::fieldrun {
 
 std::string DriverModel::SaveCase() {
   std::string block(EXT_CASE_DATA_CAPACITY, '\0');
-  const int32_t result =
-      Call(EXT_SAVE_CASE_DATA, block.data(), EXT_CASE_DATA_CAPACITY, [] { return std::string(); });
-  if (result != 0) Fail("save the case");
+  Require("save the case", EXT_SAVE_CASE_DATA, block.data(), EXT_CASE_DATA_CAPACITY);
   // Nothing in the block tells its length: all that was offered is kept.
   return block;
 }
@@ -27,14 +26,7 @@ void DriverModel::LoadCase(const std::string& block, const std::string& casePath
   record->length = static_cast<uint32_t>(length);
   record->casePath = casePath.c_str();
   record->keepDatasetPath = keepDatasetPath ? 1 : 0;
-  const int32_t result = Call(EXT_LOAD_CASE_DATA, record.get(), 0, [&] {
-    return TraceText()
-        .Add("length", static_cast<int32_t>(length))
-        .Add("casePath", casePath)
-        .Add("keepDatasetPath", int32_t{keepDatasetPath})
-        .Text();
-  });
-  if (result != 0) Fail("load the case");
+  Require("load the case", EXT_LOAD_CASE_DATA, record.get());
 }
 
 std::vector<PublishedVariable> DriverModel::PublishedVariables() {
@@ -43,10 +35,7 @@ std::vector<PublishedVariable> DriverModel::PublishedVariables() {
   row.handle = -1;
   while (true) {
     const int32_t last = row.handle;
-    const int32_t result = Call(
-        EXT_ENUM_PUBLISHED_VARIABLES, &row, 0,
-        [&] { return TraceText().Add("handle", last).Text(); },
-        [&] { return TraceText().Add("name", FieldText(row.fullName)).Text(); });
+    const int32_t result = Call(EXT_ENUM_PUBLISHED_VARIABLES, &row);
     if (result != 0) return variables;
     if (row.handle <= last) Fail("list the published variables in order");
     variables.push_back({row.handle, row.isWriteable != 0, FieldText(row.fullName),
@@ -57,11 +46,7 @@ std::vector<PublishedVariable> DriverModel::PublishedVariables() {
 std::string DriverModel::ReadPublished(int handle) {
   EvalPublishedRequest request{};
   request.handle = handle;
-  const int32_t result = Call(
-      EXT_EVAL_PUBLISHED_VARIABLES, &request, 0,
-      [&] { return TraceText().Add("handle", handle).Text(); },
-      [&] { return Quoted(FieldText(request.value)); });
-  if (result != 0) Fail("read a published variable");
+  Require("read a published variable", EXT_EVAL_PUBLISHED_VARIABLES, &request);
   return FieldText(request.value);
 }
 
@@ -71,16 +56,12 @@ void DriverModel::WritePublished(int handle, const std::string& value) {
   request.isWrite = 1;
   if (value.size() >= sizeof request.value) throw DriverFailure("The value is too long");
   value.copy(request.value, value.size());
-  const int32_t result = Call(EXT_EVAL_PUBLISHED_VARIABLES, &request, 0, [&] {
-    return TraceText().Add("handle", handle).Add("value", std::string_view(value)).Text();
-  });
-  if (result != 0) Fail("write a published variable");
+  Require("write a published variable", EXT_EVAL_PUBLISHED_VARIABLES, &request);
 }
 
 void DriverModel::DeletePublished(int handle) {
-  const int32_t result = Call(EXT_DEL_PUBLISHED_VARIABLE, nullptr, static_cast<uint32_t>(handle),
-                              [] { return std::string(); });
-  if (result != 0) Fail("delete a published variable");
+  Require("delete a published variable", EXT_DEL_PUBLISHED_VARIABLE, nullptr,
+          static_cast<uint32_t>(handle));
 }
 
 void DriverModel::WriteEquipmentXml(const std::string& path, bool withVariables,
@@ -93,22 +74,18 @@ void DriverModel::WriteEquipmentXml(const std::string& path, bool withVariables,
   for (const std::string& well : moduleWells) names.push_back(well.c_str());
   names.push_back(nullptr);
   const uint32_t withoutVariables = withVariables ? 0 : 1;
-  if (trace_ != nullptr) {
-    trace_->Begin("ExtEquipXml", TraceText()
-                                     .Add("path", path)
-                                     .Add("flag", static_cast<int32_t>(withoutVariables))
-                                     .Add("wells", fmt::format("{}", fmt::join(wells, ",")))
-                                     .Text());
-  }
-  const int32_t result = api_.ExtEquipXml(model_, path.c_str(), withoutVariables, names.data());
-  if (trace_ != nullptr) trace_->End(result, "");
+  const std::string arguments = TraceFields("path", path, "flag", withoutVariables, "wells",
+                                            fmt::format("{}", fmt::join(wells, ",")));
+  const int32_t result = Traced(trace_, "ExtEquipXml", arguments, [&](std::string&) {
+    return api_.ExtEquipXml(model_, path.c_str(), withoutVariables, names.data());
+  });
   if (result != 0) throw DriverFailure("The module couldn't write the description " + path);
 }
 
 bool DriverModel::OpenDialog(ExtCommand command, void* window) {
   int32_t changed = 0;
   window_ = window;
-  const int32_t result = Call(command, &changed, 0, [] { return std::string(); });
+  const int32_t result = Call(command, &changed);
   window_ = nullptr;
   // A refusal comes with a text; a dialog that was cancelled has none.
   if (result != 0 && !FieldText(error_.text).empty()) {

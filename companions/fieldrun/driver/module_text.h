@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstring>
 #include <string>
 
 namespace gantry::fieldrun {
@@ -12,5 +13,11 @@ std::string NameForModule(const std::string& name);
 
 /// A text of the module. One that is UTF-8 already, as names of files are, stays as it is.
 std::string TextOfModule(const std::string& text);
+
+/// The text of a fixed field, which has a terminator or fills the field.
+template <size_t N>
+std::string FieldText(const char (&field)[N]) {
+  return TextOfModule(std::string(field, strnlen(field, N)));
+}
 
 }  // namespace gantry::fieldrun
