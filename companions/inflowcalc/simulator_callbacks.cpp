@@ -6,11 +6,9 @@
 namespace gantry::inflow {
 namespace {
 
-constexpr size_t kTextSize = 260;
-
 template <class Call>
 void CallOrThrow(const char* what, Call call) {
-  std::array<char, kTextSize> text{};
+  std::array<char, IPR_TEXT_SIZE> text{};
   if (call(text.data()) == 0) return;
   text.back() = '\0';
   throw CallbackError(std::string(what) + ": " + text.data());

@@ -87,7 +87,7 @@ int32_t Case::EnumWells(EnumSourcesRow& row, uint32_t mode) const {
   const size_t next = row.index < 0 ? 0 : static_cast<size_t>(row.index) + 1;
   if (next >= Wells.Items.size()) return -1;
   const StaticWellData& well = Wells.Items[next];
-  row.kind = well.SourceType == kProducer ? 1 : 2;
+  row.kind = well.SourceType == kProducer ? EXT_PRODUCER : EXT_INJECTOR;
   row.one1 = 1;
   row.one2 = 1;
   row.kindAgain = row.kind;

@@ -103,16 +103,14 @@ int32_t CExtModel::GetFluidModel(FluidModelRecord* record, ExtErrorBlock* /*err*
 }
 
 int32_t CExtModel::GetSimulationDate(DateRecord* record, ExtErrorBlock* /*err*/) {
-  constexpr int32_t kHasNumber = 1;
-  constexpr int32_t kHasDay = 2;
   const CalendarDate& date = run_.SimulationDate;
   if (record == nullptr || !date.IsValid()) return 1;
-  record->flags = kHasDay;
+  record->flags = EXT_DATE_HAS_DAY;
   SplitDate(date, record->day, record->month, record->year);
   const CalendarDate dayZero = {.DayNumber = 0, .Status = CalendarDate::kValid};
   if (const auto number = DaysBetween(dayZero, date)) {
     record->number = *number;
-    record->flags |= kHasNumber;
+    record->flags |= EXT_DATE_HAS_NUMBER;
   }
   return 0;
 }

@@ -54,7 +54,8 @@ void FillCompositions(std::span<const IPRPoint> points, _tGetSetData& record) {
 /// The state of a well that the host shuts: at surface only by the host's code for it, or by one
 /// that isn't known.
 int32_t ShutState(int32_t shutInCode) {
-  return shutInCode == -1 || shutInCode == 2 ? kShutCompletions : kShutSurface;
+  return shutInCode == -1 || shutInCode == EXT_SHUT_IN_COMPLETIONS ? kShutCompletions
+                                                                   : kShutSurface;
 }
 
 }  // namespace

@@ -60,8 +60,8 @@ void FillBinaryInteraction(const std::vector<double>& triangle, size_t count,
 }
 
 int32_t EquationOfStateCode(const std::string& name) {
-  if (name == "PENG_ROBINSON") return 1;
-  return name == "SOAVE_REDLICH_KWONG" ? 2 : 0;
+  if (name == "PENG_ROBINSON") return EXT_PENG_ROBINSON;
+  return name == "SOAVE_REDLICH_KWONG" ? EXT_SOAVE_REDLICH_KWONG : EXT_OTHER_EQUATION;
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ int32_t Call(void* model, char* text, int32_t (InflowDriver::*operation)(Paramet
   ExtErrorBlock err = {};
   InflowDriver& driver = *static_cast<CExtModel*>(model);
   if ((driver.*operation)(arguments..., &err) == 0) return 0;
-  if (text != nullptr) CopyBounded({text, kInflowTextSize}, err.text);
+  if (text != nullptr) CopyBounded({text, IPR_TEXT_SIZE}, err.text);
   return 1;
 }
 

@@ -16,12 +16,12 @@ class Case : public ModelTest {
     ExtCreateInstance(&model, &err);
   }
   int32_t Save(uint32_t capacity = EXT_CASE_DATA_CAPACITY) {
-    return Command(12, record->block, capacity);
+    return Command(EXT_SAVE_CASE_DATA, record->block, capacity);
   }
   int32_t Load(const std::string& casePath = {}) {
     record->length = EXT_CASE_DATA_CAPACITY;
     record->casePath = casePath.c_str();
-    return Command(13, record.get());
+    return Command(EXT_LOAD_CASE_DATA, record.get());
   }
 
   std::unique_ptr<CaseDataRecord> record = std::make_unique<CaseDataRecord>();
@@ -38,8 +38,8 @@ TEST_F(Case, OpensWithItsWellsAndWithoutASimulator) {
   EXPECT_EQ(Get("StaticWell[1].OpMode"), "2");
   EXPECT_EQ(Get("StaticWell[1].SourceType"), "2");
   EXPECT_EQ(Get("StaticWell[0].Connected"), "0");
-  EXPECT_EQ(Command(23), 0);
-  EXPECT_EQ(Command(23), 0) << "and again until something clears it";
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 0);
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 0) << "and again until something clears it";
   EXPECT_EQ(Get("IsRunning"), "0");
   EXPECT_EQ(StartRun({0}), 0) << Error();
   EXPECT_EQ(Get("IsRunning"), "1");
@@ -55,12 +55,12 @@ TEST_F(Case, ThatDoesntFitOrIsBrokenIsRefused) {
   EXPECT_EQ(Error(), "Failed in writing all case data - buffer overflow");
   Save();
   record->length = 30;
-  EXPECT_EQ(Command(13, record.get()), 1);
+  EXPECT_EQ(Command(EXT_LOAD_CASE_DATA, record.get()), 1);
   EXPECT_EQ(Error(), "Failed in reading all case data - buffer overflow");
   record->block[8] = 5;
   EXPECT_EQ(Load(), 1);
   EXPECT_EQ(Error(), "Unable to read case data - version too new");
-  EXPECT_EQ(Command(23), 1) << "a failed load leaves the next start alone";
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 1) << "a failed load leaves the next start alone";
 }
 
 TEST_F(Case, FollowsItsDatasetWhereItMoves) {
@@ -69,11 +69,11 @@ TEST_F(Case, FollowsItsDatasetWhereItMoves) {
   char newFolder[] = "/new/place";
   SetDataFileRecord file = {};
   std::strcpy(file.path, "/old/FIELD.x.afi");
-  EXPECT_EQ(Command(136, &file), 0);
-  EXPECT_EQ(Command(10, newFolder), 0);
+  EXPECT_EQ(Command(EXT_SET_DATA_FILE, &file), 0);
+  EXPECT_EQ(Command(EXT_SET_DATA_FOLDER, newFolder), 0);
   EXPECT_EQ(Get("CaseDetails.FileName"),
             std::string("/new/place") + platform::kPathSeparator + "FIELD.x.afi");
-  EXPECT_EQ(Command(136, &file), 0);
+  EXPECT_EQ(Command(EXT_SET_DATA_FILE, &file), 0);
   Save();
   record->keepDatasetPath = 1;
   Load(beside);
@@ -82,7 +82,7 @@ TEST_F(Case, FollowsItsDatasetWhereItMoves) {
   Load(beside);
   EXPECT_EQ(Get("CaseDetails.FileName"), moved);
   Set("CaseDetails.ConnectionMode", "2");
-  EXPECT_EQ(Command(136, &file), 0);
+  EXPECT_EQ(Command(EXT_SET_DATA_FILE, &file), 0);
   EXPECT_EQ(Get("CaseDetails.FileName"), moved) << "only for a case on this machine";
 }
 
@@ -92,7 +92,7 @@ TEST_F(Case, ListsItsDatasetWithTheWayItRuns) {
   Set("CaseDetails.HeadNode", "head");
   Set("CaseDetails.Parallel", "8");
   auto row = std::make_unique<EnumDataFilesRow>();
-  ASSERT_EQ(Command(16, row.get()), 0);
+  ASSERT_EQ(Command(EXT_ENUM_DATA_FILES, row.get()), 0);
   EXPECT_STREQ(row->path, "/a/FIELD.afi");
   EXPECT_EQ(row->isLocal, 0);
   EXPECT_STREQ(row->options, "Linux|true|Parallel|8|HeadNode|head|HeadNodePort|7777");

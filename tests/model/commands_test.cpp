@@ -16,7 +16,7 @@ class Commands : public ModelTest {
   std::string GetWhole(const std::string& path) {
     GetPropertyRequest request = {};
     request.path = path.c_str();
-    return Command(96, &request) == 0 ? request.value : "<" + Error() + ">";
+    return Command(EXT_GET_PROPERTY, &request) == 0 ? request.value : "<" + Error() + ">";
   }
   std::string DoAndTell(const std::string& command) { return Do(command) == 0 ? "done" : Error(); }
 };
@@ -65,7 +65,7 @@ TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
     TimestepRecord record = {};
     record.stepDays = 5.0;
     ExtErrorBlock own = {};
-    result = ExtCmd(model, nullptr, 49, &record, 0, &own);
+    result = ExtCmd(model, nullptr, EXT_TIMESTEP, &record, 0, &own);
   });
   stepping.acquire();
   const std::pair<const char*, const char*> answers[] = {
@@ -127,11 +127,11 @@ TEST_F(Commands, DescribeTheDeckAndWhereItRuns) {
   char text[600];
   NameCase();
   const std::string deck = (Case() / "FIELD.afi").string();
-  Command(129, text, sizeof text);
+  Command(EXT_GET_DESCRIPTION, text, sizeof text);
   EXPECT_EQ(text, deck + "\n<Not currently running>");
   peer.Start();
-  Command(23);
-  Command(129, text, sizeof text);
+  Command(EXT_START_SIMULATOR);
+  Command(EXT_GET_DESCRIPTION, text, sizeof text);
   EXPECT_EQ(text, deck + "\nRunning on: Local host");
 }
 

@@ -30,14 +30,14 @@ class InflowLibraryTest : public ModelTest {
   void ReadWells() {
     StartSimulator();
     ASSERT_EQ(StartRun({0, 1, 2}), 0) << Error();
-    ASSERT_EQ(Command(63), 0) << Error();
+    ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
     probe->calls.clear();
   }
 
   std::unique_ptr<platform::DynamicLibrary> library;
   InflowProbe* probe = nullptr;
   std::unique_ptr<_tGetSetData> record = std::make_unique<_tGetSetData>();
-  char reason[260] = {};
+  char reason[IPR_TEXT_SIZE] = {};
 };
 
 using InflowLibrary = InflowLibraryTest;
@@ -61,7 +61,7 @@ TEST_F(InflowLibrary, MayRewriteATable) {
   EXPECT_EQ(record->oilRate[0], 1600.0);
   EXPECT_EQ(probe->calls.front().substr(0, 29), "transform P1 105368 3.4e+35 0");
   StepBy(1.0);
-  Command(63);
+  Command(EXT_SET_TIMESTEP_DATA);
   probe->pointsAfter = 4000;
   ASSERT_EQ(ReadInflow(0, *record), 0);
   const auto& seen = static_cast<CExtModel*>(model)->Sources().Items[0].HostIPR;
@@ -124,7 +124,7 @@ TEST_F(InflowLibrary, IsGivenTheReasonOfAFailureAtTheStartOfItsText) {
   EXPECT_STREQ(reason, "The requested well No. 0 does not exist (function call SetOpPt).");
   EXPECT_EQ(probe->readCurrent(model, 3, record.get(), reason), 1);
   EXPECT_STREQ(reason, "The requested well number 4 does not exist");
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   EXPECT_EQ(probe->advance(model, 1.0, reason), 1);
   EXPECT_STREQ(reason, "The simulation process is not running.");
   Set("CaseDetails.SimExeName", "/no/such/simulator");
@@ -137,7 +137,8 @@ TEST_F(InflowLibrary, StepsACompositionalModelWithoutTheHostsInflow) {
   ReadWells();
   peer.TakeOrders();
   probe->imposeRate(model, 0, 300.0, reason);
-  ASSERT_EQ(Command(101), 0) << "as the host asks: no inflow was handed out, so the well is dead";
+  ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0)
+      << "as the host asks: no inflow was handed out, so the well is dead";
   EXPECT_NE(peer.TakeOrders()[0].find("VALUES{ALL_COMPLETIONS_SHUTIN"), std::string::npos);
   probe->imposeRate(model, 0, 300.0, reason);
   StepBy(1.0);
@@ -152,24 +153,25 @@ TEST_F(InflowLibrary, SharesThePlaceInTheStoreFile) {
   auto& parent = static_cast<CExtModel*>(model)->ExportedVariables().Add(
       std::make_unique<CExportedVariableWellParent>());
   parent.WellName = "P1";
-  EXPECT_EQ(Command(20, store.data(), 1), 0) << "a file that isn't there yet is no failure";
-  ASSERT_EQ(Command(12, block->block, EXT_CASE_DATA_CAPACITY), 0);
+  EXPECT_EQ(Command(EXT_SET_STORE_FILE, store.data(), 1), 0)
+      << "a file that isn't there yet is no failure";
+  ASSERT_EQ(Command(EXT_SAVE_CASE_DATA, block->block, EXT_CASE_DATA_CAPACITY), 0);
   const std::string bytes = TestFolder::Read(store);
   EXPECT_EQ(bytes.find("probe's state"), 12u);
   static_cast<CExtModel*>(model)->ExportedVariables().RemoveAll();
   probe->calls.clear();
-  Command(20, store.data());
+  Command(EXT_SET_STORE_FILE, store.data());
   EXPECT_EQ(probe->calls, Texts{});
-  Command(20, store.data(), 1);
+  Command(EXT_SET_STORE_FILE, store.data(), 1);
   EXPECT_EQ(probe->calls, Texts{"loaded probe's state"});
   ASSERT_EQ(static_cast<CExtModel*>(model)->ExportedVariables().Size(), 1u);
 
   probe->leavesStateAlone = true;  // as where there is no library, or another one
-  Command(20, store.data(), 1);
-  ASSERT_EQ(Command(12, block->block, EXT_CASE_DATA_CAPACITY), 0);
+  Command(EXT_SET_STORE_FILE, store.data(), 1);
+  ASSERT_EQ(Command(EXT_SAVE_CASE_DATA, block->block, EXT_CASE_DATA_CAPACITY), 0);
   EXPECT_EQ(TestFolder::Read(store + ".backup"), bytes);
-  Command(12, block->block, EXT_CASE_DATA_CAPACITY);
-  Command(20, store.data(), 1);
+  Command(EXT_SAVE_CASE_DATA, block->block, EXT_CASE_DATA_CAPACITY);
+  Command(EXT_SET_STORE_FILE, store.data(), 1);
   EXPECT_FALSE(std::filesystem::exists(store + ".backup2")) << "only what wasn't understood";
 }
 

@@ -19,7 +19,7 @@ class Inflow : public ModelTest {
   void ReadWells() {
     StartSimulator();
     ASSERT_EQ(StartRun({0, 1, 2}), 0) << Error();
-    ASSERT_EQ(Command(63), 0) << Error();
+    ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
   }
 
   std::unique_ptr<_tGetSetData> record{new _tGetSetData};
@@ -52,7 +52,7 @@ TEST_F(Inflow, GivesTheSweepOfAProducer) {
 
   Operate(0, 400.0, 100.0, 0.0);
   StepBy(1.0);
-  Command(63);
+  Command(EXT_SET_TIMESTEP_DATA);
   ASSERT_EQ(ReadInflow(0, *record), 0);
   EXPECT_EQ(record->hasStepped, 1u);
   EXPECT_EQ((Numbers{record->currentPressure, record->currentOilRate, record->currentWaterRate,
@@ -82,7 +82,7 @@ TEST_F(Inflow, HandsBackAnInjectorsOwnNumbersButNotAProducers) {
     point->pointValue[0] = 7.0;
     point->passThrough[2] = 3.0;
     point->oilGravity = 0.5;
-    Command(53, point.get());
+    Command(EXT_SET_OP_PT, point.get());
     ReadInflow(well, *record);
     EXPECT_EQ(record->pointValue[9], well == 1 ? 7.0 : 0.0);
     EXPECT_EQ(record->passThrough[2], well == 1 ? 3.0 : 0.0);
@@ -97,7 +97,7 @@ TEST_F(Inflow, RefusesAWellThatIsNot) {
     EXPECT_EQ(ReadInflow(well, *record), 1);
     EXPECT_EQ(Error(), std::string("The requested well number ") + number +
                            " does not exist (function call GetIPR).");
-    EXPECT_EQ(Command(53, record.get()), 1);
+    EXPECT_EQ(Command(EXT_SET_OP_PT, record.get()), 1);
     EXPECT_EQ(Error(), std::string("The requested well No. ") + number +
                            " does not exist (function call SetOpPt).");
   }

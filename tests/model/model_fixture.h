@@ -37,7 +37,7 @@ class ModelTest : public ::testing::Test {
   void StartSimulator() {
     NameCase();
     peer.Start();
-    ASSERT_EQ(Command(23), 0) << Error();
+    ASSERT_EQ(Command(EXT_START_SIMULATOR), 0) << Error();
     peer.TakeOrders();
   }
   void NameCase() {
@@ -66,16 +66,16 @@ class ModelTest : public ::testing::Test {
     SetPropertyRequest request = {};
     request.path = whole.c_str();
     request.value = value.c_str();
-    return Command(97, &request);
+    return Command(EXT_SET_PROPERTY, &request);
   }
   /// The value, or "none" where nothing answered.
   std::string Get(const std::string& path) {
     const std::string whole = "Intersect." + path;
     GetPropertyRequest request = {};
     request.path = whole.c_str();
-    return Command(96, &request) == 0 ? request.value : "none";
+    return Command(EXT_GET_PROPERTY, &request) == 0 ? request.value : "none";
   }
-  int32_t Do(std::string command) { return Command(98, command.data()); }
+  int32_t Do(std::string command) { return Command(EXT_DO_COMMAND, command.data()); }
 
   /// A run with these wells connected, from the host's date on.
   int32_t StartRun(std::vector<int32_t> connected, double hostDate = 0.0) {
@@ -86,7 +86,7 @@ class ModelTest : public ::testing::Test {
     record.logCallback = [](const char* text, void*) { Told().push_back(text); };
     record.statusCallback = record.logCallback;
     Told().clear();
-    return Command(48, &record);
+    return Command(EXT_START_RUN, &record);
   }
   /// What the host's callbacks were given.
   static Texts& Told() {
@@ -97,11 +97,11 @@ class ModelTest : public ::testing::Test {
   int32_t StepBy(double days) {
     TimestepRecord record = {};
     record.stepDays = days;
-    return Command(49, &record);
+    return Command(EXT_TIMESTEP, &record);
   }
   int32_t ReadInflow(int32_t well, _tGetSetData& record) {
     record.well = well;
-    return Command(50, &record);
+    return Command(EXT_GET_IPR, &record);
   }
   /// An open well on an oil rate (of a producer), or a water or gas rate (of an injector).
   int32_t Operate(int32_t well, double oil, double water, double gas, double pressure = 1000.0,
@@ -113,7 +113,7 @@ class ModelTest : public ::testing::Test {
     record->gasRate[0] = gas;
     record->pressure[0] = pressure;
     record->downFraction = down;
-    return Command(53, record.get());
+    return Command(EXT_SET_OP_PT, record.get());
   }
 
   TestFolder folder;

@@ -34,7 +34,7 @@ class Published : public ModelTest {
     Texts names;
     PublishedVariableRow row = {};
     row.handle = -1;
-    while (Command(103, &row) == 0) {
+    while (Command(EXT_ENUM_PUBLISHED_VARIABLES, &row) == 0) {
       names.push_back(row.fullName);
       EXPECT_EQ(row.handle, static_cast<int32_t>(names.size()) - 1);
       EXPECT_EQ(names.back(), std::string(row.wellName) + ":" + row.shortName);
@@ -49,7 +49,7 @@ class Published : public ModelTest {
     request.isWrite = write ? 1 : 0;
     char* const text = space.data() + offsetof(EvalPublishedRequest, value);
     value.copy(text, value.size());
-    const int32_t result = Command(105, &request);
+    const int32_t result = Command(EXT_EVAL_PUBLISHED_VARIABLES, &request);
     value = text;
     return result;
   }
@@ -65,12 +65,12 @@ TEST_F(Published, TakeAHandleForEachElement) {
   PublishedVariableRow row = {};
   for (const int32_t last : {5, std::numeric_limits<int32_t>::max(), -100}) {
     row.handle = last;
-    EXPECT_EQ(Command(103, &row), -1);
+    EXPECT_EQ(Command(EXT_ENUM_PUBLISHED_VARIABLES, &row), -1);
     EXPECT_EQ(row.handle, last);
   }
   Publish(std::string(300, 'w'), std::string(300, 'l'), 1, false);
   row.handle = 5;
-  ASSERT_EQ(Command(103, &row), 0);
+  ASSERT_EQ(Command(EXT_ENUM_PUBLISHED_VARIABLES, &row), 0);
   EXPECT_EQ(std::make_pair(row.isWriteable, row.code), std::make_pair(uint8_t{0}, 30801u));
   EXPECT_EQ((std::vector{std::strlen(row.fullName), std::strlen(row.wellName),
                          std::strlen(row.shortName)}),
@@ -126,10 +126,10 @@ TEST_F(Published, LoseTheirComponentsWithAChangeOfFluid) {
   StartSimulator();
   EXPECT_EQ(FullNames(), Texts{"P1:Oil rate"}) << "the first fluid counts as a change";
   Publish("P1", "Fraction", 0, false);
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   EXPECT_EQ(StartRun({0}), 0) << Error();
   EXPECT_EQ(FullNames().size(), 4u);
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   peer.ChangeWells([this](auto&) { peer.components = {"C1", "CO2"}; });
   EXPECT_EQ(StartRun({0}), 1);
   EXPECT_EQ(Error(), "The simulator composition has changed, so the simulator must be reloaded");
@@ -139,14 +139,14 @@ TEST_F(Published, AreDeletedByTheHostsOddRule) {
   Publish("P1", "A", 2, true);
   Publish("P2", "B", 1, true);
   Publish("P3", "C", 1, true);
-  EXPECT_EQ(Command(109, nullptr, 3), 1);
+  EXPECT_EQ(Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, 3), 1);
   EXPECT_EQ(Error(), "Bad handle passed to DelPublishedVariable()");
-  EXPECT_EQ(Command(109, nullptr, 1), 0);
+  EXPECT_EQ(Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, 1), 0);
   EXPECT_EQ(FullNames(), Texts{"P3:C"}) << "handle 1 is P1's second element, place 1 is P2";
-  EXPECT_EQ(Command(109, nullptr, static_cast<uint32_t>(-2)), 1);
-  EXPECT_EQ(Command(109, nullptr, static_cast<uint32_t>(-1)), 0);
+  EXPECT_EQ(Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, static_cast<uint32_t>(-2)), 1);
+  EXPECT_EQ(Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, static_cast<uint32_t>(-1)), 0);
   EXPECT_EQ(FullNames(), Texts{});
-  EXPECT_EQ(Command(109, nullptr, 0), 1);
+  EXPECT_EQ(Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, 0), 1);
 }
 
 }  // namespace

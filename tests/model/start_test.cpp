@@ -24,7 +24,7 @@ class Start : public ModelTest {
     Texts names;
     EnumSourcesRow row = {};
     row.index = -1;
-    while (Command(2, &row) == 0) names.push_back(row.name);
+    while (Command(EXT_ENUM_SOURCES, &row) == 0) names.push_back(row.name);
     return names;
   }
 
@@ -43,16 +43,16 @@ TEST_F(Start, ShowsTheHostItsWellsAndItsDate) {
 
   EnumSourcesRow row = {};
   row.index = 2;
-  ASSERT_EQ(Command(2, &row), 0);
+  ASSERT_EQ(Command(EXT_ENUM_SOURCES, &row), 0);
   EXPECT_EQ(std::make_tuple(row.kind, row.one1, row.one2, row.kindAgain, row.zero, row.one3),
             std::make_tuple(2, 1, 1, 2, 0, 1));
   EXPECT_EQ(row.index, 3);
   EXPECT_STREQ(row.sourceWord, "source");
   row.index = 0;
-  EXPECT_EQ(Command(2, &row, 2), -1) << "this mode gives only the first well";
+  EXPECT_EQ(Command(EXT_ENUM_SOURCES, &row, 2), -1) << "this mode gives only the first well";
 
   DateRecord date = {};
-  ASSERT_EQ(Command(11, &date), 0);
+  ASSERT_EQ(Command(EXT_GET_SIMULATION_DATE, &date), 0);
   EXPECT_EQ(std::make_tuple(date.flags, date.day, date.month, date.year),
             std::make_tuple(3, 2, 3, 2015));
   EXPECT_EQ(date.number, kFieldStart + 60);
@@ -78,12 +78,12 @@ TEST_F(Start, LaunchesTheProcessAsCaseAndMachineSay) {
     Set("CaseDetails.StdLogging", launch.logging);
     app.Config.MPIExecutable = launch.mpi;
     app.Config.CmdLine = launch.options;
-    ASSERT_EQ(Command(23), 0) << Error();
+    ASSERT_EQ(Command(EXT_START_SIMULATOR), 0) << Error();
     EXPECT_EQ(Arguments(), launch.arguments);
-    Command(56);
+    Command(EXT_CLOSE_SIMULATOR);
   }
   app.Config.MPIExecutable = "   ";
-  EXPECT_EQ(Command(23), 1);
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 1);
   EXPECT_EQ(Error(),
             "Could not start the simulator process: <A path to mpiexec must be entered in the "
             "configuration screen to run parallel jobs>");
@@ -98,14 +98,14 @@ TEST_F(Start, EndsWithoutASessionWhereverTheConnectionBreaksAndCanBeTriedAgain) 
   peer.Start();
   for (const auto& [message, failure] : cuts) {
     peer.CutAt(message);
-    EXPECT_EQ(Command(23), 1) << message;
+    EXPECT_EQ(Command(EXT_START_SIMULATOR), 1) << message;
     EXPECT_EQ(Error().substr(0, failure.size()), failure);
     EXPECT_EQ(Get("IsRunning"), "0");
   }
   peer.CutAt("");
-  EXPECT_EQ(Command(23), 0) << Error();
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 0) << Error();
   peer.ChangeWells([this](auto&) { peer.startDate[1] = 13; });
-  EXPECT_EQ(Command(23), 1);
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 1);
   EXPECT_EQ(Error(), "Simulator communication error: <1/13/2015 is no date>");
 }
 
@@ -157,18 +157,18 @@ TEST_F(Start, NoticesAProcessThatHasEnded) {
 TEST_F(Start, KeepsTheHostsMarksAndModesWhenItStartsTheSimulatorItself) {
   StartSimulator();
   Set("StaticWell[1].OpMode", "3");
-  EXPECT_EQ(Command(56), 0);
+  EXPECT_EQ(Command(EXT_CLOSE_SIMULATOR), 0);
   EXPECT_EQ(StartRun({1}), 0) << Error();
   EXPECT_EQ(Get("StaticWell[{W1}].Connected"), "1");
   EXPECT_EQ(Get("StaticWell[{W1}].OpMode"), "3");
-  EXPECT_EQ(Command(23), 0);
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 0);
   EXPECT_EQ(Get("StaticWell[{W1}].Connected"), "0") << "a start by the host clears it";
   EXPECT_EQ(Get("StaticWell[{W1}].OpMode"), "3");
 }
 
 TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
   StartSimulator();
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   peer.ChangeWells([](std::vector<SimulatedWell>& wells) { wells.pop_back(); });
   EXPECT_EQ(StartRun({}), 1);
   EXPECT_EQ(Error(),
@@ -176,7 +176,7 @@ TEST_F(Start, RefusesARunOnOtherWellsThanTheCases) {
             "from simulator)");
   EXPECT_EQ(Get("IsRunning"), "1") << "the host may reload";
   EXPECT_EQ(WellNames(), (Texts{"P1", "W1", "G1"}));
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   peer.ChangeWells([](std::vector<SimulatedWell>& wells) { std::swap(wells[0], wells[2]); });
   EXPECT_EQ(StartRun({}), 0) << "two wells that change places are no difference: " << Error();
 }
@@ -194,7 +194,7 @@ TEST_F(CompositionalStart, DescribesTheFluid) {
   EXPECT_EQ(Get("Compositional"), "1");
   auto fluid = std::make_unique<FluidModelRecord>();
   std::memset(fluid.get(), 0x55, sizeof *fluid);
-  ASSERT_EQ(Command(9, fluid.get()), 0);
+  ASSERT_EQ(Command(EXT_GET_FLUID_MODEL, fluid.get()), 0);
   EXPECT_EQ(fluid->componentCount, 4);
   EXPECT_STREQ(fluid->names[1], "METHANE");
   EXPECT_EQ(std::string(fluid->names[2], 17), "A_NAME_THAT_IS_TC");
@@ -208,8 +208,9 @@ TEST_F(CompositionalStart, DescribesTheFluid) {
   EXPECT_EQ(fluid->reserved0, 0x55555555u) << "the host's own bytes stay";
   EXPECT_EQ(fluid->reserved2[99], 0x55);
   peer.CutAt("QRFLUIDMODEL");
-  EXPECT_EQ(Command(23), 1);
-  EXPECT_EQ(Command(9, fluid.get()), 1) << "one that can't be read isn't that of the start before";
+  EXPECT_EQ(Command(EXT_START_SIMULATOR), 1);
+  EXPECT_EQ(Command(EXT_GET_FLUID_MODEL, fluid.get()), 1)
+      << "one that can't be read isn't that of the start before";
 }
 
 TEST_F(CompositionalStart, HasNoFluidModelForBlackOilNorForMoreComponentsThanFit) {
@@ -217,14 +218,14 @@ TEST_F(CompositionalStart, HasNoFluidModelForBlackOilNorForMoreComponentsThanFit
   peer.components.clear();
   peer.binaryInteraction.clear();
   StartSimulator();
-  EXPECT_EQ(Command(9, fluid.get()), 1);
+  EXPECT_EQ(Command(EXT_GET_FLUID_MODEL, fluid.get()), 1);
   EXPECT_EQ(Error(), "");
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   peer.ChangeWells([this](auto&) { peer.components.assign(101, "C"); });
-  ASSERT_EQ(Command(23), 0) << Error();
-  EXPECT_EQ(Command(9, fluid.get()), 1);
+  ASSERT_EQ(Command(EXT_START_SIMULATOR), 0) << Error();
+  EXPECT_EQ(Command(EXT_GET_FLUID_MODEL, fluid.get()), 1);
   EXPECT_EQ(Error(), "");
-  EXPECT_EQ(Command(9, nullptr), 1);
+  EXPECT_EQ(Command(EXT_GET_FLUID_MODEL, nullptr), 1);
 }
 
 TEST_F(CompositionalStart, SetsUpGasInjectionWithAPlaceholder) {
@@ -235,12 +236,12 @@ TEST_F(CompositionalStart, SetsUpGasInjectionWithAPlaceholder) {
                    "SET SETWSTRE STNAME{G1_ginj} STCMPVALUES{1, 0, 0, 0} "
                    "STCMPNAMES{TOTAL_MOLE_FRACTION[1], TOTAL_MOLE_FRACTION[2], "
                    "TOTAL_MOLE_FRACTION[3], TOTAL_MOLE_FRACTION[4]} STPHASE{}"}));
-  EXPECT_EQ(Command(56), 0);
+  EXPECT_EQ(Command(EXT_CLOSE_SIMULATOR), 0);
   peer.CutAt("CREATE_FLDSRCEXT");
   EXPECT_EQ(StartRun({2}), 1);
   EXPECT_EQ(Error().substr(0, 44), "Connection to simulator failed (StartRun): <");
   peer.CutAt("");
-  Command(56);
+  Command(EXT_CLOSE_SIMULATOR);
   app.Config.SimExecutable = std::string("2016.2") + platform::kPathSeparator + "ix";
   peer.TakeOrders();
   EXPECT_EQ(StartRun({2}), 0) << Error();

@@ -40,7 +40,7 @@ class StepTest : public ModelTest {
     record->well = well;
     record->isShut = 1;
     record->shutInCode = code;
-    return Command(53, record.get());
+    return Command(EXT_SET_OP_PT, record.get());
   }
 };
 
@@ -74,11 +74,11 @@ TEST_F(Step, ShutsAWellByTheHostsCode) {
                                                               {7, "SURFACE_SHUTIN"}};
   for (const auto& [code, word] : codes) {
     Shut(0, code);
-    ASSERT_EQ(Command(101), 0);
+    ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0);
     EXPECT_EQ(peer.TakeOrders(), Texts{Status("P1", word)}) << code;
   }
   Set("CaseDetails.CloseUnconnectedWells", "1");
-  Command(101);
+  Command(EXT_APPLY_OPERATING_POINTS);
   EXPECT_EQ(peer.TakeOrders().front(), Status("P1, P2, W1, G1",
                                               "SURFACE_SHUTIN, ALL_COMPLETIONS_SHUTIN, "
                                               "ALL_COMPLETIONS_SHUTIN, ALL_COMPLETIONS_SHUTIN"));
@@ -87,15 +87,15 @@ TEST_F(Step, ShutsAWellByTheHostsCode) {
 TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
   BeginRun({0});
   Operate(0, 100.0, 0.0, 0.0);
-  ASSERT_EQ(Command(101), 0);
+  ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0);
   EXPECT_EQ(peer.TakeOrders().size(), 3u);
   StepBy(1.0);
   EXPECT_EQ(peer.TakeOrders(), Texts{"CONTINUE_UNTIL TIME{1}"});
   StepBy(1.0);
   EXPECT_EQ(peer.TakeOrders().size(), 4u) << "the next step sends them again";
-  ASSERT_EQ(Command(101), 0);
+  ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0);
   peer.CutAt("SETWCONSTRAINTS");
-  EXPECT_EQ(Command(101), 1);
+  EXPECT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 1);
   EXPECT_EQ(StepBy(1.0), 1);
   EXPECT_EQ(static_cast<CExtModel*>(model)->SimulatorDays(), 2.0)
       << "no step is made on orders that have not all arrived";
@@ -103,7 +103,7 @@ TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
 
 TEST_F(Step, ReadsTheConnectedWellsOnly) {
   BeginRun({0, 2});
-  ASSERT_EQ(Command(63), 0) << Error();
+  ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
   auto record = std::make_unique<_tGetSetData>();
   ASSERT_EQ(ReadInflow(0, *record), 0);
   EXPECT_EQ(record->pointCount, 10);
@@ -118,14 +118,15 @@ TEST_F(Step, RefusesAWellThatItDoesNotKnow) {
     peer.tellsOfAllWells = true;
     std::rotate(wells.begin(), wells.begin() + 1, wells.end());
   });
-  EXPECT_EQ(Command(63), 0) << "wells that weren't asked for are no harm: " << Error();
+  EXPECT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0)
+      << "wells that weren't asked for are no harm: " << Error();
   peer.ChangeWells([](std::vector<SimulatedWell>& wells) { wells.push_back({.name = "X1"}); });
-  EXPECT_EQ(Command(63), 1);
+  EXPECT_EQ(Command(EXT_SET_TIMESTEP_DATA), 1);
   EXPECT_EQ(Error(), "Unknown well returned from call to simulator");
 }
 
 TEST_F(Step, NeedsARunningSimulator) {
-  for (const uint32_t command : {63u, 101u}) {
+  for (const ExtCommand command : {EXT_SET_TIMESTEP_DATA, EXT_APPLY_OPERATING_POINTS}) {
     EXPECT_EQ(Command(command), 1);
     EXPECT_EQ(Error(), "The simulation process is not running.");
   }
@@ -147,9 +148,10 @@ TEST_F(Step, SaysWhereAConnectionBrokeAndStartsAnew) {
     std::string failure;
   };
   const std::vector<Break> breaks = {
-      {"QWELLS", 63, "Connection to simulator failed while getting well data (SetTimestepData): <"},
-      {"SETWELLS", 101, "Connection to simulator failed (Timestep): <"},
-      {"CONTINUE_UNTIL", 49, "Connection to simulator failed (Timestep): <"}};
+      {"QWELLS", EXT_SET_TIMESTEP_DATA,
+       "Connection to simulator failed while getting well data (SetTimestepData): <"},
+      {"SETWELLS", EXT_APPLY_OPERATING_POINTS, "Connection to simulator failed (Timestep): <"},
+      {"CONTINUE_UNTIL", EXT_TIMESTEP, "Connection to simulator failed (Timestep): <"}};
   BeginRun({0});
   for (const Break& broken : breaks) {
     Operate(0, 100.0, 0.0, 0.0);
@@ -160,7 +162,7 @@ TEST_F(Step, SaysWhereAConnectionBrokeAndStartsAnew) {
     EXPECT_EQ(Error().substr(0, broken.failure.size()), broken.failure);
     EXPECT_EQ(Get("IsRunning"), "1") << "the host decides whether to stop";
     peer.CutAt("");
-    EXPECT_EQ(Command(56), 0);
+    EXPECT_EQ(Command(EXT_CLOSE_SIMULATOR), 0);
     ASSERT_EQ(StartRun({0}), 0) << Error();
   }
   EXPECT_EQ(StepBy(1.0), 0) << Error();
@@ -173,7 +175,7 @@ class CompositionalStep : public StepTest {
   /// One step up to the host's answer: the wells are read and their inflow handed out.
   void ReadAll(std::vector<int32_t> wells) {
     BeginRun(wells);
-    ASSERT_EQ(Command(63), 0) << Error();
+    ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
     auto record = std::make_unique<_tGetSetData>();
     for (const int32_t well : wells) ASSERT_EQ(ReadInflow(well, *record), 0);
     peer.TakeOrders();
@@ -184,7 +186,7 @@ TEST_F(CompositionalStep, TakesTheRatesFromTheInflowAtTheHostsPressureAndShutsAD
   ReadAll({0, 1});
   Operate(0, 1.0, 1.0, 1.0, 3000.0);  // no flow at the reservoir's pressure
   Operate(1, 1.0, 1.0, 1.0, 2500.0);
-  ASSERT_EQ(Command(101), 0) << Error();
+  ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0) << Error();
   EXPECT_EQ(peer.TakeOrders(),
             (Texts{Status("P1, P2", "ALL_COMPLETIONS_SHUTIN, OPEN"), Uptime("P2", "1"),
                    kConstraints + Constraint("P2", "LIQUID_PRODUCTION_RATE", "500")}));
@@ -199,9 +201,9 @@ TEST_F(CompositionalStep, SendsTheCompositionOfAnInjectedGas) {
   record->fluid.componentCount = 2;
   record->moleFractions[0][0] = 0.75;
   record->moleFractions[0][1] = 0.25;
-  Command(53, record.get());
+  Command(EXT_SET_OP_PT, record.get());
   // A gas injector's inflow makes no difference between pressures, so any is as good.
-  ASSERT_EQ(Command(101), 0);
+  ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0);
   EXPECT_EQ(peer.TakeOrders().back(),
             "SET SETWSTRE STNAME{G1_ginj} STCMPVALUES{0.75, 0.25} "
             "STCMPNAMES{TOTAL_MOLE_FRACTION[1], TOTAL_MOLE_FRACTION[2]} STPHASE{}");

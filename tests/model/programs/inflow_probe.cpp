@@ -3,7 +3,7 @@
 #include <memory>
 #include <sstream>
 
-#include "gantry/records.h"
+#include "gantry/inflow.h"
 #include "probe_file.h"
 
 namespace {
@@ -26,11 +26,9 @@ void* CreateIPRModel(void* model) {
 
 void DestroyIPRModel(void*) { Note("destroy"); }
 
-void SetIPRCallbacks(void*, double (*elapsedDays)(void*), int32_t (*restart)(void*, char*),
-                     int32_t (*imposeRate)(void*, int32_t, double, char*),
-                     int32_t (*advance)(void*, double, char*),
-                     int32_t (*readInflow)(void*, int32_t, void*, char*),
-                     int32_t (*readCurrent)(void*, int32_t, void*, char*)) {
+void SetIPRCallbacks(void*, IPRElapsedDays elapsedDays, IPRRestart restart,
+                     IPRImposeRate imposeRate, IPRAdvance advance, IPRReadInflow readInflow,
+                     IPRReadCurrent readCurrent) {
   probe.elapsedDays = elapsedDays;
   probe.restart = restart;
   probe.imposeRate = imposeRate;
@@ -57,7 +55,7 @@ int32_t TransformIPR(void*, const char* wellName, const void* stateRecord, void*
   text << "transform " << wellName << ' ' << state.size << ' ' << state.pressure[0] << ' '
        << state.oilRate[0];
   Note(text.str());
-  char reason[260] = {};
+  char reason[IPR_TEXT_SIZE] = {};
   if (probe.restartsInside) probe.restart(probe.model, reason);
   if (const int32_t other = probe.readsInside; other >= 0) {
     probe.readsInside = -1;

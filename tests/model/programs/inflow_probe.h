@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "gantry/inflow.h"
+
 /// An inflow library that does what a test tells it and writes down what it was told. The test
 /// finds it by its one further export.
 struct InflowProbe {
@@ -11,12 +13,12 @@ struct InflowProbe {
   void* model = nullptr;  ///< the model that made the library's last handle
 
   // The model's callbacks.
-  double (*elapsedDays)(void*) = nullptr;
-  int32_t (*restart)(void*, char*) = nullptr;
-  int32_t (*imposeRate)(void*, int32_t, double, char*) = nullptr;
-  int32_t (*advance)(void*, double, char*) = nullptr;
-  int32_t (*readInflow)(void*, int32_t, void*, char*) = nullptr;
-  int32_t (*readCurrent)(void*, int32_t, void*, char*) = nullptr;
+  IPRElapsedDays elapsedDays = nullptr;
+  IPRRestart restart = nullptr;
+  IPRImposeRate imposeRate = nullptr;
+  IPRAdvance advance = nullptr;
+  IPRReadInflow readInflow = nullptr;
+  IPRReadCurrent readCurrent = nullptr;
 
   // What a transformation does.
   int32_t pointsAfter = -1;       ///< the number of points that it leaves, when not negative
