@@ -65,58 +65,10 @@ class DialogWindow {
  public:
   virtual ~DialogWindow() = default;
 
-  /// Hides the dialog and makes its run return `result`, once the present event is done with.
-  virtual void Close(int result) = 0;
-  /// What another library takes for this window.
-  virtual void* Handle() = 0;
-  virtual PixelSize ClientSize() = 0;
-  /// Paints anew all that is there, at once.
-  virtual void Redraw() = 0;
-
-  virtual void Enable(int id, bool isEnabled) = 0;
-  virtual void SetToolTip(int id, const std::string& text) = 0;
-  virtual PixelRect Rect(int id) = 0;
-  virtual void Move(int id, const PixelRect& rect) = 0;
-  virtual void Focus(int id) = 0;
-
-  virtual std::string Text(int id) = 0;
-  virtual void SetText(int id, const std::string& text) = 0;
-  virtual void PutCaretBehindText(int id) = 0;
-  virtual bool IsChecked(int id) = 0;
-  virtual void SetChecked(int id, bool isChecked) = 0;
-
-  /// Of a drop list or list box: in place of what it held.
-  virtual void SetItems(int id, const std::vector<std::string>& items) = 0;
-  /// Of a drop list; -1 is no selection.
-  virtual int Selection(int id) = 0;
-  virtual void Select(int id, int index) = 0;
-
-  virtual void SetColumns(int id, const std::vector<ListColumn>& columns) = 0;
-  /// Behind those that a list view has, whose selection stays.
-  virtual void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) = 0;
-  /// Of a list view, ascending. No other row is selected in their place.
-  virtual void RemoveRows(int id, const std::vector<size_t>& rows) = 0;
-  /// Of a list box or list view, ascending.
-  virtual std::vector<size_t> SelectedRows(int id) = 0;
-  virtual void SelectAll(int id) = 0;
-  virtual void InvertSelection(int id) = 0;
-
-  /// In place of what the tree held. What is there still, by its data, stays open or closed, and
-  /// the user's place in the tree is kept.
-  virtual void SetTree(int id, std::vector<TreeItem> items) = 0;
-  virtual void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) = 0;
-  virtual void ExpandTree(int id, bool isExpanded) = 0;
-
-  virtual void ShowMessage(const std::string& text) = 0;
-  /// The path of an existing file, none when the user gave up.
-  virtual std::optional<std::string> AskForFile(const FileRequest& request) = 0;
   /// Another dialog over this one; its result.
   virtual int RunDialog(DialogHandler& handler) = 0;
-  /// A topic of a help file. False where the file or a viewer for it is missing.
-  virtual bool ShowHelp(const std::string& file, uint32_t topic) = 0;
-  virtual void SetWaitCursor(bool isWaiting) = 0;
-  /// Blocks the thread.
-  virtual void Pause(int milliseconds) = 0;
+#define CALL(Result, Name, Parameters, Arguments) virtual Result Name Parameters = 0;
+#include "toolkit/window_calls.inc"
 };
 
 /// What a dialog shows and decides: it is told what happens to its window.

@@ -6,6 +6,7 @@
 #include <QWindow>
 #include <memory>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include <poll.h>
@@ -21,13 +22,43 @@ namespace {
 
 class DialogServer;
 
+template <class Result, class... Parameters>
+Packet Invoke(DialogWindow& window, Result (DialogWindow::*call)(Parameters...),
+              Packet& arguments) {
+  // Braces, so that they are taken in their order.
+  std::tuple<std::decay_t<Parameters>...> values{arguments.Take<std::decay_t<Parameters>>()...};
+  const auto make = [&](auto&... value) { return (window.*call)(std::move(value)...); };
+  if constexpr (std::is_void_v<Result>) {
+    std::apply(make, values);
+    return Packet();
+  } else {
+    return Packet().Put(std::apply(make, values));
+  }
+}
+
+Packet CallWindow(DialogWindow& window, Packet& call) {
+  switch (call.Take<WindowCall>()) {
+#define CALL(Result, Name, Parameters, Arguments) \
+  case WindowCall::k##Name:                       \
+    return Invoke(window, &DialogWindow::Name, call);
+#include "toolkit/window_calls.inc"
+  }
+  throw LinkFailure("The link knows no such call");
+}
+
 /// A handler in the host's process.
 class HandlerApart : public DialogHandler {
  public:
-  HandlerApart(DialogServer& server, size_t depth, SentTemplate shape)
-      : server_(server), depth_(depth), template_(std::move(shape)) {}
+  /// `call` is the one that it came with, whose texts it shows.
+  HandlerApart(DialogServer& server, Packet& call)
+      : server_(server),
+        depth_(call.Take<size_t>()),
+        template_(call.Take<DialogTemplate>()),
+        rows_(call.Take<std::vector<ControlRow>>()) {
+    template_.controls = rows_;
+  }
 
-  const DialogTemplate& Template() const override { return template_.Template(); }
+  const DialogTemplate& Template() const override { return template_; }
   void OnOpen(DialogWindow& window) override;
   void OnButton(DialogWindow& /*window*/, int id) override {
     Tell({.kind = DialogEvent::Kind::kButton, .id = id});
@@ -48,7 +79,8 @@ class HandlerApart : public DialogHandler {
 
   DialogServer& server_;
   size_t depth_;
-  ReceivedTemplate template_;
+  DialogTemplate template_;
+  const std::vector<ControlRow> rows_;
 };
 
 /// The open windows, from the first to the one on top.
@@ -78,34 +110,15 @@ class DialogServer {
     const auto depth = call.Take<size_t>();
     if (depth >= windows_.size()) throw LinkFailure("The link knows no such window");
     DialogWindow& window = *windows_[depth];
-    switch (request) {
-      case Request::kRunOver:
-        return RunOverWindow(window, call);
-      case Request::kAskForFile:
-        return AskForFile(window, call);
-      default:
-        return WindowCalls::Call(call.Take<size_t>(), window, call);
-    }
+    if (request == Request::kWindowCall) return CallWindow(window, call);
+    HandlerApart handler(*this, call);
+    return Packet().Put(window.RunDialog(handler));
   }
 
   Packet Run(Packet& call) {
     auto* const parent = call.Take<void*>();
-    HandlerApart handler = TakeHandler(call);
+    HandlerApart handler(*this, call);
     return Packet().Put(RunOver(handler, parent));
-  }
-  Packet RunOverWindow(DialogWindow& window, Packet& call) {
-    HandlerApart handler = TakeHandler(call);
-    return Packet().Put(window.RunDialog(handler));
-  }
-  HandlerApart TakeHandler(Packet& call) {
-    const auto depth = call.Take<size_t>();
-    return {*this, depth, call.Take<SentTemplate>()};
-  }
-  static Packet AskForFile(DialogWindow& window, Packet& call) {
-    const auto extension = call.Take<std::string>();
-    const auto filters = call.Take<std::string>();
-    const auto folder = call.Take<std::string>();
-    return Packet().Put(window.AskForFile({extension.c_str(), filters.c_str(), folder}));
   }
 
   Link link_;

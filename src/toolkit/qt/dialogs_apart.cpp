@@ -2,6 +2,7 @@
 
 #include "toolkit/qt/dialogs_apart.h"
 
+#include <tuple>
 #include <vector>
 
 #include "platform/dynamic_library.h"
@@ -16,86 +17,47 @@ namespace {
 
 class DialogsApart;
 
-/// A window in the other process.
-class WindowApart : public DialogWindow {
+/// The calls of a window in the other process.
+class CallsApart : public DialogWindow {
  public:
-  WindowApart(DialogsApart& dialogs, size_t depth) : dialogs_(dialogs), depth_(depth) {}
+  CallsApart(DialogsApart& dialogs, size_t depth) : dialogs_(dialogs), depth_(depth) {}
 
-  void Close(int result) override;
-  void* Handle() override { return Ask<&DialogWindow::Handle>(); }
-  PixelSize ClientSize() override { return Ask<&DialogWindow::ClientSize>(); }
-  void Redraw() override { Ask<&DialogWindow::Redraw>(); }
-  void Enable(int id, bool isEnabled) override { Ask<&DialogWindow::Enable>(id, isEnabled); }
-  void SetToolTip(int id, const std::string& text) override {
-    Ask<&DialogWindow::SetToolTip>(id, text);
-  }
-  PixelRect Rect(int id) override { return Ask<&DialogWindow::Rect>(id); }
-  void Move(int id, const PixelRect& rect) override { Ask<&DialogWindow::Move>(id, rect); }
-  void Focus(int id) override { Ask<&DialogWindow::Focus>(id); }
-  std::string Text(int id) override { return Ask<&DialogWindow::Text>(id); }
-  void SetText(int id, const std::string& text) override { Ask<&DialogWindow::SetText>(id, text); }
-  void PutCaretBehindText(int id) override { Ask<&DialogWindow::PutCaretBehindText>(id); }
-  bool IsChecked(int id) override { return Ask<&DialogWindow::IsChecked>(id); }
-  void SetChecked(int id, bool isChecked) override {
-    Ask<&DialogWindow::SetChecked>(id, isChecked);
-  }
-  void SetItems(int id, const std::vector<std::string>& items) override {
-    Ask<&DialogWindow::SetItems>(id, items);
-  }
-  int Selection(int id) override { return Ask<&DialogWindow::Selection>(id); }
-  void Select(int id, int index) override { Ask<&DialogWindow::Select>(id, index); }
-  void SetColumns(int id, const std::vector<ListColumn>& columns) override {
-    Ask<&DialogWindow::SetColumns>(id, columns);
-  }
-  void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override {
-    Ask<&DialogWindow::AddRows>(id, rows, picture);
-  }
-  void RemoveRows(int id, const std::vector<size_t>& rows) override {
-    Ask<&DialogWindow::RemoveRows>(id, rows);
-  }
-  std::vector<size_t> SelectedRows(int id) override { return Ask<&DialogWindow::SelectedRows>(id); }
-  void SelectAll(int id) override { Ask<&DialogWindow::SelectAll>(id); }
-  void InvertSelection(int id) override { Ask<&DialogWindow::InvertSelection>(id); }
-  void SetTree(int id, std::vector<TreeItem> items) override {
-    Ask<&DialogWindow::SetTree>(id, items);
-  }
-  void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) override {
-    Ask<&DialogWindow::SetTreeChecked>(id, places, isChecked);
-  }
-  void ExpandTree(int id, bool isExpanded) override {
-    Ask<&DialogWindow::ExpandTree>(id, isExpanded);
-  }
-  void ShowMessage(const std::string& text) override { Ask<&DialogWindow::ShowMessage>(text); }
-  std::optional<std::string> AskForFile(const FileRequest& request) override;
+#define CALL(Result, Name, Parameters, Arguments) \
+  Result Name Parameters override { return Ask<Result>(WindowCall::k##Name, std::tie Arguments); }
+#include "toolkit/window_calls.inc"
   int RunDialog(DialogHandler& handler) override;
-  bool ShowHelp(const std::string& file, uint32_t topic) override {
-    return Ask<&DialogWindow::ShowHelp>(file, topic);
-  }
-  void SetWaitCursor(bool isWaiting) override { Ask<&DialogWindow::SetWaitCursor>(isWaiting); }
-  void Pause(int milliseconds) override { Ask<&DialogWindow::Pause>(milliseconds); }
 
+ private:
+  template <class Result, class... Arguments>
+  Result Ask(WindowCall method, const std::tuple<Arguments&...>& arguments) {
+    Packet call;
+    call.Put(Request::kWindowCall).Put(depth_).Put(method);
+    std::apply([&call](const auto&... values) { (call.Put(values), ...); }, arguments);
+    Packet answer = Call(call);
+    if constexpr (!std::is_void_v<Result>) return answer.Take<Result>();
+  }
+  Packet Call(const Packet& call);
+
+  DialogsApart& dialogs_;
+  size_t depth_;
+};
+
+class WindowApart : public CallsApart {
+ public:
+  using CallsApart::CallsApart;
+
+  void Close(int result) override {
+    closedWith_ = result;
+    try {
+      CallsApart::Close(result);
+    } catch (const LinkFailure&) {
+      // There is nothing left to close.
+    }
+  }
   /// What the handler has closed it with.
   std::optional<int> ClosedWith() const { return closedWith_; }
 
  private:
-  template <auto kMethod, class... Arguments>
-  CallResult<kMethod> Ask(const Arguments&... arguments) {
-    using Result = CallResult<kMethod>;
-    Packet answer = Call(WindowCalls::Number<kMethod>(), Packets(kMethod, arguments...));
-    if constexpr (!std::is_void_v<Result>) return answer.Take<Result>();
-  }
-  /// The arguments as the types that the other end takes.
-  template <class Result, class... Parameters>
-  static Packet Packets(Result (DialogWindow::*)(Parameters...),
-                        const std::decay_t<Parameters>&... arguments) {
-    Packet packet;
-    (packet.Put(arguments), ...);
-    return packet;
-  }
-  Packet Call(size_t method, const Packet& arguments);
-
-  DialogsApart& dialogs_;
-  size_t depth_;
   std::optional<int> closedWith_;
 };
 
@@ -133,7 +95,8 @@ class DialogsApart {
   };
 
   int Run(DialogHandler& handler, WindowApart& window, Packet request) {
-    request.Put(open_.size()).Put(ToSend(handler.Template()));
+    const DialogTemplate& shape = handler.Template();
+    request.Put(open_.size()).Put(shape).Put(shape.controls);
     open_.push_back({handler, window});
     const int result = link_.Call(request).Take<int>();
     open_.pop_back();
@@ -162,30 +125,9 @@ class DialogsApart {
   std::vector<OpenDialog> open_;
 };
 
-Packet WindowApart::Call(size_t method, const Packet& arguments) {
-  Packet call;
-  call.Put(Request::kWindowCall).Put(depth_).Put(method);
-  return dialogs_.Call(call.Append(arguments));
-}
+Packet CallsApart::Call(const Packet& call) { return dialogs_.Call(call); }
 
-void WindowApart::Close(int result) {
-  closedWith_ = result;
-  try {
-    Ask<&DialogWindow::Close>(result);
-  } catch (const LinkFailure&) {
-    // There is nothing left to close.
-  }
-}
-
-std::optional<std::string> WindowApart::AskForFile(const FileRequest& request) {
-  Packet call;
-  call.Put(Request::kAskForFile).Put(depth_);
-  call.Put(std::string(request.defaultExtension)).Put(std::string(request.filters));
-  call.Put(request.folder);
-  return dialogs_.Call(call).Take<std::optional<std::string>>();
-}
-
-int WindowApart::RunDialog(DialogHandler& handler) { return dialogs_.RunOver(handler, depth_); }
+int CallsApart::RunDialog(DialogHandler& handler) { return dialogs_.RunOver(handler, depth_); }
 
 std::string Program() { return ModuleFolder() + ProgramFileName("IntersectDialogs"); }
 

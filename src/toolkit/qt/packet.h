@@ -21,7 +21,8 @@ class LinkFailure : public std::runtime_error {
 /// Values one after another, as they go over a link between two processes of one build. Taking
 /// what isn't there throws LinkFailure.
 ///
-/// A record is passed field by field when `FieldsOf` ties its fields, else as its bytes are.
+/// A record is passed field by field when `FieldsOf` ties its fields, else as its bytes are. A C
+/// text that was taken lies in the packet that it came in.
 class Packet {
  public:
   Packet() = default;
@@ -33,6 +34,9 @@ class Packet {
   Packet& Put(const Value& value) {
     if constexpr (requires { FieldsOf(value); }) {
       std::apply([this](const auto&... fields) { (this->Put(fields), ...); }, FieldsOf(value));
+    } else if constexpr (std::is_same_v<Value, const char*>) {
+      Put(value != nullptr);
+      if (value != nullptr) bytes_.append(value, std::strlen(value) + 1);
     } else if constexpr (requires { value.has_value(); }) {
       Put(value.has_value());
       if (value.has_value()) Put(*value);
@@ -49,12 +53,6 @@ class Packet {
     return *this;
   }
 
-  /// What another holds, behind what this one does.
-  Packet& Append(const Packet& other) {
-    bytes_ += other.bytes_;
-    return *this;
-  }
-
   template <class Value>
   Value Take() {
     Value value{};
@@ -67,6 +65,8 @@ class Packet {
   void TakeInto(Value& value) {
     if constexpr (requires { FieldsOf(value); }) {
       std::apply([this](auto&... fields) { (this->TakeInto(fields), ...); }, FieldsOf(value));
+    } else if constexpr (std::is_same_v<Value, const char*>) {
+      value = Take<bool>() ? Next(std::strlen(bytes_.c_str() + at_) + 1) : nullptr;
     } else if constexpr (requires { value.has_value(); }) {
       if (Take<bool>()) TakeInto(value.emplace());
     } else if constexpr (requires { value.c_str(); }) {

@@ -14,38 +14,9 @@ class QtDialog : public QDialog, public DialogWindow {
  public:
   QtDialog(DialogHandler& handler, QWidget* parent);
 
-  void Close(int result) override;
-  void* Handle() override;
-  PixelSize ClientSize() override;
-  void Redraw() override;
-  void Enable(int id, bool isEnabled) override;
-  void SetToolTip(int id, const std::string& text) override;
-  PixelRect Rect(int id) override;
-  void Move(int id, const PixelRect& rect) override;
-  void Focus(int id) override;
-  std::string Text(int id) override;
-  void SetText(int id, const std::string& text) override;
-  void PutCaretBehindText(int id) override;
-  bool IsChecked(int id) override;
-  void SetChecked(int id, bool isChecked) override;
-  void SetItems(int id, const std::vector<std::string>& items) override;
-  int Selection(int id) override;
-  void Select(int id, int index) override;
-  void SetColumns(int id, const std::vector<ListColumn>& columns) override;
-  void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) override;
-  void RemoveRows(int id, const std::vector<size_t>& rows) override;
-  std::vector<size_t> SelectedRows(int id) override;
-  void SelectAll(int id) override;
-  void InvertSelection(int id) override;
-  void SetTree(int id, std::vector<TreeItem> items) override;
-  void SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) override;
-  void ExpandTree(int id, bool isExpanded) override;
-  void ShowMessage(const std::string& text) override;
-  std::optional<std::string> AskForFile(const FileRequest& request) override;
   int RunDialog(DialogHandler& handler) override;
-  bool ShowHelp(const std::string& file, uint32_t topic) override;
-  void SetWaitCursor(bool isWaiting) override;
-  void Pause(int milliseconds) override;
+#define CALL(Result, Name, Parameters, Arguments) Result Name Parameters override;
+#include "toolkit/window_calls.inc"
 
   void reject() override;  ///< Escape, and the window's own close button
 

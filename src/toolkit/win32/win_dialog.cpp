@@ -212,6 +212,8 @@ void WinDialog::Close(int result) {
   ::EndDialog(window_, result);
 }
 
+void* WinDialog::Handle() { return window_; }
+
 PixelSize WinDialog::ClientSize() {
   RECT rect = {};
   ::GetClientRect(window_, &rect);
