@@ -77,7 +77,7 @@ void Controller::GetWellIPRData(MessageReader& request, MessageWriter& results) 
   inflow.skewness = request.GetDouble();
   std::vector<ConnectorWellRecord> records(wells.size());
   for (size_t i = 0; i < wells.size(); ++i) records[i].name = wells[i];
-  OpenAndMeasureInflow(Client(), Units(), wells, inflow, inflowWorkspace_, records);
+  MeasureInflow(Client(), Units(), wells, inflow, inflowWorkspace_, records);
   data_.clear();
   inflow_ = std::move(records);
   withCompositions_ = inflow.componentCount > 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <span>
 #include <stdexcept>
 #include <utility>
@@ -10,6 +9,7 @@
 #include "client/intersect_client.h"
 #include "client/item_names.h"
 #include "client/well_lookup.h"
+#include "client/words.h"
 
 namespace gantry {
 
@@ -32,9 +32,10 @@ enum ResultItem : size_t {
 };
 
 constexpr std::array<const char*, kFirstMoleFraction> kResultItems = {
-    "OIL_PRODUCTION_RATE", "GAS_PRODUCTION_RATE",  "WATER_PRODUCTION_RATE", "WATER_INJECTION_RATE",
-    "GAS_INJECTION_RATE",  "TEMPERATURE",          "GAS_DENSITY",           "WATER_DENSITY",
-    "OIL_DENSITY",         "BOTTOM_HOLE_PRESSURE", "TUBING_HEAD_PRESSURE",
+    words::kOilProductionRate,  words::kGasProductionRate,  words::kWaterProductionRate,
+    words::kWaterInjectionRate, words::kGasInjectionRate,   words::kTemperature,
+    words::kGasDensity,         words::kWaterDensity,       words::kOilDensity,
+    words::kBottomHolePressure, words::kTubingHeadPressure,
 };
 
 /// How a kind of well is forced to a rate, and where its rates are read.
@@ -49,11 +50,11 @@ struct WellKind {
 
 const WellKind& KindOf(const std::string& type) {
   static const WellKind producer = {
-      {"LIQUID_PRODUCTION_RATE", "GAS_PRODUCTION_RATE"}, true, true, true};
-  static const WellKind waterInjector = {{"WATER_INJECTION_RATE"}, false, true, false};
-  static const WellKind gasInjector = {{"GAS_INJECTION_RATE"}, false, false, true};
-  if (type == "PRODUCER") return producer;
-  return type == "WATER_INJECTOR" ? waterInjector : gasInjector;
+      {words::kLiquidProductionRate, words::kGasProductionRate}, true, true, true};
+  static const WellKind waterInjector = {{words::kWaterInjectionRate}, false, true, false};
+  static const WellKind gasInjector = {{words::kGasInjectionRate}, false, false, true};
+  if (type == words::kProducer) return producer;
+  return type == words::kWaterInjector ? waterInjector : gasInjector;
 }
 
 [[noreturn]] void FailInflow() {
@@ -111,15 +112,15 @@ void AppendColumn(const RungRows& rows, size_t item, Doubles& points) {
 
 class Sweep {
  public:
-  Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
+  Sweep(IntersectClientBase& client, const Strings& wells, const InflowRequest& request,
         InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records);
 
-  void Run(const RecordWork& finish);
+  void Run(const UnitConverter& units, const RecordWork& finish);
 
  private:
   using Rung = InflowWorkspace::Rung;
 
-  void FindKinds();
+  void FindKinds(const UnitConverter& units);
   void EncodeRequests();
   void ReadRung(Rung& rung);
   void FindColumns(Rung& rung);
@@ -137,7 +138,7 @@ class Sweep {
 
   IntersectClientBase& client_;
   const Strings& wells_;
-  const InflowSweepRequest& request_;
+  const InflowRequest& request_;
   InflowWorkspace& workspace_;
   std::vector<ConnectorWellRecord>& records_;
   const Strings recordNames_;
@@ -147,7 +148,7 @@ class Sweep {
   std::vector<Ladder> ladders_;
 };
 
-Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSweepRequest& request,
+Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowRequest& request,
              InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records)
     : client_(client),
       wells_(wells),
@@ -162,16 +163,15 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowSwee
 
 // The records are filled at the end, one after the other: to visit them all at each rung would
 // fetch them from memory ten times over.
-void Sweep::Run(const RecordWork& finish) {
-  FindKinds();
+void Sweep::Run(const UnitConverter& units, const RecordWork& finish) {
+  FindKinds(units);
   wellOfRecord_ = WellsOf(recordLookup_, wells_);
   EncodeRequests();
-  for (size_t rung = 0; rung < kSweepRungs; ++rung) {
+  for (int rung = 0; rung < kSweepRungs; ++rung) {
     client_.set_constraints_for_wells(workspace_.constraints);
-    ReadRung(workspace_.rungs[rung]);
-    if (rung == 0) NoteBaseRates(workspace_.rungs[rung]);
-    const double share = static_cast<double>(kSweepRungs - (rung + 1)) / kSweepRungs;
-    LimitTo(std::pow(share, request_.skewness));
+    ReadRung(workspace_.rungs[static_cast<size_t>(rung)]);
+    if (rung == 0) NoteBaseRates(workspace_.rungs.front());
+    LimitTo(ShareAfter(rung + 1, request_.skewness));
   }
   for (size_t i = 0; i < records_.size(); ++i) {
     FillRecord(i);
@@ -179,8 +179,12 @@ void Sweep::Run(const RecordWork& finish) {
   }
 }
 
-void Sweep::FindKinds() {
-  const WellQueryStringResult types = client_.query_wells_as_strings(wells_, {"TYPE"});
+void Sweep::FindKinds(const UnitConverter& units) {
+  // So high that the well's other limits decide.
+  constexpr double kUnlimitedRate = 100000.0;
+  const double liquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate);
+  const double gasRate = units.ToSimulator(kUnlimitedRate, kGasRate);
+  const WellQueryStringResult types = client_.query_wells_as_strings(wells_, {words::kType});
   WellLookup lookup(wells_);
   const std::vector<size_t>& places = lookup.PlacesIn(types.wells);
   ladders_.reserve(wells_.size());
@@ -189,7 +193,7 @@ void Sweep::FindKinds() {
       throw std::runtime_error("Unexpected answer when querying the well status data.");
     }
     const WellKind& kind = KindOf(types.values[place].front());
-    ladders_.push_back({&kind, request_.firstLiquidRate, request_.firstGasRate});
+    ladders_.push_back({&kind, liquidRate, gasRate});
   }
 }
 
@@ -236,15 +240,13 @@ void Sweep::NoteBaseRates(const Rung& first) {
 }
 
 void Sweep::LimitWell(size_t well, double fraction) {
-  EncodedConstraints& constraints = workspace_.constraints;
   const Ladder& ladder = ladders_[well];
-  size_t place = constraints.values[well];
+  size_t item = 0;
   if (ladder.kind->takesLiquid) {
-    constraints.message.SetDouble(place, fraction * ladder.baseLiquidRate);
-    place += sizeof(double);
+    workspace_.constraints.Set(well, item++, fraction * ladder.baseLiquidRate);
   }
   if (ladder.kind->takesGas) {
-    constraints.message.SetDouble(place, fraction * ladder.baseGasRate);
+    workspace_.constraints.Set(well, item, fraction * ladder.baseGasRate);
   }
 }
 
@@ -289,11 +291,12 @@ void Sweep::AppendCompositions(const RungRows& rows, RowTable<double>& compositi
 
 }  // namespace
 
-void MeasureInflow(IntersectClientBase& client, const Strings& wells,
-                   const InflowSweepRequest& request, InflowWorkspace& workspace,
+void MeasureInflow(IntersectClientBase& client, const UnitConverter& units, const Strings& wells,
+                   const InflowRequest& request, InflowWorkspace& workspace,
                    std::vector<ConnectorWellRecord>& records, const RecordWork& finish) {
   if (wells.empty()) return;
-  Sweep(client, wells, request, workspace, records).Run(finish);
+  client.set_status_for_wells(wells, Strings(wells.size(), words::kOpen), words::kUser);
+  Sweep(client, wells, request, workspace, records).Run(units, finish);
 }
 
 }  // namespace gantry

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <vector>
@@ -8,19 +9,23 @@
 #include "client/connector_records.h"
 #include "client/intersect_client.h"
 #include "client/query_results.h"
+#include "client/unit_converter.h"
 
 namespace gantry {
 
 inline constexpr int kSweepRungs = 10;
 
-/// What a sweep is to measure, in the simulator's units.
-struct InflowSweepRequest {
+/// What a sweep is to measure.
+struct InflowRequest {
   int32_t componentCount = 0;
   bool useBottomHolePressure = true;
-  double skewness = 1.0;       ///< above 1 packs the points towards low rates
-  double firstLiquidRate = 0;  ///< of the first rung; so high that the well's other limits decide
-  double firstGasRate = 0;
+  double skewness = 1.0;  ///< above 1 packs the points towards low rates
 };
+
+/// What the ladder leaves of a well's rates after so many rungs.
+inline double ShareAfter(int rungs, double skewness) {
+  return std::pow(static_cast<double>(kSweepRungs - rungs) / kSweepRungs, skewness);
+}
 
 /// The requests of a sweep, and its replies until the ladder is done. Whoever measures again and
 /// again holds one, so that its storage, which is large with many wells, is found once.
@@ -41,12 +46,13 @@ struct InflowWorkspace {
 /// cache.
 using RecordWork = std::function<void(ConnectorWellRecord&)>;
 
-/// Measures the inflow of `wells` by forcing each through a ladder of ten rate constraints while
-/// the simulator stands still, and appends ten raw points (the simulator's units) to the record of
-/// its name. The wells must be open. The constraints of the last rung stay in force.
+/// Measures the inflow of `wells`: opens them, forces each through a ladder of ten rate constraints
+/// while the simulator stands still, and appends ten raw points (the simulator's units) to the
+/// record of its name. `units` are those of the simulator, for the rates that the ladder starts
+/// from. The constraints of the last rung stay in force.
 /// Throws runtime_error for answers of the right form with the wrong content.
-void MeasureInflow(IntersectClientBase& client, const Strings& wells,
-                   const InflowSweepRequest& request, InflowWorkspace& workspace,
+void MeasureInflow(IntersectClientBase& client, const UnitConverter& units, const Strings& wells,
+                   const InflowRequest& request, InflowWorkspace& workspace,
                    std::vector<ConnectorWellRecord>& records, const RecordWork& finish = {});
 
 }  // namespace gantry

@@ -27,10 +27,17 @@ enum class AlgorithmicPosition : int32_t {
 /// The text of a position; invalid_argument for a value outside the table.
 std::string position_name(AlgorithmicPosition position);
 
-/// A setter of constraints that has been encoded once.
-struct EncodedConstraints {
-  EncodedMessage message;
-  std::vector<size_t> values;  ///< for each well, the place of its values in the message
+/// A setter of constraints that has been encoded once, whose values are filled in for each sending.
+class EncodedConstraints {
+ public:
+  void Set(size_t well, size_t item, double value) {
+    message_.SetDouble(values_[well] + item * sizeof value, value);
+  }
+
+ private:
+  friend class IntersectClientBase;
+  EncodedMessage message_;
+  std::vector<size_t> values_;  ///< for each well, the place of its values in the message
 };
 
 /// What both client versions share: one TCP session with a running simulator, in the simulator's
@@ -101,6 +108,10 @@ class IntersectClientBase {
   Strings RequestFluidModel(std::optional<std::string_view> entryName);
 
  private:
+  /// `appendSetters` appends those of one well.
+  template <class AppendSetters>
+  void SendConstraints(const Strings& wells, const std::vector<Strings>& items,
+                       const std::vector<Doubles>& values, AppendSetters appendSetters);
   void SendSetup();
   void SendRunControl(OutgoingMessage message);
   void ReceiveStep(IncomingMessage& message);

@@ -1,18 +1,24 @@
 #include "client/argument_check.h"
 #include "client/intersect_client.h"
+#include "client/words.h"
 
 namespace gantry {
 
 namespace {
 
 constexpr std::string_view kSetConstraints = "set_constraints_for_wells";
-constexpr std::string_view kUser = "USER";
 
-/// One well's items against another of its lists. The text gives the outer counts, which are equal
-/// by then: settled, and kept.
-void CheckItems(const Strings& items, ListArgument list, size_t wellCount) {
-  if (items.size() == list.size) return;
-  FailSizes(kSetConstraints, {2, wellCount}, {list.number, wellCount});
+/// The items of each well against another list of lists. Where those of a well differ, the text
+/// gives the outer counts, which are equal by then: settled, and kept.
+template <class Lists>
+void CheckLists(const Strings& wells, const std::vector<Strings>& items, int number,
+                const Lists& lists) {
+  CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
+  CheckSizes(kSetConstraints, {1, wells.size()}, {number, lists.size()});
+  for (size_t i = 0; i < wells.size(); ++i) {
+    if (items[i].size() == lists[i].size()) continue;
+    FailSizes(kSetConstraints, {2, wells.size()}, {number, wells.size()});
+  }
 }
 
 }  // namespace
@@ -26,43 +32,38 @@ void IntersectClientBase::SendAndAwaitReady(OutgoingMessage message) {
   receive_ready();
 }
 
-void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
-                                                    const std::vector<Strings>& items,
-                                                    const std::vector<Doubles>& values,
-                                                    const std::vector<Strings>& setters) {
-  CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
-  CheckSizes(kSetConstraints, {1, wells.size()}, {3, values.size()});
-  CheckSizes(kSetConstraints, {1, wells.size()}, {4, setters.size()});
-  for (size_t i = 0; i < wells.size(); ++i) {
-    CheckItems(items[i], {3, values[i].size()}, wells.size());
-    CheckItems(items[i], {4, setters[i].size()}, wells.size());
-  }
+template <class AppendSetters>
+void IntersectClientBase::SendConstraints(const Strings& wells, const std::vector<Strings>& items,
+                                          const std::vector<Doubles>& values,
+                                          AppendSetters appendSetters) {
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
   for (size_t i = 0; i < wells.size(); ++i) {
     message.AppendString("WELLNAME", wells[i])
         .AppendStrings("ITEMS", items[i])
-        .AppendDoubles("VALUES", values[i])
-        .AppendStrings("SETTERS", setters[i]);
+        .AppendDoubles("VALUES", values[i]);
+    appendSetters(message, i);
   }
   SendAndAwaitReady(message);
+}
+
+void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
+                                                    const std::vector<Strings>& items,
+                                                    const std::vector<Doubles>& values,
+                                                    const std::vector<Strings>& setters) {
+  CheckLists(wells, items, 3, values);
+  CheckLists(wells, items, 4, setters);
+  SendConstraints(wells, items, values, [&](OutgoingMessage& message, size_t well) {
+    message.AppendStrings("SETTERS", setters[well]);
+  });
 }
 
 void IntersectClientBase::set_user_constraints_for_wells(const Strings& wells,
                                                          const std::vector<Strings>& items,
                                                          const std::vector<Doubles>& values) {
-  CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
-  CheckSizes(kSetConstraints, {1, wells.size()}, {3, values.size()});
-  for (size_t i = 0; i < wells.size(); ++i) {
-    CheckItems(items[i], {3, values[i].size()}, wells.size());
-  }
-  OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
-  for (size_t i = 0; i < wells.size(); ++i) {
-    message.AppendString("WELLNAME", wells[i])
-        .AppendStrings("ITEMS", items[i])
-        .AppendDoubles("VALUES", values[i])
-        .AppendRepeated("SETTERS", items[i].size(), kUser);
-  }
-  SendAndAwaitReady(message);
+  CheckLists(wells, items, 3, values);
+  SendConstraints(wells, items, values, [&](OutgoingMessage& message, size_t well) {
+    message.AppendRepeated("SETTERS", items[well].size(), words::kUser);
+  });
 }
 
 void IntersectClientBase::encode_user_constraints(const Strings& wells,
@@ -70,21 +71,21 @@ void IntersectClientBase::encode_user_constraints(const Strings& wells,
                                                   EncodedConstraints& constraints) {
   CheckSizes(kSetConstraints, {1, wells.size()}, {2, items.size()});
   OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
-  constraints.values.clear();
+  constraints.values_.clear();
   Doubles values;
   for (size_t i = 0; i < wells.size(); ++i) {
     values.resize(items[i]->size());
     message.AppendString("WELLNAME", wells[i])
         .AppendStrings("ITEMS", *items[i])
         .AppendDoubles("VALUES", values);
-    constraints.values.push_back(message.Size() - values.size() * sizeof(double));
-    message.AppendRepeated("SETTERS", values.size(), kUser);
+    constraints.values_.push_back(message.Size() - values.size() * sizeof(double));
+    message.AppendRepeated("SETTERS", values.size(), words::kUser);
   }
-  message.AppendMarker("END").KeepAs(constraints.message);
+  message.AppendMarker("END").KeepAs(constraints.message_);
 }
 
 void IntersectClientBase::set_constraints_for_wells(const EncodedConstraints& constraints) {
-  stream_.Send(constraints.message);
+  stream_.Send(constraints.message_);
   receive_ready();
 }
 
@@ -93,7 +94,7 @@ void IntersectClientBase::set_status_for_wells(const Strings& wells, const Strin
   CheckSizes("set_status_for_wells", {1, wells.size()}, {2, statuses.size()});
   SendAndAwaitReady(BeginSetter("SETWSTATUS")
                         .AppendString("WCLOSURE", closure)
-                        .AppendString("SETITEM", "STATUS")
+                        .AppendString("SETITEM", words::kStatus)
                         .AppendStrings("WELNAMES", wells)
                         .AppendStrings("VALUES", statuses));
 }
@@ -102,7 +103,7 @@ void IntersectClientBase::set_uptime_fractions_for_wells(const Strings& wells,
                                                          const Doubles& fractions) {
   CheckSizes("set_uptime_fractions_for_wells", {1, wells.size()}, {2, fractions.size()});
   SendAndAwaitReady(BeginSetter("SETWELLS")
-                        .AppendString("SETITEM", "UPTIME_FRACTION")
+                        .AppendString("SETITEM", words::kUptimeFraction)
                         .AppendStrings("WELNAMES", wells)
                         .AppendDoubles("VALUES", fractions));
 }

@@ -9,6 +9,7 @@
 #include "client/simulator_model.h"
 #include "client/simulator_wells.h"
 #include "client/tcp_connection.h"
+#include "client/words.h"
 
 namespace gantry {
 
@@ -79,7 +80,7 @@ void CExtConnectorLocalBase::RunUntil(double days) { Client().continue_simulatio
 bool CExtConnectorLocalBase::GetTerminationFlag() { return HasEnded(Client()); }
 
 void CExtConnectorLocalBase::PollWellStatuses() {
-  Client().query_wells_as_strings({"*"}, {"STATUS"});
+  Client().query_wells_as_strings({"*"}, {words::kStatus});
 }
 
 void CExtConnectorLocalBase::PollWellConstraints() { Client().get_constraints_for_wells({"*"}); }
@@ -104,14 +105,13 @@ void CExtConnectorLocalBase::GetWellIPRData(int32_t componentCount, const String
                                             std::vector<ConnectorWellRecord>& records,
                                             bool useBottomHolePressure, double skewness) {
   if (wells.empty()) return;
-  OpenAndMeasureInflow(Client(), *unitConverter, wells,
-                       {componentCount, useBottomHolePressure, skewness}, inflowWorkspace_, records,
-                       [this](ConnectorWellRecord& record) {
-                         for (const InflowField& list : kInflowFields) {
-                           const auto points = std::span(record.*list.field).last(kSweepRungs);
-                           unitConverter->FromSimulator(points, list.code);
-                         }
-                       });
+  MeasureInflow(Client(), *unitConverter, wells, {componentCount, useBottomHolePressure, skewness},
+                inflowWorkspace_, records, [this](ConnectorWellRecord& record) {
+                  for (const InflowField& list : kInflowFields) {
+                    const auto points = std::span(record.*list.field).last(kSweepRungs);
+                    unitConverter->FromSimulator(points, list.code);
+                  }
+                });
 }
 
 void CExtConnectorLocalBase::GetWellVariables(const std::string& well, const Strings& items,

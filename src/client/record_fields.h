@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstdint>
-#include <span>
+#include <string_view>
 #include <vector>
 
 #include "client/connector_records.h"
@@ -50,21 +50,23 @@ struct EOSField {
   std::vector<double> EOSProperties::*field;
   int32_t code;
   uint32_t bit;
+  std::string_view property;  ///< as a simulator calls it; empty for what isn't told as one
 };
 
 inline constexpr std::array<EOSField, 12> kEOSFields = {{
-    {&EOSProperties::molecularWeight, kNoUnit, EOSProperties::kMolecularWeight},
-    {&EOSProperties::criticalTemperature, kTemperature, EOSProperties::kCriticalTemperature},
-    {&EOSProperties::criticalPressure, kPressure, EOSProperties::kCriticalPressure},
-    {&EOSProperties::criticalVolume, kCriticalVolume, EOSProperties::kCriticalVolume},
-    {&EOSProperties::acentricFactor, kNoUnit, EOSProperties::kAcentricFactor},
-    {&EOSProperties::extraProperty, kNoUnit, EOSProperties::kExtraProperty},
-    {&EOSProperties::boilingPoint, kTemperature, EOSProperties::kBoilingPoint},
-    {&EOSProperties::volumeShift, kNoUnit, EOSProperties::kVolumeShift},
-    {&EOSProperties::omegaA, kNoUnit, EOSProperties::kOmegaA},
-    {&EOSProperties::omegaB, kNoUnit, EOSProperties::kOmegaB},
-    {&EOSProperties::parachor, kNoUnit, EOSProperties::kParachor},
-    {&EOSProperties::binaryInteraction, kNoUnit, EOSProperties::kBinaryInteraction},
+    {&EOSProperties::molecularWeight, kNoUnit, EOSProperties::kMolecularWeight, "Molecular weight"},
+    {&EOSProperties::criticalTemperature, kTemperature, EOSProperties::kCriticalTemperature,
+     "TCrit"},
+    {&EOSProperties::criticalPressure, kPressure, EOSProperties::kCriticalPressure, "PCrit"},
+    {&EOSProperties::criticalVolume, kCriticalVolume, EOSProperties::kCriticalVolume, "VCRIT"},
+    {&EOSProperties::acentricFactor, kNoUnit, EOSProperties::kAcentricFactor, "Acentric factor"},
+    {&EOSProperties::extraProperty, kNoUnit, EOSProperties::kExtraProperty, ""},
+    {&EOSProperties::boilingPoint, kTemperature, EOSProperties::kBoilingPoint, "BP"},
+    {&EOSProperties::volumeShift, kNoUnit, EOSProperties::kVolumeShift, "VSHIFT"},
+    {&EOSProperties::omegaA, kNoUnit, EOSProperties::kOmegaA, "OMEGAA"},
+    {&EOSProperties::omegaB, kNoUnit, EOSProperties::kOmegaB, "OMEGAB"},
+    {&EOSProperties::parachor, kNoUnit, EOSProperties::kParachor, "Parachor"},
+    {&EOSProperties::binaryInteraction, kNoUnit, EOSProperties::kBinaryInteraction, ""},
 }};
 
 }  // namespace gantry

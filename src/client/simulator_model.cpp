@@ -1,10 +1,10 @@
 #include "client/simulator_model.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 
 #include "client/intersect_client.h"
+#include "client/record_fields.h"
 #include "text/number_text.h"
 
 namespace gantry {
@@ -24,34 +24,12 @@ auto OnlyRow(const Result& result, const char* item, const char* about) {
   return result.values[0];
 }
 
-/// Where a property of the equation of state goes.
-struct EOSProperty {
-  const char* name;
-  std::vector<double> EOSProperties::*field;
-  uint32_t bit;
-};
-
-constexpr std::array<EOSProperty, 10> kEOSProperties = {{
-    {"Molecular weight", &EOSProperties::molecularWeight, EOSProperties::kMolecularWeight},
-    {"TCrit", &EOSProperties::criticalTemperature, EOSProperties::kCriticalTemperature},
-    {"PCrit", &EOSProperties::criticalPressure, EOSProperties::kCriticalPressure},
-    {"VCRIT", &EOSProperties::criticalVolume, EOSProperties::kCriticalVolume},
-    {"Acentric factor", &EOSProperties::acentricFactor, EOSProperties::kAcentricFactor},
-    {"BP", &EOSProperties::boilingPoint, EOSProperties::kBoilingPoint},
-    {"VSHIFT", &EOSProperties::volumeShift, EOSProperties::kVolumeShift},
-    {"OMEGAA", &EOSProperties::omegaA, EOSProperties::kOmegaA},
-    {"OMEGAB", &EOSProperties::omegaB, EOSProperties::kOmegaB},
-    {"Parachor", &EOSProperties::parachor, EOSProperties::kParachor},
-}};
-
 /// Stores a property that the table knows; others are passed over.
 void StoreProperty(const std::string& name, const Doubles& values, EOSProperties& properties) {
-  for (const EOSProperty& property : kEOSProperties) {
-    if (name != property.name) continue;
-    properties.*property.field = values;
-    properties.presentProperties |= property.bit;
-    return;
-  }
+  const auto row = std::ranges::find(kEOSFields, name, &EOSField::property);
+  if (row == kEOSFields.end() || name.empty()) return;
+  properties.*row->field = values;
+  properties.presentProperties |= row->bit;
 }
 
 void RequirePosition(const IntersectClientBase& client, AlgorithmicPosition position,

@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "client/intersect_client.h"
-#include "client/unit_converter.h"
 #include "client/well_lookup.h"
+#include "client/words.h"
 
 namespace gantry {
 
@@ -23,14 +23,14 @@ struct WellDataItem {
 };
 
 constexpr std::array<WellDataItem, 8> kWellData = {{
-    {"OIL_PRODUCTION_RATE", &ConnectorWellRecord::oilRate},
-    {"GAS_PRODUCTION_RATE", &ConnectorWellRecord::gasRate},
-    {"WATER_PRODUCTION_RATE", &ConnectorWellRecord::waterRate},
-    {"WATER_INJECTION_RATE", &ConnectorWellRecord::waterInjectionRate},
-    {"GAS_INJECTION_RATE", &ConnectorWellRecord::gasInjectionRate},
-    {"UPTIME_FRACTION", &ConnectorWellRecord::uptimeFraction},
-    {"BOTTOM_HOLE_PRESSURE", &ConnectorWellRecord::bottomHolePressure},
-    {"TUBING_HEAD_PRESSURE", &ConnectorWellRecord::tubingHeadPressure},
+    {words::kOilProductionRate, &ConnectorWellRecord::oilRate},
+    {words::kGasProductionRate, &ConnectorWellRecord::gasRate},
+    {words::kWaterProductionRate, &ConnectorWellRecord::waterRate},
+    {words::kWaterInjectionRate, &ConnectorWellRecord::waterInjectionRate},
+    {words::kGasInjectionRate, &ConnectorWellRecord::gasInjectionRate},
+    {words::kUptimeFraction, &ConnectorWellRecord::uptimeFraction},
+    {words::kBottomHolePressure, &ConnectorWellRecord::bottomHolePressure},
+    {words::kTubingHeadPressure, &ConnectorWellRecord::tubingHeadPressure},
 }};
 
 void RequireSameItems(const Strings& asked, const Strings& replied, const char* failure) {
@@ -40,7 +40,7 @@ void RequireSameItems(const Strings& asked, const Strings& replied, const char* 
 }  // namespace
 
 std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client) {
-  const Strings items = {"TYPE", "STATUS"};
+  const Strings items = {words::kType, words::kStatus};
   WellQueryStringResult result = client.query_wells_as_strings({"*"}, items);
   RequireSameItems(items, result.items, kBadWellStatuses);
   std::vector<ConnectorWellStatus> statuses;
@@ -59,7 +59,7 @@ void QueryWellData(IntersectClientBase& client, const Strings& wells,
   for (const WellDataItem& entry : kWellData) items.emplace_back(entry.item);
   const WellQueryResult data = client.query_wells(wells, items);
   RequireSameItems(items, data.items, kBadWellData);
-  const Strings statusItems = {"STATUS"};
+  const Strings statusItems = {words::kStatus};
   const WellQueryStringResult statuses = client.query_wells_as_strings(wells, statusItems);
   RequireSameItems(statusItems, statuses.items, kBadWellStatuses);
 
@@ -92,25 +92,8 @@ Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
   return values;
 }
 
-void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
-                          const Strings& wells, const InflowRequest& request,
-                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records,
-                          const RecordWork& finish) {
-  // So high that the well's other limits decide.
-  constexpr double kUnlimitedRate = 100000.0;
-  if (wells.empty()) return;
-  SetStatusOfWells(client, wells, Strings(wells.size(), "OPEN"));
-  MeasureInflow(client, wells,
-                {.componentCount = request.componentCount,
-                 .useBottomHolePressure = request.useBottomHolePressure,
-                 .skewness = request.skewness,
-                 .firstLiquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate),
-                 .firstGasRate = units.ToSimulator(kUnlimitedRate, kGasRate)},
-                workspace, records, finish);
-}
-
 void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses) {
-  if (!wells.empty()) client.set_status_for_wells(wells, statuses, "USER");
+  if (!wells.empty()) client.set_status_for_wells(wells, statuses, words::kUser);
 }
 
 void SetUptimeOfWells(IntersectClientBase& client, const Strings& wells, const Doubles& fractions) {

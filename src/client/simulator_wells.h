@@ -5,13 +5,11 @@
 #include <vector>
 
 #include "client/connector_records.h"
-#include "client/inflow_sweep.h"
 #include "client/query_results.h"
 
 namespace gantry {
 
 class IntersectClientBase;
-class UnitConverter;
 
 // What is asked of a simulator about its wells and told to it, through a client of either version:
 // what a local connector and the controller of a cluster have in common. Numbers are in the
@@ -24,18 +22,6 @@ void QueryWellData(IntersectClientBase& client, const Strings& wells,
 /// One value for each item.
 Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
                            const Strings& items);
-
-struct InflowRequest {
-  int32_t componentCount = 0;
-  bool useBottomHolePressure = true;
-  double skewness = 1.0;
-};
-/// Opens the wells and appends ten measured points to each record, which stand in the order of
-/// `wells`. The units are those of the simulator, for the rates that it starts from.
-void OpenAndMeasureInflow(IntersectClientBase& client, const UnitConverter& units,
-                          const Strings& wells, const InflowRequest& request,
-                          InflowWorkspace& workspace, std::vector<ConnectorWellRecord>& records,
-                          const RecordWork& finish = {});
 
 // Setters in the user's name. With no wells nothing is sent.
 void SetStatusOfWells(IntersectClientBase& client, const Strings& wells, const Strings& statuses);

@@ -14,11 +14,7 @@ constexpr double kLeastGravity = 0.1;
 constexpr double kDefaultOilGravity = 0.8;
 constexpr double kDefaultWaterGravity = 1.0;
 
-// Pounds a day: barrels to cubic feet, and the densities of water and air.
 constexpr double kCubicFeetOfBarrel = 5.615;
-constexpr double kWaterDensity = 62.43;
-constexpr double kCubicFeetOfMillion = 1000000.0;
-constexpr double kAirDensity = 0.0763;
 
 double UsableGravity(double gravity, double otherwise) {
   return gravity >= kLeastGravity ? gravity : otherwise;

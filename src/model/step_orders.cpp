@@ -1,6 +1,7 @@
 #include "model/step_orders.h"
 
 #include "client/name_index.h"
+#include "client/words.h"
 #include "model/ipr_table.h"
 
 namespace gantry {
@@ -19,10 +20,10 @@ class OrderBook {
 
   void AddWell(Source& source, const StaticWellData& well) {
     if (!well.Connected) {
-      if (rules_.closeUnconnected) AddStatus(source, kCompletionsShutWord);
+      if (rules_.closeUnconnected) AddStatus(source, words::kCompletionsShut);
     } else if (source.RequestedStatus != kOpen) {
       const bool atSurface = source.RequestedStatus == kShutSurface;
-      AddStatus(source, atSurface ? kSurfaceShutWord : kCompletionsShutWord);
+      AddStatus(source, atSurface ? words::kSurfaceShut : words::kCompletionsShut);
     } else {
       AddOpenWell(source, well.OpMode);
     }
@@ -39,10 +40,10 @@ class OrderBook {
 
   void AddOpenWell(Source& source, int32_t opMode) {
     if (rules_.reevaluate && !Reevaluate(source)) {
-      AddStatus(source, kCompletionsShutWord);
+      AddStatus(source, words::kCompletionsShut);
       return;
     }
-    AddStatus(source, kOpenWord);
+    AddStatus(source, words::kOpen);
     AddConstraints(source, opMode);
     orders_.uptimeWells.push_back(source.Name);
     orders_.uptimes.push_back(source.OnTimeFraction);

@@ -4,14 +4,11 @@
 #include <span>
 
 #include "client/name_index.h"
+#include "client/words.h"
 #include "model/ipr_table.h"
 
 namespace gantry {
 namespace {
-
-/// Densities of air and water at standard conditions, pounds per cubic foot.
-constexpr double kAirDensity = 0.0763;
-constexpr double kWaterDensity = 62.43;
 
 void FillCurrent(IPRPoint& current, const ConnectorWellRecord& record, bool isProducer) {
   current.Pressure = record.bottomHolePressure;
@@ -40,7 +37,7 @@ void FillInflow(std::vector<IPRPoint>& points, const ConnectorWellRecord& record
 double DensityOf(const ConnectorWellRecord& record, const std::vector<double>& densities) {
   if (densities.empty()) return 0.0;
   const size_t count = std::min(record.iprPressure.size(), densities.size());
-  if (record.status != kOpenWord || count < 2) return densities[densities.size() / 2];
+  if (record.status != words::kOpen || count < 2) return densities[densities.size() / 2];
   return InterpolateTable(std::span(record.iprPressure).first(count),
                           std::span(densities).first(count), record.bottomHolePressure, false);
 }

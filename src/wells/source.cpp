@@ -8,36 +8,34 @@
 #include <utility>
 
 #include "client/connector_base.h"
+#include "client/words.h"
 #include "platform/text.h"
 #include "text/number_text.h"
 #include "wells/static_well_data.h"
 
 namespace gantry {
 
-const char* const kOpenWord = "OPEN";
-const char* const kSurfaceShutWord = "SURFACE_SHUTIN";
-const char* const kCompletionsShutWord = "ALL_COMPLETIONS_SHUTIN";
-
 namespace {
 
 using Words = std::pair<const char*, int32_t>;
 
-constexpr std::array<Words, 4> kWellTypes = {{{"PRODUCER", kProducer},
-                                              {"WATER_INJECTOR", kWaterInjector},
-                                              {"GAS_INJECTOR", kGasInjector},
-                                              {"INJECTOR", kInjector}}};
+constexpr std::array<Words, 4> kWellTypes = {{{words::kProducer, kProducer},
+                                              {words::kWaterInjector, kWaterInjector},
+                                              {words::kGasInjector, kGasInjector},
+                                              {words::kInjector, kInjector}}};
 
 /// The variables that can be asked for in the driver's units, by the ending below.
 constexpr std::string_view kFieldUnits = "_FIELD";
-constexpr std::array<Words, 9> kFieldVariables = {{{"RES_VOLUME_PRODUCTION_RATE", kReservoirRate},
-                                                   {"RES_VOLUME_INJECTION_RATE", kReservoirRate},
-                                                   {"RES_VOLUME_PRODUCTION_CUML", kReservoirVolume},
-                                                   {"RES_VOLUME_INJECTION_CUML", kReservoirVolume},
-                                                   {"WATER_PRODUCTION_RATE", kLiquidRate},
-                                                   {"OIL_PRODUCTION_RATE", kLiquidRate},
-                                                   {"GAS_PRODUCTION_RATE", kGasRate},
-                                                   {"WATER_INJECTION_RATE", kLiquidRate},
-                                                   {"GAS_INJECTION_RATE", kGasRate}}};
+constexpr std::array<Words, 9> kFieldVariables = {
+    {{words::kReservoirProductionRate, kReservoirRate},
+     {words::kReservoirInjectionRate, kReservoirRate},
+     {"RES_VOLUME_PRODUCTION_CUML", kReservoirVolume},
+     {"RES_VOLUME_INJECTION_CUML", kReservoirVolume},
+     {words::kWaterProductionRate, kLiquidRate},
+     {words::kOilProductionRate, kLiquidRate},
+     {words::kGasProductionRate, kGasRate},
+     {words::kWaterInjectionRate, kLiquidRate},
+     {words::kGasInjectionRate, kGasRate}}};
 
 /// Cuts the ending off a variable's name, and gives the unit family that it stood for.
 int32_t TakeFieldUnits(std::string& variable) {
@@ -60,7 +58,6 @@ double ReadVariable(CExtConnectorBase& connector, const std::string& well,
 
 // Control rules: rates in STB/d and MMscf/d, gas-liquid ratios in standard cubic feet to the
 // barrel.
-constexpr double kCubicFeetOfMillion = 1000000.0;
 constexpr double kLeastLiquidRate = 0.5;
 constexpr double kGasControlledRatio = 10000.0;
 constexpr double kGasWellLiquid = 1.0;
@@ -92,8 +89,8 @@ void ChooseProducerControl(const IPRPoint& point, int32_t opMode, WellControl co
   const double gas = point.GasRate;
   const bool automatic = opMode == kControlRate;
   const bool onGas = opMode == kControlGas || (automatic && !IsControlledOnLiquid(liquid, gas));
-  const Limit onGasRate = {"GAS_PRODUCTION_RATE", gas, kGasRate};
-  const Limit onLiquidRate = {"LIQUID_PRODUCTION_RATE", liquid, kLiquidRate};
+  const Limit onGasRate = {words::kGasProductionRate, gas, kGasRate};
+  const Limit onLiquidRate = {words::kLiquidProductionRate, liquid, kLiquidRate};
   if (opMode == kControlCombined) return Assign(control, {onGasRate, onLiquidRate});
   Assign(control, {onGas ? onGasRate : onLiquidRate});
 }
@@ -163,9 +160,9 @@ void ChooseControl(const Source& source, int32_t opMode, WellControl control) {
   const IPRPoint& point = source.OpPoint;
   if (source.SourceType == kProducer) return ChooseProducerControl(point, opMode, control);
   if (source.SourceType == kGasInjector) {
-    return Assign(control, {{"GAS_INJECTION_RATE", point.GasRate, kGasRate}});
+    return Assign(control, {{words::kGasInjectionRate, point.GasRate, kGasRate}});
   }
-  Assign(control, {{"WATER_INJECTION_RATE", point.WaterRate, kLiquidRate}});
+  Assign(control, {{words::kWaterInjectionRate, point.WaterRate, kLiquidRate}});
 }
 
 }  // namespace gantry

@@ -12,15 +12,16 @@ namespace gantry {
 /// The mark for a value that has not been set: the double with the bits 0xC0C387FFFCB923A3.
 inline constexpr double kUnsetValue = -9999.9999;
 
+/// In the driver's units: densities of air and water at standard conditions in pounds per cubic
+/// foot, and the cubic feet of a gas rate's million.
+inline constexpr double kAirDensity = 0.0763;
+inline constexpr double kWaterDensity = 62.43;
+inline constexpr double kCubicFeetOfMillion = 1000000.0;
+
 /// The well types, as the simulator reports them.
 enum WellType : int32_t { kProducer = 0, kWaterInjector = 1, kGasInjector = 2, kInjector = 3 };
 /// The states that a well can be asked for.
 enum WellState : int32_t { kShutCompletions = 0, kShutSurface = 1, kOpen = 2 };
-
-/// The words that the driver sends as statuses.
-extern const char* const kOpenWord;             // "OPEN"
-extern const char* const kSurfaceShutWord;      // "SURFACE_SHUTIN"
-extern const char* const kCompletionsShutWord;  // "ALL_COMPLETIONS_SHUTIN"
 
 /// The code of the simulator's type text; an unknown one is a producer.
 int32_t ClassifyWellType(const std::string& text);
