@@ -206,7 +206,7 @@ typedef int32_t ExtConnectToAppFunction(void* model, uint32_t first, uint32_t se
                                         ExtErrorBlock* err);
 ExtConnectToAppFunction ExtConnectToApp;
 
-/// As EXT_START_SIMULATOR, with the run mode 1. Doesn't clear the error block.
+/// As EXT_START_SIMULATOR. Doesn't clear the error block.
 typedef int32_t ExtStartAppFunction(void* model, uint32_t value, ExtErrorBlock* err);
 ExtStartAppFunction ExtStartApp;
 

@@ -108,13 +108,13 @@ typedef struct RunStartRecord {
   HostTextCallback logCallback;     ///< notices for a log, until the next start; may be null
   HostTextCallback statusCallback;  ///< what is being done, until the next start; may be null
   char reserved4[20];
-  int32_t runMode;  ///< kept as it is given
+  int32_t runMode;  ///< 1; not looked at
 } RunStartRecord;
 
 /// `EXT_START_SIMULATOR`.
 typedef struct SimulatorStartRecord {
   char reserved0[24];
-  int32_t runMode;  ///< kept as it is given
+  int32_t runMode;  ///< 1; not looked at
   char reserved1[1036];
 } SimulatorStartRecord;
 
