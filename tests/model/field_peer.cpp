@@ -1,40 +1,11 @@
 #include "model/field_peer.h"
 
 #include <algorithm>
-#include <array>
-#include <mutex>
-#include <stdexcept>
-#include <thread>
 #include <utility>
-
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/ip/tcp.hpp>
-#include <boost/asio/read.hpp>
-#include <boost/asio/write.hpp>
-
-#include "platform/sockets.h"
 
 namespace gantry::test {
 
-namespace asio = boost::asio;
-using asio::ip::tcp;
-
 namespace {
-
-struct Cut {};
-
-std::string ReadPayload(tcp::socket& socket) {
-  std::array<uint64_t, 2> head{};
-  asio::read(socket, asio::buffer(head));
-  std::string payload;
-  for (uint64_t chunk = head[1]; payload.size() < head[0];) {
-    std::string part(chunk, '\0');
-    asio::read(socket, asio::buffer(part));
-    payload += part;
-    if (payload.size() < head[0]) asio::read(socket, asio::buffer(&chunk, sizeof chunk));
-  }
-  return payload;
-}
 
 double ValueOf(const FieldPeer& field, const SimulatedWell& well, const std::string& item) {
   if (field.variables.contains(item)) return field.variables.at(item);
@@ -63,72 +34,7 @@ double ValueOf(const FieldPeer& field, const SimulatedWell& well, const std::str
 
 }  // namespace
 
-struct FieldPeer::Play {
-  explicit Play(FieldPeer& owner)
-      : field(owner), acceptor(context, tcp::endpoint(asio::ip::address_v4::loopback(), 0)) {}
-
-  void AcceptNext() {
-    acceptor.async_accept([this](const boost::system::error_code& error, tcp::socket client) {
-      if (error) return;
-      try {
-        client.set_option(tcp::no_delay(true));
-        for (;;) Serve(client, Decode(ReadPayload(client)));
-      } catch (const std::exception&) {  // the client has gone
-      } catch (const Cut&) {
-      }
-      client.close();
-      AcceptNext();
-    });
-  }
-
-  void Serve(tcp::socket& client, const Entries& message) {
-    const bool isWrapped = message[0].name == "QUERY" || message[0].name == "SET";
-    const std::string& name = message[isWrapped ? 1 : 0].name;
-    if (field.onMessage) field.onMessage(name);
-    const std::lock_guard guard(lock);
-    if (name == cutAt) throw Cut();
-    const auto say = [&client](const Entries& entries) {
-      asio::write(client, asio::buffer(Frame(entries)));
-    };
-    for (const Entries& reply : Answer(name, message)) say(reply);
-  }
-
-  std::vector<Entries> Answer(const std::string& name, const Entries& message) {
-    if (name == "QWELLS_STR" && Describe(message).find("QITEMS{TYPE} ") != std::string::npos) {
-      BeginSweep();
-    }
-    if (name != "SETUP" && message[0].name != "QUERY") Note(name, message);
-    field.eosProperties = {{"Molecular weight", Numbers(field.components.size(), 16.0)}};
-    return AnswerOnWire(field, message);
-  }
-
-  void Note(const std::string& name, const Entries& message) {
-    if (name == "SETWCONSTRAINTS" && sweepRungs > 0) {
-      --sweepRungs;
-      return;
-    }
-    const std::string text = Describe(message);
-    orders.push_back(text.substr(0, text.rfind(" END ")));
-  }
-
-  /// A sweep forces the wells open, asks for their types, and constrains them ten times.
-  void BeginSweep() {
-    sweepRungs = 10;
-    if (!orders.empty() && orders.back().starts_with("SET SETWSTATUS")) orders.pop_back();
-  }
-
-  FieldPeer& field;
-  platform::SocketLibrary library;
-  asio::io_context context;
-  tcp::acceptor acceptor;
-  std::thread thread;
-  std::mutex lock;
-  Texts orders;
-  std::string cutAt;
-  int sweepRungs = 0;
-};
-
-FieldPeer::FieldPeer() : play_(std::make_unique<Play>(*this)) {
+FieldPeer::FieldPeer() {
   isMetric = false;
   components.clear();
   eosName = "PENG_ROBINSON";
@@ -136,33 +42,48 @@ FieldPeer::FieldPeer() : play_(std::make_unique<Play>(*this)) {
   startDate = date = {2015, 1, 1, 0, 0, 0};
   endOfRun = 1e9;
   valueOf = [this](const auto& well, const auto& item) { return ValueOf(*this, well, item); };
+  peer_.ServeEach([this](const Entries& message) { return Hear(message); });
 }
 
-FieldPeer::~FieldPeer() {
-  play_->context.stop();
-  if (play_->thread.joinable()) play_->thread.join();
+std::vector<Entries> FieldPeer::Hear(const Entries& message) {
+  const bool isWrapped = message[0].name == "QUERY" || message[0].name == "SET";
+  const std::string& name = message[isWrapped ? 1 : 0].name;
+  if (onMessage) onMessage(name);
+  const std::lock_guard guard(lock_);
+  if (name == cutAt_) return {};
+  Note(name, message);
+  eosProperties = {{"Molecular weight", Numbers(components.size(), 16.0)}};
+  return AnswerOnWire(*this, message);
 }
 
-uint16_t FieldPeer::Port() const { return play_->acceptor.local_endpoint().port(); }
-
-void FieldPeer::Start() {
-  play_->AcceptNext();
-  play_->thread = std::thread([play = play_.get()] { play->context.run(); });
+/// A sweep forces the wells open, asks for their types, and constrains them ten times.
+void FieldPeer::Note(const std::string& name, const Entries& message) {
+  const std::string text = Describe(message);
+  if (name == "QWELLS_STR" && text.find("QITEMS{TYPE} ") != std::string::npos) {
+    sweepRungs_ = 10;
+    if (!orders_.empty() && orders_.back().starts_with("SET SETWSTATUS")) orders_.pop_back();
+  }
+  if (name == "SETUP" || message[0].name == "QUERY") return;
+  if (name == "SETWCONSTRAINTS" && sweepRungs_ > 0) {
+    --sweepRungs_;
+    return;
+  }
+  orders_.push_back(text.substr(0, text.rfind(" END ")));
 }
 
 Texts FieldPeer::TakeOrders() {
-  const std::lock_guard guard(play_->lock);
-  return std::exchange(play_->orders, {});
+  const std::lock_guard guard(lock_);
+  return std::exchange(orders_, {});
 }
 
 void FieldPeer::ChangeWells(const std::function<void(std::vector<SimulatedWell>&)>& change) {
-  const std::lock_guard guard(play_->lock);
+  const std::lock_guard guard(lock_);
   change(wells);
 }
 
 void FieldPeer::CutAt(const std::string& message) {
-  const std::lock_guard guard(play_->lock);
-  play_->cutAt = message;
+  const std::lock_guard guard(lock_);
+  cutAt_ = message;
 }
 
 }  // namespace gantry::test

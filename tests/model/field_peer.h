@@ -2,11 +2,12 @@
 
 #include <functional>
 #include <map>
-#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 #include "platform/port_listeners.h"
+#include "support/scripted_peer.h"
 #include "support/simulated_field.h"
 
 namespace gantry::test {
@@ -22,12 +23,9 @@ constexpr double OilGravityAt(double rate) { return 0.8 + rate / 20000.0; }
 class FieldPeer : public SimulatedField {
  public:
   FieldPeer();
-  ~FieldPeer();
-  FieldPeer(const FieldPeer&) = delete;
-  FieldPeer& operator=(const FieldPeer&) = delete;
 
-  uint16_t Port() const;
-  void Start();
+  uint16_t Port() const { return peer_.Port(); }
+  void Start() { peer_.Start(); }
 
   /// What the peer was told to do since the last call, one line each: run controls and setters, but
   /// not those of an inflow sweep.
@@ -42,9 +40,15 @@ class FieldPeer : public SimulatedField {
   std::function<void(const std::string& message)> onMessage;
 
  private:
-  struct Play;
+  std::vector<Entries> Hear(const Entries& message);
+  void Note(const std::string& name, const Entries& message);
+
+  std::mutex lock_;
+  Texts orders_;
+  std::string cutAt_;
+  int sweepRungs_ = 0;
   platform::IgnoredBystanders counted_;  ///< it listens before the simulator's process is started
-  std::unique_ptr<Play> play_;
+  ScriptedPeer peer_;
 };
 
 }  // namespace gantry::test

@@ -8,9 +8,9 @@
 namespace gantry::test {
 namespace {
 
-class InflowLibraryTest : public ModelTest {
+class InflowLibrary : public ModelTest {
  protected:
-  InflowLibraryTest() {
+  InflowLibrary() {
     library = platform::DynamicLibrary::Open(INFLOW_PROBE);
     probe = reinterpret_cast<InflowProbe* (*)()>(library->Symbol("TheInflowProbe"))();
     peer.wells = {{.name = "P1"},
@@ -21,7 +21,7 @@ class InflowLibraryTest : public ModelTest {
     *probe = InflowProbe{};
     ExtCreateInstance(&model, &err);
   }
-  ~InflowLibraryTest() override {
+  ~InflowLibrary() override {
     ExtDestroyInstance(model, &err);
     model = nullptr;
     *probe = InflowProbe{};
@@ -39,8 +39,6 @@ class InflowLibraryTest : public ModelTest {
   std::unique_ptr<_tGetSetData> record = std::make_unique<_tGetSetData>();
   char reason[IPR_TEXT_SIZE] = {};
 };
-
-using InflowLibrary = InflowLibraryTest;
 
 TEST_F(InflowLibrary, IsToldTheWellsOfEachStartAndTheModelsEnd) {
   StartSimulator();
@@ -73,17 +71,13 @@ TEST_F(InflowLibrary, MayRewriteATable) {
   EXPECT_EQ(probe->calls, Texts{}) << "it isn't asked for block pressure";
 }
 
-TEST_F(InflowLibrary, MayReadAnotherWellInTheMidstOfATransformation) {
+TEST_F(InflowLibrary, MayReadAnotherWellOrStartTheSimulatorAnewInTheMidstOfATransformation) {
   ReadWells();
   Set("Well[0].CurOilRate", "111");
   Set("Well[1].CurOilRate", "222");
   probe->readsInside = 1;
   ASSERT_EQ(ReadInflow(0, *record), 0);
   EXPECT_EQ(probe->stateOilAfterRead, 111.0);
-}
-
-TEST_F(InflowLibrary, MayStartTheSimulatorAnewInTheMidstOfATransformation) {
-  ReadWells();
   peer.ChangeWells([](std::vector<SimulatedWell>& wells) { std::swap(wells[0], wells[2]); });
   probe->restartsInside = true;
   EXPECT_EQ(ReadInflow(0, *record), 0);
@@ -98,9 +92,8 @@ TEST_F(InflowLibrary, DrivesTheSimulatorThroughItsCallbacks) {
   EXPECT_EQ(Get("StaticWell[2].Connected"), "1") << "every well counts as connected";
   EXPECT_EQ(Get("StaticWell[0].OpMode"), "3");
   peer.TakeOrders();
-  EXPECT_EQ(probe->imposeRate(model, 0, 300.0, reason), 0);
-  EXPECT_EQ(probe->imposeRate(model, 1, 0.5, reason), 0);
-  EXPECT_EQ(probe->imposeRate(model, 2, 0.0, reason), 0);
+  const double rates[] = {300.0, 0.5, 0.0};
+  for (int well = 0; well < 3; ++well) probe->imposeRate(model, well, rates[well], reason);
   EXPECT_EQ(probe->advance(model, 5.0, reason), 0) << reason;
   const Texts orders = peer.TakeOrders();
   EXPECT_EQ(orders[0],
@@ -118,18 +111,20 @@ TEST_F(InflowLibrary, DrivesTheSimulatorThroughItsCallbacks) {
 
 TEST_F(InflowLibrary, IsGivenTheReasonOfAFailureAtTheStartOfItsText) {
   ReadWells();
-  EXPECT_EQ(probe->readInflow(model, 3, record.get(), reason), 1);
-  EXPECT_STREQ(reason, "The requested well number 4 does not exist (function call GetIPR).");
-  EXPECT_EQ(probe->imposeRate(model, -1, 1.0, reason), 1);
-  EXPECT_STREQ(reason, "The requested well No. 0 does not exist (function call SetOpPt).");
-  EXPECT_EQ(probe->readCurrent(model, 3, record.get(), reason), 1);
-  EXPECT_STREQ(reason, "The requested well number 4 does not exist");
+  const auto why = [this](int32_t result) { return std::string(result == 1 ? reason : "done"); };
+  EXPECT_EQ(why(probe->readInflow(model, 3, record.get(), reason)),
+            "The requested well number 4 does not exist (function call GetIPR).");
+  EXPECT_EQ(why(probe->readInflow(model, INT32_MAX, record.get(), reason)),
+            "The requested well number 2147483648 does not exist (function call GetIPR).");
+  EXPECT_EQ(why(probe->imposeRate(model, -1, 1.0, reason)),
+            "The requested well No. 0 does not exist (function call SetOpPt).");
+  EXPECT_EQ(why(probe->readCurrent(model, 3, record.get(), reason)),
+            "The requested well number 4 does not exist");
   Command(EXT_CLOSE_SIMULATOR);
-  EXPECT_EQ(probe->advance(model, 1.0, reason), 1);
-  EXPECT_STREQ(reason, "The simulation process is not running.");
+  EXPECT_EQ(why(probe->advance(model, 1.0, reason)), "The simulation process is not running.");
   Set("CaseDetails.SimExeName", "/no/such/simulator");
-  EXPECT_EQ(probe->restart(model, reason), 1);
-  EXPECT_STREQ(reason, "Could not start the simulator process: <Could not start IX process>");
+  EXPECT_EQ(why(probe->restart(model, reason)),
+            "Could not start the simulator process: <Could not start IX process>");
 }
 
 TEST_F(InflowLibrary, StepsACompositionalModelWithoutTheHostsInflow) {

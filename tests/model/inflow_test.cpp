@@ -90,19 +90,6 @@ TEST_F(Inflow, HandsBackAnInjectorsOwnNumbersButNotAProducers) {
   }
 }
 
-TEST_F(Inflow, RefusesAWellThatIsNot) {
-  ReadWells();
-  for (const auto& [well, number] :
-       {std::pair{-1, "0"}, {3, "4"}, {std::numeric_limits<int32_t>::max(), "2147483648"}}) {
-    EXPECT_EQ(ReadInflow(well, *record), 1);
-    EXPECT_EQ(Error(), std::string("The requested well number ") + number +
-                           " does not exist (function call GetIPR).");
-    EXPECT_EQ(Command(EXT_SET_OP_PT, record.get()), 1);
-    EXPECT_EQ(Error(), std::string("The requested well No. ") + number +
-                           " does not exist (function call SetOpPt).");
-  }
-}
-
 TEST_F(Inflow, CarriesTheFluidAndTheCompositionOfEachPoint) {
   peer.components = {"C1", "C2", "C3", "C4"};
   ReadWells();

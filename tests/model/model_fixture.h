@@ -60,6 +60,16 @@ class ModelTest : public ::testing::Test {
     return ExtCmd(model, nullptr, number, data, value, &err);
   }
   std::string Error() const { return err.text; }
+  /// "done", or the text of the failure ("failed" where it has none).
+  std::string Outcome(int32_t result) const {
+    if (result == 0) return "done";
+    return Error().empty() ? "failed" : Error();
+  }
+  /// The same without what the system says of it.
+  std::string Failure(int32_t result) const {
+    const std::string text = Outcome(result);
+    return text.substr(0, text.find('<'));
+  }
 
   int32_t Set(const std::string& path, const std::string& value) {
     const std::string whole = "Intersect." + path;

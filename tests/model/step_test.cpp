@@ -1,6 +1,7 @@
 // The step: what goes to the simulator before it runs on, and what comes of a failure.
 
 #include <algorithm>
+#include <cmath>
 
 #include "model/ext_model.h"
 #include "model/model_fixture.h"
@@ -20,9 +21,9 @@ std::string Constraint(const std::string& well, const std::string& item, const s
 }
 const std::string kConstraints = "SET SETWCONSTRAINTS";
 
-class StepTest : public ModelTest {
+class Step : public ModelTest {
  protected:
-  StepTest() {
+  Step() {
     peer.wells = {{.name = "P1"},
                   {.name = "P2"},
                   {.name = "W1", .type = "WATER_INJECTOR"},
@@ -44,8 +45,6 @@ class StepTest : public ModelTest {
   }
 };
 
-using Step = StepTest;
-
 TEST_F(Step, SendsStatusUptimeAndConstraintsBeforeItRuns) {
   BeginRun({0, 1, 2, 3});
   Operate(0, 400.0, 100.0, 0.25);
@@ -61,18 +60,16 @@ TEST_F(Step, SendsStatusUptimeAndConstraintsBeforeItRuns) {
                        Constraint("G1", "GAS_INJECTION_RATE", "2500"),
                    "CONTINUE_UNTIL TIME{10}"}));
   EXPECT_EQ(Get("CurrentElapsedDays"), "10");
-  EXPECT_EQ(StepBy(std::numeric_limits<double>::quiet_NaN()), 1);
-  EXPECT_EQ(Error(), "The length of the step is no number");
+  EXPECT_EQ(Outcome(StepBy(std::nan(""))), "The length of the step is no number");
   EXPECT_EQ(peer.TakeOrders(), Texts{});
 }
 
 TEST_F(Step, ShutsAWellByTheHostsCode) {
   BeginRun({0});
-  const std::vector<std::pair<int32_t, std::string>> codes = {{-1, "ALL_COMPLETIONS_SHUTIN"},
-                                                              {1, "SURFACE_SHUTIN"},
-                                                              {2, "ALL_COMPLETIONS_SHUTIN"},
-                                                              {7, "SURFACE_SHUTIN"}};
-  for (const auto& [code, word] : codes) {
+  for (const auto& [code, word] : {std::pair{-1, "ALL_COMPLETIONS_SHUTIN"},
+                                   {1, "SURFACE_SHUTIN"},
+                                   {2, "ALL_COMPLETIONS_SHUTIN"},
+                                   {7, "SURFACE_SHUTIN"}}) {
     Shut(0, code);
     ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0);
     EXPECT_EQ(peer.TakeOrders(), Texts{Status("P1", word)}) << code;
@@ -101,74 +98,58 @@ TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
       << "no step is made on orders that have not all arrived";
 }
 
-TEST_F(Step, ReadsTheConnectedWellsOnly) {
+TEST_F(Step, ReadsTheConnectedWellsAndRefusesOneThatItDoesNotKnow) {
   BeginRun({0, 2});
-  ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
+  ASSERT_EQ(Outcome(Command(EXT_SET_TIMESTEP_DATA)), "done");
   auto record = std::make_unique<_tGetSetData>();
   ASSERT_EQ(ReadInflow(0, *record), 0);
   EXPECT_EQ(record->pointCount, 10);
   ASSERT_EQ(ReadInflow(1, *record), 0);
   EXPECT_EQ(record->pointCount, 0);
   EXPECT_EQ(record->isShut, 1);
-}
-
-TEST_F(Step, RefusesAWellThatItDoesNotKnow) {
-  BeginRun({0, 2});
   peer.ChangeWells([this](std::vector<SimulatedWell>& wells) {
     peer.tellsOfAllWells = true;
     std::rotate(wells.begin(), wells.begin() + 1, wells.end());
   });
-  EXPECT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0)
-      << "wells that weren't asked for are no harm: " << Error();
+  EXPECT_EQ(Outcome(Command(EXT_SET_TIMESTEP_DATA)), "done")
+      << "wells that weren't asked for are no harm";
   peer.ChangeWells([](std::vector<SimulatedWell>& wells) { wells.push_back({.name = "X1"}); });
-  EXPECT_EQ(Command(EXT_SET_TIMESTEP_DATA), 1);
-  EXPECT_EQ(Error(), "Unknown well returned from call to simulator");
+  EXPECT_EQ(Outcome(Command(EXT_SET_TIMESTEP_DATA)),
+            "Unknown well returned from call to simulator");
 }
 
-TEST_F(Step, NeedsARunningSimulator) {
+TEST_F(Step, NeedsASimulatorThatHasNotComeToItsEnd) {
   for (const ExtCommand command : {EXT_SET_TIMESTEP_DATA, EXT_APPLY_OPERATING_POINTS}) {
-    EXPECT_EQ(Command(command), 1);
-    EXPECT_EQ(Error(), "The simulation process is not running.");
+    EXPECT_EQ(Outcome(Command(command)), "The simulation process is not running.");
   }
-}
-
-TEST_F(Step, EndsTheRunWhereTheSimulationEnds) {
   peer.endOfRun = 15.0;
   BeginRun({0});
-  EXPECT_EQ(StepBy(10.0), 0);
-  EXPECT_EQ(StepBy(10.0), 1);
-  EXPECT_EQ(Error(), "The Intersect simulation ended");
+  EXPECT_EQ(Outcome(StepBy(10.0)), "done");
+  EXPECT_EQ(Outcome(StepBy(10.0)), "The Intersect simulation ended");
   EXPECT_EQ(Get("CurrentElapsedDays"), "10");
 }
 
 TEST_F(Step, SaysWhereAConnectionBrokeAndStartsAnew) {
-  struct Break {
-    std::string message;
-    uint32_t command;
-    std::string failure;
-  };
-  const std::vector<Break> breaks = {
-      {"QWELLS", EXT_SET_TIMESTEP_DATA,
-       "Connection to simulator failed while getting well data (SetTimestepData): <"},
-      {"SETWELLS", EXT_APPLY_OPERATING_POINTS, "Connection to simulator failed (Timestep): <"},
-      {"CONTINUE_UNTIL", EXT_TIMESTEP, "Connection to simulator failed (Timestep): <"}};
   BeginRun({0});
-  for (const Break& broken : breaks) {
+  TimestepRecord record = {};
+  record.stepDays = 1.0;
+  for (const auto& [message, command, place] :
+       {std::tuple{"QWELLS", EXT_SET_TIMESTEP_DATA, " while getting well data (SetTimestepData)"},
+        {"SETWELLS", EXT_APPLY_OPERATING_POINTS, " (Timestep)"},
+        {"CONTINUE_UNTIL", EXT_TIMESTEP, " (Timestep)"}}) {
     Operate(0, 100.0, 0.0, 0.0);
-    peer.CutAt(broken.message);
-    TimestepRecord record = {};
-    record.stepDays = 1.0;
-    EXPECT_EQ(Command(broken.command, &record), 1) << broken.message;
-    EXPECT_EQ(Error().substr(0, broken.failure.size()), broken.failure);
+    peer.CutAt(message);
+    EXPECT_EQ(Failure(Command(command, &record)),
+              std::string("Connection to simulator failed") + place + ": ");
     EXPECT_EQ(Get("IsRunning"), "1") << "the host decides whether to stop";
     peer.CutAt("");
     EXPECT_EQ(Command(EXT_CLOSE_SIMULATOR), 0);
-    ASSERT_EQ(StartRun({0}), 0) << Error();
+    ASSERT_EQ(Outcome(StartRun({0})), "done");
   }
-  EXPECT_EQ(StepBy(1.0), 0) << Error();
+  EXPECT_EQ(Outcome(StepBy(1.0)), "done");
 }
 
-class CompositionalStep : public StepTest {
+class CompositionalStep : public Step {
  protected:
   CompositionalStep() { peer.components = {"C1", "C2"}; }
 

@@ -7,6 +7,7 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
 #include <gtest/gtest.h>
@@ -42,6 +43,18 @@ std::string ReadPayload(tcp::socket& socket) {
   return payload;
 }
 
+void AnswerAll(tcp::socket& socket, const ScriptedPeer::Answering& answer) {
+  try {
+    for (;;) {
+      const std::vector<Entries> messages = answer(Decode(ReadPayload(socket)));
+      if (messages.empty()) return;
+      for (const Entries& message : messages) asio::write(socket, asio::buffer(Frame(message)));
+    }
+  } catch (const boost::system::system_error&) {
+    // The client has gone, which it may do at any time.
+  }
+}
+
 }  // namespace
 
 struct ScriptedPeer::Play {
@@ -58,6 +71,20 @@ struct ScriptedPeer::Play {
     socket.set_option(tcp::no_delay(true));
   }
 
+  void ServeEach(const ScriptedPeer::Answering& answer) {
+    boost::system::error_code outcome;
+    const auto serve = [&](const boost::system::error_code& error) { outcome = error; };
+    for (;;) {
+      acceptor.async_accept(socket, serve);
+      context.restart();
+      context.run();
+      if (outcome) return;
+      socket.set_option(tcp::no_delay(true));
+      AnswerAll(socket, answer);
+      socket.close();
+    }
+  }
+
   /// Half-closes and takes what the client still says, which must be nothing.
   void HearTheClientOut() {
     boost::system::error_code ended;
@@ -72,7 +99,7 @@ struct ScriptedPeer::Play {
   void Run() {
     size_t step = 0;
     try {
-      Accept();
+      if (!servesEach) Accept();
       for (; step < steps.size(); ++step) steps[step](socket);
       HearTheClientOut();
     } catch (const std::exception& error) {
@@ -89,6 +116,7 @@ struct ScriptedPeer::Play {
   tcp::acceptor acceptor;
   tcp::socket socket;
   std::vector<Step> steps;
+  bool servesEach = false;
   std::string failure;
   std::thread thread;
 };
@@ -141,18 +169,16 @@ ScriptedPeer& ScriptedPeer::Answer(Entries request, const Entries& reply) {
   return Reply({"READY", "END"});
 }
 
-ScriptedPeer& ScriptedPeer::Serve(std::function<std::vector<Entries>(const Entries&)> answer) {
-  play_->steps.emplace_back([answer = std::move(answer)](tcp::socket& socket) {
-    try {
-      for (;;) {
-        const std::vector<Entries> messages = answer(Decode(ReadPayload(socket)));
-        if (messages.empty()) return;
-        for (const Entries& message : messages) asio::write(socket, asio::buffer(Frame(message)));
-      }
-    } catch (const boost::system::system_error&) {
-      // The client has gone, which it may do at any time.
-    }
-  });
+ScriptedPeer& ScriptedPeer::Serve(Answering answer) {
+  play_->steps.emplace_back(
+      [answer = std::move(answer)](tcp::socket& socket) { AnswerAll(socket, answer); });
+  return *this;
+}
+
+ScriptedPeer& ScriptedPeer::ServeEach(Answering answer) {
+  play_->servesEach = true;
+  play_->steps.emplace_back(
+      [play = play_.get(), answer = std::move(answer)](tcp::socket&) { play->ServeEach(answer); });
   return *this;
 }
 
@@ -170,6 +196,8 @@ void ScriptedPeer::Start() {
 
 void ScriptedPeer::Finish() {
   if (!play_->thread.joinable()) return;
+  if (play_->servesEach)
+    asio::post(play_->context, [play = play_.get()] { play->acceptor.close(); });
   play_->thread.join();
   if (!play_->failure.empty()) ADD_FAILURE() << "scripted peer, " << play_->failure;
 }

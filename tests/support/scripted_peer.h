@@ -24,6 +24,8 @@ namespace gantry::test {
 /// declare the peer before the client.
 class ScriptedPeer {
  public:
+  using Answering = std::function<std::vector<Entries>(const Entries&)>;
+
   ScriptedPeer();
   ~ScriptedPeer();
   ScriptedPeer(const ScriptedPeer&) = delete;
@@ -50,7 +52,9 @@ class ScriptedPeer {
   }
   /// Every further frame is given to `answer`, whose messages go back, until the client closes. No
   /// message at all hangs up.
-  ScriptedPeer& Serve(std::function<std::vector<Entries>(const Entries&)> answer);
+  ScriptedPeer& Serve(Answering answer);
+  /// The same for one client after another, until `Finish`. Hanging up ends with one of them only.
+  ScriptedPeer& ServeEach(Answering answer);
   /// Closes the connection and waits for another one.
   ScriptedPeer& Reconnect();
 
