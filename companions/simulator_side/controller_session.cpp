@@ -56,8 +56,9 @@ const std::vector<ControllerSession::Operation> ControllerSession::kOperations =
 };
 
 ControllerSession::ControllerSession(ControlledSimulator& simulator, ByteChannel& channel)
-
-    : simulator_(simulator), channel_(channel), stream_(channel), wells_(simulator.WellNames()) {}
+    : simulator_(simulator), channel_(channel), stream_(channel), wells_(simulator.WellNames()) {
+  stream_.CreateOutgoingMessage().AppendMarker("READY").AppendMarker("END").KeepAs(ready_);
+}
 
 void ControllerSession::Run() {
   SetUp();
@@ -156,10 +157,6 @@ void ControllerSession::SendPosition() {
       .Send();
 }
 
-void ControllerSession::SendReady() {
-  stream_.CreateOutgoingMessage().AppendMarker("READY").AppendMarker("END").Send();
-}
-
 std::vector<size_t> ControllerSession::KnownWells(const Strings& names) const {
   std::vector<size_t> known;
   if (names.size() == 1 && names.front() == "*") {
@@ -187,8 +184,7 @@ OutgoingMessage ControllerSession::StartReply() {
 }
 
 void ControllerSession::FinishReply(OutgoingMessage& reply) {
-  reply.AppendMarker("END").Send();
-  SendReady();
+  reply.AppendMarker("END").SendAheadOf(ready_);
 }
 
 void RefuseController(ByteChannel& channel, const std::string& reason) {

@@ -42,7 +42,7 @@ class ControllerSession {
   void ContinueUntil(IncomingMessage& message);
   void Shutdown(IncomingMessage& message);
   void SendPosition();
-  void SendReady();
+  void SendReady() { stream_.Send(ready_); }
 
   // Queries.
   void QueryWells(IncomingMessage& message);
@@ -70,6 +70,7 @@ class ControllerSession {
   ControlledSimulator& simulator_;
   ByteChannel& channel_;
   MessageStream stream_;
+  EncodedMessage ready_;
   NameIndex wells_;
   bool running_ = true;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <stdexcept>
 
 #include "client/wire_format.h"
@@ -89,6 +90,30 @@ void PutString(std::byte*& target, std::string_view value) {
   Put(target, value.data(), value.size());
 }
 
+/// Frames as the parts that go over the channel: each chunk behind the words that announce it. The
+/// payloads must outlive it.
+class GatheredFrames {
+ public:
+  void Add(std::span<const std::byte> payload) {
+    const uint64_t total = payload.size();
+    AddWords({total, std::min(total, wire::kChunkSize)}, 2);
+    for (uint64_t offset = 0; offset < total; offset += wire::kChunkSize) {
+      const uint64_t length = std::min(total, offset + wire::kChunkSize) - offset;
+      if (offset != 0) AddWords({length}, 1);
+      parts_.push_back(payload.subspan(offset, length));
+    }
+  }
+  std::span<const std::span<const std::byte>> Parts() const { return parts_; }
+
+ private:
+  void AddWords(std::array<uint64_t, 2> words, size_t count) {
+    parts_.push_back(BytesOf(words_.emplace_back(words).data(), count * sizeof(uint64_t)));
+  }
+
+  std::deque<std::array<uint64_t, 2>> words_;  ///< none moves when more are added
+  std::vector<std::span<const std::byte>> parts_;
+};
+
 }  // namespace
 
 OutgoingMessage MessageStream::CreateOutgoingMessage() {
@@ -117,18 +142,13 @@ std::byte* MessageStream::Grow(size_t length) {
 void MessageStream::Send(const EncodedMessage& message) {
   CreateOutgoingMessage();        // the stream must be free for one
   size_ = message.bytes_.size();  // and isn't until it has been sent
-  SendFrame(message.bytes_);
+  SendFrames({message.bytes_});
 }
 
-void MessageStream::SendFrame(std::span<const std::byte> payload) {
-  const uint64_t total = payload.size();
-  const std::array<uint64_t, 2> frame = {total, std::min(total, wire::kChunkSize)};
-  channel_.Write(BytesOf(frame.data(), sizeof frame));
-  for (uint64_t offset = 0; offset < total; offset += wire::kChunkSize) {
-    const uint64_t length = std::min(total, offset + wire::kChunkSize) - offset;
-    if (offset != 0) channel_.Write(BytesOf(&length, sizeof length));
-    channel_.Write(payload.subspan(offset, length));
-  }
+void MessageStream::SendFrames(std::initializer_list<std::span<const std::byte>> payloads) {
+  GatheredFrames frames;
+  for (const std::span<const std::byte> payload : payloads) frames.Add(payload);
+  channel_.WriteParts(frames.Parts());
   size_ = 0;
 }
 
@@ -221,7 +241,11 @@ OutgoingMessage& OutgoingMessage::AppendRepeated(std::string_view name, uint64_t
   return *this;
 }
 
-void OutgoingMessage::Send() { stream_->SendFrame(std::span(stream_->storage_).first(Size())); }
+void OutgoingMessage::Send() { stream_->SendFrames({stream_->Composed()}); }
+
+void OutgoingMessage::SendAheadOf(const EncodedMessage& next) {
+  stream_->SendFrames({stream_->Composed(), next.bytes_});
+}
 
 void OutgoingMessage::KeepAs(EncodedMessage& message) {
   const auto begin = stream_->storage_.begin();

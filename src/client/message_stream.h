@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -52,7 +53,8 @@ class MessageStream {
   friend class OutgoingMessage;
   friend class IncomingMessage;
 
-  void SendFrame(std::span<const std::byte> payload);
+  void SendFrames(std::initializer_list<std::span<const std::byte>> payloads);
+  std::span<const std::byte> Composed() const { return std::span(storage_).first(size_); }
   void ReceiveFrame();
   void ReceiveChunk(uint64_t received, uint64_t length);
 
@@ -98,6 +100,8 @@ class OutgoingMessage {
   size_t Size() const { return stream_->size_; }
   /// Sends the buffer as one frame and empties it.
   void Send();
+  /// The same, with `next` as a frame of its own right behind it.
+  void SendAheadOf(const EncodedMessage& next);
   /// Empties the buffer into `message`, whose storage is used again. Nothing is sent.
   void KeepAs(EncodedMessage& message);
 

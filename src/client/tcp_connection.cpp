@@ -1,14 +1,18 @@
 #include "client/tcp_connection.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <chrono>
 #include <stdexcept>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include <boost/asio/io_service.hpp>
 #include <boost/asio/ip/tcp.hpp>
 
+#include "platform/read_ahead.h"
 #include "platform/sockets.h"
 
 namespace gantry {
@@ -21,17 +25,35 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kKnockInterval{500};
 
-/// Moves all bytes in as many parts as it takes. A signal that a handler of the host has dealt with
-/// doesn't end a wait that may last for hours.
-template <class Bytes, class Move>
-void MoveAll(Bytes bytes, const char* context, Move move) {
-  while (!bytes.empty()) {
-    boost::system::error_code failure;
-    bytes = bytes.subspan(move(bytes, failure));
-    if (failure && failure != asio::error::interrupted) {
-      throw boost::system::system_error(failure, context);
-    }
+constexpr size_t kBesideLarge = 512;  ///< read ahead of a large read: what is worth its second copy
+using ReadAhead = platform::ReadAhead<16384>;
+using Parts = std::span<const std::span<const std::byte>>;
+using Buffers = std::span<asio::const_buffer>;
+
+/// A signal that a handler of the host has dealt with doesn't end a wait that may last for hours.
+void CheckOutcome(const boost::system::error_code& failure, const char* context) {
+  if (failure && failure != asio::error::interrupted) {
+    throw boost::system::system_error(failure, context);
   }
+}
+
+std::vector<asio::const_buffer> BuffersOf(Parts parts) {
+  std::vector<asio::const_buffer> buffers;
+  buffers.reserve(parts.size());
+  for (const auto& part : parts) {
+    if (!part.empty()) buffers.emplace_back(part.data(), part.size());
+  }
+  return buffers;
+}
+
+/// What is left of the buffers behind so many bytes.
+Buffers Behind(Buffers buffers, size_t size) {
+  while (!buffers.empty() && size >= buffers.front().size()) {
+    size -= buffers.front().size();
+    buffers = buffers.subspan(1);
+  }
+  if (!buffers.empty()) buffers.front() += size;
+  return buffers;
 }
 
 }  // namespace
@@ -41,6 +63,7 @@ struct TcpConnection::Socket {
 
   /// Tries each address once; true when somebody has answered.
   bool Knock(const tcp::resolver::results_type& addresses) {
+    ahead.Clear();
     for (const auto& address : addresses) {
       socket.close();
       if (Try(address.endpoint())) return true;
@@ -60,6 +83,7 @@ struct TcpConnection::Socket {
   platform::SocketLibrary library;
   asio::io_service service;
   tcp::socket socket;
+  ReadAhead ahead;
 };
 
 TcpConnection::TcpConnection(platform::Bystanders bystanders)
@@ -87,16 +111,29 @@ void TcpConnection::Connect(const std::string& host, uint32_t port, uint32_t tim
 }
 
 void TcpConnection::Read(std::span<std::byte> bytes) {
-  MoveAll(bytes, "read", [this](std::span<std::byte> rest, boost::system::error_code& failure) {
-    return socket_->socket.read_some(asio::buffer(rest.data(), rest.size()), failure);
-  });
+  ReadAhead& ahead = socket_->ahead;
+  for (bytes = ahead.Take(bytes); !bytes.empty();) {
+    const std::span<std::byte> space = ahead.Space();
+    const size_t more = bytes.size() < space.size() ? space.size() : kBesideLarge;
+    const std::array<asio::mutable_buffer, 2> targets = {asio::buffer(bytes.data(), bytes.size()),
+                                                         asio::buffer(space.data(), more)};
+    boost::system::error_code failure;
+    const size_t received = socket_->socket.read_some(targets, failure);
+    CheckOutcome(failure, "read");
+    const size_t asked = std::min(received, bytes.size());
+    ahead.Add(received - asked);
+    bytes = bytes.subspan(asked);
+  }
 }
 
-void TcpConnection::Write(std::span<const std::byte> bytes) {
-  MoveAll(bytes, "write",
-          [this](std::span<const std::byte> rest, boost::system::error_code& failure) {
-            return socket_->socket.write_some(asio::buffer(rest.data(), rest.size()), failure);
-          });
+void TcpConnection::WriteParts(std::span<const std::span<const std::byte>> parts) {
+  std::vector<asio::const_buffer> buffers = BuffersOf(parts);
+  for (Buffers rest = buffers; !rest.empty();) {
+    boost::system::error_code failure;
+    const size_t written = socket_->socket.write_some(rest, failure);
+    CheckOutcome(failure, "write");
+    rest = Behind(rest, written);
+  }
 }
 
 struct TcpListener::Acceptor {

@@ -10,6 +10,7 @@
 namespace gantry {
 
 /// One TCP connection, blocking, with TCP_NODELAY. Closed with the object. One thread at a time.
+/// A read takes what has come beyond the bytes asked for along, and keeps it for the next one.
 /// Failures are boost::system::system_error with the context "resolve", "close", "set_option",
 /// "read" or "write".
 class TcpConnection : public PeerConnection {
@@ -23,7 +24,8 @@ class TcpConnection : public PeerConnection {
   void Connect(const std::string& host, uint32_t port, uint32_t timeoutSeconds) override;
 
   void Read(std::span<std::byte> bytes) override;
-  void Write(std::span<const std::byte> bytes) override;
+  void Write(std::span<const std::byte> bytes) override { WriteParts(std::span(&bytes, 1)); }
+  void WriteParts(std::span<const std::span<const std::byte>> parts) override;
 
   struct Socket;
 
