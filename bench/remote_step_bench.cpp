@@ -1,7 +1,7 @@
 // What the remote connector adds to the bytes that it moves: the exchanges of one whole step (data
 // and inflow of every well, the setters, the run to the next time) beside a raw exchange of the
 // very same frames with the same controller in the same run. docs/performance.md tells how to read
-// the table; each reply costs the connector the zeroing of its buffer, which the format asks for.
+// the table.
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -111,7 +110,7 @@ class CExtConnectorRemote : public CExtConnectorBase {
   std::unique_ptr<SocketClient> Socket;
   uint32_t LastRoutine = 0;
   std::span<const std::byte> ReplyPayload;
-  std::array<std::byte, kLargestReply> ReplyBuffer{};
+  FrameBuffer ReplyBuffer{kLargestReply};
   bool isOutOfStep_ = false;
   int32_t VersionCode;
 };

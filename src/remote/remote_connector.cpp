@@ -26,10 +26,10 @@ bool CExtConnectorRemote::ReceiveReply() {
     return false;
   }
   const bool hasCome = Socket->ReceiveFrame(ReplyBuffer, length) == 0;
-  isOutOfStep_ = length > ReplyBuffer.size();
+  isOutOfStep_ = length > ReplyBuffer.Capacity();
   if (!hasCome) return false;
-  std::memcpy(&LastRoutine, ReplyBuffer.data(), kRoutineNumberSize);
-  ReplyPayload = std::span(ReplyBuffer).subspan(kRoutineNumberSize);
+  std::memcpy(&LastRoutine, ReplyBuffer.Bytes().data(), kRoutineNumberSize);
+  ReplyPayload = ReplyBuffer.Bytes().subspan(kRoutineNumberSize);
   return true;
 }
 

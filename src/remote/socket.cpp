@@ -45,6 +45,12 @@ SocketHandle OpenCounted() {
 
 }  // namespace
 
+std::span<std::byte> FrameBuffer::Prepare(size_t length) {
+  std::fill_n(bytes_.begin(), used_, std::byte{0});
+  used_ = length;
+  return std::span(bytes_).first(length);
+}
+
 Socket::Connection::~Connection() {
   if (handle != kInvalidSocket) Sockets().Close(handle);
 }
@@ -87,6 +93,7 @@ void Socket::Close() {
   if (Handle() == kInvalidSocket) return;
   Sockets().Close(Handle());
   ReplaceHandle(kInvalidSocket);
+  connection_->ahead.Clear();
 }
 
 int32_t Socket::SendFrame(std::span<const std::byte> bytes) { return SendWithLength(bytes); }
@@ -103,16 +110,31 @@ int32_t Socket::SendWithLength(std::span<const std::byte> bytes) {
   return Sockets().Send(Handle(), message) == static_cast<int64_t>(message.size()) ? 0 : 1;
 }
 
-int32_t Socket::ReceiveFrame(std::span<std::byte> buffer, uint32_t& length) {
+int64_t Socket::Receive(std::span<std::byte> bytes) {
+  if (connection_->ahead.Size() == 0) return Sockets().Receive(Handle(), bytes);
+  return static_cast<int64_t>(bytes.size() - connection_->ahead.Take(bytes).size());
+}
+
+int64_t Socket::ReceiveAhead(std::span<std::byte> bytes) {
+  auto& ahead = connection_->ahead;
+  // It blocks for the first byte alone, as a plain read does.
+  if (ahead.Size() == 0 || (ahead.Size() < bytes.size() && Sockets().Available(Handle()) > 0)) {
+    const int64_t received = Sockets().Receive(Handle(), ahead.Space());
+    if (received > 0) ahead.Add(static_cast<size_t>(received));
+    if (ahead.Size() == 0) return received;
+  }
+  return Receive(bytes);
+}
+
+int32_t Socket::ReceiveFrame(FrameBuffer& buffer, uint32_t& length) {
   length = 0;
-  if (Sockets().Receive(Handle(), std::as_writable_bytes(std::span(&length, 1))) < 1) {
+  if (ReceiveAhead(std::as_writable_bytes(std::span(&length, 1))) < 1) {
     length = 0;
     return 1;
   }
-  if (length > buffer.size()) return 1;
-  std::fill(buffer.begin(), buffer.end(), std::byte{0});
-  for (std::span<std::byte> missing = buffer.first(length); !missing.empty();) {
-    const int64_t received = Sockets().Receive(Handle(), missing);
+  if (length > buffer.Capacity()) return 1;
+  for (std::span<std::byte> missing = buffer.Prepare(length); !missing.empty();) {
+    const int64_t received = Receive(missing);
     if (received == kSocketError) {
       length = 0;
       return 1;
@@ -126,7 +148,7 @@ int32_t Socket::ReceiveFrame(std::span<std::byte> buffer, uint32_t& length) {
 
 Socket::Outcome Socket::ReceiveByte(std::byte& byte) {
   if (WaitBeforeReceive) Sockets().Select(Handle(), false, std::nullopt);
-  const int64_t received = Sockets().Receive(Handle(), std::span(&byte, 1));
+  const int64_t received = Receive(std::span(&byte, 1));
   if (received == 1) return Outcome::kByte;
   if (received == 0) return Outcome::kNothing;
   return Sockets().IsWouldBlock(Sockets().LastError()) ? Outcome::kWouldBlock : Outcome::kNothing;
@@ -156,11 +178,14 @@ std::string Socket::ReceiveText(int32_t& length) {
   return text;
 }
 
-int64_t Socket::BytesAvailable() { return Sockets().Available(Handle()); }
+int64_t Socket::BytesAvailable() {
+  const int64_t inSystem = Sockets().Available(Handle());
+  return inSystem < 0 ? inSystem : inSystem + static_cast<int64_t>(connection_->ahead.Size());
+}
 
 void Socket::DropAvailable() {
   std::array<std::byte, 4096> dropped;
-  while (BytesAvailable() > 0 && Sockets().Receive(Handle(), dropped) > 0) {
+  while (BytesAvailable() > 0 && Receive(dropped) > 0) {
   }
 }
 

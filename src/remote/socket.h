@@ -5,10 +5,27 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "platform/read_ahead.h"
 #include "platform/sockets.h"
 
 namespace gantry {
+
+/// Where frames of raw bytes are received, one after the other: zero behind the last one.
+class FrameBuffer {
+ public:
+  explicit FrameBuffer(size_t capacity) : bytes_(capacity) {}
+
+  size_t Capacity() const { return bytes_.size(); }
+  std::span<const std::byte> Bytes() const { return bytes_; }
+  /// Clears what the last frame left. The result takes one of that length.
+  std::span<std::byte> Prepare(size_t length);
+
+ private:
+  std::vector<std::byte> bytes_;
+  size_t used_ = 0;
+};
 
 /// One TCP connection, shared by its copies; the last copy to die closes it. It carries two kinds
 /// of messages, each behind a 4-byte little-endian length: frames of raw bytes, and texts without
@@ -33,11 +50,10 @@ class Socket {
   /// 0 if all was sent by one call, else 1; a partial send isn't continued.
   int32_t SendFrame(std::span<const std::byte> bytes);
   int32_t SendText(const std::string& text);
-  /// Reads one frame into `buffer`, which is zeroed first. 0 on success. 1 when the peer has closed
-  /// or failed, or when the frame is longer than the buffer; then `length` keeps the claim, the
-  /// body stays unread, and the connection is out of step. A peer that closes within a body blocks
-  /// the caller for good.
-  int32_t ReceiveFrame(std::span<std::byte> buffer, uint32_t& length);
+  /// Reads one frame into `buffer`. 0 on success. 1 when the peer has closed or failed, or when the
+  /// frame is longer than the buffer; then `length` keeps the claim, the body stays unread, and the
+  /// connection is out of step. A peer that closes within a body blocks the caller for good.
+  int32_t ReceiveFrame(FrameBuffer& buffer, uint32_t& length);
   /// `length` is 0 when no text came: an empty text, a closed connection or a failure. Texts end
   /// at 32767 characters; a longer claim is read on to the end of the connection.
   std::string ReceiveText(int32_t& length);
@@ -62,10 +78,15 @@ class Socket {
     Connection& operator=(const Connection&) = delete;
 
     platform::SocketHandle handle;
+    platform::ReadAhead<4096> ahead;
   };
   enum class Outcome { kByte, kWouldBlock, kNothing };
 
   int32_t SendWithLength(std::span<const std::byte> bytes);
+  /// As the system's call, but for bytes that have been read ahead: those come first.
+  int64_t Receive(std::span<std::byte> bytes);
+  /// The same, and reads ahead. The result is what was moved into `bytes`.
+  int64_t ReceiveAhead(std::span<std::byte> bytes);
   Outcome ReceiveByte(std::byte& byte);
 
   std::shared_ptr<Connection> connection_;
