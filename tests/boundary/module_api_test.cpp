@@ -1,33 +1,25 @@
 #include "fieldrun/driver/module_api.h"
 
-#include <stdexcept>
-
 #include <gtest/gtest.h>
 
 #include "platform/registry.h"
 #include "settings/machine_config.h"
+#include "support/raised.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
 namespace {
 
-std::string FailureOfLoading(const std::string& path) {
-  try {
-    ModuleApi::Load(path);
-    return "loaded";
-  } catch (const std::runtime_error& failure) {
-    return failure.what();
-  }
-}
-
 TEST(ModuleApi, NamesWhatALibraryLacks) {
-  EXPECT_EQ(FailureOfLoading(OTHER_LIBRARY),
-            "The library " OTHER_LIBRARY
+  EXPECT_EQ(gantry::test::Raised([] { ModuleApi::Load(OTHER_LIBRARY); }),
+            "runtime_error: The library " OTHER_LIBRARY
             " is no driver module: it lacks ExtIdentify, ExtCreateInstance, ExtDestroyInstance, "
             "ExtCmd, ExtConfigure, ExtCopyConfigure, ExtHelp, ExtConnectToApp, ExtStartApp, "
             "ExtStopApp, ExtEquipXml, ExtCreateUnit");
-  const std::string failure = FailureOfLoading("/no/such/libIntersect.so");
-  EXPECT_TRUE(failure.starts_with("The module /no/such/libIntersect.so can't be loaded: "))
+  const std::string failure =
+      gantry::test::Raised([] { ModuleApi::Load("/no/such/libIntersect.so"); });
+  EXPECT_NE(failure.find("The module /no/such/libIntersect.so can't be loaded: "),
+            std::string::npos)
       << failure;
 }
 

@@ -21,10 +21,7 @@ using Names = std::vector<std::string>;
 
 /// As text, so that the platform's line ends are one character.
 std::string ReadText(const std::filesystem::path& file) {
-  std::ifstream in(file);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return (std::ostringstream() << std::ifstream(file).rdbuf()).str();
 }
 
 EquipmentModel Describe(const Names& names, bool withoutVariables, int32_t connectionMode = 0) {
@@ -71,19 +68,14 @@ TEST(EquipmentFile, IsTheGoldenFileToTheByte) {
 }
 
 TEST(EquipmentFile, HoldsTheWellsThatAreAskedFor) {
-  struct Case {
-    Names asked;
-    Names given;
-  };
-  const Case cases[] = {{{}, {"P<1>", "I1", "I2"}},
-                        {{"I1"}, {"I1"}},
-                        {{"I2", "none", "P<1>"}, {"P<1>", "I2"}},
-                        {{"i1"}, {}}};
-  for (const Case& c : cases) {
-    const ptree tree = WrittenAndRead(Describe(c.asked, true, 1));
+  for (const auto& [asked, given] : {std::pair<Names, Names>{{}, {"P<1>", "I1", "I2"}},
+                                     {{"I1"}, {"I1"}},
+                                     {{"I2", "none", "P<1>"}, {"P<1>", "I2"}},
+                                     {{"i1"}, {}}}) {
+    const ptree tree = WrittenAndRead(Describe(asked, true, 1));
     const ptree& data = DataOf(tree);
     EXPECT_EQ(data.get<std::string>("IsLocal"), "false");
-    EXPECT_EQ(LabelsOf(data.get_child("Equipment")), c.given);
+    EXPECT_EQ(LabelsOf(data.get_child("Equipment")), given);
     for (const auto& [name, item] : data.get_child("Equipment")) {
       EXPECT_TRUE(item.get_child("Variables").empty());
     }

@@ -72,15 +72,18 @@ TEST(XmlDocument, IsWrittenToTheByte) {
   }
 }
 
-TEST(XmlDocument, IndentsNoDeeperThan128) {
+TEST(XmlDocument, IndentsNoDeeperThan128TabsThatItKeeps) {
   CXMLDocument document;
+  EXPECT_EQ(document.IndentBuffer.front(), '\0') << "no tab is made before one is needed";
   CXMLElement* element = &document;
   for (int i = 0; i < 200; ++i) element = &element->AddElement("E");
   std::ostringstream out;
   EXPECT_TRUE(document.WriteStream(out, false));
-  EXPECT_NE(out.str().find("\n" + std::string(127, '\t') + "<E>\n"), std::string::npos);
-  EXPECT_NE(out.str().find("\n" + std::string(128, '\t') + "<E />\n"), std::string::npos);
+  for (const auto& [tabs, end] : {std::pair{127u, ">\n"}, {128u, " />\n"}}) {
+    EXPECT_NE(out.str().find("\n" + std::string(tabs, '\t') + "<E" + end), std::string::npos);
+  }
   EXPECT_EQ(out.str().find(std::string(129, '\t')), std::string::npos);
+  EXPECT_EQ(document.IndentBuffer.data(), std::string(128, '\t'));
 }
 
 TEST(XmlDocument, TellsAFileThatItCannotOpenAndAStreamThatFails) {
@@ -96,39 +99,23 @@ TEST(XmlDocument, TellsAFileThatItCannotOpenAndAStreamThatFails) {
   EXPECT_FALSE(document.WriteStream(broken, false));
 }
 
-TEST(XmlDocument, GivesItsStampToEveryNode) {
+TEST(XmlDocument, GivesItsStampToEveryNodeAndSetsNoSchemaPath) {
   CXMLDocument document;
   EXPECT_EQ(document.AddElement("E").AddElement("C").GetDateStamp(), document.DateStamp);
   EXPECT_NEAR(ReadDateStamp(document.DateStamp), PresentTime(), 1.0 / 24);
-  EXPECT_EQ(CXMLElement(CXMLElement::kElement, "E", "").GetDateStamp(), "");
-}
-
-TEST(XmlDocument, KeepsItsTabsAndSetsNoSchemaPath) {
-  CXMLDocument document;
-  EXPECT_EQ(document.IndentBuffer.front(), '\0') << "no tab is made before one is needed";
-  document.AddElement("E").AddElement("C");
-  std::ostringstream out;
-  ASSERT_TRUE(document.WriteStream(out, false));
-  EXPECT_EQ(document.IndentBuffer.data(), std::string(128, '\t'));
+  EXPECT_EQ(CXMLElement(CXMLElement::kElement, "E", std::string()).GetDateStamp(), "");
   EXPECT_FALSE(document.UseSchemaPath);
   EXPECT_EQ(document.SchemaPath, "");
 }
 
 TEST(DateStamp, CountsFromTheLastDayOf1899) {
-  struct Case {
-    double days;
-    const char* stamp;
-  };
-  const Case cases[] = {
-      {0.0, "1899-12-31T00:00:00.000Z"},
-      {25569.0 - 1.0, "1970-01-01T00:00:00.000Z"},
-      {36584.75, "2000-02-29T18:00:00.000Z"},
-      {36584.0 + 3661.0 / 86400.0, "2000-02-29T01:01:01.000Z"},
-      {-693594.0, "0001-01-01T00:00:00.000Z"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(FormatDateStamp(c.days), c.stamp);
-    EXPECT_NEAR(ReadDateStamp(c.stamp), c.days, 1e-9) << c.stamp;
+  for (const auto& [days, stamp] : {std::pair{0.0, "1899-12-31T00:00:00.000Z"},
+                                    {25569.0 - 1.0, "1970-01-01T00:00:00.000Z"},
+                                    {36584.75, "2000-02-29T18:00:00.000Z"},
+                                    {36584.0 + 3661.0 / 86400.0, "2000-02-29T01:01:01.000Z"},
+                                    {-693594.0, "0001-01-01T00:00:00.000Z"}}) {
+    EXPECT_EQ(FormatDateStamp(days), stamp);
+    EXPECT_NEAR(ReadDateStamp(stamp), days, 1e-9) << stamp;
   }
   EXPECT_EQ(FormatDateStamp(-693595.0), "");
   EXPECT_EQ(FormatDateStamp(1e300), "");
