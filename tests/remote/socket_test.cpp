@@ -5,11 +5,11 @@
 #include <cstdlib>
 #include <thread>
 
+#include <boost/asio/error.hpp>
 #include <gtest/gtest.h>
 
 #include "remote/passing_calls.h"
 #include "remote/wire_bytes.h"
-#include "socket_errors.h"
 #include "support/free_ports.h"
 #include "support/scripted_peer.h"
 
@@ -213,14 +213,15 @@ TEST(SocketClient, ConnectsWithATimeLimitAndBlocksAfterwards) {
 }
 
 TEST(SocketClient, TellsWhatTheWaitForAConnectionGave) {
+  constexpr int kInProgress = boost::asio::error::in_progress;
   const std::vector<std::pair<int, std::string>> cases = {
-      {-1, "select() returned SOCKET_ERROR. Last error was " + std::to_string(kInProgressError)},
+      {-1, "select() returned SOCKET_ERROR. Last error was " + std::to_string(kInProgress)},
       {0, "select() failed: time limit (7 secs) expired"},
       {-2, "Unknown error: select() returned -2"}};
   for (const auto& [result, text] : cases) {
     PassingCalls calls;
     calls.connect = [](SocketHandle, uint32_t, uint16_t) { return kSocketError; };
-    calls.lastError = [] { return kInProgressError; };
+    calls.lastError = [] { return kInProgress; };
     calls.select = [&answer = result](std::optional<int> limit) {
       EXPECT_EQ(limit, 7);
       return answer;
