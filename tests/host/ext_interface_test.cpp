@@ -78,6 +78,7 @@ TEST(ErrorText, TakesATextOfAnyLengthAndIsCutToItsField) {
   EXPECT_EQ(err.reserved, 0x78787878u);
   SetErrorText(nullptr, "lost");
   ClearErrorBlock(nullptr);
+  CopyBounded({}, name);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "platform/files.h"
 
+#include <cstring>
 #include <iterator>
 
 #include <gtest/gtest.h>
@@ -48,6 +49,21 @@ TEST_F(PosixFiles, ACopyToAFullDiskLeavesTheOldFileAloneAndNothingElse) {
   }
   EXPECT_EQ(TestFolder::Read(Path("to")), "old");
   EXPECT_EQ(count(), before);
+}
+
+TEST_F(PosixFiles, AReplacementIsPutOverTheOldFileWhereNoNewOneFitsBesideIt) {
+  const std::string name(255, 'n');  // as long as names can be
+  EXPECT_EQ(ReplacementFile::Create(Path(name + "x")), nullptr);
+  folder_.Write(name, "old");
+  for (const auto& [content, most] : {std::pair{"longer", 5}, {"longer", 6}, {"short", 6}}) {
+    const std::string before = TestFolder::Read(Path(name));
+    const auto file = ReplacementFile::Create(Path(name));
+    ASSERT_TRUE(file->File().Write(content, std::strlen(content)));
+    EXPECT_EQ(TestFolder::Read(Path(name)), before);
+    const test::FullDisk disk(static_cast<rlim_t>(most));
+    EXPECT_EQ(file->Commit(), most == 6);
+    EXPECT_EQ(TestFolder::Read(Path(name)), most == 6 ? content : before);
+  }
 }
 
 TEST_F(PosixFiles, WhatIsLeftToReadFollowsThePositionThatOthersMove) {

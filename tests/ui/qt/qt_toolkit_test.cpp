@@ -60,8 +60,7 @@ TEST(QtToolkit, GivesColumnsTheRoomThatTheirFontNeeds) {
 
 TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {
   const TestFolder folder;
-  folder.Write("ix", "");
-  folder.Write("tool.exe", "");
+  for (const char* name : {"ix", "ix.exe", "tool.exe"}) folder.Write(name, "");
   CIXConfig config;
   config.SimExecutable = (folder / "old").string();
   CConfigureDlg dialog(config);
