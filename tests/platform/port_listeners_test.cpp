@@ -36,39 +36,34 @@ class PortListeners : public testing::Test {
   boost::asio::io_context context_;
 };
 
-TEST_F(PortListeners, AreBystandersUntilTheyGo) {
-  for (const char* address : {"127.0.0.1", "0.0.0.0"}) {
-    auto old = Listen(address);
+TEST_F(PortListeners, AreBystandersWhereAConnectionToThisMachineReachesThemUntilTheyGo) {
+  struct Row {
+    const char *old, *newcomer;
+    bool wouldAnswer;
+  };
+  for (const Row& row : {Row{"127.0.0.1", nullptr, true},
+                         {"0.0.0.0", nullptr, true},
+                         {"::", nullptr, true},
+                         {"::", "127.0.0.1", false},  // the nearest is asked
+                         {"127.0.0.2", "127.0.0.1", false}}) {
+    auto old = Listen(row.old);
+    if (!old) continue;  // no IPv6 here
     const Bystanders bystanders(PortOf(old));
-    EXPECT_TRUE(bystanders.WouldAnswer()) << address;
+    const auto newcomer =
+        row.newcomer != nullptr ? Listen(row.newcomer, PortOf(old)) : std::nullopt;
+    EXPECT_EQ(bystanders.WouldAnswer(), row.wouldAnswer) << row.old;
     old->close();
-    EXPECT_FALSE(bystanders.WouldAnswer()) << address;
+    EXPECT_FALSE(bystanders.WouldAnswer()) << row.old;
   }
 }
 
-TEST_F(PortListeners, CountOnlyWhereAConnectionToThisMachineWouldReachThem) {
+TEST_F(PortListeners, CountOnlyWhereTheyCanBeReachedAndAreNobodyWhileTheyAreIgnored) {
   const auto elsewhere = Listen("127.0.0.2");
   EXPECT_TRUE(ListenersOn(PortOf(elsewhere)).empty());
-  const Bystanders bystanders(PortOf(elsewhere));
-  const auto other = Listen("127.0.0.1", PortOf(elsewhere));
-  EXPECT_FALSE(bystanders.WouldAnswer());
+  const auto here = Listen("127.0.0.1", PortOf(elsewhere));
   EXPECT_EQ(ListenersOn(PortOf(elsewhere)).size(), 1u);
-}
-
-TEST_F(PortListeners, AreAskedTheNearestFirst) {
-  const auto wide = Listen("::");
-  if (!wide) GTEST_SKIP() << "no IPv6 here";
-  const Bystanders bystanders(PortOf(wide));
-  EXPECT_TRUE(bystanders.WouldAnswer());
-  const auto narrow = Listen("127.0.0.1", PortOf(wide));
-  ASSERT_TRUE(narrow);
-  EXPECT_FALSE(bystanders.WouldAnswer()) << "the newcomer would take the connection";
-}
-
-TEST_F(PortListeners, AreNobodyWhileTheyAreIgnored) {
-  const auto old = Listen("127.0.0.1");
   const IgnoredBystanders ignored;
-  EXPECT_FALSE(Bystanders(PortOf(old)).WouldAnswer());
+  EXPECT_FALSE(Bystanders(PortOf(here)).WouldAnswer());
 }
 
 }  // namespace
