@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "fieldrun/driver/module_api.h"
-#include "synthetic_simulator.h"
+#include "model_size.h"
 
 namespace gantry::bench {
 

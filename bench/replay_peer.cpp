@@ -10,8 +10,10 @@
 
 #include <boost/system/system_error.hpp>
 
+#include "boundary/error_text.h"
 #include "client/tcp_connection.h"
 #include "recording.h"
+#include "support/simulated_field.h"
 
 namespace gantry::bench {
 namespace {
@@ -19,18 +21,56 @@ namespace {
 using FrameHead = std::array<uint64_t, 2>;
 constexpr int kAcceptSeconds = 60;
 
+/// Eight wells in ten produce, two inject water, and every hundredth of a compositional model
+/// injects gas.
+test::SimulatedField FieldOf(ModelSize size) {
+  const auto count = static_cast<size_t>(size.components);
+  test::SimulatedField field;
+  field.isMetric = false;
+  field.endOfRun = 1e9;
+  field.binaryInteraction.assign(count * (count - 1) / 2, 0.01);
+  field.eosProperties = {{"TCrit", test::Numbers(count, 100.0)}};
+  field.components.clear();
+  for (size_t i = 0; i < count; ++i) field.components.push_back(FormatText("C%zu", i + 1));
+  field.wells.clear();
+  for (int i = 0; i < size.wells; ++i) {
+    const bool injectsGas = count > 0 && i % 100 == 99;
+    const char* type = injectsGas ? "GAS_INJECTOR" : i % 10 < 8 ? "PRODUCER" : "WATER_INJECTOR";
+    field.wells.push_back({.name = FormatText("WELL-%05d", i + 1), .type = type});
+  }
+  return field;
+}
+
+test::Entries Receive(ByteChannel& channel) {
+  FrameHead head;
+  channel.Read(std::as_writable_bytes(std::span(head)));
+  std::string payload;
+  for (uint64_t chunk = head[1];;) {
+    const size_t begin = payload.size();
+    payload.resize(begin + chunk);
+    channel.Read(std::as_writable_bytes(std::span(payload).subspan(begin)));
+    if (payload.size() == head[0]) return test::Decode(payload);
+    channel.Read(std::as_writable_bytes(std::span(&chunk, 1)));
+  }
+}
+
+void Send(ByteChannel& channel, const test::Entries& message) {
+  const std::string frame = test::Frame(message);
+  channel.Write(std::as_bytes(std::span(frame)));
+}
+
 /// Serves the start of a run and its first step; gives the exchanges of the step, or none when the
 /// guest has asked for the end of the run instead.
 Recording RecordFirstStep(ByteChannel& guest, ModelSize size) {
   RecordingChannel channel(guest);
-  MessageStream stream(channel);
-  SyntheticSimulator simulator(size);
+  test::SimulatedField field = FieldOf(size);
   size_t firstOfStep = 0;
-  for (;;) {
-    const std::string word = simulator.AnswerOne(stream);
+  for (std::string word; word != "CONTINUE_UNTIL";) {
+    const test::Entries request = Receive(channel);
+    word = request[request[0].name == "QUERY" ? 1 : 0].name;
     if (word == "QWELLS" && firstOfStep == 0) firstOfStep = channel.Exchanges().size() - 1;
     if (word == "SHUTDOWN") return {};
-    if (word == "CONTINUE_UNTIL") break;
+    for (const test::Entries& reply : AnswerOnWire(field, request)) Send(channel, reply);
   }
   Recording& all = channel.Exchanges();
   return {std::make_move_iterator(all.begin() + static_cast<ptrdiff_t>(firstOfStep)),
@@ -91,11 +131,7 @@ void RunReplayPeer(uint16_t port, ModelSize size) {
   if (recording.empty()) {
     // The next simulator may want the port as soon as the guest knows of the end.
     listener.reset();
-    MessageStream(*module)
-        .CreateOutgoingMessage()
-        .AppendMarker("FINISHED")
-        .AppendMarker("END")
-        .Send();
+    Send(*module, {"FINISHED", "END"});
     return;
   }
   const auto raw = listener->Accept(kAcceptSeconds);

@@ -190,8 +190,11 @@ double SimulatedWell::Value(const std::string& item) const {
 }
 
 SimulatedWell& SimulatedField::At(const std::string& name) {
-  for (SimulatedWell& well : wells) {
-    if (well.name == name) return well;
+  for (size_t i = 0; i < wells.size(); ++i) {
+    const size_t place = (next_ + i) % wells.size();
+    if (wells[place].name != name) continue;
+    next_ = place + 1;
+    return wells[place];
   }
   throw std::runtime_error("the field has no well " + name);
 }

@@ -48,6 +48,9 @@ struct SimulatedField {
   std::function<double(const SimulatedWell& well, const std::string& item)> valueOf;
 
   SimulatedWell& At(const std::string& name);
+
+ private:
+  size_t next_ = 0;  ///< of the wells, where the search begins: they are mostly asked for in turn
 };
 
 /// What the simulator of this field says to a request of the external-controller protocol.
