@@ -47,7 +47,8 @@ endif()
 
 # For whoever writes a host or an inflow library: find_package(Gantry), and Gantry::headers.
 set_target_properties(gantry_headers PROPERTIES EXPORT_NAME headers)
-install(TARGETS gantry_headers EXPORT GantryTargets)
+install(TARGETS gantry_headers EXPORT GantryTargets
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT GantryTargets NAMESPACE Gantry:: DESTINATION ${config} FILE GantryConfig.cmake)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/GantryConfigVersion.cmake
