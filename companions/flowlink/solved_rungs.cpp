@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "flowlink/flow_items.h"
 
@@ -27,6 +28,8 @@ SolvedRungs::SolvedRungs(std::vector<double> shares, WellValues first, bool solv
       values_(shares_.size()),
       isAsked_(shares_.size()),
       middle_(MiddleOf(shares_)),
+      coarse_({0, middle_, shares_.size() - 1}),
+      between_({middle_ / 2, (middle_ + shares_.size()) / 2}),
       solvesAll_(solvesAll) {
   Take(0, std::move(first));
 }
@@ -37,25 +40,36 @@ void SolvedRungs::Take(size_t rung, std::optional<WellValues> values) {
 }
 
 std::vector<size_t> SolvedRungs::Next() {
-  const size_t last = shares_.size() - 1;
+  const size_t last = coarse_.back();
   if (!solvesAll_ && !isAsked_[last]) return {last, middle_};
-  if (!solvesAll_ && IsStraight()) return {};
-  std::vector<size_t> rest;
-  for (size_t rung = 1; rung <= last; ++rung) {
-    if (!isAsked_[rung]) rest.push_back(rung);
+  if (!solvesAll_ && AreSolved(coarse_)) {
+    if (Meets(middle_, {0, last})) return {};
+    if (!isAsked_[between_.back()]) return Unasked(between_);
+    const auto isMet = [this](size_t rung) { return Meets(rung, coarse_); };
+    if (AreSolved(between_) && std::ranges::all_of(between_, isMet)) return {};
   }
-  return rest;
+  std::vector<size_t> all(shares_.size());
+  std::iota(all.begin(), all.end(), 0);
+  return Unasked(std::move(all));
 }
 
-bool SolvedRungs::IsStraight() const {
-  const auto& top = values_.front();
-  const auto& middle = values_[middle_];
-  const auto& bottom = values_.back();
-  if (!middle || !bottom) return false;
-  const WellValues line = ReadOff(middle_, {0, shares_.size() - 1});
-  for (size_t well = 0; well < line.size(); ++well) {
-    if (MissOf(line[well], (*middle)[well], (*top)[well], (*bottom)[well]) > kStraight)
-      return false;
+std::vector<size_t> SolvedRungs::Unasked(std::vector<size_t> rungs) const {
+  std::erase_if(rungs, [this](size_t rung) { return isAsked_[rung]; });
+  return rungs;
+}
+
+bool SolvedRungs::AreSolved(const std::vector<size_t>& rungs) const {
+  return std::ranges::all_of(rungs, [this](size_t rung) { return values_[rung].has_value(); });
+}
+
+/// Whether for every well a solved rung is what others say of it.
+bool SolvedRungs::Meets(size_t rung, const std::vector<size_t>& from) const {
+  const WellValues read = ReadOff(rung, from);
+  const WellValues& found = *values_[rung];
+  for (size_t well = 0; well < read.size(); ++well) {
+    const auto& top = (*values_.front())[well];
+    const auto& bottom = (*values_.back())[well];
+    if (MissOf(read[well], found[well], top, bottom) > kStraight) return false;
   }
   return true;
 }

@@ -11,11 +11,13 @@ namespace gantry::flowlink {
 ///
 /// Behind the first rung the last is solved and one in the middle. Where all wells are so straight
 /// that a line from the first rung to the last meets the middle one within `kStraight`, the others
-/// are read off the parabola through the three. Otherwise all are solved, and so they are where
-/// flow finds no solution for one of them; that one is read off its nearest neighbours then.
+/// are read off the parabola through the three. Otherwise one more is solved on either side of the
+/// middle; where both meet that parabola as closely, the others are read off the parabolas through
+/// their nearest three of the five. Otherwise all are solved, and so they are where flow finds no
+/// solution for one of them; that one is read off its nearest neighbours then.
 class SolvedRungs {
  public:
-  /// By how much, as `MissOf` tells it, a middle rung may lie off the line.
+  /// By how much, as `MissOf` tells it, a rung may lie off what is read for it.
   static constexpr double kStraight = 0.005;
 
   /// The rungs' shares of the first one's rates, falling, and the first one's answer.
@@ -31,7 +33,9 @@ class SolvedRungs {
   bool IsSolved(size_t rung) const { return values_[rung].has_value(); }
 
  private:
-  bool IsStraight() const;
+  std::vector<size_t> Unasked(std::vector<size_t> rungs) const;
+  bool AreSolved(const std::vector<size_t>& rungs) const;
+  bool Meets(size_t rung, const std::vector<size_t>& from) const;
   std::vector<size_t> Nearest(size_t rung, const std::vector<size_t>& among, size_t count) const;
   WellValues ReadOff(size_t rung, const std::vector<size_t>& from) const;
 
@@ -39,6 +43,8 @@ class SolvedRungs {
   std::vector<std::optional<WellValues>> values_;
   std::vector<bool> isAsked_;
   size_t middle_;
+  std::vector<size_t> coarse_;  ///< the first, the middle and the last
+  std::vector<size_t> between_;
   bool solvesAll_;
 };
 
