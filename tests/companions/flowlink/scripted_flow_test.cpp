@@ -39,47 +39,23 @@ while order["do"] != "finish":
     order = json.loads(lines.readline())
 )";
 
-constexpr const char* kDeck = R"(RUNSPEC
-START
- 1 JAN 2020 /
-OIL
-SCHEDULE
-WCONPROD
- P OPEN ORAT 50 4* 100 /
-/
-TSTEP
- 2*10 /
-WELTARG
- P ORAT 45 /
-/
-WELOPEN
- Q SHUT /
-/
-ACTIONX
-WELOPEN
- P SHUT /
-/
-ENDACTIO
-TSTEP
- 10 /
-WCONPROD
- Q OPEN ORAT FUQ /
-/
-TSTEP
- 10 /
-)";
+const std::string kDeck =
+    "RUNSPEC\nSTART\n 1 JAN 2020 /\nOIL\nSCHEDULE\nWCONPROD\n P OPEN ORAT 50 4* 100 /\n/\n"
+    "TSTEP\n 2*10 /\nWELTARG\n P ORAT 45 /\n/\nWELOPEN\n Q SHUT /\n/\n"
+    "ACTIONX\nWELOPEN\n P SHUT /\n/\nENDACTIO\nTSTEP\n 2*10 /\n";
 
 class ScriptedFlow : public ::testing::Test {
  protected:
   /// `solved`: the days of the tiny steps for which there is a solution; "begin": only at first.
-  void Start(const std::string& solved) {
+  void Start(const std::string& solved, const std::string& more = "") {
     flow_.reset();
     LinkSettings settings;
-    settings.deck = folder_.Write("A.DATA", kDeck);
+    settings.deck = folder_.Write("A.DATA", kDeck + more);
     settings.program = folder_.Write("flow", kScript);
     fs::permissions(settings.program, fs::perms::owner_all);
     settings.grid.kind = ReportGrid::Kind::kDeck;
     settings.keptLimits = {"bottom_hole_pressure"};
+    settings.wells = wells_;
     settings.options = {"--solved=" + solved};
     flow_ = std::make_unique<FlowSimulator>(settings, "A", folder_ / "A.flow");
     flow_->ContinueToFirstNewton();
@@ -94,6 +70,7 @@ class ScriptedFlow : public ::testing::Test {
   }
 
   gantry::test::TestFolder folder_;
+  std::vector<std::string> wells_;
   std::unique_ptr<FlowSimulator> flow_;
 };
 
@@ -148,6 +125,15 @@ TEST_F(ScriptedFlow, HoldsAWellByItsPressureThatIsToGiveAllItCan) {
         << Written("A.DATA");
     EXPECT_EQ(Oil(), 40) << "what the run has just done";
   }
+}
+
+TEST_F(ScriptedFlow, RefusesToTakeOverWellsThatAreTheDecks) {
+  wells_ = {"I*"};
+  Start("0.0005");
+  EXPECT_THROW(Limit(20), simulator::RequestRefused);
+  wells_ = {};
+  Start("0.0005", "WELTARG\n P ORAT FUMOST /\n/\nTSTEP\n 10 /\n");
+  EXPECT_THROW(Limit(20), simulator::RequestRefused) << "held by a quantity";
 }
 
 TEST_F(ScriptedFlow, LeavesAListOfWhatGivesWayToTheHost) {

@@ -113,11 +113,8 @@ TEST(WellControls, ShutAWellOnlyWhenTheHostWantsNothingOfIt) {
 }
 
 TEST(WellControls, RefuseALimitThatFlowCantHold) {
-  EXPECT_THROW(CheckConstraint("DRAWDOWN_PIW", WellKind::kProducer, "P"),
-               simulator::RequestRefused);
   EXPECT_THROW(CheckConstraint("OIL_PRODUCTION_RATE", WellKind::kGasInjector, "I"),
                simulator::RequestRefused);
-  EXPECT_NO_THROW(CheckConstraint("WATER_INJECTION_RATE", WellKind::kWaterInjector, "I"));
 }
 
 }  // namespace

