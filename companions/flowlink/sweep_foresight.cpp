@@ -3,6 +3,7 @@
 #include <cmath>
 #include <optional>
 
+#include "client/inflow_sweep.h"
 #include "flowlink/flow_items.h"
 
 namespace gantry::flowlink {
@@ -11,16 +12,10 @@ namespace {
 
 using simulator::WellConstraint;
 
-constexpr int kRungs = 10;
 constexpr double kSameShare = 1e-9;
 constexpr double kSkewnessDigits = 1e6;
 constexpr double kLeastSkewness = 0.01;
 constexpr double kMostSkewness = 20.0;
-
-/// What is left after so many rungs of the ladder, computed as the driver does.
-double ShareAfter(int rungs, double skewness) {
-  return std::pow(static_cast<double>(kRungs - rungs) / kRungs, skewness);
-}
 
 std::optional<double> RateOf(const WellConstraint& limit, const std::vector<double>& values) {
   const auto item = FindFlowItem(limit.item);
@@ -61,7 +56,7 @@ Sweep ForeseeSweep(const std::vector<HostControls>& present, const WellValues& b
   if (!(skewness >= kLeastSkewness && skewness <= kMostSkewness)) return {};
   if (!AreAt(ShareAfter(1, skewness), present, before)) return {};
   Sweep sweep = {{1.0, ShareAfter(1, skewness)}, {present}};
-  for (int rung = 2; rung < kRungs; ++rung) {
+  for (int rung = 2; rung < kSweepRungs; ++rung) {
     sweep.shares.push_back(ShareAfter(rung, skewness));
     std::vector<HostControls>& controls = sweep.controls.emplace_back(present);
     for (size_t well = 0; well < controls.size(); ++well) {

@@ -10,11 +10,15 @@
 
 namespace gantry {
 
-void Case::SetDataFile(const char* path) {
+int32_t Case::SetDataFile(const char* path) {
   if (Settings.ConnectionMode == kLocalComputer) Settings.FileName = path;
+  return 0;
 }
 
-void Case::SetDataFolder(const std::string& folder) { PointAtFolder(folder, false); }
+int32_t Case::SetDataFolder(const std::string& folder) {
+  PointAtFolder(folder, false);
+  return 0;
+}
 
 void Case::PointAtFolder(const std::string& folder, bool onlyIfThere) {
   const std::string name = folder + platform::kPathSeparator + Settings.GetCaseBaseName() + ".afi";
@@ -37,11 +41,12 @@ int32_t Case::DescribeDataFile(EnumDataFilesRow& row) const {
   return 0;
 }
 
-void Case::SetStoreFile(const char* path, bool load, InflowModel& inflow,
-                        CExportedVariables& variables) {
+int32_t Case::SetStoreFile(const char* path, bool load, InflowModel& inflow,
+                           CExportedVariables& variables) {
   storeFile_ = path;
   const auto loadInflow = [&](intptr_t file) { inflow.Load(file); };
   holdsForeignState_ = load && !ReadStateFile(storeFile_, loadInflow, variables);
+  return 0;
 }
 
 int32_t Case::Save(char* buffer, uint32_t capacity, InflowModel& inflow,

@@ -18,13 +18,13 @@ class InflowModel;
 /// takes no lock. Results are those of the host's operations.
 class Case {
  public:
-  void SetDataFile(const char* path);
-  void SetDataFolder(const std::string& folder);
+  int32_t SetDataFile(const char* path);
+  int32_t SetDataFolder(const std::string& folder);
   int32_t DescribeDataFile(EnumDataFilesRow& row) const;
 
   /// The store file keeps the inflow model and the exported variables.
-  void SetStoreFile(const char* path, bool load, InflowModel& inflow,
-                    CExportedVariables& variables);
+  int32_t SetStoreFile(const char* path, bool load, InflowModel& inflow,
+                       CExportedVariables& variables);
   int32_t Save(char* buffer, uint32_t capacity, InflowModel& inflow, CExportedVariables& variables,
                ExtErrorBlock* err);
   int32_t Load(const CaseDataRecord& record, ExtErrorBlock* err);

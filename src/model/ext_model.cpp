@@ -21,45 +21,9 @@ int32_t CExtModel::StopSimulator(ExtErrorBlock* err) {
   return CloseSimulator() > 0 ? Fail(err, "Failed to stop simulator") : 0;
 }
 
-int32_t CExtModel::StartApplication(uint32_t /*value*/, ExtErrorBlock* err) {
-  return StartSimulator(nullptr, err);
-}
-
 int32_t CExtModel::ImportComposition(void* /*window*/, void* /*data*/, bool /*flag*/,
                                      ExtErrorBlock* err) {
   return Fail(err, "Compositional import from IX not supported yet");
-}
-
-int32_t CExtModel::EnumSources(EnumSourcesRow* row, uint32_t mode, ExtErrorBlock* /*err*/) {
-  return case_.EnumWells(*row, mode);
-}
-
-int32_t CExtModel::SetConnection(const SetConnectionRequest* request, ExtErrorBlock* err) {
-  return case_.SetConnection(request->well, request->connected != 0, err);
-}
-
-int32_t CExtModel::SetDataFile(const SetDataFileRecord* record, ExtErrorBlock* /*err*/) {
-  case_.SetDataFile(record->path);
-  return 0;
-}
-
-int32_t CExtModel::SetDataFolder(const char* folder, ExtErrorBlock* /*err*/) {
-  case_.SetDataFolder(folder);
-  return 0;
-}
-
-int32_t CExtModel::EnumDataFiles(EnumDataFilesRow* row, uint32_t /*value*/,
-                                 ExtErrorBlock* /*err*/) {
-  return case_.DescribeDataFile(*row);
-}
-
-int32_t CExtModel::SetStoreFile(const char* path, bool load, ExtErrorBlock* /*err*/) {
-  case_.SetStoreFile(path, load, inflow_, published_.List);
-  return 0;
-}
-
-int32_t CExtModel::SaveCaseData(char* buffer, uint32_t capacity, ExtErrorBlock* err) {
-  return case_.Save(buffer, capacity, inflow_, published_.List, err);
 }
 
 int32_t CExtModel::LoadCaseData(const CaseDataRecord* record, ExtErrorBlock* err) {

@@ -36,9 +36,15 @@ class CExtModel : public CExtInterface, public EditedCase, public InflowDriver {
   CExtModel& operator=(const CExtModel&) = delete;
 
   // Lifecycle and the wells of the case.
-  int32_t EnumSources(EnumSourcesRow* row, uint32_t mode, ExtErrorBlock* err) override;
-  int32_t SetConnection(const SetConnectionRequest* request, ExtErrorBlock* err) override;
-  int32_t StartApplication(uint32_t value, ExtErrorBlock* err) override;
+  int32_t EnumSources(EnumSourcesRow* row, uint32_t mode, ExtErrorBlock*) override {
+    return case_.EnumWells(*row, mode);
+  }
+  int32_t SetConnection(const SetConnectionRequest* request, ExtErrorBlock* err) override {
+    return case_.SetConnection(request->well, request->connected != 0, err);
+  }
+  int32_t StartApplication(uint32_t, ExtErrorBlock* err) override {
+    return StartSimulator(nullptr, err);
+  }
   int32_t StopApplication() override { return CloseSimulator(); }
   int32_t StopSimulator(ExtErrorBlock* err) override;
   int32_t CloseSimulator() override;
@@ -46,14 +52,18 @@ class CExtModel : public CExtInterface, public EditedCase, public InflowDriver {
 
   // Start-up and static data.
   int32_t StartSimulator(const SimulatorStartRecord* record, ExtErrorBlock* err) override;
-  int32_t StartRun(const RunStartRecord* record, ExtErrorBlock* err) override;
+  int32_t StartRun(const RunStartRecord* record, ExtErrorBlock* err) override {
+    return RunStart(false, *record, err);
+  }
   int32_t GetFluidModel(FluidModelRecord* record, ExtErrorBlock* err) override;
   int32_t GetSimulationDate(DateRecord* record, ExtErrorBlock* err) override;
 
   // The step.
-  int32_t SetTimestepData(void* data, bool flag, ExtErrorBlock* err) override;
+  int32_t SetTimestepData(void*, bool, ExtErrorBlock* err) override { return ReadWells(true, err); }
   int32_t ApplyOperatingPoints(ExtErrorBlock* err) override;
-  int32_t Timestep(const TimestepRecord* record, ExtErrorBlock* err) override;
+  int32_t Timestep(const TimestepRecord* record, ExtErrorBlock* err) override {
+    return StepBy(record->stepDays, err);
+  }
 
   // Inflow and operating points.
   int32_t GetIPR(_tGetSetData* record, ExtErrorBlock* err) override;
@@ -64,21 +74,37 @@ class CExtModel : public CExtInterface, public EditedCase, public InflowDriver {
   int32_t SetProperty(const SetPropertyRequest* request, ExtErrorBlock* err) override;
   int32_t DoCommand(const char* text, ExtErrorBlock* err) override;
   int32_t GetDescription(char* buffer, uint32_t length, ExtErrorBlock* err) override;
-  int32_t GetVariableNames(VariableNamesRecord* record, ExtErrorBlock* err) override;
-  int32_t EnumPublishedVariables(PublishedVariableRow* row, ExtErrorBlock* err) override;
+  int32_t GetVariableNames(VariableNamesRecord* record, ExtErrorBlock*) override {
+    return FillVariableNames(*record);
+  }
+  int32_t EnumPublishedVariables(PublishedVariableRow* row, ExtErrorBlock*) override {
+    return published_.Next(*row, case_.ComponentNames);
+  }
   int32_t EvalPublishedVariables(EvalPublishedRequest* request, ExtErrorBlock* err) override;
-  int32_t DelPublishedVariable(int32_t handle, ExtErrorBlock* err) override;
+  int32_t DelPublishedVariable(int32_t handle, ExtErrorBlock* err) override {
+    return published_.Delete(handle, field_.FluidModel.componentNames.size(), err);
+  }
 
   int32_t GetEquipmentXml(EquipmentModel& equipment, bool withoutVariables,
                           const std::vector<std::string>& names) override;
 
   // The case and its files.
-  int32_t SaveCaseData(char* buffer, uint32_t capacity, ExtErrorBlock* err) override;
+  int32_t SaveCaseData(char* buffer, uint32_t capacity, ExtErrorBlock* err) override {
+    return case_.Save(buffer, capacity, inflow_, published_.List, err);
+  }
   int32_t LoadCaseData(const CaseDataRecord* record, ExtErrorBlock* err) override;
-  int32_t SetDataFile(const SetDataFileRecord* record, ExtErrorBlock* err) override;
-  int32_t SetDataFolder(const char* folder, ExtErrorBlock* err) override;
-  int32_t SetStoreFile(const char* path, bool load, ExtErrorBlock* err) override;
-  int32_t EnumDataFiles(EnumDataFilesRow* row, uint32_t value, ExtErrorBlock* err) override;
+  int32_t SetDataFile(const SetDataFileRecord* record, ExtErrorBlock*) override {
+    return case_.SetDataFile(record->path);
+  }
+  int32_t SetDataFolder(const char* folder, ExtErrorBlock*) override {
+    return case_.SetDataFolder(folder);
+  }
+  int32_t SetStoreFile(const char* path, bool load, ExtErrorBlock*) override {
+    return case_.SetStoreFile(path, load, inflow_, published_.List);
+  }
+  int32_t EnumDataFiles(EnumDataFilesRow* row, uint32_t, ExtErrorBlock*) override {
+    return case_.DescribeDataFile(*row);
+  }
 
   // Dialogs.
   int32_t Edit(void* window, uint32_t* changed, ExtErrorBlock* err) override;

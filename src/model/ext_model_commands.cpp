@@ -128,15 +128,6 @@ int32_t CExtModel::GetDescription(char* buffer, uint32_t length, ExtErrorBlock* 
   return 0;
 }
 
-int32_t CExtModel::GetVariableNames(VariableNamesRecord* record, ExtErrorBlock* /*err*/) {
-  FillVariableNames(*record);
-  return 0;
-}
-
-int32_t CExtModel::EnumPublishedVariables(PublishedVariableRow* row, ExtErrorBlock* /*err*/) {
-  return published_.Next(*row, case_.ComponentNames);
-}
-
 int32_t CExtModel::EvalPublishedVariables(EvalPublishedRequest* request, ExtErrorBlock* err) {
   const platform::SingleLock lock(run_.Lock);
   if (!IsRunning()) return 0;
@@ -146,10 +137,6 @@ int32_t CExtModel::EvalPublishedVariables(EvalPublishedRequest* request, ExtErro
   };
   return published_.Evaluate(*request, field_.FluidModel.componentNames.size(), *run_.Connector(),
                              case_.Wells, notify, err);
-}
-
-int32_t CExtModel::DelPublishedVariable(int32_t handle, ExtErrorBlock* err) {
-  return published_.Delete(handle, field_.FluidModel.componentNames.size(), err);
 }
 
 void CExtModel::TellHost(const std::string& text, HostTextCallback callback) {

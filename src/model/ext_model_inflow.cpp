@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "model/ext_model.h"
+#include "model/inflow_points.h"
 #include "model/model_failure.h"
 
 namespace gantry {
@@ -15,13 +16,8 @@ namespace {
 /// What the host sees of the inflow, after the library may have changed it.
 void KeepHostInflow(const _tGetSetData& record, std::vector<IPRPoint>& points) {
   constexpr auto most = static_cast<int32_t>(kMaxInflowPoints);
-  points.assign(static_cast<size_t>(std::clamp(record.pointCount, 0, most)), IPRPoint());
-  for (size_t i = 0; i < points.size(); ++i) {
-    points[i].Pressure = record.pressure[i];
-    points[i].OilRate = record.oilRate[i];
-    points[i].GasRate = record.gasRate[i];
-    points[i].WaterRate = record.waterRate[i];
-  }
+  points.resize(static_cast<size_t>(std::clamp(record.pointCount, 0, most)));
+  for (size_t i = 0; i < points.size(); ++i) points[i] = PointOf(record, i);
 }
 
 int32_t FailNoWell(ExtErrorBlock* err, const char* word, int32_t well, const char* ending) {
@@ -110,10 +106,7 @@ int32_t CExtModel::ReadInflow(int32_t well, _tGetSetData& record, ExtErrorBlock*
 int32_t CExtModel::ReadCurrent(int32_t well, _tGetSetData& record, ExtErrorBlock* err) {
   const Source* const source = field_.Find(well);
   if (source == nullptr) return FailNoWell(err, "number", well, "");
-  record.pressure[0] = source->Current.Pressure;
-  record.oilRate[0] = source->Current.OilRate;
-  record.gasRate[0] = source->Current.GasRate;
-  record.waterRate[0] = source->Current.WaterRate;
+  SetPoint(record, 0, source->Current);
   return 0;
 }
 

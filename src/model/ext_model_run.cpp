@@ -41,10 +41,6 @@ int32_t CExtModel::ReadStaticData(ExtErrorBlock* err) {
                    });
 }
 
-int32_t CExtModel::StartRun(const RunStartRecord* record, ExtErrorBlock* err) {
-  return RunStart(false, *record, err);
-}
-
 int32_t CExtModel::RunStart(bool allWells, const RunStartRecord& record, ExtErrorBlock* err) {
   const platform::SingleLock lock(run_.Lock);
   run_.StopRequested = false;
@@ -115,10 +111,6 @@ int32_t CExtModel::GetSimulationDate(DateRecord* record, ExtErrorBlock* /*err*/)
   return 0;
 }
 
-int32_t CExtModel::SetTimestepData(void* /*data*/, bool /*flag*/, ExtErrorBlock* err) {
-  return ReadWells(true, err);
-}
-
 int32_t CExtModel::ReadWells(bool connectedOnly, ExtErrorBlock* err) {
   return run_.With(err, "Connection to simulator failed while getting well data (SetTimestepData)",
                    [&](CExtConnectorBase& connector) {
@@ -137,10 +129,6 @@ int32_t CExtModel::ApplyOperatingPoints(ExtErrorBlock* err) {
     opPointsApplied_ = true;
     return 0;
   });
-}
-
-int32_t CExtModel::Timestep(const TimestepRecord* record, ExtErrorBlock* err) {
-  return StepBy(record->stepDays, err);
 }
 
 int32_t CExtModel::StepBy(double days, ExtErrorBlock* err) {

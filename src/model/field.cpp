@@ -5,6 +5,7 @@
 #include <span>
 
 #include "model/fluid_record.h"
+#include "model/inflow_points.h"
 #include "model/well_reading.h"
 
 namespace gantry {
@@ -28,10 +29,7 @@ double MassRate(double oil, double gas, const _tGetSetData& record) {
 
 void FillPoints(const Source& source, std::span<const IPRPoint> points, _tGetSetData& record) {
   for (size_t i = 0; i < points.size(); ++i) {
-    record.oilRate[i] = points[i].OilRate;
-    record.waterRate[i] = points[i].WaterRate;
-    record.gasRate[i] = points[i].GasRate;
-    record.pressure[i] = points[i].Pressure;
+    SetPoint(record, i, points[i]);
     record.pointValue[i] = source.PointValue;
     record.massRate[i] = MassRate(record.oilRate[i], record.gasRate[i], record);
   }
@@ -119,11 +117,7 @@ void Field::TakeOperatingPoint(const _tGetSetData& record, Source& source) const
   source.RequestedStatus = record.isShut == 0 ? kOpen : ShutState(record.shutInCode);
   source.OnTimeFraction = 1.0 - record.downFraction;
   IPRPoint& point = source.OpPoint;
-  point = {.Pressure = record.pressure[0],
-           .OilRate = record.oilRate[0],
-           .GasRate = record.gasRate[0],
-           .WaterRate = record.waterRate[0],
-           .Composition = {}};
+  point = PointOf(record, 0);
   if (Compositional && source.SourceType == kGasInjector) {
     constexpr auto most = static_cast<int32_t>(kMaxComponents);
     const auto count = static_cast<size_t>(std::clamp(record.fluid.componentCount, 0, most));

@@ -1,20 +1,8 @@
 #include "model/inflow_model.h"
 
-#include <utility>
+#include "model/inflow_points.h"
 
 namespace gantry {
-namespace {
-
-/// Puts a well's state into the first points of a record, and gives back what stood there.
-IPRPoint ExchangeState(_tGetSetData& record, const IPRPoint& state) {
-  return {.Pressure = std::exchange(record.pressure[0], state.Pressure),
-          .OilRate = std::exchange(record.oilRate[0], state.OilRate),
-          .GasRate = std::exchange(record.gasRate[0], state.GasRate),
-          .WaterRate = std::exchange(record.waterRate[0], state.WaterRate),
-          .Composition = {}};
-}
-
-}  // namespace
 
 InflowModel::InflowModel(void* model, const InflowCallbacks& callbacks)
     : handle_(library_.CreateIPRModel(model)), state_(std::make_unique<_tGetSetData>()) {
@@ -40,9 +28,10 @@ void InflowModel::RegisterWells(const SourceList& sources) {
 // The library may ask for another well's table while it reads this one's state, which then stands
 // in the same record again; or it may restart the simulator, which drops the source and its name.
 void InflowModel::Transform(std::string well, const IPRPoint& state, _tGetSetData& record) {
-  const IPRPoint outer = ExchangeState(*state_, state);
+  const IPRPoint outer = PointOf(*state_, 0);
+  SetPoint(*state_, 0, state);
   library_.TransformIPR(handle_, well.c_str(), state_.get(), &record);
-  ExchangeState(*state_, outer);
+  SetPoint(*state_, 0, outer);
 }
 
 }  // namespace gantry

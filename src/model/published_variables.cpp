@@ -116,7 +116,7 @@ void PublishedVariables::Prune(const StaticWellDataCollection& wells, bool compo
   }
 }
 
-void FillVariableNames(VariableNamesRecord& record) {
+int32_t FillVariableNames(VariableNamesRecord& record) {
   CopyBounded(record.reservoirProductionRate, "Well[{~}].RES_VOLUME_PRODUCTION_RATE_FIELD");
   CopyBounded(record.reservoirInjectionRate, "Well[{~}].RES_VOLUME_INJECTION_RATE_FIELD");
   CopyBounded(record.reservoirProductionCumulative, "Well[{~}].RES_VOLUME_PRODUCTION_CUML_FIELD");
@@ -130,6 +130,7 @@ void FillVariableNames(VariableNamesRecord& record) {
   record.reservoirCumulativeFactor = 1.0;
   record.liquidRateFactor = 1.0;
   record.gasRateFactor = 1.0;
+  return 0;
 }
 
 }  // namespace gantry

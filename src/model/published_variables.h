@@ -33,6 +33,6 @@ class PublishedVariables {
 };
 
 /// The paths of the variables that the host asks for by itself.
-void FillVariableNames(VariableNamesRecord& record);
+int32_t FillVariableNames(VariableNamesRecord& record);
 
 }  // namespace gantry

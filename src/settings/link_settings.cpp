@@ -11,9 +11,6 @@ namespace gantry {
 
 namespace {
 
-constexpr int32_t kLeastParallel = 1;
-constexpr int32_t kMostParallel = 512;
-
 using TextField = std::string LinkSettings::*;
 using NumberField = int32_t LinkSettings::*;
 
@@ -63,9 +60,11 @@ bool LinkSettings::Handle(TagParser& parser, TagContext /*context*/) {
     return true;
   }
   if (!parser.IntProperty(Parallel, "Parallel")) return false;
-  Parallel = std::clamp(Parallel, kLeastParallel, kMostParallel);
+  ClampParallel();
   return true;
 }
+
+void LinkSettings::ClampParallel() { Parallel = std::clamp(Parallel, 1, 512); }
 
 const std::string& LinkSettings::GetName() const {
   static const std::string none;

@@ -27,6 +27,8 @@ class LinkSettings : public CExtDataServerObject {
   std::string GetBackupFileName() const;
   std::string GetScriptFileName() const;
 
+  /// Corrects a number of processors that no run can have.
+  void ClampParallel();
   /// The last used values of this user. A missing value leaves its field; failures are ignored.
   void LoadFromRegistry();
   void SaveToRegistry() const;

@@ -48,6 +48,12 @@ struct TreePlace {
   bool operator==(const TreePlace&) const = default;
 };
 
+/// Of the items of a tree's top level.
+auto& ItemAt(auto& items, const TreePlace& place) {
+  auto& parent = items.at(place.parent);
+  return place.child ? parent.children.at(*place.child) : parent;
+}
+
 struct FileRequest {
   const char* defaultExtension;
   const char* filters;      ///< pairs of a name and a pattern, each followed by "|"

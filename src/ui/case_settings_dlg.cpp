@@ -20,8 +20,6 @@ namespace {
 constexpr uint32_t kHelpTopic = 13930;
 constexpr int kStopTests = 20;
 constexpr int kStopTestMilliseconds = 1000;
-constexpr int32_t kLeastParallel = 1;
-constexpr int32_t kMostParallel = 512;
 
 /// The simulator versions on a cluster that can be chosen.
 struct LinuxVersion {
@@ -177,7 +175,7 @@ void CCaseSettingsDlg::Save(DialogWindow& window) const {
   live_.CloseUnconnectedWells = window.IsChecked(kCloseUnconnected);
   live_.IPRModel = window.Selection(kIPRModel);
   live_.UpTimeMode = window.Selection(kDowntime);
-  live_.Parallel = std::clamp(live_.Parallel, kLeastParallel, kMostParallel);
+  live_.ClampParallel();
   live_.SaveToRegistry();
 }
 

@@ -65,13 +65,8 @@ std::vector<TreeItem> VariableTree::Show() {
   return shown;
 }
 
-TreeItem& VariableTree::ItemAt(const TreePlace& place) {
-  TreeItem& parent = items_.at(place.parent);
-  return place.child ? parent.children.at(*place.child) : parent;
-}
-
 bool VariableTree::Toggle(const TreePlace& place) {
-  TreeItem& item = ItemAt(place);
+  TreeItem& item = ItemAt(items_, place);
   item.isChecked = !item.isChecked;
   return item.isChecked;
 }
@@ -89,10 +84,10 @@ const std::vector<TreePlace>& VariableTree::PlacesOf(const std::string& text) {
 }
 
 std::vector<TreePlace> VariableTree::CheckNamesakes(const TreePlace& place) {
-  const TreeItem& leader = ItemAt(place);
+  const TreeItem& leader = ItemAt(items_, place);
   std::vector<TreePlace> changed;
   for (const TreePlace& other : PlacesOf(leader.text)) {
-    TreeItem& item = ItemAt(other);
+    TreeItem& item = ItemAt(items_, other);
     if (item.isChecked == leader.isChecked) continue;
     item.isChecked = leader.isChecked;
     changed.push_back(other);

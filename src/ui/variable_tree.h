@@ -39,7 +39,6 @@ class VariableTree {
 
  private:
   platform::TreeItem& ParentItem(const CExportedVariableWellParent& parent);
-  platform::TreeItem& ItemAt(const platform::TreePlace& place);
   const std::vector<platform::TreePlace>& PlacesOf(const std::string& text);
 
   std::vector<platform::TreeItem> items_;

@@ -16,7 +16,7 @@ void TreeModel::SetItems(std::vector<TreeItem> items) {
 }
 
 void TreeModel::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {
-  for (const TreePlace& place : places) ItemAt(place).isChecked = isChecked;
+  for (const TreePlace& place : places) ItemAt(items_, place).isChecked = isChecked;
 }
 
 // A child's index carries its parent's row plus 1, an item of the top level 0.
@@ -45,15 +45,6 @@ TreePlace TreeModel::PlaceOf(const QModelIndex& index) const {
   return {static_cast<size_t>(index.internalId() - 1), row};
 }
 
-const TreeItem& TreeModel::ItemAt(const TreePlace& place) const {
-  const TreeItem& parent = items_[place.parent];
-  return place.child ? parent.children[*place.child] : parent;
-}
-
-TreeItem& TreeModel::ItemAt(const TreePlace& place) {
-  return const_cast<TreeItem&>(std::as_const(*this).ItemAt(place));
-}
-
 const QIcon& TreeModel::IconOf(int picture) const {
   static std::map<int, QIcon> icons;
   const auto found = icons.find(picture);
@@ -62,7 +53,7 @@ const QIcon& TreeModel::IconOf(int picture) const {
 
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  const TreeItem& item = ItemAt(PlaceOf(index));
+  const TreeItem& item = ItemAt(items_, PlaceOf(index));
   switch (role) {
     case Qt::DisplayRole:
       return ToQt(item.text);
@@ -78,7 +69,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
 bool TreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (!index.isValid() || role != Qt::CheckStateRole) return false;
   const TreePlace place = PlaceOf(index);
-  TreeItem& item = ItemAt(place);
+  TreeItem& item = ItemAt(items_, place);
   const bool isChecked = value.toInt() == Qt::Checked;
   if (item.isChecked == isChecked) return true;
   item.isChecked = isChecked;

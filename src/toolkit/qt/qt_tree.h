@@ -32,8 +32,6 @@ class TreeModel : public QAbstractItemModel {
 
  private:
   TreePlace PlaceOf(const QModelIndex& index) const;
-  const TreeItem& ItemAt(const TreePlace& place) const;
-  TreeItem& ItemAt(const TreePlace& place);
   const QIcon& IconOf(int picture) const;
 
   std::vector<TreeItem> items_;

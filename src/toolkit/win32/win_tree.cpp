@@ -147,19 +147,14 @@ void WinTree::SetBox(HTREEITEM box, bool isChecked) {
   isSettingBox_ = false;
 }
 
-TreeItem& WinTree::ItemAt(const TreePlace& place) {
-  TreeItem& parent = items_[place.parent];
-  return place.child ? parent.children[*place.child] : parent;
-}
-
 void WinTree::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {
-  for (const TreePlace& place : places) ItemAt(place).isChecked = isChecked;
+  for (const TreePlace& place : places) ItemAt(items_, place).isChecked = isChecked;
   ::InvalidateRect(control_, nullptr, FALSE);
   ::UpdateWindow(control_);
 }
 
 void WinTree::Toggle(const TreePlace& place) {
-  TreeItem& item = ItemAt(place);
+  TreeItem& item = ItemAt(items_, place);
   // The control toggles what its box shows.
   if (IsBoxChecked(HandleOf(place)) != item.isChecked) SetBox(HandleOf(place), item.isChecked);
   item.isChecked = !item.isChecked;
@@ -169,7 +164,7 @@ std::optional<TreePlace> WinTree::TakeChange(const NMTVITEMCHANGE& change) {
   const UINT boxes = TVIS_STATEIMAGEMASK;
   if (isSettingBox_ || ((change.uStateNew ^ change.uStateOld) & boxes) == 0) return std::nullopt;
   const TreePlace place = PlaceOfMark(change.lParam);
-  TreeItem& item = ItemAt(place);
+  TreeItem& item = ItemAt(items_, place);
   const bool isChecked = (change.uStateNew & boxes) == CheckState(true);
   if (item.isChecked == isChecked) return std::nullopt;
   item.isChecked = isChecked;
@@ -182,7 +177,7 @@ LRESULT WinTree::OnPaint(const NMTVCUSTOMDRAW& draw) {
   const TreePlace place = PlaceOfMark(draw.nmcd.lItemlParam);
   if (place.parent >= items_.size()) return CDRF_DODEFAULT;
   const auto handle = reinterpret_cast<HTREEITEM>(draw.nmcd.dwItemSpec);
-  const bool isChecked = ItemAt(place).isChecked;
+  const bool isChecked = ItemAt(items_, place).isChecked;
   if (IsBoxChecked(handle) != isChecked) SetBox(handle, isChecked);
   return CDRF_DODEFAULT;
 }

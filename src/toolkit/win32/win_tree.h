@@ -54,7 +54,6 @@ class WinTree {
   bool IsBoxChecked(HTREEITEM item) const;
   void SetBox(HTREEITEM item, bool isChecked);
   std::unordered_set<uintptr_t> OpenParents() const;
-  TreeItem& ItemAt(const TreePlace& place);
   HTREEITEM HandleOf(const TreePlace& place) const;
   TreePlace PlaceOf(HTREEITEM item) const;
   /// Of the number that the control keeps with an item.
