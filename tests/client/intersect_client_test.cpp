@@ -47,6 +47,7 @@ TEST(ClientSession, FollowsThePositionsThatTheSimulatorReports) {
   client->shutdown();
   EXPECT_EQ(client->position(), AlgorithmicPosition::END_SIMULATE);
   EXPECT_EQ(client->time(), 31.5) << "FINISHED carries no time";
+  EXPECT_EQ(position_name(AlgorithmicPosition::STARTING), "STARTING");
   EXPECT_EQ(Raised([] { position_name(static_cast<AlgorithmicPosition>(5)); }),
             "invalid_argument: Incorrect algorithmic position");
 }
@@ -152,19 +153,19 @@ TEST(ClientQueries, ReadInflowAndEveryFluidModel) {
 
 TEST(ClientQueries, TakeTheFluidModelUnderAnyNameUpTo2017_1) {
   const char* const request = "QUERY QFMFLUIDMODEL END";
-  const char* const reply = "REPLY ANYTHING{C1} END";
+  const char* const other = "REPLY ANYTHING{C1} END";
+  ScriptedPeer peer;
+  peer.Greet().Answer(request, other).Answer(request, "REPLY END").Reconnect();
+  peer.Greet().Answer(request, "REPLY NCOMPS{C1, C2} END").Expect(request).Reply(other);
   {
-    ScriptedPeer peer;
-    peer.Greet().Answer(request, reply).Answer(request, "REPLY END");
     Session2016 client(peer);
     EXPECT_EQ(client->get_fm_fluid_model(), Strings{"C1"});
     EXPECT_TRUE(client->get_fm_fluid_model().empty());
   }
-  ScriptedPeer peer;
-  peer.Greet().Answer(request, "REPLY NCOMPS{C1, C2} END").Expect(request).Reply(reply);
-  Session2017 client(peer);
-  EXPECT_EQ(client->get_fm_fluid_model(), (Strings{"C1", "C2"}));
-  EXPECT_EQ(Raised([&] { client->get_fm_fluid_model(); }),
+  Client2017 client;
+  client.connect("localhost", peer.Port(), kTimeout);
+  EXPECT_EQ(client.get_fm_fluid_model(), (Strings{"C1", "C2"}));
+  EXPECT_EQ(Raised([&] { client.get_fm_fluid_model(); }),
             WrongHeader("ANYTHING-1-CSTR", "NCOMPS-1-..."));
 }
 

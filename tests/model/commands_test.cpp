@@ -54,8 +54,7 @@ TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
     stepping.release();
     answered.acquire();
   };
-  StartSimulator();
-  ASSERT_EQ(StartRun({}), 0) << Error();
+  BeginRun({});
   int32_t result = -1;
   std::thread step([&] {
     TimestepRecord record = {};
@@ -108,8 +107,7 @@ TEST_F(Commands, SayWhatIsWrongWithThem) {
 }
 
 TEST_F(Commands, HoldOrdersBackAfterATimeThatHasPassed) {
-  StartSimulator();
-  ASSERT_EQ(StartRun({0}), 0);
+  BeginRun({0});
   StepBy(100.0);
   Operate(0, 100.0, 0.0, 0.0);
   peer.TakeOrders();

@@ -27,16 +27,13 @@ class InflowLibrary : public ModelTest {
     *probe = InflowProbe{};
   }
 
-  void ReadWells() {
-    StartSimulator();
-    ASSERT_EQ(StartRun({0, 1, 2}), 0) << Error();
-    ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
+  void ReadAll() {
+    ReadWells({0, 1, 2});
     probe->calls.clear();
   }
 
   std::unique_ptr<platform::DynamicLibrary> library;
   InflowProbe* probe = nullptr;
-  std::unique_ptr<_tGetSetData> record = std::make_unique<_tGetSetData>();
   char reason[IPR_TEXT_SIZE] = {};
 };
 
@@ -52,40 +49,40 @@ TEST_F(InflowLibrary, IsToldTheWellsOfEachStartAndTheModelsEnd) {
 }
 
 TEST_F(InflowLibrary, MayRewriteATable) {
-  ReadWells();
+  ReadAll();
   probe->pointsAfter = 3;
-  ASSERT_EQ(ReadInflow(0, *record), 0);
-  EXPECT_EQ(record->pointCount, 3);
-  EXPECT_EQ(record->oilRate[0], 1600.0);
+  ASSERT_EQ(ReadInflow(0, *inflow), 0);
+  EXPECT_EQ(inflow->pointCount, 3);
+  EXPECT_EQ(inflow->oilRate[0], 1600.0);
   EXPECT_EQ(probe->calls.front().substr(0, 29), "transform P1 105368 3.4e+35 0");
   StepBy(1.0);
   Command(EXT_SET_TIMESTEP_DATA);
   probe->pointsAfter = 4000;
-  ASSERT_EQ(ReadInflow(0, *record), 0);
+  ASSERT_EQ(ReadInflow(0, *inflow), 0);
   const auto& seen = static_cast<CExtModel*>(model)->Sources().Items[0].HostIPR;
   EXPECT_EQ(seen.size(), 10u) << "whatever number it leaves";
   EXPECT_EQ(probe->calls.back().find("3.4e+35"), std::string::npos) << "a step has been made";
   probe->calls.clear();
   Set("CaseDetails.IPRModel", "0");
-  ASSERT_EQ(ReadInflow(0, *record), 0);
+  ASSERT_EQ(ReadInflow(0, *inflow), 0);
   EXPECT_EQ(probe->calls, Texts{}) << "it isn't asked for block pressure";
 }
 
 TEST_F(InflowLibrary, MayReadAnotherWellOrStartTheSimulatorAnewInTheMidstOfATransformation) {
-  ReadWells();
+  ReadAll();
   Set("Well[0].CurOilRate", "111");
   Set("Well[1].CurOilRate", "222");
   probe->readsInside = 1;
-  ASSERT_EQ(ReadInflow(0, *record), 0);
+  ASSERT_EQ(ReadInflow(0, *inflow), 0);
   EXPECT_EQ(probe->stateOilAfterRead, 111.0);
   peer.ChangeWells([](std::vector<SimulatedWell>& wells) { std::swap(wells[0], wells[2]); });
   probe->restartsInside = true;
-  EXPECT_EQ(ReadInflow(0, *record), 0);
-  EXPECT_EQ(record->pointCount, 10);
+  EXPECT_EQ(ReadInflow(0, *inflow), 0);
+  EXPECT_EQ(inflow->pointCount, 10);
 }
 
 TEST_F(InflowLibrary, DrivesTheSimulatorThroughItsCallbacks) {
-  ReadWells();
+  ReadAll();
   Set("StaticWell[0].OpMode", "3");
   EXPECT_EQ(probe->elapsedDays(model), 0.0);
   ASSERT_EQ(probe->restart(model, reason), 0) << reason;
@@ -101,24 +98,24 @@ TEST_F(InflowLibrary, DrivesTheSimulatorThroughItsCallbacks) {
             "VALUES{OPEN, OPEN, SURFACE_SHUTIN}");
   EXPECT_EQ(orders[3], "CONTINUE_UNTIL TIME{5}");
   EXPECT_EQ(probe->elapsedDays(model), 5.0);
-  EXPECT_EQ(probe->readInflow(model, 0, record.get(), reason), 0);
-  EXPECT_EQ(record->well, 0);
-  EXPECT_EQ(record->pointCount, 10);
-  EXPECT_EQ(probe->readCurrent(model, 0, record.get(), reason), 0);
-  EXPECT_GT(record->pressure[0], 0.0);
+  EXPECT_EQ(probe->readInflow(model, 0, inflow.get(), reason), 0);
+  EXPECT_EQ(inflow->well, 0);
+  EXPECT_EQ(inflow->pointCount, 10);
+  EXPECT_EQ(probe->readCurrent(model, 0, inflow.get(), reason), 0);
+  EXPECT_GT(inflow->pressure[0], 0.0);
   EXPECT_EQ(Get("StaticWell[0].OpMode"), "3");
 }
 
 TEST_F(InflowLibrary, IsGivenTheReasonOfAFailureAtTheStartOfItsText) {
-  ReadWells();
+  ReadAll();
   const auto why = [this](int32_t result) { return std::string(result == 1 ? reason : "done"); };
-  EXPECT_EQ(why(probe->readInflow(model, 3, record.get(), reason)),
+  EXPECT_EQ(why(probe->readInflow(model, 3, inflow.get(), reason)),
             "The requested well number 4 does not exist (function call GetIPR).");
-  EXPECT_EQ(why(probe->readInflow(model, INT32_MAX, record.get(), reason)),
+  EXPECT_EQ(why(probe->readInflow(model, INT32_MAX, inflow.get(), reason)),
             "The requested well number 2147483648 does not exist (function call GetIPR).");
   EXPECT_EQ(why(probe->imposeRate(model, -1, 1.0, reason)),
             "The requested well No. 0 does not exist (function call SetOpPt).");
-  EXPECT_EQ(why(probe->readCurrent(model, 3, record.get(), reason)),
+  EXPECT_EQ(why(probe->readCurrent(model, 3, inflow.get(), reason)),
             "The requested well number 4 does not exist");
   Command(EXT_CLOSE_SIMULATOR);
   EXPECT_EQ(why(probe->advance(model, 1.0, reason)), "The simulation process is not running.");
@@ -129,7 +126,7 @@ TEST_F(InflowLibrary, IsGivenTheReasonOfAFailureAtTheStartOfItsText) {
 
 TEST_F(InflowLibrary, StepsACompositionalModelWithoutTheHostsInflow) {
   peer.components = {"C1", "C2"};
-  ReadWells();
+  ReadAll();
   peer.TakeOrders();
   probe->imposeRate(model, 0, 300.0, reason);
   ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0)

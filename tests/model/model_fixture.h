@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -39,6 +40,17 @@ class ModelTest : public ::testing::Test {
     peer.Start();
     ASSERT_EQ(Command(EXT_START_SIMULATOR), 0) << Error();
     peer.TakeOrders();
+  }
+  /// A run of these wells, and its orders so far forgotten.
+  void BeginRun(std::vector<int32_t> connected) {
+    StartSimulator();
+    ASSERT_EQ(Outcome(StartRun(std::move(connected))), "done");
+    peer.TakeOrders();
+  }
+  /// The same up to the inflow of its first step.
+  void ReadWells(std::vector<int32_t> connected) {
+    BeginRun(std::move(connected));
+    ASSERT_EQ(Outcome(Command(EXT_SET_TIMESTEP_DATA)), "done");
   }
   void NameCase() {
     Set("CaseDetails.SimExeName", HELD_SIMULATOR);
@@ -116,19 +128,21 @@ class ModelTest : public ::testing::Test {
   /// An open well on an oil rate (of a producer), or a water or gas rate (of an injector).
   int32_t Operate(int32_t well, double oil, double water, double gas, double pressure = 1000.0,
                   double down = 0.0) {
-    auto record = std::make_unique<_tGetSetData>();
-    record->well = well;
-    record->oilRate[0] = oil;
-    record->waterRate[0] = water;
-    record->gasRate[0] = gas;
-    record->pressure[0] = pressure;
-    record->downFraction = down;
-    return Command(EXT_SET_OP_PT, record.get());
+    *point = {};
+    point->well = well;
+    point->downFraction = down;
+    point->oilRate[0] = oil;
+    point->waterRate[0] = water;
+    point->gasRate[0] = gas;
+    point->pressure[0] = pressure;
+    return Command(EXT_SET_OP_PT, point.get());
   }
 
   TestFolder folder;
   FieldPeer peer;
   CGantryApp app;
+  std::unique_ptr<_tGetSetData> inflow = std::make_unique<_tGetSetData>();  ///< what is read
+  std::unique_ptr<_tGetSetData> point = std::make_unique<_tGetSetData>();   ///< what is set
   ExtErrorBlock err = {};
   void* model = nullptr;
 };

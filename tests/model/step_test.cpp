@@ -30,18 +30,12 @@ class Step : public ModelTest {
                   {.name = "G1", .type = "GAS_INJECTOR"}};
   }
 
-  void BeginRun(std::vector<int32_t> connected) {
-    StartSimulator();
-    ASSERT_EQ(StartRun(std::move(connected)), 0) << Error();
-    peer.TakeOrders();
-  }
-
   int32_t Shut(int32_t well, int32_t code) {
-    auto record = std::make_unique<_tGetSetData>();
-    record->well = well;
-    record->isShut = 1;
-    record->shutInCode = code;
-    return Command(EXT_SET_OP_PT, record.get());
+    *point = {};
+    point->well = well;
+    point->isShut = 1;
+    point->shutInCode = code;
+    return Command(EXT_SET_OP_PT, point.get());
   }
 };
 
@@ -99,14 +93,12 @@ TEST_F(Step, SendsItsOrdersOnceHoweverTheyWereAskedFor) {
 }
 
 TEST_F(Step, ReadsTheConnectedWellsAndRefusesOneThatItDoesNotKnow) {
-  BeginRun({0, 2});
-  ASSERT_EQ(Outcome(Command(EXT_SET_TIMESTEP_DATA)), "done");
-  auto record = std::make_unique<_tGetSetData>();
-  ASSERT_EQ(ReadInflow(0, *record), 0);
-  EXPECT_EQ(record->pointCount, 10);
-  ASSERT_EQ(ReadInflow(1, *record), 0);
-  EXPECT_EQ(record->pointCount, 0);
-  EXPECT_EQ(record->isShut, 1);
+  ReadWells({0, 2});
+  ASSERT_EQ(ReadInflow(0, *inflow), 0);
+  EXPECT_EQ(inflow->pointCount, 10);
+  ASSERT_EQ(ReadInflow(1, *inflow), 0);
+  EXPECT_EQ(inflow->pointCount, 0);
+  EXPECT_EQ(inflow->isShut, 1);
   peer.ChangeWells([this](std::vector<SimulatedWell>& wells) {
     peer.tellsOfAllWells = true;
     std::rotate(wells.begin(), wells.begin() + 1, wells.end());
@@ -131,15 +123,15 @@ TEST_F(Step, NeedsASimulatorThatHasNotComeToItsEnd) {
 
 TEST_F(Step, SaysWhereAConnectionBrokeAndStartsAnew) {
   BeginRun({0});
-  TimestepRecord record = {};
-  record.stepDays = 1.0;
+  TimestepRecord step = {};
+  step.stepDays = 1.0;
   for (const auto& [message, command, place] :
        {std::tuple{"QWELLS", EXT_SET_TIMESTEP_DATA, " while getting well data (SetTimestepData)"},
         {"SETWELLS", EXT_APPLY_OPERATING_POINTS, " (Timestep)"},
         {"CONTINUE_UNTIL", EXT_TIMESTEP, " (Timestep)"}}) {
     Operate(0, 100.0, 0.0, 0.0);
     peer.CutAt(message);
-    EXPECT_EQ(Failure(Command(command, &record)),
+    EXPECT_EQ(Failure(Command(command, &step)),
               std::string("Connection to simulator failed") + place + ": ");
     EXPECT_EQ(Get("IsRunning"), "1") << "the host decides whether to stop";
     peer.CutAt("");
@@ -154,17 +146,15 @@ class CompositionalStep : public Step {
   CompositionalStep() { peer.components = {"C1", "C2"}; }
 
   /// One step up to the host's answer: the wells are read and their inflow handed out.
-  void ReadAll(std::vector<int32_t> wells) {
-    BeginRun(wells);
-    ASSERT_EQ(Command(EXT_SET_TIMESTEP_DATA), 0) << Error();
-    auto record = std::make_unique<_tGetSetData>();
-    for (const int32_t well : wells) ASSERT_EQ(ReadInflow(well, *record), 0);
+  void HandOut(std::vector<int32_t> wells) {
+    ReadWells(wells);
+    for (const int32_t well : wells) ASSERT_EQ(ReadInflow(well, *inflow), 0);
     peer.TakeOrders();
   }
 };
 
 TEST_F(CompositionalStep, TakesTheRatesFromTheInflowAtTheHostsPressureAndShutsADeadWell) {
-  ReadAll({0, 1});
+  HandOut({0, 1});
   Operate(0, 1.0, 1.0, 1.0, 3000.0);  // no flow at the reservoir's pressure
   Operate(1, 1.0, 1.0, 1.0, 2500.0);
   ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0) << Error();
@@ -174,15 +164,14 @@ TEST_F(CompositionalStep, TakesTheRatesFromTheInflowAtTheHostsPressureAndShutsAD
 }
 
 TEST_F(CompositionalStep, SendsTheCompositionOfAnInjectedGas) {
-  ReadAll({3});
-  auto record = std::make_unique<_tGetSetData>();
-  record->well = 3;
-  record->gasRate[0] = 0.5;
-  record->pressure[0] = 3000.0;
-  record->fluid.componentCount = 2;
-  record->moleFractions[0][0] = 0.75;
-  record->moleFractions[0][1] = 0.25;
-  Command(EXT_SET_OP_PT, record.get());
+  HandOut({3});
+  point->fluid.componentCount = 2;
+  point->well = 3;
+  point->gasRate[0] = 0.5;
+  point->pressure[0] = 3000.0;
+  point->moleFractions[0][0] = 0.75;
+  point->moleFractions[0][1] = 0.25;
+  Command(EXT_SET_OP_PT, point.get());
   // A gas injector's inflow makes no difference between pressures, so any is as good.
   ASSERT_EQ(Command(EXT_APPLY_OPERATING_POINTS), 0);
   EXPECT_EQ(peer.TakeOrders().back(),

@@ -13,24 +13,22 @@ namespace gantry::test {
 namespace {
 
 TEST(VersionCode, ComesFromTheFirstTokenOfThePathThatHasOne) {
-  const std::vector<std::pair<std::string, int32_t>> cases = {
-      {"C:\\IX\\2017.2\\bin\\ix.exe", 20172},
-      {"/opt/2016.2/ix", platform::kPathSeparator == '/' ? 20162 : 100000},
-      {"C:\\IX\\v2016a\\ix.exe", 20161},
-      {"C:\\V2017B-extra\\ix", 20172},
-      {"C:\\v2017c\\2018.1\\ix", 20181},
-      {"C:\\v20x7a\\ix", 100000},
-      {"C:\\Simulators\\ix.exe", 100000},
-      {"C:\\ 2017 .2 \\ix", 20172},
-      {"C:\\2e3\\ix", 20000},
-      {"C:\\e3\\ix", 100000},
-      {"C:\\2017_2\\ix", 100000},
-      {"C:\\1e300\\ix", 2147483647},
-      {"2016.1", 20161},
-      {"", 100000},
-      {"//\\\\", 100000},
-  };
-  for (const auto& [path, code] : cases) EXPECT_EQ(VersionCodeFromPath(path), code) << path;
+  for (const auto& [path, code] :
+       {std::pair{"C:\\IX\\2017.2\\bin\\ix.exe", 20172},
+        {"/opt/2016.2/ix", platform::kPathSeparator == '/' ? 20162 : 100000},
+        {"C:\\IX\\v2016a\\ix.exe", 20161},
+        {"C:\\V2017B-extra\\ix", 20172},
+        {"C:\\v2017c\\2018.1\\ix", 20181},
+        {"C:\\v20x7a\\ix", 100000},
+        {"C:\\ 2017 .2 \\ix", 20172},
+        {"C:\\2e3\\ix", 20000},
+        {"C:\\e3\\ix", 100000},
+        {"C:\\2017_2\\ix", 100000},
+        {"C:\\1e300\\ix", 2147483647},
+        {"2016.1", 20161},
+        {"//\\\\", 100000}}) {
+    EXPECT_EQ(VersionCodeFromPath(path), code) << path;
+  }
 }
 
 class JobSlot : public ::testing::Test {
@@ -69,17 +67,14 @@ class SessionOfNothing : public CJobSession {
 
 TEST(JobSession, KnowsItsScenarioInABatchJob) {
   const LinkSettings settings;
-  struct Case {
-    const char* scenario;
-    int32_t number;
-  };
   ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
   ScopedVariable job("LSB_JOBID");
   EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, 0);
   job.Set("77");
-  for (const Case& c : {Case{"", 0}, {"0", 1}, {"4", 5}, {"0123456789012345", 0}}) {
-    scenario.Set(c.scenario);
-    EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, c.number) << c.scenario;
+  for (const auto& [text, number] :
+       {std::pair{"", 0}, {"0", 1}, {"4", 5}, {"0123456789012345", 0}}) {
+    scenario.Set(text);
+    EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, number) << text;
   }
   EXPECT_FALSE(SessionOfNothing(settings).StopIfRunning());
 }
