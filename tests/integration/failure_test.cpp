@@ -7,25 +7,19 @@
 
 #include "client/tcp_connection.h"
 #include "integration/real_run.h"
+#include "support/raised.h"
 
 namespace gantry::test {
 namespace {
 
-using fieldrun::DriverFailure;
 using fieldrun::DriverModel;
 
 constexpr const char* kExample = "five_spot/FIVE_SPOT.afi";
 
 class Failure : public ::testing::Test {
  protected:
-  /// The text with which a start fails; empty when it doesn't.
   std::string StartFailure() {
-    try {
-      model_->StartSimulator();
-      return {};
-    } catch (const DriverFailure& failure) {
-      return failure.what();
-    }
+    return Raised([&] { model_->StartSimulator(); });
   }
 
   /// The same model, with the machine's own simulator and a sound deck.
@@ -48,13 +42,14 @@ TEST_F(Failure, OfAMissingOrUnusableSimulatorIsToldAtOnce) {
   const std::filesystem::path plain = run_.Folder().Write("plain", "#!/bin/sh\n");
   for (const auto& simulator : {run_.Folder() / "missing", plain, run_.Folder().Path()}) {
     model_->Set("Intersect.CaseDetails.SimExeName", simulator.string());
-    EXPECT_EQ(StartFailure(), "Could not start the simulator process: <Could not start IX process>")
+    EXPECT_EQ(StartFailure(),
+              "exception: Could not start the simulator process: <Could not start IX process>")
         << simulator;
   }
   ExpectToRunAgain();
 }
 
-const std::string kStart = "Could not start the simulator process: <Abnormal error: ";
+const std::string kStart = "exception: Could not start the simulator process: <Abnormal error: ";
 
 TEST_F(Failure, OfASimulatorGoneWrongEndsTheStartWithAReasonAndNothingIsLost) {
   const std::vector<std::pair<std::string, std::string>> faults = {
@@ -92,14 +87,9 @@ TEST_F(Failure, OfADeckWhoseWellsHaveChangedLeavesTheModelUsable) {
   text.replace(text.find("\"P4\""), 4, "\"P9\"");
   const std::filesystem::path changed = run_.Folder().Write("changed/FIVE_SPOT.afi", text);
   model_->Set("Intersect.CaseDetails.FileName", changed.string());
-  try {
-    model_->StartRun({0}, 0.0, [](const std::string&) {});
-    FAIL() << "the change was not noticed";
-  } catch (const DriverFailure& failure) {
-    EXPECT_STREQ(failure.what(),
-                 "Well 'P9' is not known in the Tessel model - refresh the model by starting the "
-                 "simulation from the data entry screen");
-  }
+  EXPECT_EQ(Raised([&] { model_->StartRun({0}, 0.0, [](const std::string&) {}); }),
+            "exception: Well 'P9' is not known in the Tessel model - refresh the model by starting "
+            "the simulation from the data entry screen");
   model_->CloseSimulator();
   ExpectToRunAgain();
 }

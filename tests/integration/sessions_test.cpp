@@ -6,11 +6,11 @@
 
 #include "boundary/error_text.h"
 #include "integration/real_run.h"
+#include "support/raised.h"
 
 namespace gantry::test {
 namespace {
 
-using fieldrun::DriverFailure;
 using fieldrun::DriverModel;
 
 constexpr const char* kExample = "five_spot/FIVE_SPOT.afi";
@@ -36,14 +36,10 @@ TEST(Sessions, RunBesideEachOtherOnAsManyPortsAsThereAre) {
   }
   EXPECT_EQ(ElapsedDays(*first), 60.0);
   EXPECT_EQ(ElapsedDays(*second), 20.0);
-  try {
-    third->StartSimulator();
-    FAIL() << "there was no port left";
-  } catch (const DriverFailure& failure) {
-    EXPECT_STREQ(failure.what(),
-                 "Could not start the simulator process: <Tessel has run out of network ports to "
-                 "use for the connection to Intersect. Check Intersect configuration settings.>");
-  }
+  EXPECT_EQ(
+      Raised([&] { third->StartSimulator(); }),
+      "exception: Could not start the simulator process: <Tessel has run out of network ports "
+      "to use for the connection to Intersect. Check Intersect configuration settings.>");
   first.reset();
   third->StartSimulator();
   EXPECT_EQ(third->Wells().size(), 5u);
@@ -79,28 +75,28 @@ TEST(Sessions, EndALongRunUpWhenASecondThreadStopsThem) {
   void* model = nullptr;
   ExtErrorBlock error{};
   ASSERT_EQ(host.module->ExtCreateInstance(&model, &error), 0);
-  const auto deck = run.Deck(kExample, 1e7);
+  const auto command = [&](uint32_t number, void* data = nullptr) {
+    EXPECT_EQ(host.module->ExtCmd(model, nullptr, number, data, 0, &error), 0) << error.text;
+  };
   SetDataFileRecord file{};
-  CopyBounded(file.path, deck.string());
-  ASSERT_EQ(host.module->ExtCmd(model, nullptr, EXT_SET_DATA_FILE, &file, 0, &error), 0);
-  ASSERT_EQ(host.module->ExtCmd(model, nullptr, EXT_START_SIMULATOR, nullptr, 0, &error), 0)
-      << error.text;
+  CopyBounded(file.path, run.Deck(kExample, 1e7).string());
+  command(EXT_SET_DATA_FILE, &file);
+  command(EXT_START_SIMULATOR);
 
   RunStartRecord start{};
   start.startDate = kDeckStart + kDaysAhead;
   start.logCallback = [](const char*, void*) {};
   start.statusCallback = StoppingHost::OnStatus;
-  EXPECT_EQ(host.module->ExtCmd(model, nullptr, EXT_START_RUN, &start, 0, &error), 0) << error.text;
+  command(EXT_START_RUN, &start);
   host.stopper.join();
   EXPECT_EQ(host.stopResult, 0);
 
   GetPropertyRequest days{};
   days.path = "Intersect.CurrentElapsedDays";
-  ASSERT_EQ(host.module->ExtCmd(model, nullptr, EXT_GET_PROPERTY, &days, 0, &error), 0);
+  command(EXT_GET_PROPERTY, &days);
   EXPECT_GT(std::stod(days.value), 0.0);
   EXPECT_LT(std::stod(days.value), kDaysAhead) << "the stop came to nothing";
-  EXPECT_EQ(host.module->ExtCmd(model, nullptr, EXT_START_SIMULATOR, nullptr, 0, &error), 0)
-      << "after the stop: " << error.text;
+  command(EXT_START_SIMULATOR);
   EXPECT_EQ(host.module->ExtDestroyInstance(model, &error), 0);
 }
 

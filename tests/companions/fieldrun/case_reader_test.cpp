@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "fieldrun/case/case_keys.h"
+#include "support/raised.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
@@ -112,16 +113,11 @@ TEST_F(CaseReader, PassesAByteOrderMarkAndWarnsOfWhatCanHardlyBeMeant) {
 }
 
 TEST_F(CaseReader, SaysWhyNothingCanBeReadFromAPath) {
-  const auto reason = [](const std::string& path) {
-    try {
-      ReadCase(path);
-    } catch (const CaseError& error) {
-      return std::string(error.what()).substr(path.size());
-    }
-    return std::string();
-  };
-  EXPECT_EQ(reason((folder_ / "none.toml").string()), ":1: no such file");
-  EXPECT_EQ(reason(folder_.Path().string()), ":1: this is a folder, not a file");
+  const auto reason = [](const std::string& path) { return test::Raised([&] { ReadCase(path); }); };
+  const std::string missing = (folder_ / "none.toml").string();
+  EXPECT_EQ(reason(missing), "exception: " + missing + ":1: no such file");
+  const std::string folder = folder_.Path().string();
+  EXPECT_EQ(reason(folder), "exception: " + folder + ":1: this is a folder, not a file");
 }
 
 TEST(CaseSchema, HoldsEveryKeyWithItsTypeAndBounds) {

@@ -5,6 +5,15 @@
 #include <memory>
 
 namespace gantry::test {
+namespace {
+
+/// An operation of the reservoir as the library calls it.
+template <auto kOperation, class... Arguments>
+int32_t Call(void* model, Arguments... arguments) {
+  return (static_cast<ScriptedReservoir*>(model)->*kOperation)(arguments...);
+}
+
+}  // namespace
 
 void ScriptedReservoir::Well::FillTable(_tGetSetData& record) const {
   const double block = BlockPressure(rate);
@@ -28,7 +37,10 @@ void ScriptedReservoir::Well::FillCurrent(_tGetSetData& record) const {
 
 ScriptedReservoir::ScriptedReservoir(std::vector<Well> wells)
     : handle_(this), wells_(std::move(wells)) {
-  SetIPRCallbacks(Handle(), ElapsedDays, Restart, ImposeRate, Advance, ReadInflow, ReadCurrent);
+  using Self = ScriptedReservoir;
+  const auto elapsedDays = [](void* model) { return static_cast<Self*>(model)->days_; };
+  SetIPRCallbacks(Handle(), elapsedDays, Call<&Self::Restart>, Call<&Self::ImposeRate>,
+                  Call<&Self::Advance>, Call<&Self::ReadInflow>, Call<&Self::ReadCurrent>);
   RegisterWells();
 }
 
@@ -57,45 +69,38 @@ int32_t ScriptedReservoir::Answer(const char* call, char* text) {
   return 1;
 }
 
-double ScriptedReservoir::ElapsedDays(void* model) { return Of(model).days_; }
-
-int32_t ScriptedReservoir::Restart(void* model, char* text) {
-  ScriptedReservoir& self = Of(model);
-  self.days_ = 0.0;
-  self.hasRead_ = false;
-  for (Well& well : self.wells_) well.rate = 0.0;
-  self.RegisterWells();
-  return self.Answer("restart", text);
+int32_t ScriptedReservoir::Restart(char* text) {
+  days_ = 0.0;
+  hasRead_ = false;
+  for (Well& well : wells_) well.rate = 0.0;
+  RegisterWells();
+  return Answer("restart", text);
 }
 
-int32_t ScriptedReservoir::ImposeRate(void* model, int32_t well, double rate, char* text) {
-  ScriptedReservoir& self = Of(model);
-  self.wells_.at(static_cast<size_t>(well)).rate = rate;
-  return self.Answer(rate == 0.0 ? "shut" : "flow", text);
+int32_t ScriptedReservoir::ImposeRate(int32_t well, double rate, char* text) {
+  wells_.at(static_cast<size_t>(well)).rate = rate;
+  return Answer(rate == 0.0 ? "shut" : "flow", text);
 }
 
-int32_t ScriptedReservoir::Advance(void* model, double days, char* text) {
-  ScriptedReservoir& self = Of(model);
-  if (!self.timeStandsStill) self.days_ += days;
-  self.hasRead_ = true;
-  return self.Answer("advance", text);
+int32_t ScriptedReservoir::Advance(double days, char* text) {
+  if (!timeStandsStill) days_ += days;
+  hasRead_ = true;
+  return Answer("advance", text);
 }
 
-int32_t ScriptedReservoir::ReadInflow(void* model, int32_t index, void* record, char* text) {
-  ScriptedReservoir& self = Of(model);
-  const Well& well = self.wells_.at(static_cast<size_t>(index));
+int32_t ScriptedReservoir::ReadInflow(int32_t index, void* record, char* text) {
+  const Well& well = wells_.at(static_cast<size_t>(index));
   auto& inflow = *static_cast<_tGetSetData*>(record);
   const auto state = std::make_unique<_tGetSetData>();
-  if (self.hasRead_) well.FillTable(inflow);
+  if (hasRead_) well.FillTable(inflow);
   well.FillCurrent(*state);
-  TransformIPR(self.Handle(), well.name.c_str(), state.get(), &inflow);
-  return self.Answer("inflow", text);
+  TransformIPR(Handle(), well.name.c_str(), state.get(), &inflow);
+  return Answer("inflow", text);
 }
 
-int32_t ScriptedReservoir::ReadCurrent(void* model, int32_t index, void* record, char* text) {
-  ScriptedReservoir& self = Of(model);
-  self.wells_.at(static_cast<size_t>(index)).FillCurrent(*static_cast<_tGetSetData*>(record));
-  return self.Answer("current", text);
+int32_t ScriptedReservoir::ReadCurrent(int32_t index, void* record, char* text) {
+  wells_.at(static_cast<size_t>(index)).FillCurrent(*static_cast<_tGetSetData*>(record));
+  return Answer("current", text);
 }
 
 }  // namespace gantry::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,14 +12,11 @@ namespace gantry::test {
 /// A handle of the library, ended with the object.
 class InflowHandle {
  public:
-  explicit InflowHandle(void* model = nullptr) : handle_(CreateIPRModel(model)) {}
-  ~InflowHandle() { DestroyIPRModel(handle_); }
-  InflowHandle(const InflowHandle&) = delete;
-  InflowHandle& operator=(const InflowHandle&) = delete;
-  void* Get() const { return handle_; }
+  explicit InflowHandle(void* model = nullptr) : handle_(CreateIPRModel(model), &DestroyIPRModel) {}
+  void* Get() const { return handle_.get(); }
 
  private:
-  void* handle_;
+  std::unique_ptr<void, void (*)(void*)> handle_;
 };
 
 /// Producers in a reservoir whose answer to any rate is known in closed form: a region at a fixed
@@ -58,13 +56,11 @@ class ScriptedReservoir {
 
  private:
   int32_t Answer(const char* call, char* text);
-  static ScriptedReservoir& Of(void* model) { return *static_cast<ScriptedReservoir*>(model); }
-  static double ElapsedDays(void* model);
-  static int32_t Restart(void* model, char* text);
-  static int32_t ImposeRate(void* model, int32_t well, double rate, char* text);
-  static int32_t Advance(void* model, double days, char* text);
-  static int32_t ReadInflow(void* model, int32_t well, void* record, char* text);
-  static int32_t ReadCurrent(void* model, int32_t well, void* record, char* text);
+  int32_t Restart(char* text);
+  int32_t ImposeRate(int32_t well, double rate, char* text);
+  int32_t Advance(double days, char* text);
+  int32_t ReadInflow(int32_t well, void* record, char* text);
+  int32_t ReadCurrent(int32_t well, void* record, char* text);
 
   InflowHandle handle_;
   std::vector<Well> wells_;
