@@ -18,6 +18,7 @@ class RunOnTerminal : public ::testing::Test {
   }
 
   void ExpectWholeResults() {
+    run_.ListenToTheEnd();
     const int status = run_.Wait();
     ASSERT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status) << "\n" << run_.said;
     EXPECT_EQ(WEXITSTATUS(status), 3) << run_.said;
@@ -39,17 +40,12 @@ class RunOnTerminal : public ::testing::Test {
 
 TEST_F(RunOnTerminal, FinishesItsStepAfterControlC) {
   ASSERT_EQ(::write(run_.terminal, "\x03", 1), 1);
-  while (run_.Listen()) {
-  }
   ExpectWholeResults();
-  EXPECT_NE(run_.said.find("fieldrun: the run was ended by the user after"), std::string::npos)
-      << run_.said;
+  EXPECT_NE(run_.said.find("fieldrun: the run was ended by the user after"), std::string::npos);
 }
 
 TEST_F(RunOnTerminal, FinishesItsStepWhenItIsAskedToEnd) {
   ::kill(run_.process, SIGTERM);
-  while (run_.Listen()) {
-  }
   ExpectWholeResults();
 }
 
@@ -65,8 +61,7 @@ TEST_F(RunOnTerminal, LeavesWholeRowsOfOneRunWhenItIsKilled) {
   EXPECT_NE(second.err.find("Another run is writing its results into " + out), std::string::npos)
       << second.err;
   ::kill(run_.process, SIGKILL);
-  while (run_.Listen()) {
-  }
+  run_.ListenToTheEnd();
   run_.Wait();
   const Outcome report = RunFieldrun(folder_, {"report", out});
   ASSERT_EQ(report.status, 0) << report.err;

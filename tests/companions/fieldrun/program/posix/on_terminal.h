@@ -49,6 +49,7 @@ class OnTerminal {
     }
     return true;
   }
+  void ListenToTheEnd() { ListenFor("what no program says"); }
   /// The status with which the program ended; see waitpid(2).
   int Wait() {
     if (process > 0) ::waitpid(process, &status, 0);

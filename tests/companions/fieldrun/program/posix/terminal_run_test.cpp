@@ -13,8 +13,7 @@ namespace {
 TEST(TerminalRun, KeepsItsBarWhileTheSimulatorWorks) {
   const gantry::test::TestFolder folder;
   OnTerminal run({"run", ExampleCase("five_spot"), "-n", "3", "-o", (folder / "out").string()});
-  while (run.Listen()) {
-  }
+  run.ListenToTheEnd();
   EXPECT_EQ(WEXITSTATUS(run.Wait()), 0);
   // The row of a step comes when the next one has begun; the bar of that stands below it.
   const std::regex rowAndBar(
