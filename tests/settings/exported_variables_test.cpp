@@ -78,6 +78,7 @@ TEST(ExportedVariable, TakesWhatTheCatalogueOrTheUserSays) {
       .Property = "FLOW", .SimulatorItem = {}, .DisplayName = "Flow", .IsScalar = 0});
   EXPECT_EQ(flow.Key + "/" + flow.SimulatorItem + "/" + flow.Label, "FLOW//Flow");
   EXPECT_EQ(flow.EntryCount(4), 4u);
+  EXPECT_EQ(flow.Code, 60051u);
 }
 
 TEST(ExportedVariable, IsReadAndSetElementByElementInTheDriversUnits) {

@@ -32,6 +32,7 @@ TEST(Source, ReadsAndWritesEachOfItsNumbersByItsOwnTag) {
       {"CurWaterRate", &source.Current.WaterRate}, {"GasGravity", &source.GasGravity},
       {"OilGravity", &source.OilGravity},          {"WaterGravity", &source.WaterGravity},
   };
+  EXPECT_EQ(source.Current.GasRate, -9999.9999) << "none has come yet";
   int number = 0;
   for (const auto& [tag, field] : tags) {
     const std::string text = std::to_string(++number);
