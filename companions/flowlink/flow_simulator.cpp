@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 
 #include "described_toml/calendar.h"
 #include "flowlink/flow_items.h"
 #include "flowlink/link_fault.h"
+#include "flowlink/override_text.h"
 
 namespace gantry::flowlink {
 
@@ -31,26 +31,6 @@ constexpr std::array<std::string_view, 2> kTexts = {"TYPE", "STATUS"};
 constexpr const char* kShut = "SURFACE_SHUTIN";
 constexpr std::array<std::string_view, 5> kStatuses = {
     "OPEN", kShut, "ALL_COMPLETIONS_SHUTIN", "SURFACE_ABANDONED", "ALL_COMPLETIONS_ABANDONED"};
-
-/// What tells a user that an order of the deck gives way to the host.
-std::string OverrideText(const WellOrder& order, DeckTime start, const std::string& wells,
-                         const Strings& kept) {
-  const auto [year, month, day, hour, minute, second] = DateAfter(start, order.days);
-  char date[32];
-  std::snprintf(date, sizeof date, "%04d-%02d-%02d", year, month, day);
-  std::string text = order.place.Text() + ": " + order.keyword + " of " + date +
-                     " gives way to the host's limits for " + wells;
-  if (order.isWhole && !kept.empty()) {
-    text += "; kept:";
-    for (const std::string& limit : kept) text += " " + limit;
-  }
-  const bool keepsTubing = std::ranges::find(kept, "tubing_head_pressure") != kept.end();
-  if (!order.liftTable.empty() && !keepsTubing) {
-    text +=
-        "; the tubing is the host's, its lift table doesn't count (keep \"tubing_head_pressure\")";
-  }
-  return text;
-}
 
 void RequireNumber(double value, std::string_view what, const std::string& well) {
   if (std::isfinite(value)) return;
