@@ -31,18 +31,6 @@ void SendNumber(SocketClient& factory, int32_t number) {
   factory.SendText(FormatText("%d", number));
 }
 
-/// The answer's tokens, cut at "|" and line feeds; those of blanks only are dropped.
-std::vector<std::string> Tokens(const std::string& answer) {
-  std::vector<std::string> tokens;
-  for (size_t begin = 0; begin <= answer.size();) {
-    const size_t end = std::min(answer.find_first_of("|\n", begin), answer.size());
-    const std::string token = answer.substr(begin, end - begin);
-    if (!IsBlank(token)) tokens.push_back(token);
-    begin = end + 1;
-  }
-  return tokens;
-}
-
 }  // namespace
 
 CLinuxJobSession::~CLinuxJobSession() { CLinuxJobSession::StopIfRunning(); }
@@ -117,7 +105,7 @@ bool CLinuxJobSession::ReadAnswer(SocketClient& factory, std::string& message) {
         FormatText("Error connecting to run factory on host %s (2)", Settings.HeadNode.c_str());
     return false;
   }
-  const std::vector<std::string> tokens = Tokens(answer);
+  const std::vector<std::string> tokens = SplitAt(answer, "|\n");
   if (tokens.size() == 2 && tokens[0] == "OK") {
     HostName = tokens[1];
     return true;

@@ -40,20 +40,9 @@ int32_t ToNumber(const std::string& text) {
                                                     std::numeric_limits<int32_t>::max()));
 }
 
-/// The pieces between the separators, without those that are blank.
-std::vector<std::string> Split(std::string_view text, char separator) {
-  std::vector<std::string> pieces;
-  while (!text.empty()) {
-    const size_t end = std::min(text.find(separator), text.size());
-    if (std::string piece(text.substr(0, end)); !IsBlank(piece)) pieces.push_back(std::move(piece));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return pieces;
-}
-
 /// One record of the list; none when it has too few fields. docs/registry-file.md shows the form.
 std::unique_ptr<CIXUserProperty> ParseUserProperty(const std::string& record) {
-  const std::vector<std::string> fields = Split(record, '|');
+  const std::vector<std::string> fields = SplitAt(record, "|");
   if (fields.size() < 3) return nullptr;
   auto property = std::make_unique<CIXUserProperty>();
   property->Property = fields[0];
@@ -70,6 +59,16 @@ std::string FormatUserProperty(const CIXUserProperty& property) {
 }
 
 }  // namespace
+
+std::vector<std::string> SplitAt(std::string_view text, std::string_view separators) {
+  std::vector<std::string> pieces;
+  while (!text.empty()) {
+    const size_t end = std::min(text.find_first_of(separators), text.size());
+    if (std::string piece(text.substr(0, end)); !IsBlank(piece)) pieces.push_back(std::move(piece));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return pieces;
+}
 
 bool IsBlank(const std::string& text) { return text.find_first_not_of(" \t") == std::string::npos; }
 
@@ -108,7 +107,7 @@ void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
   if (const auto key = RegistryKey::Create(platform::kCurrentUser, keyPath)) {
     ReadText(*key, "UserProperties", list);
   }
-  for (const std::string& record : Split(list, '~')) {
+  for (const std::string& record : SplitAt(list, "~")) {
     if (auto property = ParseUserProperty(record)) UserProperties.push_back(std::move(property));
   }
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/lock.h"
@@ -60,5 +61,7 @@ class CIXConfig : public LaunchSettings {
 
 /// True for a text that is empty or made of blanks only.
 bool IsBlank(const std::string& text);
+/// What stands between any of the separators, without the pieces that are blank.
+std::vector<std::string> SplitAt(std::string_view text, std::string_view separators);
 
 }  // namespace gantry
