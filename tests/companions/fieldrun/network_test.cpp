@@ -51,7 +51,7 @@ TEST(InflowCurve, TakesPointsInAnyOrderAndDropsWhatHasNoValue) {
 
 TEST(InflowCurve, IsShutAtTheHigherOfTwoPointsOfOneRate) {
   const InflowCurve curve({{2500, {100, 0, 0}}, {2400, {100, 0, 0}}, {1000, {700, 0, 0}}}, true);
-  EXPECT_EQ(curve.At(0).pressure, 2500);
+  EXPECT_EQ(curve.Points().front().pressure, 2500);
 }
 
 TEST(InflowCurve, IsDeadWithoutFlowOrWithFewerThanTwoPoints) {
