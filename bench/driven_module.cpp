@@ -12,6 +12,7 @@ namespace gantry::bench {
 namespace {
 
 constexpr int kOperatingRow = 4;
+constexpr const char* kCaseName = "wells_%d_components_%d_spins_%d";
 
 void WriteRegistry(const std::filesystem::path& folder, const std::filesystem::path& simulator,
                    uint16_t port) {
@@ -27,24 +28,24 @@ void WriteRegistry(const std::filesystem::path& folder, const std::filesystem::p
 }  // namespace
 
 std::string CaseNameOf(ModelSize size) {
-  return FormatText("wells_%d_components_%d", size.wells, size.components);
+  return FormatText(kCaseName, size.wells, size.components, size.peerSpins);
 }
 
 ModelSize SizeOf(const std::string& caseName) {
   ModelSize size;
-  if (std::sscanf(caseName.c_str(), "wells_%d_components_%d", &size.wells, &size.components) != 2)
+  if (std::sscanf(caseName.c_str(), kCaseName, &size.wells, &size.components, &size.peerSpins) != 3)
     throw std::runtime_error("no size in the case name " + caseName);
   return size;
 }
 
-DrivenModule::DrivenModule(const std::filesystem::path& folder,
+DrivenModule::DrivenModule(const std::filesystem::path& module, const std::filesystem::path& folder,
                            const std::filesystem::path& simulator, uint16_t port, ModelSize size)
     : wells_(static_cast<size_t>(size.wells)), record_(std::make_unique<_tGetSetData>()) {
   WriteRegistry(folder, simulator, port);
   ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
   std::iota(wells_.begin(), wells_.end(), 0);
 
-  api_ = fieldrun::ModuleApi::Load(GANTRY_MODULE);
+  api_ = fieldrun::ModuleApi::Load(module.string());
   ExtErrorBlock error{};
   if (api_->ExtCreateInstance(&model_, &error) != 0) throw std::runtime_error(error.text);
   SetDataFileRecord file{};

@@ -14,8 +14,8 @@ class DrivenModule {
  public:
   /// `folder` takes the settings and the case; `simulator` is started with the size in its case's
   /// name and must serve `port`.
-  DrivenModule(const std::filesystem::path& folder, const std::filesystem::path& simulator,
-               uint16_t port, ModelSize size);
+  DrivenModule(const std::filesystem::path& module, const std::filesystem::path& folder,
+               const std::filesystem::path& simulator, uint16_t port, ModelSize size);
   ~DrivenModule();
   DrivenModule(const DrivenModule&) = delete;
   DrivenModule& operator=(const DrivenModule&) = delete;

@@ -1,6 +1,6 @@
 // What the module adds to the bytes that it moves: one read of the wells (command 63: two data
 // queries and the ten-rung sweep) and one whole step (63, then 50 and 53 for each well, then 49),
-// each beside a raw exchange of the very same frames with the same peer in the same run, and the
+// each beside two raw exchanges of the very same frames with the same peer in the same run, and the
 // processor time of a start. docs/performance.md tells how to read the table.
 
 #include <algorithm>
@@ -15,9 +15,9 @@
 #include <unistd.h>
 
 #include "boundary/error_text.h"
-#include "client/tcp_connection.h"
 #include "client/wire_format.h"
 #include "driven_module.h"
+#include "peer_socket.h"
 #include "recording.h"
 #include "replay_peer.h"
 
@@ -68,18 +68,33 @@ struct Series {
 /// The other side of the comparison: the frames of a step, sent and received as bytes.
 class RawExchange {
  public:
-  explicit RawExchange(uint16_t port) {
-    connection_.Connect("127.0.0.1", port, 60);
-    recording_ = ReceiveRecording(connection_);
+  explicit RawExchange(uint16_t port) : connection_(ConnectTo(port)) {
+    recording_ = ReceiveRecording(*connection_);
     size_t longest = 0;
     for (const Exchange& exchange : recording_) longest = std::max(longest, exchange.reply.size());
     reply_.resize(longest);
   }
 
-  void Run(size_t exchanges) {
+  using Write = void (RawExchange::*)(std::span<const std::byte>);
+  void Run(size_t exchanges, Write write) {
     for (size_t i = 0; i < exchanges; ++i) {
-      WriteFrame(recording_[i].request);
-      connection_.Read(std::span(reply_).first(recording_[i].reply.size()));
+      (this->*write)(recording_[i].request);
+      connection_->Read(std::span(reply_).first(recording_[i].reply.size()));
+    }
+  }
+  void WriteWhole(std::span<const std::byte> frame) { connection_->Write(frame); }
+  /// The frame's head, then chunk by chunk with a length word ahead of each but the first.
+  void WriteInPieces(std::span<const std::byte> frame) {
+    constexpr size_t kHeadSize = 16;
+    connection_->Write(frame.first(kHeadSize));
+    frame = frame.subspan(kHeadSize);
+    while (true) {
+      const size_t chunk = std::min<size_t>(frame.size(), wire::kChunkSize);
+      connection_->Write(frame.first(chunk));
+      frame = frame.subspan(chunk);
+      if (frame.empty()) return;
+      connection_->Write(frame.first(sizeof(uint64_t)));
+      frame = frame.subspan(sizeof(uint64_t));
     }
   }
 
@@ -92,36 +107,41 @@ class RawExchange {
   }
 
  private:
-  /// In the writes that the format prescribes: the frame's head, then chunk by chunk with a length
-  /// word ahead of each but the first.
-  void WriteFrame(std::span<const std::byte> frame) {
-    constexpr size_t kHeadSize = 16;
-    connection_.Write(frame.first(kHeadSize));
-    frame = frame.subspan(kHeadSize);
-    while (true) {
-      const size_t chunk = std::min<size_t>(frame.size(), wire::kChunkSize);
-      connection_.Write(frame.first(chunk));
-      frame = frame.subspan(chunk);
-      if (frame.empty()) return;
-      connection_.Write(frame.first(sizeof(uint64_t)));
-      frame = frame.subspan(sizeof(uint64_t));
-    }
-  }
-
-  TcpConnection connection_;
+  std::unique_ptr<PeerSocket> connection_;
   Recording recording_;
   Bytes reply_;
 };
 
+/// One piece of work by the module, and by both baselines.
+struct Compared {
+  Series module, pieces, gathered;
+
+  void Run(const std::function<void()>& work, RawExchange& raw, size_t exchanges) {
+    module.times.push_back(TimeOf(work));
+    const auto timeOfRaw = [&](RawExchange::Write write) {
+      return TimeOf([&] { raw.Run(exchanges, write); });
+    };
+    pieces.times.push_back(timeOfRaw(&RawExchange::WriteInPieces));
+    gathered.times.push_back(timeOfRaw(&RawExchange::WriteWhole));
+  }
+};
+
 struct Result {
-  Series readModule, readRaw, stepModule, stepRaw, wellExchange, start;
+  Compared read, step;
+  Series wellExchange, start;
   double megabytes = 0.0;
 };
 
-Result Measure(const std::filesystem::path& folder, const std::filesystem::path& self,
-               ModelSize size) {
-  const uint16_t port = TcpListener(0).Port();
-  DrivenModule module(folder, self, port, size);
+/// What all sizes are measured with.
+struct Setting {
+  std::filesystem::path folder;
+  std::filesystem::path self;
+  std::filesystem::path module = GANTRY_MODULE;
+};
+
+Result Measure(const Setting& setting, ModelSize size) {
+  const uint16_t port = FreePort();
+  DrivenModule module(setting.module, setting.folder, setting.self, port, size);
   Result result;
   for (int i = 0; i < kStarts; ++i) {
     const double before = ProcessorTime();
@@ -143,22 +163,20 @@ Result Measure(const std::filesystem::path& folder, const std::filesystem::path&
   for (int i = 0; i < kMostRepetitions; ++i) {
     if (i >= kLeastRepetitions && Milliseconds(Clock::now() - start) > 1000.0 * kSecondsPerCase)
       break;
-    result.readModule.times.push_back(TimeOf([&] { module.Read(); }));
-    result.readRaw.times.push_back(TimeOf([&] { raw.Run(kReadExchanges); }));
-    result.stepModule.times.push_back(TimeOf(step));
-    result.stepRaw.times.push_back(TimeOf([&] { raw.Run(raw.ExchangesOfStep()); }));
+    result.read.Run([&] { module.Read(); }, raw, kReadExchanges);
+    result.step.Run(step, raw, raw.ExchangesOfStep());
   }
   return result;
 }
 
 void PrintHead() {
+  std::puts("One read of the wells and one whole step, the module beside two raw exchanges of the");
+  std::puts("same frames: sent in pieces, and each sent at once. Milliseconds, median of the");
+  std::puts("repetitions (least in brackets); ratios of the medians and of the least times to the");
   std::puts(
-      "One read of the wells and one whole step, the module beside a raw exchange of the same");
-  std::puts(
-      "frames. Milliseconds, median of the repetitions (least in brackets), ratio of medians.");
-  std::puts("In a step, 50+53 is the exchange of the wells. Start is processor time.\n");
-  std::printf("%6s %5s %5s | %-17s %-17s %5s | %-17s %-17s %5s | %6s | %6s\n", "wells", "comps",
-              "MB", "read: module", "raw", "ratio", "step: module", "raw", "ratio", "50+53",
+      "frames sent at once. 50+53 is a step's exchange of the wells, start processor time.\n");
+  std::printf("%6s %5s %5s %-6s %-4s | %-17s %-17s %-17s | %5s %5s | %6s %6s\n", "wells", "comps",
+              "MB", "peer", "", "module", "raw in pieces", "raw at once", "ratio", "least", "50+53",
               "start");
 }
 
@@ -166,28 +184,31 @@ std::string Cell(Series& series) {
   return FormatText("%8.2f (%6.2f)", series.Median(), series.Least());
 }
 
-std::string Compare(Series& module, Series& raw) {
-  return FormatText("%s %s %5.2f", Cell(module).c_str(), Cell(raw).c_str(),
-                    module.Median() / raw.Median());
+void PrintRow(ModelSize size, double megabytes, const char* work, Compared& compared) {
+  std::printf("%6d %5d %5.1f %-6s %-4s | %s %s %s | %5.2f %5.2f |", size.wells, size.components,
+              megabytes, size.peerSpins != 0 ? "awake" : "asleep", work,
+              Cell(compared.module).c_str(), Cell(compared.pieces).c_str(),
+              Cell(compared.gathered).c_str(),
+              compared.module.Median() / compared.gathered.Median(),
+              compared.module.Least() / compared.gathered.Least());
 }
 
 void Print(ModelSize size, Result& result) {
-  std::printf("%6d %5d %5.1f | %s | %s | %6.2f | %6.1f\n", size.wells, size.components,
-              result.megabytes, Compare(result.readModule, result.readRaw).c_str(),
-              Compare(result.stepModule, result.stepRaw).c_str(), result.wellExchange.Median(),
-              result.start.Median());
+  PrintRow(size, result.megabytes, "read", result.read);
+  std::puts("");
+  PrintRow(size, result.megabytes, "step", result.step);
+  std::printf(" %6.2f %6.1f\n", result.wellExchange.Median(), result.start.Median());
   std::fflush(stdout);
 }
 
 /// Each size has a process of its own, so that none profits from another's storage.
-bool MeasureApart(const std::filesystem::path& folder, const std::filesystem::path& self,
-                  ModelSize size) {
+bool MeasureApart(const Setting& setting, ModelSize size) {
   std::fflush(stdout);
   const pid_t child = fork();
   if (child == 0) {
     int status = EXIT_SUCCESS;
     try {
-      Result result = Measure(folder, self, size);
+      Result result = Measure(setting, size);
       Print(size, result);
     } catch (const std::exception& failure) {
       std::fprintf(stderr, "%d wells: %s\n", size.wells, failure.what());
@@ -203,19 +224,21 @@ bool MeasureApart(const std::filesystem::path& folder, const std::filesystem::pa
 std::vector<ModelSize> AllSizes() {
   std::vector<ModelSize> sizes;
   for (const int components : kComponentCounts) {
-    for (const int wells : kWellCounts) sizes.push_back({wells, components});
+    for (const int wells : kWellCounts) {
+      for (const int peerSpins : {0, 1}) sizes.push_back({wells, components, peerSpins});
+    }
   }
   return sizes;
 }
 
-int RunAll(const std::vector<ModelSize>& sizes) {
+int RunAll(const std::vector<ModelSize>& sizes, Setting setting = {}) {
   std::string pattern = (std::filesystem::temp_directory_path() / "gantry-bench-XXXXXX").string();
-  const std::filesystem::path folder = ::mkdtemp(pattern.data());
-  const auto self = std::filesystem::read_symlink("/proc/self/exe");
+  setting.folder = ::mkdtemp(pattern.data());
+  setting.self = std::filesystem::read_symlink("/proc/self/exe");
   PrintHead();
   bool isWhole = true;
-  for (const ModelSize size : sizes) isWhole = MeasureApart(folder, self, size) && isWhole;
-  std::filesystem::remove_all(folder);
+  for (const ModelSize size : sizes) isWhole = MeasureApart(setting, size) && isWhole;
+  std::filesystem::remove_all(setting.folder);
   return isWhole ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -238,8 +261,13 @@ int main(int argc, char** argv) {
       RunReplayPeer(port, SizeOf(argv[1]));
       return EXIT_SUCCESS;
     }
-    // WELLS COMPONENTS: that size alone.
-    return argc == 3 ? RunAll({{std::stoi(argv[1]), std::stoi(argv[2])}}) : RunAll(AllSizes());
+    // WELLS COMPONENTS [MODULE]: that size alone, and another build of the module.
+    if (argc < 3) return RunAll(AllSizes());
+    Setting setting;
+    if (argc > 3) setting.module = argv[3];
+    const int wells = std::stoi(argv[1]);
+    const int components = std::stoi(argv[2]);
+    return RunAll({{wells, components, 0}, {wells, components, 1}}, setting);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "%s: %s\n", argv[0], failure.what());
     return EXIT_FAILURE;

@@ -6,6 +6,7 @@ namespace gantry::bench {
 struct ModelSize {
   int wells = 0;
   int components = 0;
+  int peerSpins = 0;  ///< 1: its simulator waits awake, asking time and again; 0: asleep
 };
 
 }  // namespace gantry::bench

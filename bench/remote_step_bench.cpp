@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "../tests/remote/passing_calls.h"
+#include "peer_socket.h"
 #include "remote/remote_connector.h"
 #include "remote/remote_message.h"
 #include "remote/socket.h"
@@ -163,13 +164,6 @@ double Median(std::vector<double> times) {
   const auto middle = times.begin() + static_cast<ptrdiff_t>(times.size() / 2);
   std::nth_element(times.begin(), middle, times.end());
   return *middle;
-}
-
-uint16_t FreePort() {
-  for (uint16_t port = 12000; port < 20000; ++port) {
-    if (IsPortFree(port) == 0) return port;
-  }
-  return 0;
 }
 
 void Measure(int wells, int components) {
