@@ -125,13 +125,6 @@ TEST(Codec, SendsNothingMoreAfterASendThatFailed) {
   }
 }
 
-TEST(Codec, RefusesASecondMessageBeforeTheFirstHasEnded) {
-  Wire wire(Frame(Entries{"READY"}));
-  wire.stream.CreateOutgoingMessage().AppendMarker("HALF");
-  EXPECT_EQ(Raised([&] { wire.stream.CreateOutgoingMessage(); }), kStillSending);
-  EXPECT_EQ(Raised([&] { wire.stream.ReceiveMessage(); }), kStillReceiving);
-}
-
 TEST(Codec, RefusesWhatBreaksTheFormatAndBelievesNoMereClaim) {
   using Read = void (*)(IncomingMessage&);
   const Read nothing = [](IncomingMessage&) {};
