@@ -177,10 +177,11 @@ void Measure(int wells, int components) {
   session.Socket = &driver;
   auto connector = CreateRemoteConnector(session);
   Step step(*connector, wells, components);
-  RecordingCalls recording;
+  std::vector<Exchange> exchanges;
   {
-    const platform::SocketCallsOverride override(recording);
+    RecordingCalls recording;
     step.Run();
+    exchanges = std::move(recording.exchanges);
   }
   auto raw = std::make_unique<RawSocket>(SocketClient("127.0.0.1", port));
   Bytes reply(kLargestReply + 4);
@@ -191,9 +192,9 @@ void Measure(int wells, int components) {
   while (ours.size() < kLeastRepetitions ||
          (Clock::now() < end && ours.size() < kMostRepetitions)) {
     ours.push_back(MillisecondsOf([&] { step.Run(); }));
-    baseline.push_back(MillisecondsOf([&] { RunRaw(*raw, recording.exchanges, reply); }));
+    baseline.push_back(MillisecondsOf([&] { RunRaw(*raw, exchanges, reply); }));
   }
-  std::printf("%8d %10d %10zu %12.3f %12.3f %8.2f\n", wells, components, recording.exchanges.size(),
+  std::printf("%8d %10d %10zu %12.3f %12.3f %8.2f\n", wells, components, exchanges.size(),
               Median(ours), Median(baseline), Median(ours) / Median(baseline));
   std::fflush(stdout);
   raw->Close();
