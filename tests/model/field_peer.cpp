@@ -27,7 +27,7 @@ double ValueOf(const FieldPeer& field, const SimulatedWell& well, const std::str
       {"BOTTOM_HOLE_PRESSURE", 3014.696 - produced},
       {"GAS_DENSITY", 0.0763},
       {"OIL_DENSITY", 62.43 * OilGravityAt(produced)},
-      {"WATER_DENSITY", 62.43}};
+      {"WATER_DENSITY", 65.0}};
   const auto value = values.find(item);
   return value == values.end() ? 100.0 : value->second;
 }

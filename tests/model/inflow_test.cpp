@@ -33,7 +33,7 @@ TEST_F(Inflow, GivesTheSweepOfAProducer) {
   EXPECT_NEAR(inflow->pressure[9], 3000.0, 4.0);
   EXPECT_DOUBLE_EQ(inflow->oilGravity, kOpenGravity);
   EXPECT_DOUBLE_EQ(inflow->gasGravity, 1.0);
-  EXPECT_DOUBLE_EQ(inflow->waterGravity, 1.0);
+  EXPECT_DOUBLE_EQ(inflow->waterGravity, 65.0 / 62.43);
   EXPECT_DOUBLE_EQ(inflow->massRate[0],
                    800.0 * 5.615 * 62.43 * kOpenGravity + 0.5 * 1000000.0 * 0.0763 * 1.0)
       << "water is left out";
