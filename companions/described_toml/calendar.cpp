@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include "boundary/day_zero.h"
+
 namespace gantry::toml_reader {
 namespace {
 
@@ -11,7 +13,6 @@ using std::chrono::days;
 using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
-constexpr sys_days kDayZero{std::chrono::year{1899} / 12 / 31};
 constexpr double kSecondsPerDay = 86400;
 
 year_month_day ToChrono(const Date& date) {

@@ -18,7 +18,7 @@ constexpr QuantityRow kQuantities[] = {
     {kNone, "", "", "", 0, 1},
     {kLiquidRate, "liquid rate", "STB/d", "Sm3/d", 0, kLiquidScale},
     {kGasRate, "gas rate", "MMscf/d", "kSm3/d", 0, kGasScale},
-    {kGaugePressure, "pressure", "psig", "bara", 14.696, kPressureScale},
+    {kGaugePressure, "pressure", "psig", "bara", kAtmosphere, kPressureScale},
     {kLength, "length", "ft", "m", 0, 0.3048},
     {kDiameter, "diameter, roughness", "in", "mm", 0, 25.4},
     {kTemperature, "temperature", "degF", "degC", -32, 5.0 / 9.0},

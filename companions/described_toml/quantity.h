@@ -37,6 +37,9 @@ enum class Quantity {
 /// The units in which a file states its numbers, and in which its results are told.
 enum class UnitSystem { kField, kMetric };
 
+/// What a gauge pressure leaves out, psi.
+inline constexpr double kAtmosphere = 14.696;
+
 /// Metric value = (field value + offset) x factor.
 struct QuantityRow {
   Quantity quantity;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace gantry::flowlink {
 
@@ -31,6 +33,29 @@ enum Vector : size_t {
   kVectorCount
 };
 using Values = std::vector<double>;
+
+constexpr std::pair<Vector, const char*> kVectorNames[] = {
+    {kOil, "WOPR"},
+    {kGas, "WGPR"},
+    {kWater, "WWPR"},
+    {kReservoir, "WVPR"},
+    {kInjectedWater, "WWIR"},
+    {kInjectedGas, "WGIR"},
+    {kInjectedOil, "WOIR"},
+    {kInjectedReservoir, "WVIR"},
+    {kBottomHole, "WBHP"},
+    {kTubingHead, "WTHP"},
+    {kOilTotal, "WOPT"},
+    {kGasTotal, "WGPT"},
+    {kWaterTotal, "WWPT"},
+    {kReservoirTotal, "WVPT"},
+    {kInjectedWaterTotal, "WWIT"},
+    {kInjectedGasTotal, "WGIT"},
+    {kInjectedOilTotal, "WOIT"},
+    {kInjectedReservoirTotal, "WVIT"},
+    {kStatus, "WSTAT"},
+};
+static_assert(std::size(kVectorNames) == kVectorCount);
 
 double Ratio(double part, double whole) { return whole > 0.0 ? part / whole : 0.0; }
 
@@ -79,10 +104,12 @@ double Share(double difference, double whole) {
 }  // namespace
 
 const std::vector<std::string>& SummaryVectors() {
-  static const std::vector<std::string> kVectors = {
-      "WOPR", "WGPR", "WWPR", "WVPR", "WWIR", "WGIR", "WOIR", "WVIR", "WBHP", "WTHP",
-      "WOPT", "WGPT", "WWPT", "WVPT", "WWIT", "WGIT", "WOIT", "WVIT", "WSTAT"};
-  return kVectors;
+  static const std::vector<std::string> kNames = [] {
+    std::vector<std::string> names(kVectorCount);
+    for (const auto& [vector, name] : kVectorNames) names[vector] = name;
+    return names;
+  }();
+  return kNames;
 }
 
 std::optional<size_t> FindFlowItem(std::string_view item) {

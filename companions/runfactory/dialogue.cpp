@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 
+#include "boundary/parallel_range.h"
 #include "remote/factory_version.h"
 
 namespace gantry::cluster {
@@ -13,7 +14,6 @@ namespace gantry::cluster {
 namespace {
 
 constexpr size_t kLengthSize = 4;
-constexpr int32_t kMostProcessors = 512;
 
 std::optional<int32_t> Number(const std::string& text) {
   int32_t number = 0;
@@ -72,7 +72,7 @@ const Dialogue::Line Dialogue::kLines[] = {
      }},
     {"number of processors", 11,
      [](const std::string& text, RunRequest& request) {
-       return ReadNumber(text, 0, kMostProcessors, request.parallel);
+       return ReadNumber(text, 0, kMostParallel, request.parallel);
      }},
     {"version code", 11,
      [](const std::string& text, RunRequest& request) {

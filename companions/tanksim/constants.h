@@ -2,12 +2,14 @@
 
 // Physical constants of the model's field units.
 
+#include "described_toml/quantity.h"
+
 namespace gantry::simulator {
 
 inline constexpr double kCubicFeetPerBarrel = 5.614583;
 inline constexpr double kCubicFeetPerMscf = 1000.0;
-inline constexpr double kStandardPressure = 14.696;   // psia
-inline constexpr double kStandardTemperature = 60.0;  // degrees Fahrenheit
+inline constexpr double kStandardPressure = toml_reader::kAtmosphere;  // psia
+inline constexpr double kStandardTemperature = 60.0;                   // degrees Fahrenheit
 inline constexpr double kFahrenheitToRankine = 459.67;
 inline constexpr double kGasConstant = 10.7316;  // psi ft3 / (lb-mol R)
 inline constexpr double kSquareInchesPerSquareFoot = 144.0;

@@ -255,7 +255,7 @@ FlashResult EquationOfState::Flash(const std::vector<double>& fractions, double 
 
 double EquationOfState::Viscosity(const PhaseResult& phase, double temperature) const {
   constexpr double kKelvinPerRankine = 1.0 / 1.8;
-  constexpr double kAtmospherePerPsi = 1.0 / 14.696;
+  constexpr double kAtmospherePerPsi = 1.0 / kStandardPressure;
   double dilute = 0.0;
   double weights = 0.0;
   double tc = 0.0;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "boundary/day_zero.h"
 #include "boundary/error_text.h"
 
 namespace gantry {
@@ -19,14 +20,11 @@ using std::chrono::year_month_day;
 
 constexpr double kSecondsOfDay = 86400.0;
 constexpr double kForgivenSeconds = 0.1;
-constexpr sys_days kBaseDate{year(1899) / 12 / 31};
 constexpr sys_days kUnixEpoch{year(1970) / 1 / 1};
 constexpr sys_days kFirstDate{year(1) / 1 / 1};
 constexpr sys_days kLastDate{year(9999) / 12 / 31};
 
-constexpr double DayNumber(sys_days date) {
-  return static_cast<double>((date - kBaseDate).count());
-}
+constexpr double DayNumber(sys_days date) { return static_cast<double>((date - kDayZero).count()); }
 
 }  // namespace
 
@@ -39,7 +37,7 @@ double PresentTime() {
 std::string FormatDateStamp(double time) {
   const double whole = std::floor(time);
   if (!(whole >= DayNumber(kFirstDate) && whole <= DayNumber(kLastDate))) return {};
-  const year_month_day date(kBaseDate + days(static_cast<int>(whole)));
+  const year_month_day date(kDayZero + days(static_cast<int>(whole)));
   const auto seconds = static_cast<int>((time - whole) * kSecondsOfDay + kForgivenSeconds);
   return FormatText("%04d-%02u-%02uT%02d:%02d:%02d.000Z", static_cast<int>(date.year()),
                     static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),

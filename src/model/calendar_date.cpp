@@ -3,11 +3,11 @@
 #include <chrono>
 #include <cmath>
 
+#include "boundary/day_zero.h"
+
 namespace gantry {
 
 using namespace std::chrono;
-
-static constexpr sys_days kDayZero = 1899y / December / 31;
 
 CalendarDate MakeDate(int32_t day, int32_t month, int32_t year) {
   if (day < 1 || day > 31 || month < 1 || month > 12 || year < 1 || year > 9999) return {};

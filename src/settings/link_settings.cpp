@@ -4,6 +4,7 @@
 #include <array>
 #include <variant>
 
+#include "boundary/parallel_range.h"
 #include "platform/registry.h"
 #include "settings/machine_config.h"
 
@@ -64,7 +65,9 @@ bool LinkSettings::Handle(TagParser& parser, TagContext /*context*/) {
   return true;
 }
 
-void LinkSettings::ClampParallel() { Parallel = std::clamp(Parallel, 1, 512); }
+void LinkSettings::ClampParallel() {
+  Parallel = std::clamp(Parallel, kLeastParallel, kMostParallel);
+}
 
 const std::string& LinkSettings::GetName() const {
   static const std::string none;

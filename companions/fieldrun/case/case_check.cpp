@@ -59,11 +59,10 @@ void Check::NamesDiffer(const std::vector<Spec>& specs, std::string_view what) {
 
 void Check::Simulator() {
   const SimulatorSpec& simulator = model_.simulator;
-  const bool isCluster = simulator.connection == 1;
-  if (isCluster && simulator.headNode.empty()) {
+  if (simulator.IsOnCluster() && simulator.headNode.empty()) {
     Fail(simulator.LineOf("connection"), "a cluster needs its head_node");
   }
-  if (isCluster || simulator.deck.empty()) return;
+  if (simulator.IsOnCluster() || simulator.deck.empty()) return;
   if (!IsFile(simulator.deck)) {
     Fail(simulator.LineOf("deck"), fmt::format("no such dataset: {}", simulator.deck));
   }

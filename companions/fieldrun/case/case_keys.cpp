@@ -1,5 +1,7 @@
 #include "fieldrun/case/case_keys.h"
 
+#include "boundary/parallel_range.h"
+
 namespace gantry::fieldrun {
 namespace {
 
@@ -7,8 +9,8 @@ using enum Quantity;
 
 // What is usual is what the largest wells and fields of the world don't reach; a wellhead below the
 // air's pressure is rare.
-constexpr Range kWellheadPressure{.low = -14.696, .usualLow = -1, .usualHigh = 10'000};
-constexpr Range kBottomHolePressure{.low = -14.696, .usualLow = -1, .usualHigh = 25'000};
+constexpr Range kWellheadPressure{.low = -kAtmosphere, .usualLow = -1, .usualHigh = 10'000};
+constexpr Range kBottomHolePressure{.low = -kAtmosphere, .usualLow = -1, .usualHigh = 25'000};
 constexpr Range kTubingTemperature{.low = 0, .high = 600, .usualLow = 20, .usualHigh = 500};
 constexpr Range kFraction{.low = 0, .high = 1};
 constexpr Range kWellLiquid{.low = 0, .usualHigh = 200'000};
@@ -49,7 +51,9 @@ constexpr KeyRow<SimulatorSpec> kSimulatorKeys[] = {
          .In({.low = 0})
          .Else("100000, the most recent"),
      &SimulatorSpec::clusterVersion},
-    {Key("parallel", "number of simulator processes").In({.low = 1, .high = 512}).Else("1"),
+    {Key("parallel", "number of simulator processes")
+         .In({.low = kLeastParallel, .high = kMostParallel})
+         .Else("1"),
      &SimulatorSpec::parallel},
     {Key("inflow_model", "how a well's inflow is built").OneOf("block|drainage").Else("drainage"),
      &SimulatorSpec::inflowModel},

@@ -47,6 +47,8 @@ struct SimulatorSpec : Located {
   bool standardLog = false;
   std::string label;
   std::string storeFile;
+
+  bool IsOnCluster() const { return connection == 1; }
 };
 
 struct TimeSpec : Located {

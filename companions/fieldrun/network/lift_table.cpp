@@ -9,7 +9,6 @@
 namespace gantry::fieldrun {
 namespace {
 
-constexpr double kAtmosphere = 14.696;    // psi
 constexpr size_t kPoints = 4;             // of a cubic
 constexpr double kBarrelsPerMMscf = 150;  // as Rates::Size counts gas
 

@@ -8,7 +8,6 @@
 namespace gantry::fieldrun {
 namespace {
 
-constexpr double kAtmosphere = 14.696;         // psi
 constexpr double kWaterDensity = 62.43;        // lb/ft3
 constexpr double kAirDensity = 0.0763;         // lb/ft3 at standard conditions
 constexpr double kCubicFeetPerBarrel = 5.615;  // ft3/bbl

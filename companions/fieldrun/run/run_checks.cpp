@@ -15,7 +15,6 @@ using enum Quantity;
 constexpr double kMostPressure = 1e5;
 constexpr double kMostRate = 1e7;
 constexpr double kMissing = -9999.0;  // the mark of the module for a value not set lies below it
-constexpr double kAtmosphere = 14.696;
 
 // How far a well may be from its plan at the end of a step: the reservoir moves on meanwhile.
 constexpr double kRateShort = 0.2;

@@ -10,12 +10,8 @@
 namespace gantry::fieldrun {
 namespace {
 
-bool NeedsModule(Verb verb) {
-  return verb != Verb::kReference && verb != Verb::kCheck && verb != Verb::kReport;
-}
-
 bool Takes(const OptionRow& row, Verb verb) {
-  if (row.verbs.empty()) return NeedsModule(verb);
+  if (row.verbs.empty()) return RowOf(verb).NeedsModule();
   return std::find(row.verbs.begin(), row.verbs.end(), verb) != row.verbs.end();
 }
 

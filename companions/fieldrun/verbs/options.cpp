@@ -1,28 +1,34 @@
 #include "fieldrun/verbs/options.h"
 
+#include <algorithm>
+
+#include "fieldrun/verbs/verbs.h"
+
 namespace gantry::fieldrun {
 namespace {
 
 using enum Verb;
 
 constexpr VerbRow kVerbs[] = {
-    {kRun, "run", "Run a field model in lock-step with its simulator"},
-    {kWells, "wells", "Start a case's simulator and list its wells"},
-    {kIdentify, "identify", "Show what the module says of itself"},
-    {kUnits, "units", "List the units of a case, or of the variables that the module reports"},
-    {kGet, "get", "Read properties of a case or its simulator by their paths"},
-    {kSet, "set", "Write a property of a case or its simulator by its path"},
-    {kDo, "do", "Run a command of the module on a case"},
-    {kSave, "save", "Save a case's settings as the block that a host keeps"},
-    {kLoad, "load", "Load a saved block and show what it holds"},
-    {kVariables, "variables", "List, add, read, write and delete a case's published variables"},
-    {kDescribe, "describe", "Write the description of a case's equipment as XML"},
-    {kConfigure, "configure", "Open the module's configuration dialog"},
-    {kEdit, "edit", "Open the case settings dialog"},
-    {kExport, "export", "Open the dialog of published variables"},
-    {kReport, "report", "Make the report of a run, finished or not, from its tables"},
-    {kReference, "reference", "Print the reference of case files"},
-    {kCheck, "check", "Tell all that is wrong with a case and its deck, without a run"},
+    {kRun, "run", "Run a field model in lock-step with its simulator", RunCase},
+    {kWells, "wells", "Start a case's simulator and list its wells", ListWells},
+    {kIdentify, "identify", "Show what the module says of itself", ShowIdentity},
+    {kUnits, "units", "List the units of a case, or of the variables that the module reports",
+     ListUnits},
+    {kGet, "get", "Read properties of a case or its simulator by their paths", GetProperties},
+    {kSet, "set", "Write a property of a case or its simulator by its path", SetOneProperty},
+    {kDo, "do", "Run a command of the module on a case", DoOneCommand},
+    {kSave, "save", "Save a case's settings as the block that a host keeps", SaveBlock},
+    {kLoad, "load", "Load a saved block and show what it holds", LoadBlock},
+    {kVariables, "variables", "List, add, read, write and delete a case's published variables",
+     ServeVariables},
+    {kDescribe, "describe", "Write the description of a case's equipment as XML", Describe},
+    {kConfigure, "configure", "Open the module's configuration dialog", OpenConfiguration},
+    {kEdit, "edit", "Open the case settings dialog", OpenSettings},
+    {kExport, "export", "Open the dialog of published variables", OpenExport},
+    {kReport, "report", "Make the report of a run, finished or not, from its tables", ReportRun},
+    {kReference, "reference", "Print the reference of case files", ShowReference},
+    {kCheck, "check", "Tell all that is wrong with a case and its deck, without a run", CheckFiles},
 };
 
 const std::vector<Verb> kWithCase{kRun,  kWells,     kGet,      kSet,    kDo,   kSave,
@@ -80,6 +86,7 @@ const std::vector<OptionRow> kOptions{
 }  // namespace
 
 std::span<const VerbRow> Verbs() { return kVerbs; }
+const VerbRow& RowOf(Verb verb) { return *std::ranges::find(kVerbs, verb, &VerbRow::verb); }
 std::span<const OptionRow> OptionRows() { return kOptions; }
 
 }  // namespace gantry::fieldrun

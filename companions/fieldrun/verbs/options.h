@@ -76,14 +76,22 @@ struct OptionRow {
   bool isRequired = true;   ///< of a positional
 };
 
+struct Session;
+
+/// A verb, and what does it: with the module, or from the command line alone, where false tells of
+/// faults in the user's files.
 struct VerbRow {
   Verb verb;
   std::string_view name;
   std::string_view meaning;
+  std::variant<void (*)(const Session&), bool (*)(const Options&)> action;
+
+  bool NeedsModule() const { return action.index() == 0; }
 };
 
 /// The only description of the command line: it parses by these, and prints its help from them.
 std::span<const VerbRow> Verbs();
+const VerbRow& RowOf(Verb verb);
 std::span<const OptionRow> OptionRows();
 
 /// The options, or the exit status with which to end: 0 after help, 2 for a bad command line, whose

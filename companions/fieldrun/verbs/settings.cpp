@@ -37,7 +37,7 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
   };
   set("ConnectionMode", std::to_string(simulator.connection));
   set("IPRModel", std::to_string(simulator.inflowModel));
-  if (simulator.connection == 1) {
+  if (simulator.IsOnCluster()) {
     set("HeadNode", simulator.headNode);
     set("HeadNodePort", std::to_string(simulator.headNodePort));
     set("LinuxIXVersion", std::to_string(simulator.clusterVersion));
@@ -55,14 +55,14 @@ void StartSimulator(DriverModel& model, const CaseModel& caseModel) {
     model.StartSimulator();
   } catch (const DriverFailure& failure) {
     const std::string program = model.Get("Intersect.CaseDetails.SimExeName");
-    if (caseModel.simulator.connection == 1 || program.empty()) throw;
+    if (caseModel.simulator.IsOnCluster() || program.empty()) throw;
     throw DriverFailure(fmt::format("{} ({})", failure.what(), program));
   }
 }
 
 std::string SimulatorProgram(DriverModel& model, const CaseModel& caseModel) {
   const SimulatorSpec& simulator = caseModel.simulator;
-  if (simulator.connection == 1) return "the cluster behind " + simulator.headNode;
+  if (simulator.IsOnCluster()) return "the cluster behind " + simulator.headNode;
   const std::string program = model.Get("Intersect.CaseDetails.SimExeName");
   if (program.empty()) return "the one that the machine's configuration names";
   // Others might take the question for a dataset.

@@ -52,7 +52,7 @@ std::string SimulatorOf(const CaseModel& model, const Options& options) {
 
 void CheckDeck(const CaseModel& model, const Options& options, std::vector<FileFinding>& all) {
   const SimulatorSpec& simulator = model.simulator;
-  if (simulator.connection == 1 || !IsFile(simulator.deck)) return;
+  if (simulator.IsOnCluster() || !IsFile(simulator.deck)) return;
   const std::string program = SimulatorOf(model, options);
   const bool isPath = platform::PathOf(program).has_parent_path();
   if (isPath && !IsFile(program)) {

@@ -159,7 +159,7 @@ void RunCase(const Session& session) {
   if (showsTable) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
 }
 
-void ReportRun(const Options& options) {
+bool ReportRun(const Options& options) {
   const std::string folder =
       platform::NameOf(fs::absolute(platform::PathOf(options.results)).lexically_normal());
   const StoredRun run = ReadRunFile(folder);
@@ -168,6 +168,7 @@ void ReportRun(const Options& options) {
   ReplayRun(folder, run, history);
   WriteReport(run.model, history, folder);
   fmt::print(UserOutput(), "{}/{}\n", folder, kReportFile);
+  return true;
 }
 
 }  // namespace gantry::fieldrun

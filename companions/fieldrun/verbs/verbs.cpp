@@ -1,6 +1,5 @@
 #include "fieldrun/verbs/verbs.h"
 
-#include <array>
 #include <cerrno>
 #include <filesystem>
 
@@ -22,14 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 
 enum ExitStatus { kDone = 0, kFailed = 1, kBadInput = 2, kEndedByUser = 3 };
-
-using VerbFunction = void (*)(const Session&);
-
-// In the order of Verb, without the last three, which need no module.
-constexpr std::array<VerbFunction, 14> kFunctions{
-    RunCase,        ListWells,         ShowIdentity, ListUnits, GetProperties,
-    SetOneProperty, DoOneCommand,      SaveBlock,    LoadBlock, ServeVariables,
-    Describe,       OpenConfiguration, OpenSettings, OpenExport};
 
 // Beside the program, as on Windows; else in the lib folder beside its own.
 std::string DefaultModule() {
@@ -57,22 +48,20 @@ void CheckWritten(const Options& options, const CallTrace* trace) {
 
 /// False when the verb has told faults of the user's files.
 bool DoVerb(const Options& options, CallTrace* trace) {
-  if (options.verb == Verb::kCheck) return CheckFiles(options);
-  if (options.verb == Verb::kReport) {
-    ReportRun(options);
-    return true;
-  }
-  if (options.verb == Verb::kReference) {
-    fmt::print(UserOutput(), "{}", options.jsonSchema ? CaseSchema() : CaseReference());
-    return true;
-  }
+  const auto& action = RowOf(options.verb).action;
+  if (const auto* alone = std::get_if<bool (*)(const Options&)>(&action)) return (*alone)(options);
   const std::string path = options.module.empty() ? DefaultModule() : options.module;
   const std::unique_ptr<ModuleApi> api = ModuleApi::Load(path);
-  kFunctions.at(static_cast<size_t>(options.verb))({options, *api, trace});
+  std::get<void (*)(const Session&)>(action)({options, *api, trace});
   return true;
 }
 
 }  // namespace
+
+bool ShowReference(const Options& options) {
+  fmt::print(UserOutput(), "{}", options.jsonSchema ? CaseSchema() : CaseReference());
+  return true;
+}
 
 std::string MachineSimulator() {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);

@@ -31,8 +31,9 @@ void Describe(const Session& session);
 void OpenConfiguration(const Session& session);
 void OpenSettings(const Session& session);
 void OpenExport(const Session& session);
-/// Makes the report of a run from its tables; needs no module.
-void ReportRun(const Options& options);
+/// Makes the report of a run from its tables.
+bool ReportRun(const Options& options);
+bool ShowReference(const Options& options);
 
 /// Tells all that is wrong with a case and, where its simulator can say so, with its deck. False
 /// when something is.
