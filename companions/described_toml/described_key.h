@@ -27,6 +27,15 @@ struct Range {
 /// file is read and checked, and its reference printed. Written as one row:
 /// `Key("depth", "of the tubing", kLength).In({0, 40000}).Else(0)`.
 struct Key {
+ private:
+  template <class Part>
+  constexpr Key With(Part Key::*part, const Part& value) const {
+    Key changed = *this;
+    changed.*part = value;
+    return changed;
+  }
+
+ public:
   constexpr Key(std::string_view keyName, std::string_view keyMeaning,
                 Quantity measured = Quantity::kNone)
       : name(keyName), meaning(keyMeaning), quantity(measured) {}
@@ -52,14 +61,6 @@ struct Key {
   std::optional<double> standard;
   bool isRequired = false;
   unsigned kinds = ~0U;
-
- private:
-  template <class Part>
-  constexpr Key With(Part Key::*part, const Part& value) const {
-    Key changed = *this;
-    changed.*part = value;
-    return changed;
-  }
 };
 
 /// A key and where it is kept. A key with a number as its target and with choices takes either; a

@@ -36,7 +36,7 @@ struct BrowseButton {
   std::string LinkSettings::*target;
   platform::FileRequest request;
 };
-constexpr std::array<BrowseButton, 2> kBrowseButtons = {
+const std::array<BrowseButton, 2> kBrowseButtons = {
     {{kBrowseDataset,
       kFileName,
       &LinkSettings::FileName,

@@ -19,8 +19,8 @@ constexpr int32_t kDefaultStartPort = 9001;
 constexpr int32_t kDefaultEndPort = 9101;
 constexpr int32_t kPortRange = 100;
 
-constexpr platform::FileRequest kSimulatorFile{"exe", "IX executable file (*.exe)|*.exe|"};
-constexpr platform::FileRequest kMpiFile{"exe", "MPI executable file - mpiexec (*.exe)|*.exe|"};
+const platform::FileRequest kSimulatorFile{"exe", "IX executable file (*.exe)|*.exe|"};
+const platform::FileRequest kMpiFile{"exe", "MPI executable file - mpiexec (*.exe)|*.exe|"};
 
 bool IsUsablePort(int32_t port) { return port != 0 && port < kFirstBadPort; }
 

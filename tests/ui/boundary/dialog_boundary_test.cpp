@@ -155,13 +155,12 @@ TEST_F(HostOnADisplay, ConfiguresTheMachineAndIsToldOfAStart) {
   ExtErrorBlock error{};
   module->ExtCreateInstance(&model, &error);
   uint32_t changed = 7;
-  Person().While(
-      [&] { module->ExtCmd(model, host->Handle(), EXT_EDIT, &changed, 0, &error); },
-      [](const Person& person) {
-        person.TurnTo(kCaseSettings);
-        person.Press(kTab, 12);
-        person.Press(kSpace);
-      });
+  Person().While([&] { module->ExtCmd(model, host->Handle(), EXT_EDIT, &changed, 0, &error); },
+                 [](const Person& person) {
+                   person.TurnTo(kCaseSettings);
+                   person.Press(kTab, 12);
+                   person.Press(kSpace);
+                 });
   EXPECT_EQ(changed, 1u);
   module->ExtDestroyInstance(model, &error);
   module.reset();  // which writes the configuration
