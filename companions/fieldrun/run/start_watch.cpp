@@ -24,7 +24,7 @@ void Look(const std::stop_token& stop, StartedPrograms& programs) {
       const std::string text = fmt::format(
           "fieldrun: the simulator has ended {}, before the driver could reach it; what it said "
           "stands above. The driver goes on trying for up to a minute\n",
-          *end);
+          end->how);
       std::fputs(text.c_str(), stderr);
       return;
     }

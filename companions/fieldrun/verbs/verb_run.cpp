@@ -13,6 +13,7 @@
 #include "fieldrun/results/run_file.h"
 #include "fieldrun/results/run_json.h"
 #include "fieldrun/run/coupled_run.h"
+#include "fieldrun/run/simulator_end.h"
 #include "fieldrun/verbs/progress.h"
 #include "fieldrun/verbs/run_script.h"
 #include "fieldrun/verbs/verbs.h"
@@ -143,6 +144,7 @@ void RunCase(const Session& session) {
   };
   run.isInterrupted = IsInterrupted;
   TakeInterruptions();
+  SimulatorEnd simulatorEnd;
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
   RunEnd end = run.Run();
@@ -156,6 +158,7 @@ void RunCase(const Session& session) {
     throw EndedByUser(DescribeEnd(end) + "; results: " + caseModel.general.output);
   }
   if (!end.failure.empty()) throw DriverFailure(end.failure);
+  if (!caseModel.simulator.IsOnCluster()) simulatorEnd.Await(IsInterrupted);
   if (showsTable) fmt::print(UserOutput(), "Results: {}\n", caseModel.general.output);
 }
 

@@ -54,14 +54,15 @@ void ForEachChild(Action action) {
   }
 }
 
-std::string DescribeEnd(pid_t number) {
+ProgramEnd DescribeEnd(pid_t number) {
   siginfo_t info{};
   const auto id = static_cast<id_t>(number);
   if (::waitid(P_PID, id, &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != number) {
-    return "by itself";
+    return {"by itself"};
   }
   const bool hasStatus = info.si_code == CLD_EXITED;
-  return fmt::format("{} {}", hasStatus ? "with status" : "by signal", info.si_status);
+  return {fmt::format("{} {}", hasStatus ? "with status" : "by signal", info.si_status),
+          !hasStatus || info.si_status != 0};
 }
 
 /// The module gives its programs to the system, by the death of their parent: as the reaper of its
@@ -73,7 +74,7 @@ class ReapedPrograms : public StartedPrograms {
     ForEachChild([this](const Child& child) { earlier_.insert(child.number); });
   }
 
-  std::optional<std::string> End() override {
+  std::optional<ProgramEnd> End() override {
     pid_t ended = 0;
     bool lives = false;
     ForEachChild([&](const Child& child) {

@@ -10,10 +10,10 @@ class JobPrograms : public StartedPrograms {
  public:
   JobPrograms() : before_(Count()) {}
 
-  std::optional<std::string> End() override {
+  std::optional<ProgramEnd> End() override {
     const Counts now = Count();
     if (now.total <= before_.total || now.active > before_.active) return std::nullopt;
-    return "by itself";
+    return ProgramEnd{"by itself"};
   }
 
  private:

@@ -60,7 +60,9 @@ TEST_P(KilledRun, EndsWholeWhicheverOfItsProcessesIsKilled) {
   if (whom == "fieldrun") return;
   const int status = ended.at(fieldrun_);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-  EXPECT_THAT(Errors(), ::testing::HasSubstr("Connection to simulator failed"));
+  // In an exchange or, as the driver sees before the next one, between two.
+  EXPECT_THAT(Errors(), ::testing::AnyOf(::testing::HasSubstr("Connection to simulator failed"),
+                                         ::testing::HasSubstr("process is not running")));
   const std::string rows = gantry::test::TestFolder::Read(folder_ / "out" / "wells.csv");
   EXPECT_THAT(rows, ::testing::HasSubstr("\n2,2015-02-01,")) << "the steps that were done";
   if (whom != "flow") return;

@@ -39,5 +39,21 @@ TEST(TerminalRun, TellsAtOnceOfASimulatorThatHasEndedBeforeItCouldBeReached) {
   }
 }
 
+TEST(TerminalRun, IsNoSuccessWhenTheSimulatorFailsAsItEnds) {
+  const gantry::test::TestFolder folder;
+  const auto tanksim = std::filesystem::path(FIELDRUN).parent_path() / "tanksim";
+  const auto simulator =
+      folder.Write("simulator", "#!/bin/sh\n'" + tanksim.string() + "' \"$@\"\nexit 5\n");
+  std::filesystem::permissions(simulator, std::filesystem::perms::owner_all);
+  OnTerminal run({"run", ExampleCase("odeh"), "-n", "1", "-o", (folder / "out").string(),
+                  "--simulator", simulator.string()});
+  while (run.Listen()) {
+  }
+  EXPECT_EQ(WEXITSTATUS(run.Wait()), 1);
+  EXPECT_NE(run.said.find("but the simulator has then ended with status 5"), std::string::npos)
+      << run.said;
+  EXPECT_EQ(Table(folder / "out/field.csv").Rows(), 1U);
+}
+
 }  // namespace
 }  // namespace gantry::fieldrun::test
