@@ -1,6 +1,6 @@
 // The text interface: properties, commands and the description.
 
-#include <semaphore>
+#include <future>
 #include <thread>
 
 #include "model/model_fixture.h"
@@ -48,11 +48,11 @@ TEST_F(Commands, OfferWellsOnlyWhileASimulatorIsThere) {
 }
 
 TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
-  std::binary_semaphore stepping(0), answered(0);
+  std::promise<void> stepping, answered;
   peer.onMessage = [&](const std::string& message) {
     if (message != "CONTINUE_UNTIL") return;
-    stepping.release();
-    answered.acquire();
+    stepping.set_value();
+    answered.get_future().wait();
   };
   BeginRun({});
   int32_t result = -1;
@@ -62,7 +62,7 @@ TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
     ExtErrorBlock own = {};
     result = ExtCmd(model, nullptr, EXT_TIMESTEP, &record, 0, &own);
   });
-  stepping.acquire();
+  stepping.get_future().wait();
   const std::pair<const char*, const char*> answers[] = {
       {"CurrentElapsedDays", "0"},    {"Compositional", "0"},
       {"CaseDetails.Parallel", "1"},  {"StaticWell[{P2}].Connected", "0"},
@@ -71,7 +71,7 @@ TEST_F(Commands, AnswerFromTheRecordsWhileAnotherThreadIsInAStep) {
       {"Well[{NOPE}].SKIN", "none"}};
   for (const auto& [path, answer] : answers) EXPECT_EQ(Get(path), answer) << path;
   EXPECT_EQ(Set("Well[{P2}].OilGravity", "0.9"), 0);
-  answered.release();
+  answered.set_value();
   step.join();
   EXPECT_EQ(result, 0);
   EXPECT_EQ(Get("CurrentElapsedDays"), "5");

@@ -45,6 +45,7 @@ std::string ReadPayload(tcp::socket& socket) {
 
 void AnswerAll(tcp::socket& socket, const ScriptedPeer::Answering& answer) {
   try {
+    socket.set_option(tcp::no_delay(true));
     for (;;) {
       const std::vector<Entries> messages = answer(Decode(ReadPayload(socket)));
       if (messages.empty()) return;
@@ -72,17 +73,19 @@ struct ScriptedPeer::Play {
   }
 
   void ServeEach(const ScriptedPeer::Answering& answer) {
-    boost::system::error_code outcome;
-    const auto serve = [&](const boost::system::error_code& error) { outcome = error; };
-    for (;;) {
-      acceptor.async_accept(socket, serve);
-      context.restart();
-      context.run();
-      if (outcome) return;
-      socket.set_option(tcp::no_delay(true));
-      AnswerAll(socket, answer);
-      socket.close();
-    }
+    AcceptNext(answer);
+    context.restart();
+    context.run();
+  }
+
+  /// One client after the other, until the acceptor is closed.
+  void AcceptNext(const ScriptedPeer::Answering& answer) {
+    acceptor.async_accept([this, &answer](const boost::system::error_code& error, auto client) {
+      if (error) return;
+      AnswerAll(client, answer);
+      client.close();
+      AcceptNext(answer);
+    });
   }
 
   /// Half-closes and takes what the client still says, which must be nothing.
