@@ -7,6 +7,7 @@
 #include "client/inflow_sweep.h"
 #include "client/simulator_model.h"
 #include "client/simulator_wells.h"
+#include "client/unit_converter.h"
 #include "client/v2017_2/intersect_client.h"
 #include "support/memory_connection.h"
 
@@ -21,7 +22,8 @@ void Sweep(Client& client) {
   std::vector<gantry::ConnectorWellRecord> records(kWells.size());
   for (size_t i = 0; i < kWells.size(); ++i) records[i].name = kWells[i];
   gantry::InflowWorkspace workspace;
-  gantry::MeasureInflow(client, kWells, {.componentCount = 1}, workspace, records);
+  gantry::MeasureInflow(client, gantry::UnitConverter(false), kWells, {.componentCount = 1},
+                        workspace, records);
 }
 
 void ReadWells(Client& client) {

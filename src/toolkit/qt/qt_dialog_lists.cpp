@@ -6,7 +6,6 @@
 #include <QStringListModel>
 #include <QTreeWidget>
 #include <algorithm>
-#include <ranges>
 
 #include "toolkit/qt/qt_controls.h"
 #include "toolkit/qt/qt_dialog.h"
@@ -80,8 +79,8 @@ void QtDialog::AddRows(int id, const std::vector<std::vector<std::string>>& rows
 void QtDialog::RemoveRows(int id, const std::vector<size_t>& rows) {
   auto* list = Find<QTreeWidget>(id);
   if (list == nullptr) return;
-  for (const size_t row : rows | std::views::reverse) {
-    delete list->takeTopLevelItem(static_cast<int>(row));
+  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+    delete list->takeTopLevelItem(static_cast<int>(*row));
   }
 }
 
