@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <deque>
 #include <stdexcept>
 
+#include "client/gathered_frames.h"
 #include "client/wire_format.h"
 
 namespace gantry {
@@ -50,10 +50,6 @@ void CheckType(const Header& header, HeaderType type) {
                               " vs expected: " + std::string(TagOf(type)) + " )");
 }
 
-std::span<const std::byte> BytesOf(const void* data, size_t size) {
-  return {static_cast<const std::byte*>(data), size};
-}
-
 /// Writes `size` bytes and moves the target behind them.
 void Put(std::byte*& target, const void* data, size_t size) {
   if (size == 0) return;
@@ -89,30 +85,6 @@ void PutString(std::byte*& target, std::string_view value) {
   Put(target, &length, sizeof length);
   Put(target, value.data(), value.size());
 }
-
-/// Frames as the parts that go over the channel: each chunk behind the words that announce it. The
-/// payloads must outlive it.
-class GatheredFrames {
- public:
-  void Add(std::span<const std::byte> payload) {
-    const uint64_t total = payload.size();
-    AddWords({total, std::min(total, wire::kChunkSize)}, 2);
-    for (uint64_t offset = 0; offset < total; offset += wire::kChunkSize) {
-      const uint64_t length = std::min(total, offset + wire::kChunkSize) - offset;
-      if (offset != 0) AddWords({length}, 1);
-      parts_.push_back(payload.subspan(offset, length));
-    }
-  }
-  std::span<const std::span<const std::byte>> Parts() const { return parts_; }
-
- private:
-  void AddWords(std::array<uint64_t, 2> words, size_t count) {
-    parts_.push_back(BytesOf(words_.emplace_back(words).data(), count * sizeof(uint64_t)));
-  }
-
-  std::deque<std::array<uint64_t, 2>> words_;  ///< none moves when more are added
-  std::vector<std::span<const std::byte>> parts_;
-};
 
 }  // namespace
 
