@@ -125,8 +125,8 @@ StopAnswers::Answers StopAnswers::Solve(FlowLink& link, std::span<const Question
   Answers answers(questions.size());
   // What has helped one question of a stop is what the others are asked with first.
   std::vector<double> steps(kStepDays.begin(), kStepDays.end());
-  std::ranges::rotate(steps.begin(), std::ranges::find(steps, stepDays_),
-                      std::ranges::find(steps, stepDays_) + 1);
+  const auto helped = std::ranges::find(steps, stepDays_);
+  std::rotate(steps.begin(), helped, helped + 1);
   for (const double days : steps) {
     std::vector<size_t> open;
     std::vector<NamedLimits> sets;

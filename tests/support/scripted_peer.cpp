@@ -45,7 +45,6 @@ std::string ReadPayload(tcp::socket& socket) {
 
 void AnswerAll(tcp::socket& socket, const ScriptedPeer::Answering& answer) {
   try {
-    socket.set_option(tcp::no_delay(true));
     for (;;) {
       const std::vector<Entries> messages = answer(Decode(ReadPayload(socket)));
       if (messages.empty()) return;
@@ -82,6 +81,8 @@ struct ScriptedPeer::Play {
   void AcceptNext(const ScriptedPeer::Answering& answer) {
     acceptor.async_accept([this, &answer](const boost::system::error_code& error, auto client) {
       if (error) return;
+      boost::system::error_code gone;
+      client.set_option(tcp::no_delay(true), gone);
       AnswerAll(client, answer);
       client.close();
       AcceptNext(answer);

@@ -13,7 +13,7 @@ class SimulatorEnd {
  public:
   SimulatorEnd();
 
-  /// Waits for it, a minute at most and no longer than nobody wants to stop. Throws DriverFailure
+  /// Waits for it, for a minute at most and only while nothing interrupts. Throws DriverFailure
   /// when the simulator says by its status that something has failed.
   void Await(const std::function<bool()>& isInterrupted);
 
