@@ -118,31 +118,20 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
 }
 
 RunEnd CoupledRun::Run() {
-  RunEnd end;
   try {
-    RunSteps(end);
+    while (std::optional<StepRecord> step = Next()) Carry(std::move(*step));
   } catch (const std::exception& failure) {
-    end.failure = failure.what();
-    end.endedByUser = IsInterrupted();
+    end_.endedByUser = IsInterrupted();
+    return End(failure.what());
   }
-  ReportRest(end);
-  model_.CloseSimulator();
-  end.warnings = warnings_.All();
-  Tell(end);
-  return end;
+  return End();
 }
 
-void CoupledRun::RunSteps(RunEnd& end) {
-  while (end.steps < start_.stepCount && !end.endedBySimulator) {
-    end.endedByUser = IsInterrupted();
-    if (end.endedByUser) break;
-    end.endedBySimulator = !RunStep(end.steps);
-    ++end.steps;
-  }
-  if (!end.endedBySimulator) FinishLast();
-}
-
-bool CoupledRun::RunStep(size_t step) {
+std::optional<StepRecord> CoupledRun::Next() {
+  if (end_.steps == start_.stepCount || end_.endedBySimulator) return {};
+  end_.endedByUser = IsInterrupted();
+  if (end_.endedByUser) return {};
+  const size_t step = end_.steps;
   listener_.StepBegins(step, schedule_.DateBefore(step));
   if (atStep) atStep(step);
   StepRecord record;
@@ -152,12 +141,25 @@ bool CoupledRun::RunStep(size_t step) {
   record.length = schedule_.lengths[step];
   ReadInflow(record);
   Solve(record);
+  return record;
+}
+
+void CoupledRun::Carry(StepRecord record) {
   SendControls(record);
   if (case_.network.applyEarly) model_.ApplyControls();
-  const bool goesOn = model_.Step(record.length);
+  end_.endedBySimulator = !model_.Step(record.length);
   last_ = std::move(record);
   hasLast_ = true;
-  return goesOn;
+  ++end_.steps;
+}
+
+RunEnd CoupledRun::End(const std::string& failure) {
+  end_.failure = failure;
+  ReportRest();
+  model_.CloseSimulator();
+  end_.warnings = warnings_.All();
+  Tell();
+  return end_;
 }
 
 void CoupledRun::AskForInflow(StepRecord& record) {
@@ -211,24 +213,27 @@ void CoupledRun::FinishLast() {
 }
 
 // Listeners that write may find the disk full.
-void CoupledRun::Tell(RunEnd& end) {
+void CoupledRun::Tell() {
   try {
-    listener_.Ended(end);
+    listener_.Ended(end_);
   } catch (const std::exception& failure) {
-    if (end.failure.empty()) end.failure = failure.what();
+    if (end_.failure.empty()) end_.failure = failure.what();
   }
 }
 
-// What the step before has made when the run ends ahead of its time. A simulator that has come to
-// its own end may still tell its totals.
-void CoupledRun::ReportRest(RunEnd& end) {
-  if (hasLast_ && end.endedBySimulator) totals_->Count(last_);
+// What the last step has made. A simulator that has come to its own end may still tell its totals.
+// A run that has failed already keeps its first failure, and the step is reported as unread.
+void CoupledRun::ReportRest() {
+  if (hasLast_ && end_.endedBySimulator) totals_->Count(last_);
+  const bool isSound = end_.failure.empty() && !end_.endedBySimulator;
   try {
     FinishLast();
-  } catch (const DriverFailure&) {
-    // the step is reported as unread
+  } catch (const DriverFailure& failure) {
+    if (!isSound) return;
+    end_.failure = failure.what();
+    end_.endedByUser = IsInterrupted();
   } catch (const std::exception& failure) {
-    if (end.failure.empty()) end.failure = failure.what();
+    if (end_.failure.empty()) end_.failure = failure.what();
   }
 }
 

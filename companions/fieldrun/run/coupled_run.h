@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,17 @@ class CoupledRun {
   /// Runs to the end. A failure of the module ends the run and stands in the result.
   RunEnd Run();
 
+  /// The same a step at a time: what the next step begins with, its wells where the network of the
+  /// case wants them; none when the run is over. Throws DriverFailure.
+  std::optional<StepRecord> Next();
+  /// Runs the step on with the operating points that stand in its record. Throws DriverFailure.
+  void Carry(StepRecord record);
+  /// Reports the last step and lets the simulator go; a text says why the run ends ahead of its
+  /// time.
+  RunEnd End(const std::string& failure = {});
+  /// What is known since the start.
+  const RunStart& Facts() const { return start_; }
+
   /// Called at the beginning of each step, when the simulator waits.
   std::function<void(size_t step)> atStep;
   /// When set, asked before each step; true ends the run there, by its user's wish.
@@ -53,15 +65,13 @@ class CoupledRun {
  private:
   void CheckCompositions() const;
   bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
-  void RunSteps(RunEnd& end);
   void Publish();
   void BeginTotals();
-  bool RunStep(size_t step);
   void ReadInflow(StepRecord& record);
   void AskForInflow(StepRecord& record);
   void FinishLast();
-  void ReportRest(RunEnd& end);
-  void Tell(RunEnd& end);
+  void ReportRest();
+  void Tell();
   void Solve(StepRecord& record);
   void SendControls(const StepRecord& record);
   void ReportLast();
@@ -73,6 +83,7 @@ class CoupledRun {
   DriverModel& model_;
   RunListener& listener_;
   RunStart start_;
+  RunEnd end_;
   Schedule schedule_;
   std::vector<DriverInflow> inflow_;  ///< of this step, by place in start_.wells
   std::vector<std::string> retired_;  ///< why a well is shut for good; empty while it isn't
