@@ -5,13 +5,11 @@
 #include "fieldrun/driver/simulator_warnings.h"
 #include "fieldrun/platform/interruption.h"
 #include "fieldrun/platform/terminal.h"
-#include "fieldrun/results/output_file.h"
-#include "fieldrun/results/report_html.h"
 #include "fieldrun/results/result_folder.h"
 #include "fieldrun/results/result_reader.h"
-#include "fieldrun/results/result_tables.h"
 #include "fieldrun/results/run_file.h"
 #include "fieldrun/results/run_json.h"
+#include "fieldrun/results/run_results.h"
 #include "fieldrun/run/coupled_run.h"
 #include "fieldrun/run/simulator_end.h"
 #include "fieldrun/verbs/progress.h"
@@ -60,39 +58,6 @@ std::string DescribeEnd(const RunEnd& end) {
   return text;
 }
 
-// The files of a run, which begin together in place of an earlier run's.
-class Results : public RunListener {
- public:
-  explicit Results(const CaseModel& model)
-      : folder_(model.general.output),
-        file_(model.general.output, model),
-        tables_(model.general.output, model.Units()) {}
-
-  void Started(const RunStart& start) override {
-    folder_.ReplaceBy([&] {
-      file_.Started(start);
-      tables_.Started(start);
-    });
-  }
-  void StepDone(const StepRecord& record) override {
-    tables_.StepDone(record);
-    file_.StepDone(record);
-  }
-  void Ended(const RunEnd& end) override { file_.Ended(end); }
-  void Warned(const RunWarning& warning) override { file_.Warned(warning); }
-
- private:
-  ResultFolder folder_;
-  RunFile file_;
-  ResultTables tables_;
-};
-
-void WriteReport(const CaseModel& model, const RunHistory& history, const std::string& folder) {
-  OutputFile report(folder + "/" + kReportFile);
-  report.Write(ComposeReport(model, history));
-  report.Finish();
-}
-
 /// A simulator that writes files of its own finds here where to: two runs of one dataset mustn't
 /// write to one place.
 void ShareFolder(const std::string& folder) {
@@ -119,7 +84,7 @@ void RunCase(const Session& session) {
   model.SetStoreFile(caseModel.simulator.storeFile, true);
   ApplySettings(model, caseModel, DefaultSimulator());
 
-  Results results(caseModel);
+  RunResults results(caseModel);
   ShareFolder(caseModel.general.output);
   const bool showsTable = !options.quiet && !options.json;
   Progress progress(caseModel.Units(), showsTable, !options.quiet && IsTerminal());
@@ -150,7 +115,7 @@ void RunCase(const Session& session) {
   RunEnd end = run.Run();
   takeDownWarnings();
   try {
-    WriteReport(caseModel, history, caseModel.general.output);
+    WriteReport(caseModel, history);
   } catch (const std::exception& failure) {
     if (end.failure.empty()) end.failure = failure.what();  // a full disk has been told of already
   }
@@ -165,11 +130,12 @@ void RunCase(const Session& session) {
 bool ReportRun(const Options& options) {
   const std::string folder =
       platform::NameOf(fs::absolute(platform::PathOf(options.results)).lexically_normal());
-  const StoredRun run = ReadRunFile(folder);
+  StoredRun run = ReadRunFile(folder);
   RunHistory history;
   history.isGoingOn = !run.end && ResultFolder::IsBeingWritten(folder);
   ReplayRun(folder, run, history);
-  WriteReport(run.model, history, folder);
+  run.model.general.output = folder;
+  WriteReport(run.model, history);
   fmt::print(UserOutput(), "{}/{}\n", folder, kReportFile);
   return true;
 }
