@@ -6,6 +6,14 @@
 
 namespace gantry::fieldrun {
 
+namespace {
+
+double Seconds(std::chrono::steady_clock::duration time) {
+  return std::chrono::duration<double>(time).count();
+}
+
+}  // namespace
+
 std::string Quoted(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) {
@@ -25,11 +33,15 @@ CallTrace::CallTrace(const std::string& path) : file_(path, std::ios::trunc) {
 }
 
 void CallTrace::Begin(std::string_view function, const std::string& arguments) {
-  file_ << function << '(' << arguments << ')' << std::flush;
+  callBegan_ = Clock::now();
+  file_ << fmt::format("{:.6f} {}({})", Seconds(callBegan_ - logBegan_), function, arguments)
+        << std::flush;
 }
 
 void CallTrace::End(int32_t result, const std::string& outcome) {
-  file_ << " = " << result << (outcome.empty() ? "" : "  ") << outcome << '\n' << std::flush;
+  file_ << fmt::format(" = {} <{:.6f}>{}{}\n", result, Seconds(Clock::now() - callBegan_),
+                       outcome.empty() ? "" : "  ", outcome)
+        << std::flush;
 }
 
 std::string TraceValue(std::string_view text) { return Quoted(text); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <fstream>
 #include <memory>
@@ -12,7 +13,8 @@
 namespace gantry::fieldrun {
 
 /// A log of every call over the module's boundary, one line each: the function, its arguments and
-/// its result, with numbers to their last digit, so that a run can be followed or made again.
+/// its result, with numbers to their last digit, so that a run can be followed or made again; when
+/// it began, in seconds since the log did, and how long it took.
 /// Written as it happens: a call that never comes back is the last line, without a result.
 class CallTrace {
  public:
@@ -25,7 +27,11 @@ class CallTrace {
   bool IsWhole() const { return file_.good(); }
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   std::ofstream file_;
+  Clock::time_point logBegan_ = Clock::now();
+  Clock::time_point callBegan_;
 };
 
 /// Makes a call, and logs it where there is a trace. `call` gives the result, and may fill the text

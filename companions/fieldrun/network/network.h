@@ -56,6 +56,10 @@ std::vector<GroupLimitReport> SolveNetwork(std::vector<NetworkWell>& wells,
 /// The operating point of one well for itself, without any group.
 void SolveWell(NetworkWell& well);
 
+/// The pressure that a well's tubing needs at its foot to carry each of these rates (psig); not a
+/// number where nothing flows. Empty for a well without a tubing.
+std::vector<double> LiftAlong(const NetworkWell& well, const std::vector<InflowPoint>& points);
+
 /// A producer held so far below what its tubing can carry that the flow would die is shut.
 void ShutIfLoadedUp(NetworkWell& well);
 

@@ -42,8 +42,12 @@ class LiftSurplus {
 
   double operator()(double opening) const {
     const InflowPoint point = well_.curve.At(opening);
-    return point.pressure - (column_ ? column_->FootPressure(well_.manifoldPressure, point.rates)
-                                     : well_.lift->FootPressure(point.rates));
+    return point.pressure - FootPressure(point.rates);
+  }
+
+  double FootPressure(const Rates& rates) const {
+    return column_ ? column_->FootPressure(well_.manifoldPressure, rates)
+                   : well_.lift->FootPressure(rates);
   }
 
  private:
@@ -160,6 +164,17 @@ void SolveWell(NetworkWell& well) {
     SolveInjector(well);
   }
   if (well.isOpen && well.opening <= 0) Shut(well, "held at no rate");
+}
+
+std::vector<double> LiftAlong(const NetworkWell& well, const std::vector<InflowPoint>& points) {
+  std::vector<double> lift;
+  if (well.tubing == nullptr) return lift;
+  const LiftSurplus tubing(well);
+  for (const InflowPoint& point : points) {
+    const bool flows = point.rates.Size() > 0;
+    lift.push_back(flows ? tubing.FootPressure(point.rates) : kUnknownRates.oil);
+  }
+  return lift;
 }
 
 void ShutIfLoadedUp(NetworkWell& well) {

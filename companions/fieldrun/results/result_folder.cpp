@@ -15,7 +15,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kResultFiles[] = {kReportFile, kFieldFile, kInflowFile, kWellsFile, kRunFile};
+constexpr const char* kResultFiles[] = {kReportFile, kProfileFile, kFieldFile,
+                                        kInflowFile, kWellsFile,   kRunFile};
 constexpr const char* kAside = ".previous";
 
 platform::NamedMutex::Attempt TryLock(const std::string& folder) {

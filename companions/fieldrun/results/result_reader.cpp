@@ -176,7 +176,9 @@ StepRecord Replay::NextStep() {
     ReadWell(WellOf(record, wells_));
   }
   for (; !inflow_.IsAtEnd() && inflow_.Step() == record.step; inflow_.Next()) {
-    WellOf(record, inflow_).inflow.push_back(inflow_.Point(""));
+    WellStep& well = WellOf(record, inflow_);
+    well.inflow.push_back(inflow_.Point(""));
+    well.lift.push_back(inflow_.Number("lift pressure", kGaugePressure));
   }
   ReadGroups(record);
   field_.Next();

@@ -65,6 +65,7 @@ void ResultTables::Started(const RunStart& start) {
   wellsFile_.emplace(folder_ + "/" + kWellsFile);
   inflowFile_.emplace(folder_ + "/" + kInflowFile);
   fieldFile_.emplace(folder_ + "/" + kFieldFile);
+  profileFile_.emplace(folder_ + "/" + kProfileFile);
   WriteHeadings();
 }
 
@@ -82,13 +83,17 @@ void ResultTables::WriteHeadings() {
       "gas gravity,water gravity,run\n",
       kStepHeadings, pressure, rates, pressure, columns("reported ", kLiquidRate, kGasRate),
       totals));
-  inflowFile_->Write(fmt::format("{}well,point,{},{},run\n", kStepHeadings, pressure, rates));
+  inflowFile_->Write(fmt::format("{}well,point,{},{},{},run\n", kStepHeadings, pressure, rates,
+                                 Heading("lift pressure", kGaugePressure)));
   fieldFile_->Write(fmt::format(
       "{}{},{},{},water cut,{},{},{},{},open producers,open injectors,group limits,totals by,"
       "run\n",
       kStepHeadings, rates, Heading("water injected", kLiquidRate),
       Heading("gas injected", kGasRate), Heading("gas-oil ratio", kGasLiquidRatio), totals,
       Heading("total water injected", kLiquidVolume), Heading("total gas injected", kGasVolume)));
+  std::string profile = "step";
+  for (const TimePart& part : kTimeParts) profile += fmt::format(",{} (s)", part.name);
+  profileFile_->Write(profile + ",run\n");
 }
 
 void ResultTables::StepDone(const StepRecord& record) {
@@ -97,6 +102,12 @@ void ResultTables::StepDone(const StepRecord& record) {
   wellsFile_->Write(WellRows(record, stepFields));
   inflowFile_->Write(InflowRows(record, stepFields));
   fieldFile_->Write(FieldRow(record, stepFields));
+}
+
+void ResultTables::Timed(std::optional<size_t> step, const StepTimes& times) {
+  std::string row = std::to_string(step ? *step + 1 : 0);
+  for (const TimePart& part : kTimeParts) row += fmt::format(",{:.6f}", times.*part.seconds);
+  profileFile_->Write(row + "," + run_ + "\n");
 }
 
 std::string ResultTables::WellRows(const StepRecord& record, const std::string& stepFields) const {
@@ -123,9 +134,11 @@ std::string ResultTables::InflowRows(const StepRecord& record,
   std::string rows;
   for (size_t i = 0; i < wells_.size(); ++i) {
     const std::string name = CsvField(wells_[i].spec->name);
-    int number = 0;
-    for (const InflowPoint& point : record.wells[i].inflow) {
-      rows += fmt::format("{}{},{},{},{}\n", stepFields, name, ++number, PointFields(point), run_);
+    const WellStep& well = record.wells[i];
+    for (size_t point = 0; point < well.inflow.size(); ++point) {
+      const std::string lift = well.lift.empty() ? "" : Number(well.lift[point], kGaugePressure);
+      rows += fmt::format("{}{},{},{},{},{}\n", stepFields, name, point + 1,
+                          PointFields(well.inflow[point]), lift, run_);
     }
   }
   return rows;

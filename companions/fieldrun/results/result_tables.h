@@ -9,15 +9,17 @@
 
 namespace gantry::fieldrun {
 
-/// The tables wells.csv, inflow.csv and field.csv in a folder that exists, in the units of the
-/// case. They begin with the run and grow with each step; field.csv has a step's row when the
-/// others have theirs. Every row ends with the run's id. docs/fieldrun.md tells the columns.
+/// The tables wells.csv, inflow.csv, field.csv and profile.csv in a folder that exists, in the
+/// units of the case. They begin with the run and grow with each step; field.csv has a step's row
+/// when the wells and their inflow have theirs. Every row ends with the run's id. docs/fieldrun.md
+/// tells the columns.
 class ResultTables : public RunListener {
  public:
   ResultTables(const std::string& folder, UnitSystem units);
 
   void Started(const RunStart& start) override;
   void StepDone(const StepRecord& record) override;
+  void Timed(std::optional<size_t> step, const StepTimes& times) override;
   void Ended(const RunEnd& /*end*/) override {}
 
  private:
@@ -39,6 +41,7 @@ class ResultTables : public RunListener {
   std::optional<GrowingTable> wellsFile_;
   std::optional<GrowingTable> inflowFile_;
   std::optional<GrowingTable> fieldFile_;
+  std::optional<GrowingTable> profileFile_;
 };
 
 /// "producer", "water injector", "gas injector".

@@ -58,13 +58,20 @@ void RunJson::StepDone(const StepRecord& record) {
              {"open_wells", rates.openProducers + rates.openInjectors}});
 }
 
+void RunJson::Timed(std::optional<size_t> /*step*/, const StepTimes& times) {
+  for (const TimePart& part : kTimeParts) times_.*part.seconds += times.*part.seconds;
+}
+
 void RunJson::Ended(const RunEnd& end) {
+  Json seconds;
+  for (const TimePart& part : kTimeParts) seconds[part.name] = times_.*part.seconds;
   PrintLine({{"event", "end"},
              {"steps", end.steps},
              {"warnings", end.warnings.size()},
              {"ended_by_simulator", end.endedBySimulator},
              {"ended_by_user", end.endedByUser},
              {"failure", end.failure},
+             {"seconds", seconds},
              {"results", model_.general.output}});
 }
 

@@ -17,12 +17,14 @@ class RunJson : public RunListener {
 
   void Started(const RunStart& start) override;
   void StepDone(const StepRecord& record) override;
+  void Timed(std::optional<size_t> step, const StepTimes& times) override;
   void Ended(const RunEnd& end) override;
   void Warned(const RunWarning& warning) override;
 
  private:
   const CaseModel& model_;
   std::vector<RunWell> wells_;
+  StepTimes times_;  ///< of all so far
 };
 
 }  // namespace gantry::fieldrun

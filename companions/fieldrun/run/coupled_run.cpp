@@ -84,10 +84,13 @@ void CoupledRun::BeginTotals() {
 
 void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
   Publish();
+  StepTimes times;
+  stopwatch_.Charge(times.other);
   {
     const DeafToInterruptions simulator;
     StartSimulator(model_, case_);
   }
+  stopwatch_.Charge(times.simulator);
   start_.id = NewRunId();
   start_.simulator = SimulatorProgram(model_, case_);
   const std::vector<DriverWell> wells = model_.Wells();
@@ -106,15 +109,20 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
   std::vector<int32_t> connected;
   for (const RunWell& well : start_.wells) connected.push_back(well.handle);
   for (const int32_t handle : connected) model_.Connect(handle, true);
+  stopwatch_.Charge(times.wire);
   listener_.Started(start_);
+  stopwatch_.Charge(times.writing);
   model_.StartRun(connected, DayNumber(start_.start),
                   [this](const std::string& text) { listener_.Notice(text); });
+  stopwatch_.Charge(times.simulator);
 
   retired_.resize(start_.wells.size());
   for (const RunWell& well : start_.wells) {
     tubings_.push_back(case_.TubingOf(*well.spec));
   }
   BeginTotals();
+  stopwatch_.Charge(times.wire);
+  listener_.Timed(std::nullopt, times);
 }
 
 RunEnd CoupledRun::Run() {
@@ -139,15 +147,19 @@ std::optional<StepRecord> CoupledRun::Next() {
   record.date = schedule_.DateBefore(step);
   record.days = schedule_.DaysBefore(step);
   record.length = schedule_.lengths[step];
+  stopwatch_.Charge(record.times.other);
   ReadInflow(record);
   Solve(record);
   return record;
 }
 
 void CoupledRun::Carry(StepRecord record) {
+  stopwatch_.Charge(record.times.network);
   SendControls(record);
   if (case_.network.applyEarly) model_.ApplyControls();
+  stopwatch_.Charge(record.times.wire);
   end_.endedBySimulator = !model_.Step(record.length);
+  stopwatch_.Charge(record.times.simulator);
   last_ = std::move(record);
   hasLast_ = true;
   ++end_.steps;
@@ -179,6 +191,7 @@ void CoupledRun::ReadInflow(StepRecord& record) {
     ReportUnread();
     throw;
   }
+  stopwatch_.Charge(record.times.sweep);
   for (size_t i = 0; hasLast_ && i < inflow_.size(); ++i) {
     WellStep& well = last_.wells[i];
     const InflowPoint& current = inflow_[i].current;
@@ -191,8 +204,16 @@ void CoupledRun::ReadInflow(StepRecord& record) {
 void CoupledRun::ReportLast() {
   if (!hasLast_) return;
   hasLast_ = false;
+  stopwatch_.Charge(last_.times.other);
   totals_->Count(last_);
+  stopwatch_.Charge(last_.times.wire);
+  TellLast();
+}
+
+void CoupledRun::TellLast() {
   listener_.StepDone(last_);
+  stopwatch_.Charge(last_.times.writing);
+  listener_.Timed(last_.step, last_.times);
 }
 
 // Not what the network decided counts as made, but nothing.
@@ -203,7 +224,7 @@ void CoupledRun::ReportUnread() {
         fmt::format("nothing tells the rates of step {}, the last: only what the network decided "
                     "stands in wells.csv",
                     last_.step + 1)});
-  listener_.StepDone(last_);
+  TellLast();
 }
 
 void CoupledRun::FinishLast() {
@@ -275,7 +296,11 @@ void CoupledRun::Solve(StepRecord& record) {
   }
   liftTables_.Assign(wells);
   record.groups = SolveNetwork(wells, case_.groups);
-  for (size_t i = 0; i < wells.size(); ++i) record.wells[places[i]].point = wells[i].Point();
+  for (size_t i = 0; i < wells.size(); ++i) {
+    WellStep& well = record.wells[places[i]];
+    well.point = wells[i].Point();
+    well.lift = LiftAlong(wells[i], well.inflow);
+  }
 }
 
 void CoupledRun::SendControls(const StepRecord& record) {

@@ -10,6 +10,7 @@
 #include "fieldrun/run/run_checks.h"
 #include "fieldrun/run/run_record.h"
 #include "fieldrun/run/schedule.h"
+#include "fieldrun/run/stopwatch.h"
 #include "fieldrun/run/well_totals.h"
 
 namespace gantry::fieldrun {
@@ -75,6 +76,7 @@ class CoupledRun {
   void Solve(StepRecord& record);
   void SendControls(const StepRecord& record);
   void ReportLast();
+  void TellLast();
   void ReportUnread();
   void RetireWells();
   void Warn(const RunWarning& warning);
@@ -91,6 +93,7 @@ class CoupledRun {
   LiftTables liftTables_;
   StepRecord last_;  ///< the step that was run and not yet reported
   bool hasLast_ = false;
+  Stopwatch stopwatch_;
   RunWarnings warnings_;
   RunChecks checks_;
   std::unique_ptr<WellTotals> totals_;  ///< from the beginning of the run on

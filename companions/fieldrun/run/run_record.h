@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,9 +31,31 @@ struct RunStart {
   int unconnectedWells = 0;
 };
 
+/// Where the time of a step went, in seconds of the clock on the wall.
+struct StepTimes {
+  double simulator = 0;  ///< the driver waits for the simulator's step
+  double sweep = 0;      ///< reading the wells and measuring their inflow at the simulator
+  double wire = 0;       ///< the other exchanges with it: totals, and controls that go ahead
+  double network = 0;    ///< finding the operating points
+  double writing = 0;    ///< all who follow the run: tables, pages, the terminal
+  double other = 0;
+};
+
+struct TimePart {
+  const char* name;
+  double StepTimes::*seconds;
+};
+inline constexpr std::array<TimePart, 6> kTimeParts{{{"simulator", &StepTimes::simulator},
+                                                     {"sweep", &StepTimes::sweep},
+                                                     {"wire", &StepTimes::wire},
+                                                     {"network", &StepTimes::network},
+                                                     {"writing", &StepTimes::writing},
+                                                     {"other", &StepTimes::other}}};
+
 /// One well in one step.
 struct WellStep {
   std::vector<InflowPoint> inflow;  ///< as the module gave it
+  std::vector<double> lift;         ///< `LiftAlong` the inflow
   OperatingPoint point;             ///< as the network decided
   Gravities gravities;              ///< that the tubing was computed with
   /// The state that the simulator reports when the step is over; none when it tells no sound one.
@@ -55,6 +78,7 @@ struct StepRecord {
   double length = 0;
   std::vector<WellStep> wells;  ///< in the order of RunStart
   std::vector<GroupLimitReport> groups;
+  StepTimes times;
 };
 
 /// How a run came to its end.
@@ -74,6 +98,9 @@ class RunListener {
   /// `date` is the day on which the step begins.
   virtual void StepBegins(size_t /*step*/, const Date& /*date*/) {}
   virtual void StepDone(const StepRecord& record) = 0;
+  /// What a step took, of `StepRecord::step`, when all have been told that it is done. Once before,
+  /// without a step, what came ahead of the first.
+  virtual void Timed(std::optional<size_t> /*step*/, const StepTimes& /*times*/) {}
   virtual void Ended(const RunEnd& end) = 0;
   virtual void Notice(const std::string& /*text*/) {}
   /// Called once for each topic and well; RunEnd has them all.

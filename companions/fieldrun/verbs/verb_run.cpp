@@ -37,6 +37,9 @@ class Listeners : public RunListener {
   void StepDone(const StepRecord& record) override {
     for (RunListener* listener : all_) listener->StepDone(record);
   }
+  void Timed(std::optional<size_t> step, const StepTimes& times) override {
+    for (RunListener* listener : all_) listener->Timed(step, times);
+  }
   void Ended(const RunEnd& end) override {
     for (RunListener* listener : all_) listener->Ended(end);
   }

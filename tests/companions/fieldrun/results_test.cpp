@@ -54,6 +54,7 @@ class Results : public ::testing::Test {
     record.length = 31;
     record.wells.resize(2);
     record.wells[0].inflow = {{3000, {0, 0, 0}}, {1000, {800, 200, 0.8}}};
+    record.wells[0].lift = {kNaN, 2500};
     record.wells[0].point = {true, 2000, {400, 100, 0.4}, "tubing"};
     record.wells[0].gravities = {0.85, 0.7, 1};
     record.wells[1].inflow = {{3000, {0, 0, 0}}, {5000, {0, 1000, 0}}};

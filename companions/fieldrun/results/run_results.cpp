@@ -1,0 +1,31 @@
+#include "fieldrun/results/run_results.h"
+
+#include "fieldrun/results/output_file.h"
+#include "fieldrun/results/report_html.h"
+
+namespace gantry::fieldrun {
+
+RunResults::RunResults(const CaseModel& model)
+    : folder_(model.general.output),
+      file_(model.general.output, model),
+      tables_(model.general.output, model.Units()) {}
+
+void RunResults::Started(const RunStart& start) {
+  folder_.ReplaceBy([&] {
+    file_.Started(start);
+    tables_.Started(start);
+  });
+}
+
+void RunResults::StepDone(const StepRecord& record) {
+  tables_.StepDone(record);
+  file_.StepDone(record);
+}
+
+void WriteReport(const CaseModel& model, const RunHistory& history) {
+  OutputFile report(model.general.output + "/" + kReportFile);
+  report.Write(ComposeReport(model, history));
+  report.Finish();
+}
+
+}  // namespace gantry::fieldrun

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "fieldrun/results/result_folder.h"
+#include "fieldrun/results/result_tables.h"
+#include "fieldrun/results/run_file.h"
+#include "fieldrun/run/run_history.h"
+
+namespace gantry::fieldrun {
+
+/// The files of a run but its report, in the case's folder of results. They begin together, in
+/// place of an earlier run's.
+class RunResults : public RunListener {
+ public:
+  /// The model must outlive the object. Throws as ResultFolder does.
+  explicit RunResults(const CaseModel& model);
+
+  void Started(const RunStart& start) override;
+  void StepDone(const StepRecord& record) override;
+  void Timed(std::optional<size_t> step, const StepTimes& times) override {
+    tables_.Timed(step, times);
+  }
+  void Ended(const RunEnd& end) override { file_.Ended(end); }
+  void Warned(const RunWarning& warning) override { file_.Warned(warning); }
+
+ private:
+  ResultFolder folder_;
+  RunFile file_;
+  ResultTables tables_;
+};
+
+/// Writes the report into the case's folder of results. Throws runtime_error when it can't be
+/// written whole.
+void WriteReport(const CaseModel& model, const RunHistory& history);
+
+}  // namespace gantry::fieldrun
