@@ -54,8 +54,6 @@ std::unique_ptr<fieldrun::DriverModel> RealRun::Model(const fs::path& deck,
   return model;
 }
 
-std::string RealRun::FaultySimulator() { return GANTRY_FAULTY_SIMULATOR; }
-
 std::vector<fieldrun::DriverWell> StartRunOfAllWells(fieldrun::DriverModel& model) {
   model.StartSimulator();
   std::vector<fieldrun::DriverWell> wells = model.Wells();

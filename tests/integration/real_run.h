@@ -30,9 +30,6 @@ class RealRun {
   std::unique_ptr<fieldrun::DriverModel> Model(const std::filesystem::path& deck,
                                                const std::string& simulator = "");
 
-  /// The test program that plays a simulator gone wrong; docs of its faults stand in its source.
-  static std::string FaultySimulator();
-
  private:
   TestFolder folder_;
   int firstPort_;

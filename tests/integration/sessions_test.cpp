@@ -1,10 +1,10 @@
-// Several sessions of one module, and a stop that comes from a second thread.
+// Several sessions of one module, and their ports.
 
 #include <thread>
 
 #include <gtest/gtest.h>
 
-#include "boundary/error_text.h"
+#include "client/tcp_connection.h"
 #include "integration/real_run.h"
 #include "support/raised.h"
 
@@ -45,59 +45,22 @@ TEST(Sessions, RunBesideEachOtherOnAsManyPortsAsThereAre) {
   EXPECT_EQ(third->Wells().size(), 5u);
 }
 
-/// A host that stops a model from a second thread as soon as the run-up has begun. The host's
-/// callback gets nothing but the model, so the one host stands in a static.
-struct StoppingHost {
-  const fieldrun::ModuleApi* module = nullptr;
-  std::jthread stopper;
-  int stopResult = -1;
-
-  static StoppingHost& Instance() {
-    static StoppingHost host;
-    return host;
-  }
-  static void OnStatus(const char* /*text*/, void* model) {
-    StoppingHost& host = Instance();
-    host.stopper = std::jthread([&host, model] {
-      ExtErrorBlock error{};
-      host.stopResult =
-          host.module->ExtCmd(model, nullptr, EXT_CLOSE_SIMULATOR, nullptr, 0, &error);
-    });
-  }
-};
-
-TEST(Sessions, EndALongRunUpWhenASecondThreadStopsThem) {
-  constexpr double kDeckStart = 43831.0;  // 1 January 2020
-  constexpr double kDaysAhead = 400000.0;
+/// The wells of a simulator that another run has left behind would be those of another deck.
+TEST(Sessions, DontTakeAStrangerOnThePortForTheirSimulator) {
   RealRun run;
-  StoppingHost& host = StoppingHost::Instance();
-  host.module = &run.Module();
-  void* model = nullptr;
-  ExtErrorBlock error{};
-  ASSERT_EQ(host.module->ExtCreateInstance(&model, &error), 0);
-  const auto command = [&](uint32_t number, void* data = nullptr) {
-    EXPECT_EQ(host.module->ExtCmd(model, nullptr, number, data, 0, &error), 0) << error.text;
-  };
-  SetDataFileRecord file{};
-  CopyBounded(file.path, run.Deck(kExample, 1e7).string());
-  command(EXT_SET_DATA_FILE, &file);
-  command(EXT_START_SIMULATOR);
-
-  RunStartRecord start{};
-  start.startDate = kDeckStart + kDaysAhead;
-  start.logCallback = [](const char*, void*) {};
-  start.statusCallback = StoppingHost::OnStatus;
-  command(EXT_START_RUN, &start);
-  host.stopper.join();
-  EXPECT_EQ(host.stopResult, 0);
-
-  GetPropertyRequest days{};
-  days.path = "Intersect.CurrentElapsedDays";
-  command(EXT_GET_PROPERTY, &days);
-  EXPECT_GT(std::stod(days.value), 0.0);
-  EXPECT_LT(std::stod(days.value), kDaysAhead) << "the stop came to nothing";
-  command(EXT_START_SIMULATOR);
-  EXPECT_EQ(host.module->ExtDestroyInstance(model, &error), 0);
+  const auto model = run.Model(run.Deck(kExample, 100.0), GANTRY_PATIENT_SIMULATOR);
+  auto stranger = std::make_unique<TcpListener>(static_cast<uint16_t>(run.FirstPort()));
+  std::jthread leaves([&] {
+    EXPECT_EQ(stranger->Accept(1), nullptr) << "nobody may knock there";
+    stranger.reset();
+  });
+  const std::string failure = Raised([&] { model->StartSimulator(); });
+  EXPECT_TRUE(failure.starts_with(
+      "exception: Could not start the simulator process: <Abnormal error: read: "))
+      << failure;
+  leaves.join();
+  model->Set("Intersect.CaseDetails.SimExeName", "");
+  EXPECT_EQ(StartRunOfAllWells(*model).size(), 5u);
 }
 
 }  // namespace

@@ -77,12 +77,6 @@ class ModelTest : public ::testing::Test {
     if (result == 0) return "done";
     return Error().empty() ? "failed" : Error();
   }
-  /// The same without what the system says of it.
-  std::string Failure(int32_t result) const {
-    const std::string text = Outcome(result);
-    return text.substr(0, text.find('<'));
-  }
-
   int32_t Set(const std::string& path, const std::string& value) {
     const std::string whole = "Intersect." + path;
     SetPropertyRequest request = {};
