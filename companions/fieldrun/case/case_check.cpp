@@ -34,6 +34,7 @@ class Check {
   void Producer(const WellSpec& well);
   void Injector(const WellSpec& well);
   void Groups();
+  void Composition(const WellSpec& well);
   void Fail(int line, const std::string& reason) { findings_.push_back({line, reason}); }
 
   const CaseModel& model_;
@@ -115,6 +116,10 @@ void Check::Injector(const WellSpec& well) {
          fmt::format("injector \"{}\" needs either {} or bottom_hole_pressure", well.name,
                      well.Kind() == WellKind::kGasInjector ? "gas_rate" : "water_rate"));
   }
+  Composition(well);
+}
+
+void Check::Composition(const WellSpec& well) {
   if (well.composition.empty()) return;
   const double sum = std::accumulate(well.composition.begin(), well.composition.end(), 0.0);
   if (std::abs(sum - 1) > 1e-6) {
@@ -164,12 +169,18 @@ void Check::All() {
     well.Kind() == WellKind::kProducer ? Producer(well) : Injector(well);
   }
   Groups();
+  for (const EventSpec& event : model_.events) {
+    WellSpec change = event.wellChange;
+    change.keyLines = event.keyLines;
+    Composition(change);
+  }
 }
 
 }  // namespace
 
 void CheckCase(const CaseModel& model, std::vector<Finding>& findings) {
   Check(model, findings).All();
+  CheckEvents(model, findings);
 }
 
 }  // namespace gantry::fieldrun

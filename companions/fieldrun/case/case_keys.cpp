@@ -223,6 +223,30 @@ constexpr KeyRow<GroupSpec> kGroupKeys[] = {
      &GroupSpec::maxGasInjection},
 };
 
+constexpr KeyRow<EventSpec> kEventKeys[] = {
+    {Key("date", "first day on which it holds; a step ends there"), &EventSpec::date},
+    {Key("when",
+         "in place of a date: it happens once, after the step in which this comes true, like \"P1 "
+         "water_cut > 0.8\", \"plant liquid < 900\" or \"field oil < 500\""),
+     &EventSpec::when},
+    {Key("well", "the well that it is about"), &EventSpec::well},
+    {Key("wells", "the wells that it is about"), &EventSpec::wells},
+    {Key("group", "the group that it is about; what only wells have changes for its wells")
+         .Else("without well, wells and group: the field"),
+     &EventSpec::group},
+    {Key("action",
+         "what becomes of the wells; one that is drilled isn't there before, one that is opened "
+         "may have passed an economic limit")
+         .OneOf("open|shut|drill|workover"),
+     &EventSpec::action},
+    {Key("remove", "keys of limits that don't hold any longer"), &EventSpec::remove},
+    {Key("note", "why, as the results tell it"), &EventSpec::note},
+};
+
+/// What says which well or group it is stands first in the rows.
+constexpr size_t kIdentityOfWell = 3;
+constexpr size_t kIdentityOfGroup = 2;
+
 }  // namespace
 
 const CaseParts& CaseSections() {
@@ -239,10 +263,18 @@ const CaseParts& CaseSections() {
       {"well", "a well of the network", &CaseModel::wells, kWellKeys},
       {"group", "limits on the sum of several wells, taken in the order of the file",
        &CaseModel::groups, kGroupKeys},
+      {"event", "a change on a day, or when a quantity passes a value", &CaseModel::events,
+       kEventKeys},
   };
   return kSections;
 }
 
 KeyTable<WellSpec> WellKeys() { return kWellKeys; }
+
+KeyTable<WellSpec> ChangesOfWells() { return WellKeys().subspan(kIdentityOfWell); }
+
+KeyTable<GroupSpec> ChangesOfGroups() {
+  return KeyTable<GroupSpec>(kGroupKeys).subspan(kIdentityOfGroup);
+}
 
 }  // namespace gantry::fieldrun

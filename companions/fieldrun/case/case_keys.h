@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -44,7 +45,8 @@ struct CaseSection {
 using CaseParts =
     std::tuple<CaseSection<GeneralSpec>, CaseSection<SimulatorSpec>, CaseSection<TimeSpec>,
                CaseSection<NetworkSpec>, CaseSection<std::vector<TubingSpec>>,
-               CaseSection<std::vector<WellSpec>>, CaseSection<std::vector<GroupSpec>>>;
+               CaseSection<std::vector<WellSpec>>, CaseSection<std::vector<GroupSpec>>,
+               CaseSection<std::vector<EventSpec>>>;
 const CaseParts& CaseSections();
 
 /// Does something with each section in the order of the file.
@@ -55,6 +57,15 @@ void ForEachSection(Action action) {
 
 /// The kinds of a row here are WellKinds.
 KeyTable<WellSpec> WellKeys();
+
+/// The keys of a well and of a group that an event may change, under the same names.
+KeyTable<WellSpec> ChangesOfWells();
+KeyTable<GroupSpec> ChangesOfGroups();
+
+template <class Spec>
+bool HasKey(KeyTable<Spec> keys, std::string_view name) {
+  return std::ranges::any_of(keys, [&](const auto& row) { return row.about.name == name; });
+}
 
 /// The whole reference of a case file, as plain text.
 std::string CaseReference();

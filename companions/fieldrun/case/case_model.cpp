@@ -20,6 +20,18 @@ double CaseModel::ManifoldPressureOf(const WellSpec& well) const {
   return well.manifoldPressure.value_or(network.manifoldPressure.value_or(0));
 }
 
+std::vector<std::string> CaseModel::WellsOf(const EventSpec& event) const {
+  if (!event.well.empty()) return {event.well};
+  if (!event.wells.empty()) return event.wells;
+  const auto group = std::ranges::find(groups, event.group, &GroupSpec::name);
+  if (group != groups.end() && !group->wells.empty()) return group->wells;
+  std::vector<std::string> all;
+  for (const WellSpec& well : wells) {
+    if (well.connected) all.push_back(well.name);
+  }
+  return all;
+}
+
 void CaseModel::Fail(int line, const std::string& reason) const {
   throw CaseError(file, line, reason);
 }

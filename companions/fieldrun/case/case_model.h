@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "described_toml/calendar.h"
@@ -107,6 +108,29 @@ struct GroupSpec : Located {
   std::optional<double> maxWaterInjection, maxGasInjection;
 };
 
+enum class EventAction { kNone = -1, kOpen, kShut, kDrill, kWorkover };
+
+/// A change of what holds of wells, of a group or of the field, on a day or when a quantity passes
+/// a value.
+struct EventSpec : Located {
+  std::optional<Date> date;
+  std::string when;  ///< a Condition as it is written
+  std::string well;  ///< a well, some, or a group; none of these: the field
+  std::vector<std::string> wells;
+  std::string group;
+  int action = static_cast<int>(EventAction::kNone);
+  std::vector<std::string> remove;  ///< keys of what doesn't hold any longer
+  std::string note;
+
+  // New values, of which those count whose keys have a line.
+  WellSpec wellChange;
+  GroupSpec groupChange;
+
+  EventAction Action() const { return static_cast<EventAction>(action); }
+  bool IsOfField() const { return well.empty() && wells.empty() && group.empty(); }
+  bool Gives(std::string_view key) const { return keyLines.contains(std::string(key)); }
+};
+
 /// A field model as its file gives it, in field units, checked as far as can be without the
 /// simulator. Paths are absolute.
 struct CaseModel {
@@ -118,12 +142,15 @@ struct CaseModel {
   std::vector<TubingSpec> tubings;
   std::vector<WellSpec> wells;
   std::vector<GroupSpec> groups;
+  std::vector<EventSpec> events;
   std::vector<std::string> warnings;  ///< what can hardly be meant, each "file:line: warning: ..."
 
   UnitSystem Units() const { return static_cast<UnitSystem>(general.units); }
   /// Null for a well without a tubing.
   const TubingSpec* TubingOf(const WellSpec& well) const;
   double ManifoldPressureOf(const WellSpec& well) const;
+  /// The wells that an event is about; those of its group, or all, that are connected.
+  std::vector<std::string> WellsOf(const EventSpec& event) const;
   [[noreturn]] void Fail(int line, const std::string& reason) const;
 };
 

@@ -31,15 +31,42 @@ constexpr toml_reader::Wording kWording{
     .tables = "a list of sections, [[{key}]]",
 };
 
+/// True when all that is there can be taken.
+template <class Rows, class Spec>
+bool ReadRows(const DescribedTable& table, const Rows& rows, Spec& spec, Located& place) {
+  for (const KeyRow<Spec>& row : rows) {
+    const std::string_view name = row.about.name;
+    if (table.Has(name)) place.keyLines.emplace(name, table.LineOf(name));
+  }
+  return table.Read(rows, spec);
+}
+
+template <class Spec>
+bool ReadChanges(const DescribedTable& /*table*/, Spec& /*spec*/) {
+  return true;
+}
+
+/// What wells and groups both have is the group's where there is one.
+bool ReadChanges(const DescribedTable& table, EventSpec& event) {
+  const bool hasGroup = table.Has("group");
+  std::vector<KeyRow<WellSpec>> ofWells;
+  std::vector<KeyRow<GroupSpec>> ofGroup;
+  for (const KeyRow<WellSpec>& row : ChangesOfWells()) {
+    if (!hasGroup || !HasKey(ChangesOfGroups(), row.about.name)) ofWells.push_back(row);
+  }
+  for (const KeyRow<GroupSpec>& row : ChangesOfGroups()) {
+    if (hasGroup || !HasKey(ChangesOfWells(), row.about.name)) ofGroup.push_back(row);
+  }
+  const bool areWells = ReadRows(table, ofWells, event.wellChange, event);
+  return ReadRows(table, ofGroup, event.groupChange, event) && areWells;
+}
+
 template <class Spec>
 void ReadKeys(const DescribedTable& table, KeyTable<Spec> keys, Spec& spec) {
   spec.line = table.Line();
-  for (const KeyRow<Spec>& row : keys) {
-    const std::string_view name = row.about.name;
-    if (table.Has(name)) spec.keyLines.emplace(name, table.LineOf(name));
-  }
-  const bool isRead = table.Read(keys, spec);
-  spec.isSound = table.RejectUnknownKeys() && isRead;
+  const bool isRead = ReadRows(table, keys, spec, spec);
+  const bool areChangesRead = ReadChanges(table, spec);
+  spec.isSound = table.RejectUnknownKeys() && isRead && areChangesRead;
 }
 
 template <class Spec>

@@ -27,4 +27,8 @@ CaseModel ReadCase(const std::string& path);
 /// each other. Sections that are at fault themselves are passed over.
 void CheckCase(const CaseModel& model, std::vector<Finding>& findings);
 
+/// The same for its events: whom they are about, what they change, and whether two of one day
+/// contradict each other.
+void CheckEvents(const CaseModel& model, std::vector<Finding>& findings);
+
 }  // namespace gantry::fieldrun

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -36,6 +37,30 @@ std::string KeyLines(KeyTable<Spec> table) {
   return text;
 }
 
+/// Names of keys, over as many lines as they need.
+template <class Spec>
+std::string Names(KeyTable<Spec> keys) {
+  constexpr size_t kWidth = 90;
+  std::string lines;
+  std::string line = "   ";
+  for (const KeyRow<Spec>& row : keys) {
+    if (line.size() + row.about.name.size() > kWidth) lines += std::exchange(line, "   ") + "\n";
+    line += fmt::format(" {}", row.about.name);
+  }
+  return lines + line + "\n";
+}
+
+template <class Spec>
+std::string ChangeLines(KeyTable<Spec> /*keys*/) {
+  return "";
+}
+
+std::string ChangeLines(KeyTable<EventSpec> /*keys*/) {
+  return "  and new values: of a group\n" + Names(ChangesOfGroups()) +
+         "  of wells, or those of a group\n" + Names(ChangesOfWells()) +
+         "  of the field\n    manifold_pressure\n";
+}
+
 }  // namespace
 
 std::string CaseReference() {
@@ -44,7 +69,7 @@ std::string CaseReference() {
     const std::string heading =
         section.kIsList ? fmt::format("[[{}]]", section.name) : fmt::format("[{}]", section.name);
     text += fmt::format("{}{}  {}\n{}", text.empty() ? "" : "\n", heading, section.meaning,
-                        KeyLines(section.keys));
+                        KeyLines(section.keys) + ChangeLines(section.keys));
   });
   return text;
 }

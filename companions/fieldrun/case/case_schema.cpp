@@ -45,12 +45,26 @@ Json KeySchema(const KeyRow<Spec>& row) {
 }
 
 template <class Spec>
-Json SectionSchema(KeyTable<Spec> keys) {
-  Json schema = {{"type", "object"}, {"additionalProperties", false}};
+void AddKeys(KeyTable<Spec> keys, Json& schema) {
   for (const KeyRow<Spec>& row : keys) {
     schema["properties"][std::string(row.about.name)] = KeySchema(row);
     if (row.about.isRequired) schema["required"].push_back(row.about.name);
   }
+}
+
+template <class Spec>
+void AddChanges(KeyTable<Spec> /*keys*/, Json& /*schema*/) {}
+
+void AddChanges(KeyTable<EventSpec> /*keys*/, Json& schema) {
+  AddKeys(ChangesOfWells(), schema);
+  AddKeys(ChangesOfGroups(), schema);
+}
+
+template <class Spec>
+Json SectionSchema(KeyTable<Spec> keys) {
+  Json schema = {{"type", "object"}, {"additionalProperties", false}};
+  AddKeys(keys, schema);
+  AddChanges(keys, schema);
   return schema;
 }
 

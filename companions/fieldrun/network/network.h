@@ -63,7 +63,4 @@ std::vector<double> LiftAlong(const NetworkWell& well, const std::vector<InflowP
 /// A producer held so far below what its tubing can carry that the flow would die is shut.
 void ShutIfLoadedUp(NetworkWell& well);
 
-/// A limit that a well may pass for good: its reason, or an empty text.
-std::string EconomicLimitPassed(const WellSpec& well, const Rates& rates);
-
 }  // namespace gantry::fieldrun

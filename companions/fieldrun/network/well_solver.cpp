@@ -183,12 +183,4 @@ void ShutIfLoadedUp(NetworkWell& well) {
   if (LiftSurplus(well)(well.opening) < -kTolerance) Shut(well, "can't lift when held back");
 }
 
-std::string EconomicLimitPassed(const WellSpec& well, const Rates& rates) {
-  if (well.minOil && rates.oil < *well.minOil) return "oil below its economic limit";
-  const double waterCut = rates.Liquid() > 0 ? rates.water / rates.Liquid() : 0;
-  if (well.maxWaterCut && waterCut > *well.maxWaterCut) return "water cut above its limit";
-  const bool isGassy = well.maxGasOilRatio && rates.gas * 1e6 > *well.maxGasOilRatio * rates.oil;
-  return isGassy ? "gas-oil ratio above its limit" : "";
-}
-
 }  // namespace gantry::fieldrun

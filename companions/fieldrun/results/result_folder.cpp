@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kResultFiles[] = {kReportFile, kProfileFile, kFieldFile,
+constexpr const char* kResultFiles[] = {kReportFile, kProfileFile, kFieldFile, kEventsFile,
                                         kInflowFile, kWellsFile,   kRunFile};
 constexpr const char* kAside = ".previous";
 

@@ -15,6 +15,7 @@ inline constexpr const char* kRunFile = "run.json";
 inline constexpr const char* kWellsFile = "wells.csv";
 inline constexpr const char* kInflowFile = "inflow.csv";
 inline constexpr const char* kFieldFile = "field.csv";
+inline constexpr const char* kEventsFile = "events.csv";
 inline constexpr const char* kProfileFile = "profile.csv";
 inline constexpr const char* kReportFile = "report.html";
 

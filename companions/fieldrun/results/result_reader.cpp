@@ -103,6 +103,7 @@ class Replay {
       : run_(run),
         wells_(folder + "/" + kWellsFile, run),
         inflow_(folder + "/" + kInflowFile, run),
+        events_(folder + "/" + kEventsFile, run),
         field_(folder + "/" + kFieldFile, run) {
     for (size_t i = 0; i < run.start.wells.size(); ++i) {
       places_.emplace(run.start.wells[i].spec->name, i);
@@ -115,11 +116,13 @@ class Replay {
  private:
   WellStep& WellOf(StepRecord& record, const Rows& rows) const;
   void ReadWell(WellStep& well) const;
+  void ReadEvent(StepRecord& record) const;
   void ReadGroups(StepRecord& record) const;
 
   const StoredRun& run_;
   Rows wells_;
   Rows inflow_;
+  Rows events_;
   Rows field_;
   std::map<std::string, size_t> places_;
 };
@@ -137,9 +140,19 @@ void Replay::ReadWell(WellStep& well) const {
   if (!wells_.Text("reported pressure").empty()) well.reported = wells_.Point("reported ");
   well.total = wells_.RatesOf("total ", kLiquidVolume, kGasVolume);
   well.isTotalMeasured = wells_.Text("totals by") == "simulator";
-  if (wells_.Text("oil gravity").empty()) return;
+  well.uptime = wells_.Number("uptime");
+  well.tubing = wells_.Text("tubing");
+  if (well.tubing.empty()) return;
+  well.manifoldPressure = wells_.Number("manifold pressure", kGaugePressure);
+  well.artificialLift = wells_.Number("artificial lift");
   well.gravities = {wells_.Number("oil gravity"), wells_.Number("gas gravity"),
                     wells_.Number("water gravity")};
+}
+
+void Replay::ReadEvent(StepRecord& record) const {
+  record.events.push_back({DateOf(events_.Text("date")), events_.Text("cause"),
+                           events_.Text("target"), events_.Text("name"), events_.Text("what"),
+                           events_.Text("reason")});
 }
 
 // What stands between one group and the next, whose names may hold semicolons.
@@ -180,6 +193,7 @@ StepRecord Replay::NextStep() {
     well.inflow.push_back(inflow_.Point(""));
     well.lift.push_back(inflow_.Number("lift pressure", kGaugePressure));
   }
+  for (; !events_.IsAtEnd() && events_.Step() == record.step; events_.Next()) ReadEvent(record);
   ReadGroups(record);
   field_.Next();
   return record;

@@ -64,6 +64,7 @@ void ResultTables::Started(const RunStart& start) {
   run_ = start.id;
   wellsFile_.emplace(folder_ + "/" + kWellsFile);
   inflowFile_.emplace(folder_ + "/" + kInflowFile);
+  eventsFile_.emplace(folder_ + "/" + kEventsFile);
   fieldFile_.emplace(folder_ + "/" + kFieldFile);
   profileFile_.emplace(folder_ + "/" + kProfileFile);
   WriteHeadings();
@@ -80,11 +81,12 @@ void ResultTables::WriteHeadings() {
   const std::string totals = columns("total ", kLiquidVolume, kGasVolume);
   wellsFile_->Write(fmt::format(
       "{}well,kind,open,limited by,uptime,{},{},reported {},{},{},totals by,oil gravity,"
-      "gas gravity,water gravity,run\n",
-      kStepHeadings, pressure, rates, pressure, columns("reported ", kLiquidRate, kGasRate),
-      totals));
+      "gas gravity,water gravity,tubing,{},artificial lift,run\n",
+      kStepHeadings, pressure, rates, pressure, columns("reported ", kLiquidRate, kGasRate), totals,
+      Heading("manifold pressure", kGaugePressure)));
   inflowFile_->Write(fmt::format("{}well,point,{},{},{},run\n", kStepHeadings, pressure, rates,
                                  Heading("lift pressure", kGaugePressure)));
+  eventsFile_->Write("step,date,days,cause,target,name,what,reason,run\n");
   fieldFile_->Write(fmt::format(
       "{}{},{},{},water cut,{},{},{},{},open producers,open injectors,group limits,totals by,"
       "run\n",
@@ -101,6 +103,7 @@ void ResultTables::StepDone(const StepRecord& record) {
                                              ToText(record.date), record.days, record.length);
   wellsFile_->Write(WellRows(record, stepFields));
   inflowFile_->Write(InflowRows(record, stepFields));
+  eventsFile_->Write(EventRows(record));
   fieldFile_->Write(FieldRow(record, stepFields));
 }
 
@@ -115,16 +118,18 @@ std::string ResultTables::WellRows(const StepRecord& record, const std::string& 
   for (size_t i = 0; i < wells_.size(); ++i) {
     const WellStep& well = record.wells[i];
     const WellSpec& spec = *wells_[i].spec;
-    const std::string gravities = spec.tubing.empty()
-                                      ? ",,"
-                                      : fmt::format("{:.5g},{:.5g},{:.5g}", well.gravities.oil,
-                                                    well.gravities.gas, well.gravities.water);
+    const std::string tubing =
+        well.tubing.empty()
+            ? ",,,,,"
+            : fmt::format("{:.5g},{:.5g},{:.5g},{},{},{:g}", well.gravities.oil, well.gravities.gas,
+                          well.gravities.water, CsvField(well.tubing),
+                          Number(well.manifoldPressure, kGaugePressure), well.artificialLift);
     rows += fmt::format("{}{},{},{},{},{:g},{},{},{},{},{},{}\n", stepFields, CsvField(spec.name),
                         KindName(spec.Kind()), well.point.isOpen ? 1 : 0,
-                        CsvField(well.point.limitedBy), 1 - spec.downtime,
+                        CsvField(well.point.limitedBy), well.uptime,
                         PointFields({well.point.pressure, well.point.rates}),
                         well.reported ? PointFields(*well.reported) : ",,,",
-                        TotalFields(well.total), CountedBy(well), gravities, run_);
+                        TotalFields(well.total), CountedBy(well), tubing, run_);
   }
   return rows;
 }
@@ -140,6 +145,16 @@ std::string ResultTables::InflowRows(const StepRecord& record,
       rows += fmt::format("{}{},{},{},{},{}\n", stepFields, name, point + 1,
                           PointFields(well.inflow[point]), lift, run_);
     }
+  }
+  return rows;
+}
+
+std::string ResultTables::EventRows(const StepRecord& record) const {
+  std::string rows;
+  for (const EventReport& event : record.events) {
+    rows += fmt::format("{},{},{:.7g},{},{},{},{},{},{}\n", record.step + 1, ToText(event.date),
+                        record.days, event.cause, event.target, CsvField(event.name),
+                        CsvField(event.what), CsvField(event.reason), run_);
   }
   return rows;
 }

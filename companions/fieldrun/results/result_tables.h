@@ -9,10 +9,10 @@
 
 namespace gantry::fieldrun {
 
-/// The tables wells.csv, inflow.csv, field.csv and profile.csv in a folder that exists, in the
-/// units of the case. They begin with the run and grow with each step; field.csv has a step's row
-/// when the wells and their inflow have theirs. Every row ends with the run's id. docs/fieldrun.md
-/// tells the columns.
+/// The tables wells.csv, inflow.csv, events.csv, field.csv and profile.csv in a folder that exists,
+/// in the units of the case. They begin with the run and grow with each step; field.csv has a
+/// step's row when the wells, their inflow and events have theirs. Every row ends with the run's
+/// id. docs/fieldrun.md tells the columns.
 class ResultTables : public RunListener {
  public:
   ResultTables(const std::string& folder, UnitSystem units);
@@ -32,6 +32,7 @@ class ResultTables : public RunListener {
   void WriteHeadings();
   std::string WellRows(const StepRecord& record, const std::string& stepFields) const;
   std::string InflowRows(const StepRecord& record, const std::string& stepFields) const;
+  std::string EventRows(const StepRecord& record) const;
   std::string FieldRow(const StepRecord& record, const std::string& stepFields) const;
 
   std::string folder_;
@@ -40,6 +41,7 @@ class ResultTables : public RunListener {
   std::vector<RunWell> wells_;
   std::optional<GrowingTable> wellsFile_;
   std::optional<GrowingTable> inflowFile_;
+  std::optional<GrowingTable> eventsFile_;
   std::optional<GrowingTable> fieldFile_;
   std::optional<GrowingTable> profileFile_;
 };

@@ -39,6 +39,15 @@ void RunJson::Started(const RunStart& start) {
 }
 
 void RunJson::StepDone(const StepRecord& record) {
+  for (const EventReport& event : record.events) {
+    PrintLine({{"event", "change"},
+               {"date", ToText(event.date)},
+               {"cause", event.cause},
+               {"target", event.target},
+               {"name", event.name},
+               {"what", event.what},
+               {"reason", event.reason}});
+  }
   const FieldRates rates = SumWells(wells_, record);
   const FieldTotals totals = SumTotals(wells_, record);
   const auto phases = [this](const Rates& values, bool areVolumes) {

@@ -53,17 +53,14 @@ CoupledRun::CoupledRun(const CaseModel& caseModel, DriverModel& model, RunListen
       listener_(listener),
       checks_(caseModel.Units(), [this](const RunWarning& warning) { Warn(warning); }) {}
 
-void CoupledRun::CheckCompositions() const {
+void CoupledRun::CheckComposition(const Located& place,
+                                  const std::vector<double>& composition) const {
   const size_t count = start_.components.size();
-  for (const RunWell& well : start_.wells) {
-    const WellSpec& spec = *well.spec;
-    if (spec.composition.empty() || spec.composition.size() == count) continue;
-    const std::string reason =
-        count == 0 ? "composition means nothing for a black-oil dataset"
-                   : fmt::format("composition has {} fractions, the simulator {} components",
-                                 spec.composition.size(), count);
-    case_.Fail(spec.LineOf("composition"), reason);
-  }
+  if (composition.empty() || composition.size() == count) return;
+  case_.Fail(place.LineOf("composition"),
+             count == 0 ? "composition means nothing for a black-oil dataset"
+                        : fmt::format("composition has {} fractions, the simulator {} components",
+                                      composition.size(), count));
 }
 
 // Without it the run goes on all the same, with totals of its own making.
@@ -100,7 +97,10 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
   start_.unconnectedWells = static_cast<int>(wells.size() - start_.wells.size());
   start_.driver = driverName;
   start_.deck = model_.Description();
-  CheckCompositions();
+  for (const RunWell& well : start_.wells) CheckComposition(*well.spec, well.spec->composition);
+  for (const EventSpec& event : case_.events) {
+    CheckComposition(event, event.wellChange.composition);
+  }
   schedule_ = PlanSteps(case_, start_.start);
   if (mostSteps > 0 && mostSteps < schedule_.lengths.size()) schedule_.lengths.resize(mostSteps);
   start_.stepCount = schedule_.lengths.size();
@@ -116,10 +116,7 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
                   [this](const std::string& text) { listener_.Notice(text); });
   stopwatch_.Charge(times.simulator);
 
-  retired_.resize(start_.wells.size());
-  for (const RunWell& well : start_.wells) {
-    tubings_.push_back(case_.TubingOf(*well.spec));
-  }
+  state_ = std::make_unique<FieldState>(case_, start_.wells);
   BeginTotals();
   stopwatch_.Charge(times.wire);
   listener_.Timed(std::nullopt, times);
@@ -149,6 +146,7 @@ std::optional<StepRecord> CoupledRun::Next() {
   record.length = schedule_.lengths[step];
   stopwatch_.Charge(record.times.other);
   ReadInflow(record);
+  Bring(record);
   Solve(record);
   return record;
 }
@@ -197,8 +195,22 @@ void CoupledRun::ReadInflow(StepRecord& record) {
     const InflowPoint& current = inflow_[i].current;
     if (checks_.Report(start_.wells[i], last_.date, well.point, current)) well.reported = current;
   }
-  RetireWells();
   ReportLast();
+}
+
+// What happens before a step, seen from the one before it, and what then holds in it.
+void CoupledRun::Bring(StepRecord& record) {
+  std::vector<int> controls;
+  for (size_t i = 0; i < record.wells.size(); ++i) controls.push_back(state_->Well(i).control);
+  record.events = state_->Begin(record.date, record.step > 0 ? &last_ : nullptr);
+  for (size_t i = 0; i < record.wells.size(); ++i) {
+    WellStep& well = record.wells[i];
+    const WellSpec& spec = state_->Well(i);
+    if (spec.control != controls[i]) SetControlMode(model_, spec);
+    well.uptime = 1 - spec.downtime;
+    well.tubing = spec.tubing;
+    if (!well.tubing.empty()) well.manifoldPressure = state_->ManifoldPressureOf(i);
+  }
 }
 
 void CoupledRun::ReportLast() {
@@ -258,44 +270,38 @@ void CoupledRun::ReportRest() {
   }
 }
 
-// A well that has passed an economic limit stays shut for the rest of the run.
-void CoupledRun::RetireWells() {
-  for (size_t i = 0; hasLast_ && i < last_.wells.size(); ++i) {
-    const bool isProducer = start_.wells[i].spec->Kind() == WellKind::kProducer;
-    if (!isProducer || !last_.wells[i].point.isOpen || !retired_[i].empty()) continue;
-    if (!last_.wells[i].reported) continue;
-    retired_[i] = EconomicLimitPassed(*start_.wells[i].spec, last_.wells[i].Made());
-  }
-}
-
 void CoupledRun::Warn(const RunWarning& warning) {
   if (warnings_.Add(warning)) listener_.Warned(warning);
+}
+
+NetworkWell CoupledRun::WellOfNetwork(size_t place, StepRecord& record) {
+  const WellSpec& spec = state_->Well(place);
+  const RunWell& runWell = start_.wells[place];
+  WellStep& step = record.wells[place];
+  checks_.Inflow(runWell, record.date, step.inflow);
+  NetworkWell well(spec, InflowCurve(step.inflow, spec.Kind() == WellKind::kProducer));
+  well.tubing = case_.TubingOf(spec);
+  well.manifoldPressure = step.manifoldPressure;
+  step.gravities = well.gravities = TubingGravities(case_.network, inflow_[place].gravities);
+  if (well.tubing != nullptr) {
+    checks_.TubingGravities(runWell, record.date,
+                            WantedGravities(case_.network, inflow_[place].gravities),
+                            well.gravities);
+  }
+  return well;
 }
 
 void CoupledRun::Solve(StepRecord& record) {
   std::vector<NetworkWell> wells;
   std::vector<size_t> places;
   for (size_t i = 0; i < start_.wells.size(); ++i) {
-    if (!retired_[i].empty()) {
-      record.wells[i].point.limitedBy = retired_[i];
-      continue;
-    }
-    const WellSpec& spec = *start_.wells[i].spec;
-    const bool isProducer = spec.Kind() == WellKind::kProducer;
-    checks_.Inflow(start_.wells[i], record.date, record.wells[i].inflow);
-    NetworkWell& well = wells.emplace_back(spec, InflowCurve(record.wells[i].inflow, isProducer));
-    well.tubing = tubings_[i];
-    well.manifoldPressure = case_.ManifoldPressureOf(spec);
-    well.gravities = TubingGravities(case_.network, inflow_[i].gravities);
-    record.wells[i].gravities = well.gravities;
-    if (well.tubing != nullptr) {
-      checks_.TubingGravities(start_.wells[i], record.date,
-                              WantedGravities(case_.network, inflow_[i].gravities), well.gravities);
-    }
+    record.wells[i].point.limitedBy = state_->ShutBy(i);
+    if (!state_->ShutBy(i).empty()) continue;
+    wells.push_back(WellOfNetwork(i, record));
     places.push_back(i);
   }
   liftTables_.Assign(wells);
-  record.groups = SolveNetwork(wells, case_.groups);
+  record.groups = SolveNetwork(wells, state_->Groups());
   for (size_t i = 0; i < wells.size(); ++i) {
     WellStep& well = record.wells[places[i]];
     well.point = wells[i].Point();
@@ -306,10 +312,11 @@ void CoupledRun::Solve(StepRecord& record) {
 void CoupledRun::SendControls(const StepRecord& record) {
   const auto componentCount = static_cast<int>(start_.components.size());
   for (size_t i = 0; i < record.wells.size(); ++i) {
-    const WellSpec& spec = *start_.wells[i].spec;
+    const WellSpec& spec = state_->Well(i);
     const OperatingPoint& point = record.wells[i].point;
-    DriverControl control{start_.wells[i].handle,        !point.isOpen, !retired_[i].empty(),
-                          {point.pressure, point.rates}, spec.downtime, spec.composition};
+    DriverControl control{start_.wells[i].handle,     !point.isOpen,
+                          state_->IsShutForGood(i),   {point.pressure, point.rates},
+                          1 - record.wells[i].uptime, spec.composition};
     if (spec.Kind() == WellKind::kGasInjector && componentCount > 0 &&
         control.composition.empty()) {
       control.composition = {1.0};

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "fieldrun/driver/driver_model.h"
+#include "fieldrun/run/field_state.h"
 #include "fieldrun/run/run_checks.h"
 #include "fieldrun/run/run_record.h"
 #include "fieldrun/run/schedule.h"
@@ -37,6 +38,9 @@ WellKind KindInSimulator(DriverModel& model, const DriverWell& well);
 std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
                                 const std::vector<DriverWell>& simulatorWells);
 
+/// Tells the module by which rate it is to hold a producer.
+void SetControlMode(DriverModel& model, const WellSpec& well);
+
 /// A coupled run: the network of a case and the module's simulator in lock-step. Made for one run.
 class CoupledRun {
  public:
@@ -64,21 +68,22 @@ class CoupledRun {
   std::function<bool()> isInterrupted;
 
  private:
-  void CheckCompositions() const;
+  void CheckComposition(const Located& place, const std::vector<double>& composition) const;
   bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
   void Publish();
   void BeginTotals();
   void ReadInflow(StepRecord& record);
+  void Bring(StepRecord& record);
   void AskForInflow(StepRecord& record);
   void FinishLast();
   void ReportRest();
   void Tell();
+  NetworkWell WellOfNetwork(size_t place, StepRecord& record);
   void Solve(StepRecord& record);
   void SendControls(const StepRecord& record);
   void ReportLast();
   void TellLast();
   void ReportUnread();
-  void RetireWells();
   void Warn(const RunWarning& warning);
 
   const CaseModel& case_;
@@ -87,12 +92,11 @@ class CoupledRun {
   RunStart start_;
   RunEnd end_;
   Schedule schedule_;
-  std::vector<DriverInflow> inflow_;  ///< of this step, by place in start_.wells
-  std::vector<std::string> retired_;  ///< why a well is shut for good; empty while it isn't
-  std::vector<const TubingSpec*> tubings_;
+  std::vector<DriverInflow> inflow_;   ///< of this step, by place in start_.wells
+  std::unique_ptr<FieldState> state_;  ///< from the beginning of the run on
   LiftTables liftTables_;
-  StepRecord last_;  ///< the step that was run and not yet reported
-  bool hasLast_ = false;
+  StepRecord last_;       ///< the step that was run
+  bool hasLast_ = false;  ///< and isn't reported yet
   Stopwatch stopwatch_;
   RunWarnings warnings_;
   RunChecks checks_;

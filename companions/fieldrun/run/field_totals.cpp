@@ -19,7 +19,7 @@ FieldRates SumWells(const std::vector<RunWell>& wells, const StepRecord& record)
     const WellStep& well = record.wells[i];
     if (!well.point.isOpen) continue;
     const bool isProducer = IsProducer(wells[i]);
-    (isProducer ? sum.produced : sum.injected) += (1 - wells[i].spec->downtime) * well.Made();
+    (isProducer ? sum.produced : sum.injected) += well.uptime * well.Made();
     ++(isProducer ? sum.openProducers : sum.openInjectors);
   }
   return sum;

@@ -29,12 +29,11 @@ void RunHistory::Ended(const RunEnd& runEnd) {
 void RunHistory::AddWell(size_t place, const StepRecord& record) {
   WellHistory& well = wells[place];
   const WellStep& step = record.wells[place];
-  const double uptime = 1 - start.wells[place].spec->downtime;
   const double pressure = step.reported ? step.reported->pressure : kUnknownRates.oil;
   if (step.reported) well.pressure = pressure;
   well.moments.push_back({step.point.isOpen, pressure, step.Made()});
   if (!std::isnan(step.total.Size())) well.total = step.total;
-  if (step.point.isOpen && step.reported) well.daysOpen += uptime * record.length;
+  if (step.point.isOpen && step.reported) well.daysOpen += step.uptime * record.length;
   well.limitedBy = step.point.limitedBy;
   if (step.inflow.empty()) return;
   well.last = {record.date, step.inflow, step.point, step.gravities};

@@ -52,12 +52,29 @@ inline constexpr std::array<TimePart, 6> kTimeParts{{{"simulator", &StepTimes::s
                                                      {"writing", &StepTimes::writing},
                                                      {"other", &StepTimes::other}}};
 
+/// Something that has changed what holds of a well, a group or the field.
+struct EventReport {
+  Date date;           ///< first day of the step from which on it holds
+  std::string cause;   ///< "date", "condition" or "economic limit"
+  std::string target;  ///< "well", "group" or "field"
+  std::string name;    ///< of the well or group; empty for the field
+  std::string what;    ///< "shut", "max_liquid from 300 Sm3/d to 200 Sm3/d"
+  std::string reason;  ///< the event's note, the condition or the limit; may be empty
+};
+
+/// "P1: shut (water cut above its limit)".
+std::string ToText(const EventReport& event);
+
 /// One well in one step.
 struct WellStep {
   std::vector<InflowPoint> inflow;  ///< as the module gave it
   std::vector<double> lift;         ///< `LiftAlong` the inflow
   OperatingPoint point;             ///< as the network decided
   Gravities gravities;              ///< that the tubing was computed with
+  double uptime = 1;                ///< part of the step
+  std::string tubing;               ///< by its name; empty when it has none
+  double manifoldPressure = 0;      ///< psig, with a tubing
+  double artificialLift = 0;        ///< at which a lift table was read, in the table's units
   /// The state that the simulator reports when the step is over; none when it tells no sound one.
   std::optional<InflowPoint> reported;
   /// Made or injected since the start of the run. STB, MMscf.
@@ -79,6 +96,7 @@ struct StepRecord {
   std::vector<WellStep> wells;  ///< in the order of RunStart
   std::vector<GroupLimitReport> groups;
   StepTimes times;
+  std::vector<EventReport> events;  ///< that hold from its beginning on
 };
 
 /// How a run came to its end.

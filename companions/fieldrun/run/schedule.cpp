@@ -31,6 +31,38 @@ double NextLength(const TimeSpec& time, const Date& start, size_t step) {
   return DayNumber(AddMonths(start, month + 1)) - DayNumber(AddMonths(start, month));
 }
 
+/// Ends a step where the event's day begins within one.
+void EndStepAt(double day, std::vector<double>& lengths) {
+  double begin = 0;
+  for (auto length = lengths.begin(); length != lengths.end(); begin += *length++) {
+    const double within = day - begin;
+    if (within <= kShortest) return;
+    if (within >= *length - kShortest) continue;
+    *length -= within;
+    lengths.insert(length, within);
+    return;
+  }
+}
+
+void EndStepsAtEvents(const CaseModel& model, Schedule& schedule) {
+  const Date& start = schedule.start;
+  const double total = schedule.DaysBefore(schedule.lengths.size());
+  for (const EventSpec& event : model.events) {
+    if (!event.date) continue;
+    const double day = DayNumber(*event.date) - DayNumber(start);
+    if (day < 0) {
+      model.Fail(event.LineOf("date"),
+                 fmt::format("date lies before the start of the run, {}", ToText(start)));
+    }
+    if (day >= total) {
+      model.Fail(event.LineOf("date"),
+                 fmt::format("date doesn't lie before the end of the run, {}",
+                             ToText(schedule.DateBefore(schedule.lengths.size()))));
+    }
+    EndStepAt(day, schedule.lengths);
+  }
+}
+
 }  // namespace
 
 double Schedule::DaysBefore(size_t step) const {
@@ -55,6 +87,7 @@ Schedule PlanSteps(const CaseModel& model, const Date& start) {
       model.Fail(model.time.line, "the run has more than a million steps");
     }
   }
+  EndStepsAtEvents(model, schedule);
   return schedule;
 }
 

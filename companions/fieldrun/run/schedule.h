@@ -18,8 +18,9 @@ struct Schedule {
   Date DateBefore(size_t step) const;
 };
 
-/// Lays the steps out from `start`. The last one is cut to end where the run ends. A run of more
-/// than a million steps is refused. Throws CaseError.
+/// Lays the steps out from `start`. The last one is cut to end where the run ends, and one within
+/// which the day of an event begins is cut in two there. A run of more than a million steps, and an
+/// event that lies outside the run, are refused. Throws CaseError.
 Schedule PlanSteps(const CaseModel& model, const Date& start);
 
 }  // namespace gantry::fieldrun

@@ -147,7 +147,7 @@ void WellTotals::Count(StepRecord& record) {
     }
     if (step.isTotalMeasured) WarnOf(well.spec->name, record.date, well.doubt);
     step.isTotalMeasured = false;
-    well.total += (1 - well.spec->downtime) * record.length * step.reported->rates;
+    well.total += step.uptime * record.length * step.reported->rates;
     step.total = well.total;
   }
 }

@@ -113,6 +113,9 @@ std::string Progress::Shown(double value, Quantity quantity, int digits) const {
 }
 
 void Progress::PrintRow(const StepRecord& record) const {
+  for (const EventReport& event : record.events) {
+    fmt::print(UserOutput(), "      {:>10}  {}\n", ToText(event.date), ToText(event));
+  }
   const FieldRates rates = SumWells(wells_, record);
   const auto liquid = [&](double rate) { return Shown(rate, kLiquidRate, 1); };
   const auto gas = [&](double rate) { return Shown(rate, kGasRate, 3); };

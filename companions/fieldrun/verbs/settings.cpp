@@ -82,6 +82,11 @@ WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
   return kKindOfType[number];
 }
 
+void SetControlMode(DriverModel& model, const WellSpec& well) {
+  if (well.Kind() != WellKind::kProducer) return;
+  model.Set(WellPath(well.name, "OpMode"), std::to_string(well.control));
+}
+
 std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
                                 const std::vector<DriverWell>& simulatorWells) {
   std::unordered_map<std::string, int> handles;
@@ -106,9 +111,7 @@ std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
                                  kKindNames[static_cast<size_t>(kind)]));
     }
     if (!spec.connected) continue;
-    if (kind == WellKind::kProducer) {
-      model.Set(WellPath(spec.name, "OpMode"), std::to_string(spec.control));
-    }
+    SetControlMode(model, spec);
     wells.push_back({&spec, handle->second});
   }
   return wells;

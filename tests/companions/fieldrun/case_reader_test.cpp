@@ -77,7 +77,11 @@ std::vector<RefusedCase> RefusedCases() {
       {"simulator", kSimulator},
       {"start", start},
       {"producer", start + "[[well]]\nname = 'P'\nkind = 'producer'\n"},
-      {"injector", start + "[[well]]\nname = 'I'\nkind = 'gas_injector'\n"}};
+      {"injector", start + "[[well]]\nname = 'I'\nkind = 'gas_injector'\n"},
+      {"events", start + "[[well]]\nname = 'P'\nkind = 'producer'\n"
+                         "[[well]]\nname = 'I'\nkind = 'gas_injector'\ngas_rate = 1\n"
+                         "[[well]]\nname = 'L'\nkind = 'producer'\nconnected = false\n"
+                         "[[group]]\nname = 'plant'\n"}};
   std::vector<RefusedCase> cases = {
       {"\xFF\xFE[", {":1: the file is in UTF-16; save it in UTF-8"}},
       {{"[\0c\0", 4}, {":1: the file is in UTF-16; save it in UTF-8"}},

@@ -334,16 +334,5 @@ TEST_F(Group, ShutsAWellThatLoadsUpWhenHeldBack) {
   EXPECT_EQ(wells[0].Point().limitedBy, "can't lift when held back");
 }
 
-TEST(EconomicLimit, NamesTheLimitThatIsPassed) {
-  WellSpec spec;
-  spec.minOil = 100;
-  spec.maxWaterCut = 0.9;
-  spec.maxGasOilRatio = 5000;
-  EXPECT_EQ(EconomicLimitPassed(spec, {200, 100, 0.5}), "");
-  EXPECT_EQ(EconomicLimitPassed(spec, {99, 0, 0}), "oil below its economic limit");
-  EXPECT_EQ(EconomicLimitPassed(spec, {100, 1000, 0}), "water cut above its limit");
-  EXPECT_EQ(EconomicLimitPassed(spec, {100, 0, 0.6}), "gas-oil ratio above its limit");
-}
-
 }  // namespace
 }  // namespace gantry::fieldrun

@@ -57,9 +57,13 @@ class Results : public ::testing::Test {
     record.wells[0].lift = {kNaN, 2500};
     record.wells[0].point = {true, 2000, {400, 100, 0.4}, "tubing"};
     record.wells[0].gravities = {0.85, 0.7, 1};
+    record.wells[0].uptime = 0.75;
+    record.wells[0].tubing = "pipe";
+    record.wells[0].manifoldPressure = 200;
     record.wells[1].inflow = {{3000, {0, 0, 0}}, {5000, {0, 1000, 0}}};
     record.wells[1].point = {true, 4000, {0, 500, 0}, "water rate"};
     record.groups = {{"G", "liquid", 600, 500}, {"H: x; y", "gas", 0.5, 0.4}};
+    record.events = {{record.date, "date", "well", kProducer, "max_oil 400 STB/d", "a, \"b\""}};
     if (!isReported) return record;
     record.wells[0].reported = InflowPoint{1990, {420, 80, 0.42}};
     record.wells[1].reported = InflowPoint{4010, {0, 500, 0}};
@@ -88,7 +92,7 @@ class Results : public ::testing::Test {
 TEST_F(Results, TablesHoldWhatIsToldWhileTheRunGoesOn) {
   ResultTables tables(Folder(), UnitSystem::kField);
   Play(tables);
-  for (const std::string file : {"wells.csv", "inflow.csv", "field.csv"}) {
+  for (const std::string file : {"wells.csv", "inflow.csv", "events.csv", "field.csv"}) {
     EXPECT_EQ(Read(file.c_str()), test::TestFolder::Read(FIELDRUN_GOLDEN "/" + file));
   }
 }
@@ -104,7 +108,7 @@ TEST_F(Results, AReportIsMadeOfTheTablesAsOfTheRunItself) {
       if (hasEnded) listener->Ended({2, false, "it <broke>", {}});
     }
     std::ofstream(folder_ / "wells.csv", std::ios::app | std::ios::binary)
-        << "3,2020-03-01,62,31,I1,water injector,1,water rate,1,9,0,9,0,9,0,9,0,9,9,9,rates,,,,"
+        << "3,2020-03-01,62,31,I1,water injector,1,water rate,1,9,0,9,0,9,0,9,0,9,9,9,rates,,,,,,,"
            "00c0ffee\n3,2020-03";
     RunHistory replayed;
     const StoredRun stored = ReadRunFile(Folder());

@@ -5,8 +5,9 @@
 namespace gantry::fieldrun {
 namespace {
 
-Schedule Plan(const TimeSpec& time, const Date& start) {
+Schedule Plan(const TimeSpec& time, const Date& start, const std::vector<Date>& events = {}) {
   CaseModel model;
+  for (const Date& date : events) model.events.emplace_back().date = date;
   model.file = "case.toml";
   model.time = time;
   return PlanSteps(model, start);
@@ -43,6 +44,17 @@ TEST(Schedule, CutsTheLastStepToTheEndOfTheRunWhereverThatLies) {
   time = Steps(0.001);
   time.end = Date{9999, 1, 1};
   EXPECT_THROW(Plan(time, start), CaseError) << "it would go on for ever";
+}
+
+TEST(Schedule, EndsStepsWhereTheDaysOfEventsBegin) {
+  TimeSpec time;
+  time.steps = 2;
+  const Date start{2015, 1, 1};
+  EXPECT_EQ(Plan(time, start, {{2015, 2, 1}, {2015, 2, 11}, start, {2015, 1, 11}}).lengths,
+            (std::vector<double>{10, 21, 10, 18}));
+  for (const Date& outside : {Date{2014, 12, 31}, Date{2015, 3, 1}}) {
+    EXPECT_THROW(Plan(time, start, {outside}), CaseError);
+  }
 }
 
 }  // namespace

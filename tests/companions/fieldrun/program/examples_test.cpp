@@ -25,7 +25,7 @@ class Example : public ::testing::Test {
     EXPECT_NE(gantry::test::TestFolder::Read(folder_ / "out/run.json").find("(tanksim 1."),
               std::string::npos);
     const auto files = fs::directory_iterator(folder_ / "out");
-    EXPECT_EQ(std::distance(fs::begin(files), fs::end(files)), 5) << "something is left behind";
+    EXPECT_EQ(std::distance(fs::begin(files), fs::end(files)), 7) << "something is left behind";
   }
   Table Read(const char* file) const { return Table(folder_ / "out" / file); }
 

@@ -90,7 +90,8 @@ class Player {
     if (words.size() == 2) return fs::rename(Path(words[0]), Path(words[1]));
     std::string text = folder_.Read(Path(words[0]));
     std::string replacement = words[2];
-    Replace(replacement, "\\n", "\n");
+    while (Replace(replacement, "\\n", "\n")) {
+    }
     EXPECT_TRUE(Replace(text, words[1], replacement)) << words[0] << " holds no " << words[1];
     folder_.Write(words[0], text);
   }
