@@ -17,6 +17,8 @@ namespace {
 
 using enum Quantity;
 
+constexpr const char* kLift = "lift pressure";
+
 std::vector<std::string> SplitRow(const std::string& line) {
   std::vector<std::string> fields(1);
   bool isQuoted = false;
@@ -55,6 +57,7 @@ class Rows {
   }
   bool IsAtEnd() const { return isAtEnd_; }
 
+  bool Has(const char* column) const { return places_.contains(column); }
   const std::string& Text(const char* column) const {
     const auto found = places_.find(column);
     if (found == places_.end()) Fail(fmt::format("there is no column \"{}\"", column));
@@ -191,12 +194,25 @@ StepRecord Replay::NextStep() {
   for (; !inflow_.IsAtEnd() && inflow_.Step() == record.step; inflow_.Next()) {
     WellStep& well = WellOf(record, inflow_);
     well.inflow.push_back(inflow_.Point(""));
-    well.lift.push_back(inflow_.Number("lift pressure", kGaugePressure));
+    if (!inflow_.Has(kLift)) continue;  // as an earlier fieldrun wrote it
+    well.lift.push_back(inflow_.Number(kLift, kGaugePressure));
   }
   for (; !events_.IsAtEnd() && events_.Step() == record.step; events_.Next()) ReadEvent(record);
   ReadGroups(record);
   field_.Next();
   return record;
+}
+
+// A run of an earlier fieldrun has no such table.
+void ReplayTimes(const std::string& folder, const StoredRun& run, RunListener& listener) {
+  const std::string path = folder + "/" + kProfileFile;
+  if (!IsFile(path)) return;
+  for (Rows rows(path, run); !rows.IsAtEnd(); rows.Next()) {
+    StepTimes times;
+    for (const TimePart& part : kTimeParts) times.*part.seconds = rows.Number(part.name);
+    const bool isStart = rows.Text("step") == "0";
+    listener.Timed(isStart ? std::nullopt : std::optional(rows.Step()), times);
+  }
 }
 
 }  // namespace
@@ -205,6 +221,7 @@ void ReplayRun(const std::string& folder, const StoredRun& run, RunListener& lis
   listener.Started(run.start);
   for (const RunWarning& warning : run.warnings) listener.Warned(warning);
   for (Replay replay(folder, run); replay.HasStep();) listener.StepDone(replay.NextStep());
+  ReplayTimes(folder, run, listener);
   if (run.end) listener.Ended(*run.end);
 }
 

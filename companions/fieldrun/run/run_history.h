@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fieldrun/run/field_totals.h"
@@ -10,27 +12,16 @@ namespace gantry::fieldrun {
 
 /// One well of one step, as short as the report needs it.
 struct WellMoment {  // not a number where nothing tells it
-  bool isOpen = false;
+  size_t held = 0;   ///< place in RunHistory::holds
   double pressure = 0;
   Rates rates;
 };
 
-/// The inflow of a well in one step, with the operating point on it.
-struct InflowMoment {
-  Date date;
-  std::vector<InflowPoint> inflow;
-  OperatingPoint point;
-  Gravities gravities;
-};
-
 struct WellHistory {
   std::vector<WellMoment> moments;  ///< one for each step
-  InflowMoment first;               ///< the first and the last step that had an inflow
-  InflowMoment last;
-  Rates total;          ///< STB, MMscf, as far as it is told
-  double pressure = 0;  ///< at the end, as far as it is told
+  Rates total;                      ///< STB, MMscf, as far as it is told
+  double pressure = 0;              ///< at the end, as far as it is told
   double daysOpen = 0;
-  std::string limitedBy;  ///< in the last step
 };
 
 /// Not a number where nothing tells it.
@@ -40,12 +31,19 @@ struct FieldMoment {
   FieldTotals totals;
 };
 
-/// How often a group's limit was in force.
+/// What holds a well where it is, or why it is shut.
+struct Hold {
+  std::string reason;
+  bool isOpen = false;
+
+  auto operator<=>(const Hold&) const = default;
+};
+
+/// A limit of a group, and when it was in force.
 struct GroupHistory {
   std::string group;
   std::string limit;
-  int steps = 0;
-  double mostBefore = 0;
+  std::map<size_t, double> before;  ///< by step: what the wells would have made without it
 };
 
 /// What the report shows of a run, kept while it goes.
@@ -53,6 +51,7 @@ class RunHistory : public RunListener {
  public:
   void Started(const RunStart& runStart) override;
   void StepDone(const StepRecord& record) override;
+  void Timed(std::optional<size_t> step, const StepTimes& stepTimes) override;
   void Ended(const RunEnd& runEnd) override;
   void Warned(const RunWarning& warning) override { warnings.push_back(warning); }
 
@@ -64,12 +63,24 @@ class RunHistory : public RunListener {
   FieldRates rates;                ///< the last that are told
   FieldTotals totals;              ///< the same
   std::vector<WellHistory> wells;  ///< in the order of start.wells
+  std::vector<Hold> holds;         ///< each once
   std::vector<GroupHistory> groups;
   std::vector<RunWarning> warnings;
+  std::vector<std::pair<double, EventReport>> events;  ///< behind the days at which they hold
+  /// The steps with their curves: all of them, or of a long run with many wells some, evenly
+  /// spread, and the last.
+  std::vector<StepRecord> curves;
+  StepTimes timesOfStart;
+  std::vector<StepTimes> times;  ///< by step; empty where nobody has measured them
 
  private:
   void AddWell(size_t place, const StepRecord& record);
-  void AddGroup(const GroupLimitReport& report);
+  void AddGroup(size_t step, const GroupLimitReport& report);
+  void AddCurves(const StepRecord& record);
+  size_t PlaceOf(const Hold& hold);
+
+  std::map<Hold, size_t> places_;
+  size_t stride_ = 1;  ///< of the steps whose curves are kept
 };
 
 }  // namespace gantry::fieldrun
