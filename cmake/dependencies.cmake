@@ -13,6 +13,15 @@ if(NOT CMAKE_CROSSCOMPILING)
   if(GANTRY_TESTS)
     find_package(GTest REQUIRED)
   endif()
+  # A sanitizer's library would have to be in the interpreter before the module.
+  if(GANTRY_PYTHON AND NOT GANTRY_SANITIZE)
+    # Debian's own interpreter, for which script/setup installs what the package needs, comes first.
+    if(EXISTS /usr/bin/python3)
+      set(Python_EXECUTABLE /usr/bin/python3 CACHE FILEPATH "The interpreter of the package")
+    endif()
+    find_package(Python COMPONENTS Interpreter Development.Module QUIET)
+    find_package(pybind11 CONFIG QUIET)
+  endif()
   return()
 endif()
 

@@ -3,6 +3,7 @@
 option(GANTRY_TESTS "Build the tests" ON)
 option(GANTRY_BENCH "Build the benchmarks" OFF)
 option(GANTRY_FUZZ "Build the fuzz targets (Clang)" OFF)
+option(GANTRY_PYTHON "Build the Python package, where pybind11 is there" ON)
 set(GANTRY_SANITIZE "" CACHE STRING "Sanitizers for every target, as -fsanitize= takes them")
 
 if(WIN32)
