@@ -1,0 +1,139 @@
+"""The simulator's half of the wire in Python: with the driver, and with a controller of the test's own."""
+
+import socket
+import struct
+import subprocess
+import threading
+from datetime import date
+
+import gantry
+import pytest
+from gantry.peer import FluidModel, Peer
+from gantry.wire import Wire, integers, marker, numbers, texts
+
+SET_UP = [marker("SETUP"), texts("VERSION", ["V2"])]
+
+
+@pytest.fixture
+def talk():
+    """Serves a peer on one end of a connection; gives the other end, the serving thread, and a list
+    that takes what ended the session."""
+    opened = []
+
+    def start(peer):
+        with socket.create_server(("127.0.0.1", 0)) as listener:
+            ours = socket.create_connection(listener.getsockname())
+            theirs, _ = listener.accept()
+        ended = []
+
+        def serve():
+            try:
+                peer.serve(theirs)
+            except Exception as error:
+                ended.append(str(error))
+
+        server = threading.Thread(target=serve)
+        server.start()
+        opened.append((ours, server))
+        return ours, server, ended
+
+    yield start
+    for ours, server in opened:
+        ours.close()
+        server.join()
+
+
+def peer_of_two():
+    fluid = FluidModel("F", "PENG_ROBINSON", ["C1", "C7"], [0.01], {"MOLECULAR_WEIGHT": [16, 200]})
+    peer = Peer({"P": "PRODUCER", "G": "GAS_INJECTOR"}, date(2020, 2, 1), fluid=fluid)
+    peer.well_number("OIL_PRODUCTION_RATE")(lambda well: peer.limits[well].get("LIQUID_PRODUCTION_RATE", 7.0))
+    peer.advance(lambda days: days if days < 100 else float("inf"))
+    return peer
+
+
+def test_the_example_runs_under_fieldrun_and_floods(examples, fieldrun, tmp_path):
+    case = examples / "python_simulator/case.toml"
+    subprocess.run([fieldrun, "run", case, "-q", "-o", tmp_path], check=True)
+    results = gantry.Results(tmp_path)
+    assert results.steps == 120 and results.warnings == []
+    cut = results.field["water cut"]
+    assert cut[0] < 0.001 and cut[-1] > 0.8
+    assert results.field["water injected"] == pytest.approx([1800] * 120)
+
+
+def test_a_compositional_run_sends_what_is_injected(talk):
+    ours, server, ended = talk(peer := peer_of_two())
+    wire = Wire(ours)
+
+    def ask(*message):
+        wire.send(list(message))
+        return wire.receive()
+
+    ask(*SET_UP)
+    wire.receive()
+    reply = ask(marker("QUERY"), marker("QRFLUIDMODEL"))
+    wire.receive()
+    reply.marker("REPLY")
+    assert (reply.text("FLUIDMODELDNAME"), reply.text("EOSNAME")) == ("F", "PENG_ROBINSON")
+    assert reply.texts("NCOMPS") == ["C1", "C7"] and reply.numbers("BIC") == [0.01]
+    assert reply.text("EOSPROPNAME") == "MOLECULAR_WEIGHT" and reply.numbers("VALUES") == [16, 200]
+    reply.end()
+    for well, can in (("P", 0), ("G", 1)):
+        reply = ask(marker("SET"), marker("CREATE_FLDSRCEXT"), texts("WELLNAME", [well]),
+                    texts("STNAME", ["S"]), texts("STPHASE", ["GAS"]))  # fmt: skip
+        wire.receive()
+        reply.marker("REPLY")
+        assert reply.integer("STRET") == can
+    ask(marker("SET"), marker("SETWSTRE"), texts("STNAME", ["S"]), numbers("STCMPVALUES", [0.75, 0.25]),
+        texts("STCMPNAMES", ["TOTAL_MOLE_FRACTION[1]", "TOTAL_MOLE_FRACTION[2]"]), texts("STPHASE", [""]))  # fmt: skip
+    assert peer.composition["G"] == {"TOTAL_MOLE_FRACTION[1]": 0.75, "TOTAL_MOLE_FRACTION[2]": 0.25}
+    position = ask(marker("CONTINUE_UNTIL"), numbers("TIME", [100.0]))
+    position.marker("STEP")
+    assert position.text("POSITION") == "END_SIMULATE"
+    ask(marker("SHUTDOWN")).marker("FINISHED")
+    server.join()
+    assert ended == []
+
+
+REFUSED = [
+    ([marker("DANCE")], "Unknown message DANCE"),
+    ([marker("QUERY"), marker("QDREAMS")], "Unknown message QUERY QDREAMS"),
+    ([marker("CONTINUE"), marker("MORE")], "Incorrect header (received: MORE-0-MESS vs expected: END-0-MESS)"),
+    ([marker("CONTINUE_UNTIL"), integers("TIME", [1])],
+     "Incorrect header (received: TIME-1-INTE vs expected: TIME-1-DOUB)"),
+    ([marker("SET"), marker("SETWELLS"), texts("SETITEM", ["UPTIME_FRACTION"]), texts("WELNAMES", ["X"]),
+      numbers("VALUES", [1])], "Unknown well X"),
+    ([marker("SET"), marker("SETWSTATUS"), texts("WCLOSURE", ["USER"]), texts("SETITEM", ["STATUS"]),
+      texts("WELNAMES", ["P"]), texts("VALUES", ["ASLEEP"])], "Unknown well status ASLEEP"),
+    ([marker("QUERY"), marker("QIPRDATA"), texts("WELNAMES", ["P"]), texts("PRESSURETYPES", ["BHP"]),
+      integers("NPOINTS", [3]), numbers("SKEWNESS", [1])], "this simulator measures no inflow of its own"),
+]  # fmt: skip
+
+
+@pytest.mark.parametrize("message, reason", REFUSED, ids=lambda value: value if isinstance(value, str) else "")
+def test_what_cannot_be_read_or_obeyed_ends_the_session_with_its_reason(talk, message, reason):
+    ours, server, ended = talk(peer_of_two())
+    wire = Wire(ours)
+    wire.send(SET_UP, message)
+    wire.receive()
+    wire.receive()
+    assert wire.receive().entry().name == f"ERROR: {reason}"
+    server.join()
+    assert ended == [reason]
+
+
+FRAMES = [
+    (struct.pack("<QQ", 5, 6), "Incorrect length in header"),
+    (struct.pack("<QQ", 5, 2) + b"ab" + struct.pack("<Q", 0), "zero chunk"),
+    (struct.pack("<QQ", 2**62, 2**62) + b"x" * 100, "closed"),
+    (struct.pack("<QQ", 3, 3) + b"\xffab", "Malformed set-up: Not enough data"),
+]
+
+
+@pytest.mark.parametrize("frame, reason", FRAMES, ids=range(len(FRAMES)))
+def test_broken_frames_are_told_and_take_no_memory(talk, frame, reason):
+    ours, server, ended = talk(peer_of_two())
+    ours.sendall(frame)
+    ours.shutdown(socket.SHUT_WR)
+    server.join()
+    assert len(ended) == 1 and reason in ended[0]
