@@ -31,7 +31,7 @@ class Check {
   void Time();
   void Tubings();
   void KeysFitKind(const WellSpec& well);
-  void Producer(const WellSpec& well);
+  void Tubing(const WellSpec& well);
   void Injector(const WellSpec& well);
   void Groups();
   void Composition(const WellSpec& well);
@@ -96,12 +96,19 @@ void Check::KeysFitKind(const WellSpec& well) {
   }
 }
 
-void Check::Producer(const WellSpec& well) {
+void Check::Tubing(const WellSpec& well) {
   if (well.tubing.empty()) return;
-  if (model_.TubingOf(well) == nullptr) {
+  const TubingSpec* const tubing = model_.TubingOf(well);
+  if (tubing == nullptr) {
+    return Fail(well.LineOf("tubing"),
+                fmt::format("there is no tubing \"{}\"{}", well.tubing,
+                            toml_reader::DidYouMean(well.tubing, Names(model_.tubings))));
+  }
+  if (!CanTake(well, *tubing)) {
     Fail(well.LineOf("tubing"),
-         fmt::format("there is no tubing \"{}\"{}", well.tubing,
-                     toml_reader::DidYouMean(well.tubing, Names(model_.tubings))));
+         fmt::format("tubing \"{}\" isn't for {}: {}", tubing->name, well.name,
+                     well.Kind() == WellKind::kProducer ? "its lift table is an injector's"
+                                                        : "an injector needs a lift table VFPINJ"));
   }
   if (!well.manifoldPressure && !model_.network.manifoldPressure) {
     Fail(well.LineOf("tubing"),
@@ -111,7 +118,9 @@ void Check::Producer(const WellSpec& well) {
 
 void Check::Injector(const WellSpec& well) {
   const bool hasRate = well.waterRate || well.gasRate;
-  if (well.connected && hasRate == well.bottomHolePressure.has_value()) {
+  const bool hasBoth = hasRate && well.bottomHolePressure;
+  const bool hasNone = !hasRate && !well.bottomHolePressure && well.tubing.empty();
+  if (well.connected && (hasBoth || hasNone)) {
     Fail(well.line,
          fmt::format("injector \"{}\" needs either {} or bottom_hole_pressure", well.name,
                      well.Kind() == WellKind::kGasInjector ? "gas_rate" : "water_rate"));
@@ -150,6 +159,17 @@ void Check::Groups() {
 
 void Check::Tubings() {
   for (const TubingSpec& tubing : model_.tubings) {
+    for (const char* key : {"depth", "diameter"}) {
+      if (tubing.isSound && tubing.vfp.empty() && !tubing.keyLines.contains(key)) {
+        Fail(tubing.line, fmt::format("[tubing] needs the key \"{}\", or vfp", key));
+      }
+    }
+    for (const auto& [key, line] : tubing.keyLines) {
+      if (tubing.vfp.empty() ? key != "vfp_table" : key == "name" || key.starts_with("vfp"))
+        continue;
+      Fail(line,
+           fmt::format("{} means nothing {} vfp", key, tubing.vfp.empty() ? "without" : "with"));
+    }
     if (tubing.isSound && tubing.length && *tubing.length < tubing.depth) {
       Fail(tubing.LineOf("length"), "length can't be less than depth");
     }
@@ -166,7 +186,8 @@ void Check::All() {
   for (const WellSpec& well : model_.wells) {
     if (!well.isSound) continue;
     KeysFitKind(well);
-    well.Kind() == WellKind::kProducer ? Producer(well) : Injector(well);
+    Tubing(well);
+    if (well.Kind() != WellKind::kProducer) Injector(well);
   }
   Groups();
   for (const EventSpec& event : model_.events) {

@@ -106,9 +106,18 @@ constexpr KeyRow<NetworkSpec> kNetworkKeys[] = {
 
 constexpr KeyRow<TubingSpec> kTubingKeys[] = {
     {Key("name", "by which wells refer to it").Needed(), &TubingSpec::name},
+    {Key("vfp",
+         "file with its lift table (VFPPROD or VFPINJ), from the file's own folder, in place of "
+         "all below but vfp_table")
+         .Else("its pressure is computed"),
+     &TubingSpec::vfp},
+    {Key("vfp_table", "number of the lift table in that file")
+         .In({.low = 1})
+         .Else("the only one there"),
+     &TubingSpec::vfpTable},
     {Key("depth", "vertical depth of its lower end", kLength)
          .In({.low = 1, .high = 50000, .usualLow = 100, .usualHigh = 35000})
-         .Needed(),
+         .Else("required without vfp"),
      &TubingSpec::depth},
     {Key("length", "length along the hole", kLength)
          .In({.low = 1, .high = 100000, .usualLow = 100, .usualHigh = 50000})
@@ -116,7 +125,7 @@ constexpr KeyRow<TubingSpec> kTubingKeys[] = {
      &TubingSpec::length},
     {Key("diameter", "inner diameter", kDiameter)
          .In({.low = 0.1, .high = 60, .usualLow = 0.75, .usualHigh = 20})
-         .Needed(),
+         .Else("required without vfp"),
      &TubingSpec::diameter},
     {Key("roughness", "wall roughness", kDiameter)
          .In({.low = 0, .high = 1, .usualHigh = 0.1})
@@ -148,13 +157,19 @@ constexpr KeyRow<WellSpec> kWellKeys[] = {
          .In({.low = 0, .high = 1, .usualHigh = 0.99})
          .Else("0"),
      &WellSpec::downtime},
-    {Key("tubing", "producer: the tubing to the manifold; none: no lift curve").For(kProducers),
+    {Key("tubing",
+         "the tubing to the manifold, of an injector one with a lift table; none: no lift curve"),
      &WellSpec::tubing},
-    {Key("manifold_pressure", "producer: pressure at the head of its tubing", kGaugePressure)
+    {Key("manifold_pressure", "pressure at the head of its tubing", kGaugePressure)
          .In(kWellheadPressure)
-         .Else("that of [network]")
-         .For(kProducers),
+         .Else("that of [network]"),
      &WellSpec::manifoldPressure},
+    {Key("artificial_lift",
+         "producer: artificial lift at which its lift table is read, in the table's units")
+         .In({.low = 0})
+         .Else("0")
+         .For(kProducers),
+     &WellSpec::artificialLift},
     {Key("min_bottom_hole_pressure", "producer: lowest flowing pressure", kGaugePressure)
          .In(kBottomHolePressure)
          .For(kProducers),
@@ -258,7 +273,7 @@ const CaseParts& CaseSections() {
       {"time", "the span of the run: one of end, duration and steps, and the length of a step",
        &CaseModel::time, kTimeKeys},
       {"network", "what all wells share above ground", &CaseModel::network, kNetworkKeys},
-      {"tubing", "a pipe from the bottom of a producer to its manifold", &CaseModel::tubings,
+      {"tubing", "a pipe from the bottom of a well to its manifold", &CaseModel::tubings,
        kTubingKeys},
       {"well", "a well of the network", &CaseModel::wells, kWellKeys},
       {"group", "limits on the sum of several wells, taken in the order of the file",

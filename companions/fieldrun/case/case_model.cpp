@@ -9,6 +9,12 @@ int Located::LineOf(const std::string& key) const {
   return found == keyLines.end() ? line : found->second;
 }
 
+bool CanTake(const WellSpec& well, const TubingSpec& tubing) {
+  const bool isProducer = well.Kind() == WellKind::kProducer;
+  if (!tubing.table) return isProducer || !tubing.vfp.empty();
+  return tubing.table->isProducer == isProducer;
+}
+
 const TubingSpec* CaseModel::TubingOf(const WellSpec& well) const {
   const auto found = std::find_if(tubings.begin(), tubings.end(), [&](const TubingSpec& tubing) {
     return tubing.name == well.tubing;

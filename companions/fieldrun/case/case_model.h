@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "described_toml/calendar.h"
 #include "described_toml/finding.h"
 #include "fieldrun/case/quantities.h"
+#include "fieldrun/case/vfp_table.h"
 
 namespace gantry::fieldrun {
 
@@ -70,6 +72,9 @@ struct NetworkSpec : Located {
 
 struct TubingSpec : Located {
   std::string name;
+  std::string vfp;              ///< file of its lift table; empty: the pressure is computed
+  std::optional<int> vfpTable;  ///< number of the table in that file
+  std::shared_ptr<const VfpTable> table;
   double depth = 0;
   std::optional<double> length;  ///< along the hole; the depth when the hole is vertical
   double diameter = 0;
@@ -89,6 +94,7 @@ struct WellSpec : Located {
 
   std::string tubing;
   std::optional<double> manifoldPressure;
+  double artificialLift = 0;  ///< in the units of its lift table
   std::optional<double> minBottomHolePressure;
   std::optional<double> maxOil, maxWater, maxLiquid, maxGas;
   std::optional<double> minOil, maxWaterCut, maxGasOilRatio;
@@ -99,6 +105,9 @@ struct WellSpec : Located {
 
   WellKind Kind() const { return static_cast<WellKind>(kind); }
 };
+
+/// Whether a lift table is of the well's kind; an injector needs one.
+bool CanTake(const WellSpec& well, const TubingSpec& tubing);
 
 struct GroupSpec : Located {
   std::string name;

@@ -120,9 +120,24 @@ void CompletePaths(CaseModel& model) {
       FromFolder(isElsewhere ? fs::current_path() : folder, output.empty() ? "results" : output);
   model.simulator.deck = FromFolder(folder, model.simulator.deck);
   model.simulator.storeFile = FromFolder(folder, model.simulator.storeFile);
+  for (TubingSpec& tubing : model.tubings) tubing.vfp = FromFolder(folder, tubing.vfp);
   // A bare name is looked for along the search path by whoever starts it.
   if (platform::PathOf(model.simulator.executable).has_parent_path()) {
     model.simulator.executable = FromFolder(folder, model.simulator.executable);
+  }
+}
+
+/// What is wrong with a file is told where the case names it.
+void ReadLiftTables(CheckedCase& checked) {
+  for (TubingSpec& tubing : checked.model.tubings) {
+    if (!tubing.isSound || tubing.vfp.empty()) continue;
+    try {
+      tubing.table = std::make_shared<VfpTable>(
+          ReadVfpTable(tubing.vfp, tubing.vfpTable, checked.model.Units()));
+    } catch (const CaseError& error) {
+      tubing.isSound = false;
+      checked.findings.push_back({tubing.LineOf("vfp"), error.what()});
+    }
   }
 }
 
@@ -139,6 +154,7 @@ CheckedCase ReadAndCheckCase(const std::string& path) {
     ReadSections(file, checked.model);
     checked.findings = file.Findings();
     CompletePaths(checked.model);
+    ReadLiftTables(checked);
     CheckCase(checked.model, checked.findings);
   } catch (const CaseError& error) {
     checked.findings = error.Findings;

@@ -189,6 +189,10 @@ void EventCheck::Tubing(const EventSpec& event) {
     return Fail(event.LineOf("tubing"), fmt::format("there is no tubing \"{}\"{}", tubing,
                                                     toml_reader::DidYouMean(tubing, names)));
   }
+  for (const std::string& name : model_.WellsOf(event)) {
+    if (CanTake(*wells_.at(name), *model_.TubingOf(event.wellChange))) continue;
+    return Fail(event.LineOf("tubing"), fmt::format("tubing \"{}\" isn't for {}", tubing, name));
+  }
   if (model_.network.manifoldPressure || event.wellChange.manifoldPressure) return;
   for (const std::string& name : model_.WellsOf(event)) {
     if (wells_.at(name)->manifoldPressure) continue;

@@ -106,7 +106,7 @@ void LiftTables::Assign(std::vector<NetworkWell>& wells) {
   std::map<Key, std::vector<NetworkWell*>> sharing;
   for (NetworkWell& well : wells) {
     const Gravities& g = well.gravities;
-    if (well.tubing == nullptr) continue;
+    if (well.tubing == nullptr || well.tubing->table) continue;
     sharing[{well.tubing, well.manifoldPressure, Millionths(g.oil), Millionths(g.gas),
              Millionths(g.water)}]
         .push_back(&well);

@@ -28,8 +28,9 @@ struct NetworkWell {
   InflowCurve curve;
   const TubingSpec* tubing = nullptr;  ///< null: no lift curve
   double manifoldPressure = 0;
+  double artificialLift = 0;  ///< at which the tubing's lift table is read, in the table's units
   Gravities gravities;
-  LiftTable* lift = nullptr;  ///< of that tubing, pressure and gravities; null: each is marched
+  LiftTable* lift = nullptr;  ///< of that tubing, pressure and gravities; null: each is computed
 
   double opening = 0;  ///< place on the curve, found by the solver
   bool isOpen = false;

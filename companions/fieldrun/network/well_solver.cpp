@@ -33,19 +33,27 @@ constexpr RateLimit kInjectorTargets[] = {
     {"gas rate", &WellSpec::gasRate, GasOf},
 };
 
-// How far the inflow at an opening lies above what the tubing needs; negative: it can't flow so.
+// How far the inflow at an opening lies above what a producer's tubing needs, and below what an
+// injector's gives; negative: it can't flow so.
 class LiftSurplus {
  public:
   explicit LiftSurplus(const NetworkWell& well) : well_(well) {
-    if (well.lift == nullptr) column_.emplace(*well.tubing, well.gravities);
+    if (well.lift == nullptr && !well.tubing->table) {
+      column_.emplace(*well.tubing, well.gravities);
+    }
   }
 
   double operator()(double opening) const {
     const InflowPoint point = well_.curve.At(opening);
-    return point.pressure - FootPressure(point.rates);
+    const double surplus = point.pressure - FootPressure(point.rates);
+    return well_.spec->Kind() == WellKind::kProducer ? surplus : -surplus;
   }
 
   double FootPressure(const Rates& rates) const {
+    if (well_.tubing->table) {
+      return well_.tubing->table->FootPressure(well_.manifoldPressure, well_.artificialLift,
+                                               {rates.oil, rates.water, rates.gas});
+    }
     return column_ ? column_->FootPressure(well_.manifoldPressure, rates)
                    : well_.lift->FootPressure(rates);
   }
@@ -117,10 +125,6 @@ void HoldRates(NetworkWell& well, const RateLimit (&limits)[N]) {
 
 void SolveProducer(NetworkWell& well) {
   const WellSpec& spec = *well.spec;
-  if (well.tubing != nullptr) {
-    HoldBack(well, OpeningByTubing(well), "tubing");
-    if (well.opening <= 0) return Shut(well, "can't lift");
-  }
   if (spec.minBottomHolePressure) {
     const auto drawdown = [](const InflowPoint& point) { return -point.pressure; };
     HoldBack(well, well.curve.LargestOpening(drawdown, -*spec.minBottomHolePressure),
@@ -158,7 +162,12 @@ void SolveWell(NetworkWell& well) {
   well.isOpen = true;
   well.opening = well.curve.FullOpening();
   well.limitedBy = "inflow";
-  if (well.spec->Kind() == WellKind::kProducer) {
+  const bool isProducer = well.spec->Kind() == WellKind::kProducer;
+  if (well.tubing != nullptr) {
+    HoldBack(well, OpeningByTubing(well), "tubing");
+    if (well.opening <= 0) return Shut(well, isProducer ? "can't lift" : "can't inject");
+  }
+  if (isProducer) {
     SolveProducer(well);
   } else {
     SolveInjector(well);

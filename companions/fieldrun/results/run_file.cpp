@@ -32,6 +32,7 @@ Json ToJson(const TubingSpec& tubing, UnitSystem units) {
   for (const auto& [key, quantity, number] : kTubingNumbers) {
     json[key] = FromField(tubing.*number, quantity, units);
   }
+  if (!tubing.vfp.empty()) json["vfp"] = tubing.vfp;
   if (tubing.length) json["length"] = FromField(*tubing.length, Quantity::kLength, units);
   return json;
 }
@@ -39,6 +40,7 @@ Json ToJson(const TubingSpec& tubing, UnitSystem units) {
 TubingSpec TubingOf(const Json& json, UnitSystem units) {
   TubingSpec tubing;
   tubing.name = json.at("name");
+  tubing.vfp = json.value("vfp", "");
   for (const auto& [key, quantity, number] : kTubingNumbers) {
     tubing.*number = ToField(json.at(key), quantity, units);
   }

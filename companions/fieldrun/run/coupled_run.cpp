@@ -210,6 +210,7 @@ void CoupledRun::Bring(StepRecord& record) {
     well.uptime = 1 - spec.downtime;
     well.tubing = spec.tubing;
     if (!well.tubing.empty()) well.manifoldPressure = state_->ManifoldPressureOf(i);
+    well.artificialLift = spec.artificialLift;
   }
 }
 
@@ -282,8 +283,9 @@ NetworkWell CoupledRun::WellOfNetwork(size_t place, StepRecord& record) {
   NetworkWell well(spec, InflowCurve(step.inflow, spec.Kind() == WellKind::kProducer));
   well.tubing = case_.TubingOf(spec);
   well.manifoldPressure = step.manifoldPressure;
+  well.artificialLift = step.artificialLift;
   step.gravities = well.gravities = TubingGravities(case_.network, inflow_[place].gravities);
-  if (well.tubing != nullptr) {
+  if (well.tubing != nullptr && !well.tubing->table) {
     checks_.TubingGravities(runWell, record.date,
                             WantedGravities(case_.network, inflow_[place].gravities),
                             well.gravities);
@@ -305,6 +307,7 @@ void CoupledRun::Solve(StepRecord& record) {
   for (size_t i = 0; i < wells.size(); ++i) {
     WellStep& well = record.wells[places[i]];
     well.point = wells[i].Point();
+    checks_.Lift(start_.wells[places[i]], record.date, wells[i]);
     well.lift = LiftAlong(wells[i], well.inflow);
   }
 }

@@ -17,6 +17,8 @@ class RunChecks {
   /// The gravities that a tubing takes in place of the simulator's own, which it should have taken.
   void TubingGravities(const RunWell& well, const Date& date, const Gravities& wanted,
                        const Gravities& taken) const;
+  /// The operating point of a well that has a lift table, which may not reach so far.
+  void Lift(const RunWell& well, const Date& date, const NetworkWell& solved) const;
   /// What the simulator reports when the step is over, against what was planned. False when it
   /// isn't made of numbers.
   bool Report(const RunWell& well, const Date& date, const OperatingPoint& planned,

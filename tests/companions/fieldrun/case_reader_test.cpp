@@ -21,6 +21,7 @@ class CaseReader : public ::testing::Test {
  protected:
   CaseReader() {
     for (const char* deck : {"A.afi", "A B.afi"}) folder_.Write(deck, "");
+    folder_.Write("I.VFP", "VFPINJ\n1 0 GAS /\n1 /\n1 /\n1 1 /\n");
   }
 
   CaseModel Read(const std::string& text) const {

@@ -132,9 +132,9 @@ action = "open"
             "all of it: max_oil 7 STB/d\n"
             "all of it: max_gas 9 MMscf/d removed\n"
             "P: manifold_pressure 50 psig\n"
+            "I: manifold_pressure 50 psig\n"
             "field: manifold_pressure from 100 psig to 60 psig\n");
   EXPECT_EQ(state_->ManifoldPressureOf(0), 50);
-  EXPECT_EQ(state_->ManifoldPressureOf(1), 60);
   EXPECT_FALSE(state_->Groups()[0].maxGas);
   EXPECT_EQ(Happens({2020, 3, 2}), "P: shut\nP: min_oil 100 STB/d removed\n");
   EXPECT_FALSE(state_->IsShutForGood(0));
