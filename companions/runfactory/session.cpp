@@ -1,5 +1,6 @@
 #include "runfactory/session.h"
 
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <thread>
@@ -71,12 +72,17 @@ class Session {
     return node;
   }
 
+  /// From here on the service ends the job.
   void ReportJob(const std::string& name) {
     const std::string line = name + "\n";
-    if (::write(task_.report.Get(), line.data(), line.size()) < 0) {
-      throw LaunchFailed(std::string("The run factory has gone: ") + std::strerror(errno));
-    }
-    task_.report.Reset();
+    ssize_t written = 0;
+    do {
+      written = ::write(task_.report.Get(), line.data(), line.size());
+    } while (written < 0 && errno == EINTR);
+    if (written >= 0) return task_.report.Reset();
+    const std::string reason = std::strerror(errno);
+    task_.launcher.End(name);
+    throw LaunchFailed("The run factory has gone: " + reason);
   }
 
   static std::string AwaitNode(Job& job, Clock::time_point deadline) {

@@ -149,7 +149,10 @@ void Sessions::Reap(pid_t process, int status) {
 
 void Sessions::ReadReport(Session& session) {
   std::array<char, 64> line{};
-  const ssize_t count = ::read(session.report.Get(), line.data(), line.size());
+  ssize_t count = 0;
+  do {
+    count = ::read(session.report.Get(), line.data(), line.size());
+  } while (count < 0 && errno == EINTR);
   if (count <= 0) return;
   const std::string_view text(line.data(), static_cast<size_t>(count));
   session.job = text.substr(0, text.find('\n'));
@@ -162,18 +165,16 @@ bool Sessions::BeginClosing(Session& session) {
   if (session.job.empty()) return false;
   session.isClosing = true;
   session.process = ::fork();
-  if (session.process < 0) {
-    log_.Write(session.label + ": nothing can end its simulator: " + std::strerror(errno));
-  }
-  if (session.process != 0) return session.process > 0;
-  BecomeChild({log_.Descriptor()});
+  if (session.process > 0) return true;
+  const bool isChild = session.process == 0;  // where there is none, the other drivers wait
+  if (isChild) BecomeChild({log_.Descriptor()});
   try {
     launcher_.End(session.job);
   } catch (const std::exception& failure) {
     log_.Write(session.label + ": " + failure.what());
-    std::_Exit(1);
   }
-  std::_Exit(0);
+  if (isChild) std::_Exit(0);
+  return false;
 }
 
 void Sessions::Stop() {

@@ -49,7 +49,8 @@ bool ReadStateFile(const std::string& path, const InflowStateTransfer& loadInflo
                    CExportedVariables& variables) {
   if (path.empty()) return true;
   const auto file = platform::NativeFile::OpenForReading(path);
-  if (file == nullptr || file->Remaining() == 0) return true;
+  if (file == nullptr) return !platform::FileExists(path);
+  if (file->Remaining() == 0) return true;
   CExportedVariables read;
   try {
     ReadAll(*file, loadInflow, read);

@@ -24,7 +24,8 @@ class NativeFile {
   virtual intptr_t Handle() const = 0;
   virtual bool Write(const void* bytes, size_t length) = 0;  ///< false on a short write
   virtual bool Read(void* bytes, size_t length) = 0;         ///< false unless all could be read
-  virtual uint64_t Remaining() const = 0;                    ///< bytes from here to the end
+  /// Bytes from here to the end; more than any file has where the system doesn't tell.
+  virtual uint64_t Remaining() const = 0;
 
   static std::unique_ptr<NativeFile> OpenForReading(const std::string& path);
 };

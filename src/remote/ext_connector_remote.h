@@ -20,8 +20,8 @@ class NameIndex;
 /// Runs the operations of a connector as routines of a remote controller. Owns its copy of the
 /// factory's connection, and the one buffer that every reply is read into. Every failure is a
 /// runtime_error with the text of its routine; nothing resynchronises the stream after one. Behind
-/// a reply that was refused as too long no further one can be found: requests still go out, and
-/// fail at once.
+/// a request that didn't go out, or a reply that was refused as too long, no further reply can be
+/// found: requests still go out, and fail at once.
 class CExtConnectorRemote : public CExtConnectorBase {
  public:
   explicit CExtConnectorRemote(const RemoteSessionData& data)
@@ -84,7 +84,7 @@ class CExtConnectorRemote : public CExtConnectorBase {
 
   template <class Read>
   void AskUnacknowledged(Routine routine, const MessageWriter& request, Read read) {
-    Send(request, *Socket, routine);
+    if (Send(request, *Socket, routine) != 0) isOutOfStep_ = true;
     try {
       if (!ReceiveReply() || LastRoutine != static_cast<uint32_t>(routine)) throw MessageOverrun();
       MessageReader reply(ReplyPayload);

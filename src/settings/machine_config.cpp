@@ -86,6 +86,7 @@ LaunchSettings CIXConfig::ForLaunch() const {
 void CIXConfig::SetForLaunch(LaunchSettings settings) {
   const platform::SingleLock lock(section_);
   LaunchSettings::operator=(std::move(settings));
+  isUnread_ = false;
 }
 
 void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
@@ -98,6 +99,8 @@ void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
     ReadText(*key, "CmdLine", CmdLine);
     ReadNumber(*key, "StartPort", StartPort);
     ReadNumber(*key, "EndPort", EndPort);
+  } else {
+    isUnread_ = isUnread_ || root == platform::kCurrentUser;
   }
   ClearUnlessReadable(SimExecutable);
   ClearUnlessReadable(MPIExecutable);
@@ -106,6 +109,8 @@ void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
   std::string list;
   if (const auto key = RegistryKey::Create(platform::kCurrentUser, keyPath)) {
     ReadText(*key, "UserProperties", list);
+  } else {
+    isUnread_ = true;
   }
   for (const std::string& record : SplitAt(list, "~")) {
     if (auto property = ParseUserProperty(record)) UserProperties.push_back(std::move(property));
@@ -113,6 +118,7 @@ void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
 }
 
 void CIXConfig::Save() const {
+  if (isUnread_) return;
   const auto key = RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
   if (key == nullptr) return;
   std::string list;

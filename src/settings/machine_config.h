@@ -56,6 +56,7 @@ class CIXConfig : public LaunchSettings {
   std::vector<std::unique_ptr<CIXUserProperty>> UserProperties;
 
  private:
+  bool isUnread_ = false;  ///< the user's own settings couldn't be read, and aren't written over
   mutable platform::CriticalSection section_;
 };
 

@@ -31,7 +31,11 @@ std::string ReadInputFile(const std::string& path) {
   if (!IsFile(path)) throw CaseError(path, 0, WhyNoFile(path));
   std::ifstream file(platform::PathOf(path), std::ios::binary);
   if (!file) throw CaseError(path, 0, "the file can't be read");
-  return {std::istreambuf_iterator<char>(file), {}};
+  try {
+    return {std::istreambuf_iterator<char>(file), {}};
+  } catch (const std::ios_base::failure& failure) {
+    throw CaseError(path, 0, std::string("the file can't be read: ") + failure.code().message());
+  }
 }
 
 }  // namespace gantry::fieldrun

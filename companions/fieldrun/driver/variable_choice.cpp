@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <span>
 
 #include <fmt/format.h>
 
 #include "fieldrun/case/command_line_error.h"
+#include "fieldrun/case/input_file.h"
 #include "fieldrun/driver/module_text.h"
+#include "platform/file_path.h"
 #include "settings/case_archive.h"
 #include "wells/exported_variables.h"
 #include "wells/well_variable_catalogue.h"
@@ -24,7 +25,7 @@ constexpr int32_t kStateFileVersion = 2;
 constexpr size_t kArchiveHeader = 2 * sizeof(uint32_t);
 constexpr size_t kVariableCount = sizeof(int32_t);
 
-/// An empty folder of this process's own, gone with the object.
+/// An empty folder of this process's own with room for one file, gone with the object.
 class ScratchFolder {
  public:
   ScratchFolder() {
@@ -35,12 +36,12 @@ class ScratchFolder {
   }
   ~ScratchFolder() {
     std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    for (const fs::path& path : {File(), path_}) fs::remove(path, ignored);
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
-  const fs::path& Path() const { return path_; }
+  fs::path File() const { return path_ / "state"; }
 
  private:
   fs::path path_;
@@ -79,10 +80,11 @@ struct StateFile {
 };
 
 std::string WrittenState(DriverModel& model, const fs::path& scratch) {
+  fs::remove(scratch);
   model.SetStoreFile(scratch.string(), false);
   model.SaveCase();
-  std::ifstream file(scratch, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  const std::string name = platform::NameOf(scratch);
+  return IsFile(name) ? ReadInputFile(name) : std::string();
 }
 
 /// What the inflow library writes ahead of the variables tells no length. Without its variables the
@@ -98,7 +100,7 @@ StateFile TakeState(DriverModel& model, const fs::path& scratch) {
   return {whole.substr(0, cut), whole.substr(cut)};
 }
 
-std::string Completed(const StateFile& state, const std::vector<VariableChoice>& choices) {
+std::string Completed(const StateFile& state, const std::vector<VariableChoice>& choices) try {
   std::string block = state.beforeVariables.substr(0, kArchiveHeader) + state.variables;
   CaseArchive reader(block, CaseArchive::Direction::kRead);
   CExportedVariables list;
@@ -113,6 +115,8 @@ std::string Completed(const StateFile& state, const std::vector<VariableChoice>&
   CaseArchive writer(written, CaseArchive::Direction::kWrite);
   list.Serialize(writer, kStateFileVersion);
   return state.beforeVariables + written.substr(kArchiveHeader);
+} catch (const ArchiveError&) {
+  throw DriverFailure("The module's state file isn't whole");
 }
 
 }  // namespace
@@ -136,10 +140,14 @@ void Publish(DriverModel& model, const std::vector<VariableChoice>& choices,
              const std::string& storeFile) {
   if (choices.empty()) return;
   const ScratchFolder folder;
-  const fs::path scratch = folder.Path() / "state";
+  const fs::path scratch = folder.File();
   const std::string completed = Completed(TakeState(model, scratch), choices);
   std::ofstream(scratch, std::ios::binary) << completed;
   model.SetStoreFile(scratch.string(), true);
+  const std::string taken = WrittenState(model, scratch);
+  if (taken.empty() || !completed.starts_with(taken)) {
+    throw DriverFailure("The module couldn't read the variables from " + scratch.string());
+  }
   model.SetStoreFile(storeFile, false);
 }
 

@@ -1,6 +1,7 @@
 #include <charconv>
 #include <cmath>
 #include <filesystem>
+#include <memory>
 
 #include <fmt/format.h>
 
@@ -50,14 +51,13 @@ std::pair<int, std::string> ParseWrite(const std::string& text) {
   return {handle, text.substr(equals + 1)};
 }
 
-/// Saves the case for its state file's sake. The module tells nobody when that can't be written.
-void KeepVariables(const Session& session, DriverModel& model, const std::string& storeFile) {
-  if (storeFile.empty()) return;
-  model.SaveCase();
+/// Whether the state file holds the model's variables. The module tells nobody when it can't be
+/// read or written.
+bool HoldsVariables(const Session& session, DriverModel& model, const std::string& storeFile) {
+  if (storeFile.empty()) return true;
   DriverModel reader(session.api, session.trace);
   reader.SetStoreFile(storeFile, true);
-  if (reader.PublishedVariables() == model.PublishedVariables()) return;
-  throw std::runtime_error("The variables couldn't be kept in " + storeFile);
+  return reader.PublishedVariables() == model.PublishedVariables();
 }
 
 void RequireStoreFile(const CaseModel& caseModel, bool isNeeded) {
@@ -184,10 +184,18 @@ void ServeVariables(const Session& session) {
   RequireStoreFile(caseModel, !additions.empty());
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, options);
+  const std::string& storeFile = caseModel.simulator.storeFile;
+  const bool changes = !additions.empty() || !options.deleteHandles.empty();
+  if (changes && !HoldsVariables(session, model, storeFile)) {
+    throw std::runtime_error("The variables couldn't be read from " + storeFile);
+  }
+  if (!additions.empty()) model.SaveCase();  // which copies a state file that isn't understood
   for (const int handle : options.deleteHandles) model.DeletePublished(handle);
-  Publish(model, additions, caseModel.simulator.storeFile);
-  const bool isChanged = !additions.empty() || !options.deleteHandles.empty();
-  if (isChanged) KeepVariables(session, model, caseModel.simulator.storeFile);
+  Publish(model, additions, storeFile);
+  if (changes && !storeFile.empty()) model.SaveCase();
+  if (changes && !HoldsVariables(session, model, storeFile)) {
+    throw std::runtime_error("The variables couldn't be kept in " + storeFile);
+  }
   for (const auto& [handle, value] : writes) model.WritePublished(handle, value);
   if (options.readHandles.empty()) return ListVariables(model, options.json);
   std::vector<PrintedRow> rows;
@@ -202,17 +210,27 @@ void Describe(const Session& session) {
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
   const std::string& file = session.options.file;
-  model.WriteEquipmentXml(file, !session.options.noVariables, session.options.wells);
+  // The module doesn't tell of a disk that has filled up: an old description stays until the new
+  // one is whole.
+  const std::string written = IsFile(file) ? file + ".part" : file;
+  const auto drop = [](const std::string* part) {
+    std::error_code ignored;
+    std::filesystem::remove(platform::PathOf(*part), ignored);
+  };
+  const std::unique_ptr<const std::string, decltype(drop)> part(
+      written == file ? nullptr : &written, drop);
+  model.WriteEquipmentXml(written, !session.options.noVariables, session.options.wells);
   if (model.Wells().empty()) {
     fmt::print(stderr,
                "fieldrun: {} describes no wells, since no simulator is running that knows any; "
                "--start starts it\n",
                file);
   }
-  // The module doesn't tell of a disk that has filled up.
-  if (IsFile(file) && ReadInputFile(file).find("</Model>") == std::string::npos) {
+  if (!IsFile(written)) return;
+  if (ReadInputFile(written).find("</Model>") == std::string::npos) {
     throw std::runtime_error(fmt::format("The description {} couldn't be written whole", file));
   }
+  if (part) std::filesystem::rename(platform::PathOf(written), platform::PathOf(file));
 }
 
 }  // namespace gantry::fieldrun

@@ -123,6 +123,9 @@ int RunVerb(const Options& options) {
   } catch (const EndedByUser& end) {
     fmt::print(stderr, "fieldrun: {}\n", end.what());
     return kEndedByUser;
+  } catch (const std::bad_alloc&) {
+    fmt::print(stderr, "fieldrun: there isn't enough memory\n");
+    return kFailed;
   } catch (const std::exception& error) {
     fmt::print(stderr, "fieldrun: {}\n", error.what());
     return kFailed;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <limits>
 #include <optional>
 
 #include <fcntl.h>
@@ -59,7 +60,9 @@ bool PosixFile::Read(void* bytes, size_t length) {
 uint64_t PosixFile::Remaining() const {
   struct stat status {};
   const off_t position = ::lseek(descriptor_.Number(), 0, SEEK_CUR);
-  if (position < 0 || ::fstat(descriptor_.Number(), &status) != 0) return 0;
+  if (position < 0 || ::fstat(descriptor_.Number(), &status) != 0) {
+    return std::numeric_limits<uint64_t>::max();
+  }
   return status.st_size > position ? static_cast<uint64_t>(status.st_size - position) : 0;
 }
 
@@ -98,6 +101,7 @@ Descriptor CreateBeside(const std::string& path, std::string& name) {
     if (!file.IsOpen()) continue;
     (void)Lock(file, 0);
     if (HasName(file)) return file;
+    ::unlink(name.c_str());  // where only the question has failed
   }
   return Descriptor();
 }
@@ -190,7 +194,7 @@ class PosixReplacement : public ReplacementFile {
 
 bool CanOpenForReading(const std::string& path) { return OpenReading(path).IsOpen(); }
 
-bool FileExists(const std::string& path) { return StatusOf(path).has_value(); }
+bool FileExists(const std::string& path) { return StatusOf(path).has_value() || errno == EIO; }
 
 bool CopyFileOver(const std::string& from, const std::string& to) {
   const std::unique_ptr<NativeFile> source = NativeFile::OpenForReading(from);
@@ -212,7 +216,7 @@ std::unique_ptr<NativeFile> NativeFile::OpenForReading(const std::string& path) 
 
 std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path) {
   const auto old = StatusOf(path);
-  if (old && !S_ISREG(old->st_mode)) return nullptr;
+  if (old ? !S_ISREG(old->st_mode) : errno != ENOENT) return nullptr;
   std::error_code error;
   // A link stays a link: what it points to is replaced.
   const std::string target = old ? std::filesystem::canonical(path, error).string() : path;

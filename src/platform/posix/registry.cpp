@@ -2,9 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <string_view>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "platform/files.h"
+#include "platform/posix/descriptor.h"
 #include "platform/posix/locked_file.h"
 #include "platform/posix/user_folders.h"
 #include "platform/registry_text.h"
@@ -36,14 +41,20 @@ const char* RootName(uintptr_t root) {
 
 constexpr uint64_t kMostFileBytes = uint64_t{16} << 20;
 
-/// The file's content, empty when there is none; nothing when it can't be read.
+/// The file's content, empty when there is surely none; nothing when it can't be read.
 std::optional<std::string> ReadStore(const std::string& path) {
-  if (!FileExists(path)) return std::string();
-  const auto file = NativeFile::OpenForReading(path);
-  if (file == nullptr || file->Remaining() > kMostFileBytes) return std::nullopt;
-  std::string content(file->Remaining(), '\0');
-  if (!file->Read(content.data(), content.size())) return std::nullopt;
-  return content;
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!file.IsOpen()) return errno == ENOENT ? std::optional(std::string()) : std::nullopt;
+  std::string content;
+  std::array<char, 65536> piece = {};
+  while (content.size() <= kMostFileBytes) {
+    const ssize_t got = ::read(file.Number(), piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return std::nullopt;
+    if (got == 0) return content;
+    content.append(piece.data(), static_cast<size_t>(got));
+  }
+  return std::nullopt;
 }
 
 bool WriteStore(const std::string& path, const std::string& content) {
@@ -51,7 +62,8 @@ bool WriteStore(const std::string& path, const std::string& content) {
   return file != nullptr && file->File().Write(content.data(), content.size()) && file->Commit();
 }
 
-/// One key of the file. Every read takes the file afresh, every write puts it down whole.
+/// One key of the file. Every read takes the file afresh, or what the last one saw where the file
+/// can't be read; every write puts it down whole.
 class FileKey : public RegistryKey {
  public:
   FileKey(std::string store, std::string key) : store_(std::move(store)), key_(std::move(key)) {}
@@ -74,18 +86,19 @@ class FileKey : public RegistryKey {
   }
 
  private:
-  std::optional<std::string> Find(const std::string& name) const;
+  std::optional<std::string> Find(const std::string& name);
   bool Write(const std::string& name, const std::string& data);
   template <class Change>
   bool Edit(Change change);
 
   std::string store_;
   std::string key_;
+  std::string seen_;
 };
 
-std::optional<std::string> FileKey::Find(const std::string& name) const {
-  const auto content = ReadStore(store_);
-  return content ? RegistryText(*content).Find(key_, name) : std::nullopt;
+std::optional<std::string> FileKey::Find(const std::string& name) {
+  if (auto content = ReadStore(store_)) seen_ = std::move(*content);
+  return RegistryText(seen_).Find(key_, name);
 }
 
 template <class Change>
@@ -102,7 +115,8 @@ bool FileKey::Edit(Change change) {
 bool FileKey::MakeSure() {
   const auto content = ReadStore(store_);
   if (!content) return false;
-  return RegistryText(*content).HasKey(key_) ||
+  seen_ = *content;
+  return RegistryText(seen_).HasKey(key_) ||
          Edit([this](RegistryText& text) { text.AddKey(key_); });
 }
 

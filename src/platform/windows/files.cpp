@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "platform/aside_file.h"
 #include "platform/windows/win32.h"
@@ -48,8 +49,10 @@ class WindowsFile : public NativeFile {
   uint64_t Remaining() const override {
     LARGE_INTEGER size = {};
     LARGE_INTEGER position = {};
-    if (GetFileSizeEx(handle_, &size) == 0) return 0;
-    if (SetFilePointerEx(handle_, {}, &position, FILE_CURRENT) == 0) return 0;
+    if (GetFileSizeEx(handle_, &size) == 0 ||
+        SetFilePointerEx(handle_, {}, &position, FILE_CURRENT) == 0) {
+      return std::numeric_limits<uint64_t>::max();
+    }
     return static_cast<uint64_t>(size.QuadPart - position.QuadPart);
   }
 
