@@ -1,0 +1,318 @@
+#!/usr/bin/env python3
+"""Lets the n-th system call of a family fail, for each n until the scenario passes, and checks after
+each: the program ends in order and says why it failed, every file is whole, the old one or the new
+one, no process, lock or descriptor is left, and the next start works.
+
+Prints the number of points of each scenario and family. With --slice, a few points of each.
+"""
+
+import argparse
+import errno
+import json
+
+import shutil
+import struct
+import subprocess
+import sys
+import time
+from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+import stage
+
+HALF = -1  # in place of an errno: the call moves half of its bytes
+# How calls of a family fail: the n-th, the n-th and all after it, or all at once.
+FAULTS = {
+    "open": ["EMFILE", "EMFILE onwards"],
+    "status": ["EIO"],
+    "read": ["EIO", "EINTR always", "HALF always"],
+    "write": ["ENOSPC onwards", "EIO", "EINTR always", "HALF always"],
+    "sync": ["EIO"],
+    "rename": ["EACCES"],
+    "socket": ["EMFILE"],
+    "lock": ["ENOLCK"],
+    "connect": ["ECONNREFUSED", "EINTR always"],
+    "send": ["ECONNRESET", "EINTR always", "HALF always"],
+    "receive": ["ECONNRESET", "EINTR always", "HALF always"],
+    "accept": ["EMFILE", "ECONNABORTED", "EINTR always"],
+    "spawn": ["EAGAIN"],
+    "memory": ["ENOMEM", "ENOMEM onwards"],
+}
+RUN = ["fieldrun", "run", "case.toml", "-n", "3", "--output", "results", "--quiet"]
+CLUSTER = [word.replace("case", "cluster") for word in RUN]
+SERVICE = ["runfactory", "--allow-root", "--listen=127.0.0.1:7777", "--ports=9101-9102",
+           "--max-sessions=2"]
+ADD = ["fieldrun", "variables", "case.toml", "--add", "P1:Oil production rate"]
+
+# What runs, the program that meets the faults, and what is done beforehand.
+SCENARIOS = {
+    "local run": (RUN, "fieldrun", []),
+    "its simulator": (RUN, "tanksim", []),
+    "cluster run": (CLUSTER, "fieldrun", []),
+    "its service": (CLUSTER, "runfactory", []),
+    "its simulator there": (CLUSTER, "tanksim", []),
+    "save a case block": (["fieldrun", "save", "case.toml", "block"], "fieldrun",
+                          [["fieldrun", "set", "case.toml", "Intersect.CaseDetails.Parallel", "2",
+                            "--save", "block"]]),
+    "load a case block": (["fieldrun", "load", "block"], "fieldrun",
+                          [["fieldrun", "save", "case.toml", "block"]]),
+    "change the state file": (ADD, "fieldrun", [[*ADD[:-1], "P2:Oil production rate"]]),
+    "write the equipment": (["fieldrun", "describe", "case.toml", "equipment.xml"], "fieldrun",
+                            [["fieldrun", "describe", "case.toml", "equipment.xml", "-w", "P1"]]),
+    "read and keep the registry": (["fieldrun", "identify"], "fieldrun", []),
+    "make a report": (["fieldrun", "report", "results"], "fieldrun", [RUN]),
+}
+# The boundary has no result for an inflow library that can't write its part of the state file.
+UNTOLD = {("write", "EIO"): ["state"]}
+TABLES = ("results/wells.csv", "results/inflow.csv", "results/field.csv")
+KEPT = ("block", "state", "equipment.xml")
+REGISTRY = "settings/gantry/registry.reg"
+
+
+def prepare(place, examples, steps):
+    for name in ("FIVE_SPOT.afi", "case.toml", "cluster.toml"):
+        shutil.copy(examples / "five_spot" / name, place.folder)
+    case = place.folder / "case.toml"
+    case.write_text(case.read_text().replace("[time]", 'store_file = "state"\n\n[time]'))
+    for step in steps:
+        status, said = place.run(step)
+        assert status == 0, said
+    place.keep()
+
+
+def values_of(folder):
+    """The registry's values, by their keys and names."""
+    values, key = {}, ""
+    for line in (folder / REGISTRY).read_text().splitlines():
+        key = line if line.startswith("[") else key
+        name, _, value = line.partition("=")
+        values[key, name] = value
+    return values
+
+
+def rows_of(table):
+    """Rows by columns, but for the run's id, and a mark behind the last row where it is whole."""
+    text = table.read_text()
+    rows = [row.split(",")[:-1] for row in text.splitlines()]
+    return [*rows, []] if text.endswith("\n") else rows
+
+
+def without_totals(rows):
+    """Totals are counted in another way, with a warning, where the simulator's can't be read."""
+    kept = [i for i, name in enumerate(rows[0]) if not name.startswith("total")]
+    return [[row[i] for i in kept if row] for row in rows]
+
+
+def files_of(folder):
+    """What must be whole, without what differs from run to run, and the registry's values."""
+    contents = {name: (folder / name).read_bytes() for name in KEPT if (folder / name).exists()}
+    tables = {name: rows_of(folder / name) for name in TABLES if (folder / name).exists()}
+    return contents, tables, values_of(folder)
+
+
+def torn(folder, before, after, but):
+    """The files that are neither what they were nor what they should be. A table of a run that
+    failed has whole rows, as many as it had steps."""
+    contents, tables, values = files_of(folder)
+    for name in values.keys() | before[2].keys():
+        if values.get(name) not in (before[2].get(name), after[2].get(name)):
+            yield f"the registry's {name} is {values.get(name)}"
+    for name in set(KEPT).difference(but) & (contents.keys() | before[0].keys()):
+        copy = folder / f"{name}.backup"  # of what the module couldn't read
+        is_kept = copy.exists() and copy.read_bytes() == before[0].get(name)
+        if contents.get(name) not in (before[0].get(name), after[0].get(name)) and not is_kept:
+            yield f"{name} is neither the old one nor the new one"
+    for name, rows in tables.items():
+        if not rows:
+            continue
+        ours, all_rows = without_totals(rows), without_totals(after[1][name])
+        if ours[-1] or ours[:-1] != all_rows[:len(ours) - 1]:
+            yield f"{name} holds what no run wrote"
+    for report in folder.glob("results/report.html"):
+        if not report.read_text().rstrip().endswith("</html>"):
+            yield "the report is cut off"
+    for run in folder.glob("results/run.json"):
+        json.loads(run.read_text())
+    for pattern in ("*.new", "*.part", "results/*.new", "settings/gantry/*.new", "temporary/*"):
+        yield from (f"{left} is left" for left in folder.glob(pattern))
+
+
+class Service:
+    """The cluster's service while a run needs it; its plan is for it and its sessions."""
+
+    def __init__(self, place, plan=None):
+        self.place = place
+        self.log = open(place.place / "service", "wb+")
+        self.process = place.start([*SERVICE, f"--simulator={place.programs / 'tanksim'}",
+                                    f"--root={place.folder}"], plan, self.log)
+        while self.process.poll() is None and b"listens on" not in self.read():
+            time.sleep(0.005)
+
+    def read(self):
+        return (self.place.place / "service").read_bytes()
+
+    def stop(self):
+        """Its exit status and its log."""
+        self.process.terminate()
+        try:
+            status = self.process.wait(stage.DEADLINE)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            status = None
+        self.log.close()
+        return status, self.read().decode(errors="replace")
+
+
+class Sweep:
+    """One scenario on its stage."""
+
+    def __init__(self, name, arguments):
+        self.command, self.program, steps = SCENARIOS[name]
+        self.arguments = arguments
+        self.place = stage.Stage(arguments.programs)
+        self.tally = self.place.place / "tally"
+        prepare(self.place, arguments.examples, steps)
+        self.before, self.afters = files_of(self.place.folder), []
+        for _ in range(2):  # a second run may find what the first has left
+            status, said, faults = self.play()
+            assert status == 0 and not faults, f"{said} {faults}"
+            self.afters.append(files_of(self.place.folder))
+        self.results = [after[:2] for after in self.afters]
+        self.messages = Counter()
+        self.place.reset()
+        self.play(self.plan_of("none", "EIO", 0))
+        self.open_at_end = self.tallied()[1]
+
+    def tallied(self):
+        """Calls and descriptors that the program that meets the faults has left open."""
+        return struct.unpack("QQ", self.tally.read_bytes())
+
+    def plan_of(self, family, fault, call):
+        self.tally.write_bytes(bytes(16))
+        error, _, lasts = fault.partition(" ")
+        number = HALF if error == "HALF" else getattr(errno, error)
+        return {"LD_PRELOAD": str(self.arguments.library), "GANTRY_FAULT_PROGRAM": self.program,
+                "GANTRY_FAULT_TALLY": str(self.tally), "GANTRY_FAULT_FAMILY": family,
+                "GANTRY_FAULT_AT": str(call), "GANTRY_FAULT_LASTS": str(int(lasts != "")),
+                "GANTRY_FAULT_ERROR": str(number)}
+
+    def play(self, plan=None):
+        """Status and words of the scenario's program, and what is wrong apart from them."""
+        if self.command is not CLUSTER:
+            status, said = self.place.run(self.command, plan)
+            return status, said, self.place.left_behind()
+        service = Service(self.place, plan if self.program != "fieldrun" else None)
+        if service.process.poll() is not None:
+            status, said = service.stop()
+            return status or None, said, self.place.left_behind()
+        status, said = self.place.run(self.command, plan if self.program == "fieldrun" else None)
+        faults = []
+        if status != 0 and self.program != "fieldrun" and plan["GANTRY_FAULT_LASTS"] == "0":
+            if self.place.run(self.command)[0] != 0:
+                faults.append("the service doesn't serve the next run")
+        ended, log = service.stop()
+        if ended != 0:
+            faults.append(f"the service ends with {ended}: {log[-300:]}")
+        return status, said, faults + self.place.left_behind()
+
+    def point(self, family, fault, call):
+        """The calls of that family until the program's end, and what is wrong there."""
+        self.place.reset()
+        status, said, faults = self.play(self.plan_of(family, fault, call))
+        calls, left_open = self.tallied()
+        if left_open > self.open_at_end:
+            faults.append(f"{left_open - self.open_at_end} descriptors are left open")
+        if status is None or status < 0 or status > 2:
+            faults.append(f"it ends with {status}: {said[-300:]}")
+        if status != 0 and fault.startswith("EINTR"):
+            faults.append(f"a signal makes it fail: {said[-300:]}")
+        if status != 0 and not said.strip():
+            faults.append("it fails without a word")
+        but = UNTOLD.get((family, fault), [])
+        faults += torn(self.place.folder, self.before, self.afters[0], but)
+        if status == 0 and "totals" not in said and not but and self.results_now() != self.results[0]:
+            faults.append("it tells of no failure but hasn't done its work")
+        if status != 0:
+            self.messages[f"{family}: {said.strip().splitlines()[-1] if said.strip() else ''}"] += 1
+            faults += self.next_start()
+        return calls, faults
+
+    def results_now(self):
+        return files_of(self.place.folder)[:2]
+
+    def next_start(self):
+        status, said, faults = self.play()
+        if status != 0:
+            faults.append(f"the next start fails: {said[-300:]}")
+        elif self.results_now() not in self.results:
+            faults.append("the next start gives other results")
+        return faults
+
+    def calls_to_fail(self, family, fault):
+        """Which calls fail in turn: each, or those of a slice, told beforehand by their number."""
+        if fault.endswith("always"):
+            return (yield 1)
+        if not self.arguments.slice:
+            return (yield from range(1, 1_000_000))
+        self.place.reset()
+        self.play(self.plan_of(family, fault, 0))
+        calls = self.tallied()[0]
+        yield from sorted({1, calls // 2, calls} - {0})
+
+    def sweep(self, family, fault):
+        points, faults = 0, []
+        for call in self.calls_to_fail(family, fault):
+            calls, wrong = self.point(family, fault, call)
+            faults += [f"call {call} of {calls}: {what}" for what in wrong]
+            if calls < call:
+                break
+            points += 1
+        return points, faults
+
+
+def sweep_scenario(name, arguments):
+    sweep, failed = Sweep(name, arguments), False
+    for family in arguments.families or FAULTS:
+        faults_of_family = FAULTS[family][:1] if arguments.slice else FAULTS[family]
+        for fault in faults_of_family:
+            points, faults = sweep.sweep(family, fault)
+            failed = failed or bool(faults)
+            print(f"{name:27} {family:8} {fault:15} {points:5} points {len(faults):3} faults",
+                  *faults, sep="\n    ", flush=True)
+    for message, count in sweep.messages.most_common() if arguments.messages else ():
+        print(f"  {count:4} x {message}")
+    sweep.place.close()
+    return failed
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--programs", type=Path, required=True, help="where fieldrun stands")
+    parser.add_argument("--library", type=Path, required=True, help="what is preloaded")
+    parser.add_argument("--examples", type=Path, default=Path(__file__).parents[2] / "examples")
+    parser.add_argument("--scenario", choices=SCENARIOS)
+    parser.add_argument("--families", nargs="+", choices=FAULTS)
+    parser.add_argument("--slice", action="store_true", help="three calls of each family")
+    parser.add_argument("--messages", action="store_true", help="list what was said, by family")
+    parser.add_argument("--parallel", type=int, default=2, metavar="JOBS")
+    arguments = parser.parse_args()
+    if arguments.scenario:
+        stage.enter()
+        sys.exit(sweep_scenario(arguments.scenario, arguments))
+
+    def child(name):
+        return subprocess.run([sys.executable, *sys.argv, "--scenario", name], check=False,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+
+    failed = False
+    with ThreadPoolExecutor(arguments.parallel) as pool:
+        for done in pool.map(child, SCENARIOS):
+            print(done.stdout, end="", flush=True)
+            failed = failed or done.returncode != 0
+    sys.exit(failed)
+
+
+if __name__ == "__main__":
+    main()
