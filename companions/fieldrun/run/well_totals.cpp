@@ -30,11 +30,13 @@ bool IsSound(const Rates& volumes) {
 }
 
 /// Whether a count has gone on from where it stood. Its six digits may hide a step, but not all
-/// that has ever flowed.
+/// that has ever flowed; `rates` are those of the step before, since a well makes nothing yet in
+/// the step at whose end its first water comes.
 bool HasFollowed(const Rates& count, const Rates& before, const Rates& rates) {
   constexpr double kFlows = 1e-3;
+  constexpr double kRounding = 1e-3;  // a barrel's, or of a million cubic feet
   return std::ranges::all_of(kPhase, [&](auto phase) {
-    const double least = before.*phase - 1e-5 * std::abs(before.*phase);
+    const double least = before.*phase - 1e-5 * std::abs(before.*phase) - kRounding;
     return count.*phase >= least && (count.*phase > 0 || rates.*phase < kFlows);
   });
 }
@@ -114,7 +116,8 @@ void WellTotals::Begin(const Date& firstDay) {
 bool WellTotals::Measure(Well& well, const WellStep& step) {
   try {
     const Rates count = Read(well);
-    const Rates rates = step.reported ? step.reported->rates : Rates{};
+    const Rates rates = well.rates;
+    well.rates = step.reported ? step.reported->rates : Rates{};
     if (!IsSound(count) || !HasFollowed(count, well.count, rates)) {
       well.doubt = "the simulator's own don't follow what the well makes";
       return false;

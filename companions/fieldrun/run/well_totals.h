@@ -41,6 +41,7 @@ class WellTotals {
     Rates before;       ///< the simulator's count when the run began
     Rates count;        ///< and now
     Rates total;        ///< since the run began
+    Rates rates;        ///< at the end of the step before
   };
 
   Rates Read(const Well& well) const;

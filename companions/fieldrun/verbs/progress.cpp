@@ -16,6 +16,23 @@ using enum Quantity;
 constexpr size_t kBarWidth = 24;  // so that all fits into 80 columns
 constexpr size_t kMostWarnings = 20;
 
+/// What one event does to several wells is told once: "P1, P2, P3 and 9 more: shut".
+void PrintEvents(const std::vector<EventReport>& events) {
+  constexpr size_t kMostNames = 4;
+  for (size_t first = 0, next = 0; first < events.size(); first = next) {
+    EventReport all = events[first];
+    const auto isSame = [&](const EventReport& event) {
+      return event.target == all.target && event.what == all.what && event.reason == all.reason;
+    };
+    for (next = first + 1; next < events.size() && isSame(events[next]); ++next) {
+      if (next - first < kMostNames) all.name += ", " + events[next].name;
+    }
+    if (next - first > kMostNames)
+      all.name += fmt::format(" and {} more", next - first - kMostNames);
+    fmt::print(UserOutput(), "      {:>10}  {}\n", ToText(all.date), ToText(all));
+  }
+}
+
 /// "0:07", "12:40", "3:05:00".
 std::string Span(double seconds) {
   const auto whole = static_cast<int64_t>(std::max(seconds, 0.0));
@@ -113,9 +130,7 @@ std::string Progress::Shown(double value, Quantity quantity, int digits) const {
 }
 
 void Progress::PrintRow(const StepRecord& record) const {
-  for (const EventReport& event : record.events) {
-    fmt::print(UserOutput(), "      {:>10}  {}\n", ToText(event.date), ToText(event));
-  }
+  PrintEvents(record.events);
   const FieldRates rates = SumWells(wells_, record);
   const auto liquid = [&](double rate) { return Shown(rate, kLiquidRate, 1); };
   const auto gas = [&](double rate) { return Shown(rate, kGasRate, 3); };

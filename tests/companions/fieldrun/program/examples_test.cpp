@@ -38,7 +38,7 @@ TEST(Examples, AreAllRunToTheirEndsHere) {
     if (fs::exists(entry.path() / "case.toml")) names.insert(entry.path().filename().string());
   }
   names.erase("python_simulator");  // which the tests of the Python package run
-  EXPECT_EQ(names, (std::set<std::string>{"five_spot", "gas_cycling", "odeh"}));
+  EXPECT_EQ(names, (std::set<std::string>{"five_spot", "gas_cycling", "odeh", "skerry"}));
 }
 
 TEST_F(Example, OdehHoldsThePublishedPlateauForTheFirstYears) {
@@ -68,6 +68,24 @@ TEST_F(Example, FiveSpotFloodsWithinTheLimitsOfItsGroups) {
   EXPECT_LT(field.Number(0, "water cut"), 0.01);
   EXPECT_GT(field.Number(119, "water cut"), 0.6);
   EXPECT_GT(field.Number(119, "total oil (Sm3)"), 1e6);
+}
+
+TEST_F(Example, SkerryRunsThroughItsEventsWithinItsLimits) {
+  RunToTheEnd("skerry");
+  const Table field = Read("field.csv");
+  ASSERT_EQ(field.Rows(), 72U);
+  for (size_t month = 0; month < 72; ++month) {
+    const double water = field.Number(month, "water (Sm3/d)");
+    EXPECT_LE(field.Number(month, "oil (Sm3/d)"), 3300.1) << "month " << month + 1;
+    EXPECT_LE(water, (month < 36 ? 2000 : 2800) * 1.05) << "month " << month + 1;
+  }
+  EXPECT_NEAR(field.Number(29, "oil (Sm3/d)"), 1650, 1) << "the inspection halves it";
+  EXPECT_EQ(field.Number(0, "open producers"), 10);
+  EXPECT_EQ(field.Number(8, "open producers"), 12);
+  EXPECT_GT(field.Number(71, "water cut"), 0.6);
+  const Table wells = Read("wells.csv");
+  EXPECT_EQ(wells.Text(15 * 16 + 2, "tubing") + wells.Text(18 * 16 + 2, "tubing"), "89 mm62 mm");
+  EXPECT_EQ(wells.Number(71 * 16 + 5, "artificial lift"), 50000);
 }
 
 TEST_F(Example, GasCyclingSendsItsGasAndMakesLeanerGas) {
