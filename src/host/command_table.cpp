@@ -1,6 +1,7 @@
 #include "host/command_table.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "boundary/error_text.h"
 #include "boundary/ext_interface.h"
@@ -20,96 +21,80 @@ struct Command {
   int32_t (*run)(Model model, Args arguments);
 };
 
-template <class Record>
-Record* As(void* data) {
-  return static_cast<Record*>(data);
+/// What an operation's parameter is given: the error block, the value, or else the data.
+template <class Parameter>
+Parameter Take(Args a) {
+  if constexpr (std::is_same_v<Parameter, ExtErrorBlock*>) {
+    return a.err;
+  } else if constexpr (std::is_same_v<Parameter, bool>) {
+    return a.value > 0;
+  } else if constexpr (std::is_integral_v<Parameter>) {
+    return static_cast<Parameter>(a.value);
+  } else {
+    return static_cast<Parameter>(a.data);
+  }
 }
 
+template <auto Operation>
+struct Call;
+template <class... Parameters, int32_t (CExtInterface::*Operation)(Parameters...)>
+struct Call<Operation> {
+  static int32_t Run(Model model, Args a) { return (model->*Operation)(Take<Parameters>(a)...); }
+};
+
+/// Runs an operation with what its parameters take. None of them may be a window.
+template <auto Operation>
+constexpr auto kRun = Call<Operation>::Run;
+
 int32_t SetLabel(Model model, Args a) {
-  if (model != nullptr && a.data != nullptr) model->InstanceLabel = As<const char>(a.data);
+  if (model != nullptr && a.data != nullptr) model->InstanceLabel = Take<const char*>(a);
   return 0;
 }
 
 // The commands by their numbers, in rising order. The host sends no others.
 constexpr Command kCommands[] = {
-    {EXT_ENUM_SOURCES, kModelAndData,
-     [](Model m, Args a) { return m->EnumSources(As<EnumSourcesRow>(a.data), a.value, a.err); }},
-    {EXT_QUERY_BY_INDEX, kModel, [](Model m, Args a) { return m->QueryByIndex(a.value, a.err); }},
-    {EXT_NOTIFY_FOUR, kModel, [](Model m, Args a) { return m->NotifyFour(a.err); }},
+    {EXT_ENUM_SOURCES, kModelAndData, kRun<&CExtInterface::EnumSources>},
+    {EXT_QUERY_BY_INDEX, kModel, kRun<&CExtInterface::QueryByIndex>},
+    {EXT_NOTIFY_FOUR, kModel, kRun<&CExtInterface::NotifyFour>},
     {EXT_EDIT, kModel,
-     [](Model m, Args a) { return m->Edit(a.window, As<uint32_t>(a.data), a.err); }},
+     [](Model m, Args a) { return m->Edit(a.window, Take<uint32_t*>(a), a.err); }},
     {EXT_DRAW_ICON, kModel, [](Model m, Args a) { return m->DrawIcon(a.window, a.data); }},
-    {EXT_GET_FLUID_MODEL, kModel,
-     [](Model m, Args a) { return m->GetFluidModel(As<FluidModelRecord>(a.data), a.err); }},
-    {EXT_SET_DATA_FOLDER, kModelAndData,
-     [](Model m, Args a) { return m->SetDataFolder(As<const char>(a.data), a.err); }},
-    {EXT_GET_SIMULATION_DATE, kModel,
-     [](Model m, Args a) { return m->GetSimulationDate(As<DateRecord>(a.data), a.err); }},
-    {EXT_SAVE_CASE_DATA, kModelAndData,
-     [](Model m, Args a) { return m->SaveCaseData(As<char>(a.data), a.value, a.err); }},
-    {EXT_LOAD_CASE_DATA, kModelAndData,
-     [](Model m, Args a) { return m->LoadCaseData(As<const CaseDataRecord>(a.data), a.err); }},
-    {EXT_ENUM_DATA_FILES, kModelAndData,
-     [](Model m, Args a) {
-       return m->EnumDataFiles(As<EnumDataFilesRow>(a.data), a.value, a.err);
-     }},
-    {EXT_SET_CONNECTION, kModelAndData,
-     [](Model m, Args a) {
-       return m->SetConnection(As<const SetConnectionRequest>(a.data), a.err);
-     }},
-    {EXT_SET_STORE_FILE, kModelAndData,
-     [](Model m, Args a) { return m->SetStoreFile(As<const char>(a.data), a.value > 0, a.err); }},
+    {EXT_GET_FLUID_MODEL, kModel, kRun<&CExtInterface::GetFluidModel>},
+    {EXT_SET_DATA_FOLDER, kModelAndData, kRun<&CExtInterface::SetDataFolder>},
+    {EXT_GET_SIMULATION_DATE, kModel, kRun<&CExtInterface::GetSimulationDate>},
+    {EXT_SAVE_CASE_DATA, kModelAndData, kRun<&CExtInterface::SaveCaseData>},
+    {EXT_LOAD_CASE_DATA, kModelAndData, kRun<&CExtInterface::LoadCaseData>},
+    {EXT_ENUM_DATA_FILES, kModelAndData, kRun<&CExtInterface::EnumDataFiles>},
+    {EXT_SET_CONNECTION, kModelAndData, kRun<&CExtInterface::SetConnection>},
+    {EXT_SET_STORE_FILE, kModelAndData, kRun<&CExtInterface::SetStoreFile>},
     {EXT_SET_LABEL, kNothing, SetLabel},
-    {EXT_START_SIMULATOR, kModel,
-     [](Model m, Args a) {
-       return m->StartSimulator(As<const SimulatorStartRecord>(a.data), a.err);
-     }},
-    {EXT_START_RUN, kModelAndData,
-     [](Model m, Args a) { return m->StartRun(As<const RunStartRecord>(a.data), a.err); }},
-    {EXT_TIMESTEP, kModelAndData,
-     [](Model m, Args a) { return m->Timestep(As<const TimestepRecord>(a.data), a.err); }},
-    {EXT_GET_IPR, kModelAndData,
-     [](Model m, Args a) { return m->GetIPR(As<_tGetSetData>(a.data), a.err); }},
-    {EXT_SET_OP_PT, kModelAndData,
-     [](Model m, Args a) { return m->SetOpPt(As<const _tGetSetData>(a.data), a.err); }},
-    {EXT_STOP_SIMULATOR, kModel, [](Model m, Args a) { return m->StopSimulator(a.err); }},
-    {EXT_CLOSE_SIMULATOR, kModel, [](Model m, Args) { return m->CloseSimulator(); }},
-    {EXT_NOTIFY_FIFTY_EIGHT, kModel,
-     [](Model m, Args a) { return m->NotifyFiftyEight(a.data, a.err); }},
-    {EXT_NOTIFY_SIXTY, kModel, [](Model m, Args a) { return m->NotifySixty(a.err); }},
-    {EXT_QUERY_CAN_RUN, kModel, [](Model m, Args a) { return m->QueryCanRun(a.data, a.err); }},
-    {EXT_SET_TIMESTEP_DATA, kModel,
-     [](Model m, Args a) { return m->SetTimestepData(a.data, a.value > 0, a.err); }},
-    {EXT_GET_PROPERTY, kModelAndData,
-     [](Model m, Args a) { return m->GetProperty(As<GetPropertyRequest>(a.data), a.err); }},
-    {EXT_SET_PROPERTY, kModelAndData,
-     [](Model m, Args a) { return m->SetProperty(As<const SetPropertyRequest>(a.data), a.err); }},
-    {EXT_DO_COMMAND, kModelAndData,
-     [](Model m, Args a) { return m->DoCommand(As<const char>(a.data), a.err); }},
+    {EXT_START_SIMULATOR, kModel, kRun<&CExtInterface::StartSimulator>},
+    {EXT_START_RUN, kModelAndData, kRun<&CExtInterface::StartRun>},
+    {EXT_TIMESTEP, kModelAndData, kRun<&CExtInterface::Timestep>},
+    {EXT_GET_IPR, kModelAndData, kRun<&CExtInterface::GetIPR>},
+    {EXT_SET_OP_PT, kModelAndData, kRun<&CExtInterface::SetOpPt>},
+    {EXT_STOP_SIMULATOR, kModel, kRun<&CExtInterface::StopSimulator>},
+    {EXT_CLOSE_SIMULATOR, kModel, kRun<&CExtInterface::CloseSimulator>},
+    {EXT_NOTIFY_FIFTY_EIGHT, kModel, kRun<&CExtInterface::NotifyFiftyEight>},
+    {EXT_NOTIFY_SIXTY, kModel, kRun<&CExtInterface::NotifySixty>},
+    {EXT_QUERY_CAN_RUN, kModel, kRun<&CExtInterface::QueryCanRun>},
+    {EXT_SET_TIMESTEP_DATA, kModel, kRun<&CExtInterface::SetTimestepData>},
+    {EXT_GET_PROPERTY, kModelAndData, kRun<&CExtInterface::GetProperty>},
+    {EXT_SET_PROPERTY, kModelAndData, kRun<&CExtInterface::SetProperty>},
+    {EXT_DO_COMMAND, kModelAndData, kRun<&CExtInterface::DoCommand>},
     {EXT_RESERVED_99, kNothing, [](Model, Args) { return -1; }},
-    {EXT_NOTIFY_HUNDRED, kModel, [](Model m, Args a) { return m->NotifyHundred(a.err); }},
-    {EXT_APPLY_OPERATING_POINTS, kModel,
-     [](Model m, Args a) { return m->ApplyOperatingPoints(a.err); }},
-    {EXT_GET_VARIABLE_NAMES, kModelAndData,
-     [](Model m, Args a) { return m->GetVariableNames(As<VariableNamesRecord>(a.data), a.err); }},
-    {EXT_ENUM_PUBLISHED_VARIABLES, kModelAndData,
-     [](Model m, Args a) {
-       return m->EnumPublishedVariables(As<PublishedVariableRow>(a.data), a.err);
-     }},
+    {EXT_NOTIFY_HUNDRED, kModel, kRun<&CExtInterface::NotifyHundred>},
+    {EXT_APPLY_OPERATING_POINTS, kModel, kRun<&CExtInterface::ApplyOperatingPoints>},
+    {EXT_GET_VARIABLE_NAMES, kModelAndData, kRun<&CExtInterface::GetVariableNames>},
+    {EXT_ENUM_PUBLISHED_VARIABLES, kModelAndData, kRun<&CExtInterface::EnumPublishedVariables>},
     {EXT_EDIT_PUBLISHED_VARIABLES, kModel,
      [](Model m, Args a) { return m->EditPublishedVariables(a.window, a.err); }},
-    {EXT_EVAL_PUBLISHED_VARIABLES, kModelAndData,
-     [](Model m, Args a) {
-       return m->EvalPublishedVariables(As<EvalPublishedRequest>(a.data), a.err);
-     }},
-    {EXT_DEL_PUBLISHED_VARIABLE, kModel,
-     [](Model m, Args a) { return m->DelPublishedVariable(static_cast<int32_t>(a.value), a.err); }},
-    {EXT_GET_DESCRIPTION, kModelAndData,
-     [](Model m, Args a) { return m->GetDescription(As<char>(a.data), a.value, a.err); }},
+    {EXT_EVAL_PUBLISHED_VARIABLES, kModelAndData, kRun<&CExtInterface::EvalPublishedVariables>},
+    {EXT_DEL_PUBLISHED_VARIABLE, kModel, kRun<&CExtInterface::DelPublishedVariable>},
+    {EXT_GET_DESCRIPTION, kModelAndData, kRun<&CExtInterface::GetDescription>},
     {EXT_IMPORT_COMPOSITION, kModel,
      [](Model m, Args a) { return m->ImportComposition(a.window, a.data, a.value > 0, a.err); }},
-    {EXT_SET_DATA_FILE, kModelAndData,
-     [](Model m, Args a) { return m->SetDataFile(As<const SetDataFileRecord>(a.data), a.err); }},
+    {EXT_SET_DATA_FILE, kModelAndData, kRun<&CExtInterface::SetDataFile>},
 };
 static_assert(std::ranges::is_sorted(kCommands, {}, &Command::number));
 
