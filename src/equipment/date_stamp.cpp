@@ -24,8 +24,6 @@ constexpr sys_days kUnixEpoch{year(1970) / 1 / 1};
 constexpr sys_days kFirstDate{year(1) / 1 / 1};
 constexpr sys_days kLastDate{year(9999) / 12 / 31};
 
-constexpr double DayNumber(sys_days date) { return static_cast<double>((date - kDayZero).count()); }
-
 }  // namespace
 
 double PresentTime() {

@@ -2,8 +2,10 @@
 // date, and the exchange of each step.
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
+#include "boundary/day_zero.h"
 #include "model/ext_model.h"
 #include "model/model_failure.h"
 #include "sessions/job_slot.h"
@@ -81,8 +83,9 @@ int32_t CExtModel::StartJob(ExtErrorBlock* err) {
 int32_t CExtModel::RunUpTo(double hostDate, ExtErrorBlock* err) {
   constexpr double kLongestStep = 30.0;
   constexpr double kCloseEnough = 0.1;
-  const double total = hostDate - static_cast<double>(run_.SimulationDate.DayNumber);
-  if (!run_.SimulationDate.IsValid() || !(total > 0.0)) return 0;
+  if (!run_.SimulationDate) return 0;
+  const double total = hostDate - DayNumber(*run_.SimulationDate);
+  if (!(total > 0.0)) return 0;
   if (total > kMaxDateDifference) return Fail(err, "The start date of the run is out of range");
   TellHost("Running Intersect to Tessel start date", hostStatus_);
   double remaining = total;
@@ -99,15 +102,13 @@ int32_t CExtModel::GetFluidModel(FluidModelRecord* record, ExtErrorBlock* /*err*
 }
 
 int32_t CExtModel::GetSimulationDate(DateRecord* record, ExtErrorBlock* /*err*/) {
-  const CalendarDate& date = run_.SimulationDate;
-  if (record == nullptr || !date.IsValid()) return 1;
-  record->flags = EXT_DATE_HAS_DAY;
-  SplitDate(date, record->day, record->month, record->year);
-  const CalendarDate dayZero = {.DayNumber = 0, .Status = CalendarDate::kValid};
-  if (const auto number = DaysBetween(dayZero, date)) {
-    record->number = *number;
-    record->flags |= EXT_DATE_HAS_NUMBER;
-  }
+  if (record == nullptr || !run_.SimulationDate) return 1;
+  const std::chrono::year_month_day date(*run_.SimulationDate);
+  record->flags = EXT_DATE_HAS_DAY | EXT_DATE_HAS_NUMBER;
+  record->day = static_cast<int32_t>(static_cast<unsigned>(date.day()));
+  record->month = static_cast<int32_t>(static_cast<unsigned>(date.month()));
+  record->year = static_cast<int>(date.year());
+  record->number = DayNumber(*run_.SimulationDate);
   return 0;
 }
 

@@ -1,7 +1,9 @@
 #include "model/run.h"
 
+#include <cmath>
 #include <stdexcept>
 
+#include "boundary/day_zero.h"
 #include "model/model_failure.h"
 #include "sessions/linux_job_session.h"
 #include "sessions/windows_job_session.h"
@@ -12,11 +14,10 @@ namespace {
 
 using DateQuery = void (CExtConnectorBase::*)(int32_t&, int32_t&, int32_t&);
 
-CalendarDate ReadDate(CExtConnectorBase& connector, DateQuery query) {
+std::chrono::sys_days ReadDate(CExtConnectorBase& connector, DateQuery query) {
   int32_t day = 0, month = 0, year = 0;
   (connector.*query)(day, month, year);
-  const CalendarDate date = MakeDate(day, month, year);
-  if (date.IsValid()) return date;
+  if (const CalendarDate date = MakeDate(day, month, year)) return *date;
   throw std::runtime_error(FormatText("%d/%d/%d is no date", day, month, year));
 }
 
@@ -77,9 +78,11 @@ int32_t Run::Open(const LinkSettings& settings, ExtErrorBlock* err) {
 
 void Run::ReadClock(CExtConnectorBase& connector) {
   CurrentElapsedDays = connector.GetTimeDays();
-  SimulationDate = ReadDate(connector, &CExtConnectorBase::GetDate);
-  const CalendarDate start = ReadDate(connector, &CExtConnectorBase::GetStartDate);
-  StartElapsedDays = DaysBetween(start, SimulationDate).value_or(0.0);
+  const auto date = ReadDate(connector, &CExtConnectorBase::GetDate);
+  SimulationDate = date;
+  const auto start = ReadDate(connector, &CExtConnectorBase::GetStartDate);
+  const double days = DayNumber(date) - DayNumber(start);
+  StartElapsedDays = std::abs(days) <= kMaxDateDifference ? days : 0.0;
 }
 
 CExtConnectorBase* Run::Connector() {
