@@ -1,7 +1,5 @@
 #include "case/case_data.h"
 
-#include <utility>
-
 #include "platform/file_path.h"
 #include "settings/case_archive.h"
 #include "settings/link_settings.h"
@@ -30,20 +28,6 @@ void TransferWideFlag(CaseArchive& archive, bool& flag) {
   flag = (word & 0xFF) != 0;
 }
 
-void TransferNames(CaseArchive& archive, std::vector<std::string>& names) {
-  auto count = static_cast<int32_t>(names.size());
-  archive.TransferCount(count);
-  if (!archive.IsReading()) {
-    for (std::string& name : names) archive.Transfer(name);
-    return;
-  }
-  for (int32_t i = 0; i < count; ++i) {
-    std::string name;
-    archive.Transfer(name);
-    names.push_back(std::move(name));
-  }
-}
-
 void TransferFileName(CaseArchive& archive, std::string& name) {
   std::string stored = platform::StoredFileName(name);
   archive.Transfer(stored);
@@ -64,7 +48,9 @@ void TransferFields(CaseArchive& archive, int32_t version, CaseData& data) {
   archive.Transfer(settings.ConnectionMode);
   archive.Transfer(settings.IPRModel);
   archive.Transfer(settings.UpTimeMode);
-  if (version >= kFirstWithComponents) TransferNames(archive, data.componentNames);
+  if (version >= kFirstWithComponents) {
+    archive.TransferList(data.componentNames, [&](std::string& name) { archive.Transfer(name); });
+  }
   if (version >= kFirstWithLogging) {
     TransferWideFlag(archive, settings.StdLogging);
   } else {

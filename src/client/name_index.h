@@ -22,6 +22,12 @@ class NameIndex {
     for (const std::string& name : names) Add(name);
   }
 
+  /// The names of a list's items.
+  template <class Item>
+  NameIndex(const std::vector<Item>& items, std::string Item::*name) {
+    for (const Item& item : items) Add(item.*name);
+  }
+
   /// Adds the next name; a name that is already known keeps its first position.
   void Add(std::string_view name) {
     if (2 * (names_.size() + 1) > slots_.size()) Resize(2 * (names_.size() + 1));

@@ -102,8 +102,7 @@ int32_t PublishedVariables::Delete(int32_t handle, size_t componentCount, ExtErr
 }
 
 void PublishedVariables::Prune(const StaticWellDataCollection& wells, bool componentsChanged) {
-  NameIndex index;
-  for (const StaticWellData& well : wells.Items) index.Add(well.Name);
+  const NameIndex index(wells.Items, &StaticWellData::Name);
   for (size_t i = List.Size(); i-- > 0;) {
     CExportedVariableWellParent& parent = List[i];
     if (!index.Find(parent.WellName)) {

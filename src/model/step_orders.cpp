@@ -90,8 +90,7 @@ void StepOrders::Send(CExtConnectorBase& connector) const {
 
 void DrawUpOrders(SourceList& sources, const StaticWellDataCollection& wells,
                   const StepRules& rules, StepOrders& orders) {
-  NameIndex index;
-  for (const StaticWellData& well : wells.Items) index.Add(well.Name);
+  const NameIndex index(wells.Items, &StaticWellData::Name);
   OrderBook book(rules, orders);
   for (Source& source : sources.Items) {
     if (const auto position = index.Find(source.Name)) book.AddWell(source, wells.Items[*position]);

@@ -54,8 +54,7 @@ void FillSource(Source& source, const ConnectorWellRecord& record) {
 }
 
 bool FillSources(SourceList& sources, const std::vector<ConnectorWellRecord>& records) {
-  NameIndex index;
-  for (const Source& source : sources.Items) index.Add(source.Name);
+  const NameIndex index(sources.Items, &Source::Name);
   for (const ConnectorWellRecord& record : records) {
     const auto position = index.Find(record.name);
     if (!position) return false;

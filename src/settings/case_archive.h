@@ -5,6 +5,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace gantry {
 
@@ -38,6 +39,22 @@ class CaseArchive {
   /// How many items follow: a negative number is an ArchiveError. It may be more than there are, so
   /// a reader takes them one by one and sets nothing aside for them.
   void TransferCount(int32_t& count);
+  /// A list: the count, then each item as `transfer` does it. On a read they are appended, each
+  /// once it is whole.
+  template <class List, class Transfer>
+  void TransferList(List& items, Transfer transfer) {
+    auto count = static_cast<int32_t>(items.end() - items.begin());
+    TransferCount(count);
+    if (!IsReading()) {
+      for (auto& item : items) transfer(item);
+      return;
+    }
+    for (; count > 0; --count) {
+      typename List::value_type item{};
+      transfer(item);
+      items.push_back(std::move(item));
+    }
+  }
 
  private:
   void TransferBytes(void* bytes, size_t length);

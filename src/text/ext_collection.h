@@ -26,6 +26,8 @@ class CExtCollectionObject {
 template <class T>
 class CExtCollection {
  public:
+  using value_type = std::unique_ptr<T>;
+
   CExtCollection() = default;
   CExtCollection(const CExtCollection& other) {
     items_.reserve(other.Size());
@@ -49,6 +51,7 @@ class CExtCollection {
     items_.push_back(std::move(item));
     return *items_.back();
   }
+  void push_back(std::unique_ptr<T> item) { items_.push_back(std::move(item)); }
   /// Takes the item at `index` out and hands it to the caller.
   std::unique_ptr<T> TakeOut(size_t index) {
     std::unique_ptr<T> item = std::move(items_[index]);

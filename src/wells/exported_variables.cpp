@@ -20,18 +20,12 @@ constexpr int32_t kFirstVersionWithKind = 2;
 /// for more is damaged, and would keep the host in its list of them for good.
 constexpr uint32_t kMostElements = 1000;
 
-/// Transfers a list: its count, then each item, which on a read is appended.
 template <class T>
 void TransferItems(CaseArchive& archive, CExtCollection<T>& items, int32_t version) {
-  auto count = static_cast<int32_t>(items.Size());
-  archive.TransferCount(count);
-  if (!archive.IsReading()) {
-    for (const auto& item : items) item->Serialize(archive, version);
-    return;
-  }
-  for (int32_t i = 0; i < count; ++i) {
-    items.Add(std::make_unique<T>()).Serialize(archive, version);
-  }
+  archive.TransferList(items, [&](std::unique_ptr<T>& item) {
+    if (item == nullptr) item = std::make_unique<T>();
+    item->Serialize(archive, version);
+  });
 }
 
 /// The simulator's name of one element: the simulator counts from 1, the handles from 0.
@@ -51,12 +45,6 @@ int32_t EvaluationFailed(const std::string& well, const std::exception& failure,
                          std::string& error) {
   error = "Could not evaluate exported variables for " + well + ", " + failure.what();
   return 1;
-}
-
-uint64_t EntryCountOf(const CExportedVariableWellParent& parent, size_t componentCount) {
-  uint64_t count = 0;
-  for (const auto& variable : parent.Variables) count += variable->EntryCount(componentCount);
-  return count;
 }
 
 }  // namespace
@@ -153,18 +141,11 @@ CExportedVariableWellParent* CExportedVariables::FindWellParent(const std::strin
 
 CExportedVariables::Entry CExportedVariables::FindEntry(int32_t handle, size_t componentCount) {
   if (handle < 0) return {};
-  auto remaining = static_cast<uint64_t>(handle);
+  auto remaining = static_cast<uint32_t>(handle);
   for (const auto& parent : *this) {
-    const uint64_t count = EntryCountOf(*parent, componentCount);
-    if (remaining >= count) {
-      remaining -= count;
-      continue;
-    }
     for (const auto& variable : parent->Variables) {
-      const uint64_t entries = variable->EntryCount(componentCount);
-      if (remaining < entries) {
-        return {parent.get(), variable.get(), static_cast<uint32_t>(remaining)};
-      }
+      const uint32_t entries = variable->EntryCount(componentCount);
+      if (remaining < entries) return {parent.get(), variable.get(), remaining};
       remaining -= entries;
     }
   }

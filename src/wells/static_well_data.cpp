@@ -10,26 +10,14 @@
 namespace gantry {
 namespace {
 
-NameIndex IndexOf(const std::vector<StaticWellData>& wells) {
-  NameIndex index;
-  for (const StaticWellData& well : wells) index.Add(well.Name);
-  return index;
-}
-
 /// The first of `wells` whose name isn't among `known`; null when all are.
 const StaticWellData* FirstUnknown(const std::vector<StaticWellData>& wells,
                                    const std::vector<StaticWellData>& known) {
-  const NameIndex index = IndexOf(known);
+  const NameIndex index(known, &StaticWellData::Name);
   for (const StaticWellData& well : wells) {
     if (!index.Find(well.Name)) return &well;
   }
   return nullptr;
-}
-
-void TransferWell(CaseArchive& archive, StaticWellData& well) {
-  archive.Transfer(well.Name);
-  archive.Transfer(well.SourceType);
-  archive.Transfer(well.OpMode);
 }
 
 }  // namespace
@@ -67,7 +55,7 @@ std::vector<std::string> StaticWellDataCollection::Names(bool connectedOnly) con
 
 void StaticWellDataCollection::RebuildFrom(const SourceList& sources) {
   const std::vector<StaticWellData> old = std::exchange(Items, {});
-  const NameIndex known = IndexOf(old);
+  const NameIndex known(old, &StaticWellData::Name);
   Items.reserve(sources.Items.size());
   for (const Source& source : sources.Items) {
     StaticWellData& well = Items.emplace_back();
@@ -78,17 +66,11 @@ void StaticWellDataCollection::RebuildFrom(const SourceList& sources) {
 }
 
 void StaticWellDataCollection::Serialize(CaseArchive& archive) {
-  auto count = static_cast<int32_t>(Items.size());
-  archive.TransferCount(count);
-  if (!archive.IsReading()) {
-    for (StaticWellData& well : Items) TransferWell(archive, well);
-    return;
-  }
-  for (int32_t i = 0; i < count; ++i) {
-    StaticWellData well;
-    TransferWell(archive, well);
-    Items.push_back(std::move(well));
-  }
+  archive.TransferList(Items, [&](StaticWellData& well) {
+    archive.Transfer(well.Name);
+    archive.Transfer(well.SourceType);
+    archive.Transfer(well.OpMode);
+  });
 }
 
 std::optional<std::string> ReconcileWells(const StaticWellDataCollection& inFile,
