@@ -1,49 +1,24 @@
 #include "settings/link_settings.h"
 
 #include <algorithm>
-#include <array>
-#include <variant>
 
 #include "boundary/parallel_range.h"
-#include "platform/registry.h"
 #include "settings/machine_config.h"
+#include "settings/registry_values.h"
 
 namespace gantry {
 
 namespace {
 
-using TextField = std::string LinkSettings::*;
-using NumberField = int32_t LinkSettings::*;
-
-/// The registry copy, in the order of reading and writing.
-struct RegistryValue {
-  const char* name;
-  std::variant<TextField, NumberField> field;
-};
-constexpr std::array<RegistryValue, 6> kRegistryValues = {{
+/// The last used values, in the order of reading and writing.
+constexpr RegistryValue<LinkSettings> kRegistryValues[] = {
     {"Module", &LinkSettings::SimExeName},
     {"Dataset", &LinkSettings::FileName},
     {"Parallel", &LinkSettings::Parallel},
     {"HeadNode", &LinkSettings::HeadNode},
     {"HeadNodePort", &LinkSettings::HeadNodePort},
     {"LinuxIXVersion", &LinkSettings::LinuxIXVersion},
-}};
-
-void ReadValue(platform::RegistryKey& key, const char* name, std::string& field) {
-  if (auto text = key.ReadText(name)) field = std::move(*text);
-}
-
-void ReadValue(platform::RegistryKey& key, const char* name, int32_t& field) {
-  if (const auto number = key.ReadNumber(name)) field = static_cast<int32_t>(*number);
-}
-
-void WriteValue(platform::RegistryKey& key, const char* name, const std::string& field) {
-  key.WriteText(name, field);
-}
-
-void WriteValue(platform::RegistryKey& key, const char* name, int32_t field) {
-  key.WriteNumber(name, static_cast<uint32_t>(field));
-}
+};
 
 }  // namespace
 
@@ -96,18 +71,12 @@ std::string LinkSettings::GetScriptFileName() const {
 
 void LinkSettings::LoadFromRegistry() {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
-  if (key == nullptr) return;
-  for (const RegistryValue& value : kRegistryValues) {
-    std::visit([&](auto field) { ReadValue(*key, value.name, this->*field); }, value.field);
-  }
+  if (key != nullptr) ReadValues(*key, kRegistryValues, *this);
 }
 
 void LinkSettings::SaveToRegistry() const {
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
-  if (key == nullptr) return;
-  for (const RegistryValue& value : kRegistryValues) {
-    std::visit([&](auto field) { WriteValue(*key, value.name, this->*field); }, value.field);
-  }
+  if (key != nullptr) WriteValues(*key, kRegistryValues, *this);
 }
 
 }  // namespace gantry

@@ -8,7 +8,7 @@
 
 #include "client/unit_converter.h"
 #include "platform/files.h"
-#include "platform/registry.h"
+#include "settings/registry_values.h"
 
 namespace gantry {
 
@@ -18,16 +18,13 @@ const char* const kRegistryKey = R"(Software\Orvale\Tessel\ExtensionDlls100_64\I
 
 namespace {
 
-constexpr int32_t kFirstPort = 9001;
-constexpr int32_t kLastPort = 9101;
-
-void ReadText(RegistryKey& key, const char* name, std::string& target) {
-  if (auto text = key.ReadText(name)) target = std::move(*text);
-}
-
-void ReadNumber(RegistryKey& key, const char* name, int32_t& target) {
-  if (const auto number = key.ReadNumber(name)) target = static_cast<int32_t>(*number);
-}
+constexpr RegistryValue<LaunchSettings> kRegistryValues[] = {
+    {"SimExecutable", &LaunchSettings::SimExecutable},
+    {"MPIExecutable", &LaunchSettings::MPIExecutable},
+    {"CmdLine", &LaunchSettings::CmdLine},
+    {"StartPort", &LaunchSettings::StartPort},
+    {"EndPort", &LaunchSettings::EndPort},
+};
 
 void ClearUnlessReadable(std::string& path) {
   if (!platform::CanOpenForReading(path)) path.clear();
@@ -91,14 +88,11 @@ void CIXConfig::SetForLaunch(LaunchSettings settings) {
 
 void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
   const platform::SingleLock lock(section_);
-  StartPort = kFirstPort;
-  EndPort = kLastPort;
+  StartPort = LaunchSettings().StartPort;
+  EndPort = LaunchSettings().EndPort;
+  LaunchSettings& settings = *this;
   if (const auto key = RegistryKey::Create(root, keyPath)) {
-    ReadText(*key, "SimExecutable", SimExecutable);
-    ReadText(*key, "MPIExecutable", MPIExecutable);
-    ReadText(*key, "CmdLine", CmdLine);
-    ReadNumber(*key, "StartPort", StartPort);
-    ReadNumber(*key, "EndPort", EndPort);
+    ReadValues(*key, kRegistryValues, settings);
   } else {
     isUnread_ = isUnread_ || root == platform::kCurrentUser;
   }
@@ -108,7 +102,7 @@ void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
   // The properties are the user's own wherever the rest comes from.
   std::string list;
   if (const auto key = RegistryKey::Create(platform::kCurrentUser, keyPath)) {
-    ReadText(*key, "UserProperties", list);
+    ReadValue(*key, "UserProperties", list);
   } else {
     isUnread_ = true;
   }
@@ -123,11 +117,8 @@ void CIXConfig::Save() const {
   if (key == nullptr) return;
   std::string list;
   for (const auto& property : UserProperties) list += FormatUserProperty(*property);
-  key->WriteText("SimExecutable", SimExecutable);
-  key->WriteText("MPIExecutable", MPIExecutable);
-  key->WriteText("CmdLine", CmdLine);
-  key->WriteNumber("StartPort", static_cast<uint32_t>(StartPort));
-  key->WriteNumber("EndPort", static_cast<uint32_t>(EndPort));
+  const LaunchSettings& settings = *this;
+  WriteValues(*key, kRegistryValues, settings);
   key->WriteText("UserProperties", list);
 }
 
