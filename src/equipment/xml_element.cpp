@@ -1,10 +1,12 @@
 #include "equipment/xml_element.h"
 
+#include <algorithm>
+#include <iterator>
 #include <ostream>
+#include <string_view>
 #include <utility>
 
 #include "equipment/xml_document.h"
-#include "equipment/xml_text.h"
 #include "platform/text.h"
 
 namespace gantry {
@@ -13,8 +15,17 @@ namespace {
 constexpr size_t kAttributesOfLine = 4;
 constexpr size_t kMostUnindentedAttributes = 5;
 
+/// The characters that XML keeps for itself.
+constexpr std::pair<char, std::string_view> kEntities[] = {
+    {'"', "&quot;"}, {'\'', "&apos;"}, {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}};
+
 std::string EscapedAndEncoded(const std::string& text) {
-  return platform::CodePageToUtf8(EscapeXml(text));
+  std::string escaped;
+  for (const char c : text) {
+    const auto* const entity = std::ranges::find(kEntities, c, [](auto& row) { return row.first; });
+    entity == std::end(kEntities) ? escaped += c : escaped += entity->second;
+  }
+  return platform::CodePageToUtf8(escaped);
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ bool CWindowsJobSession::ComposeLaunch(const LaunchSettings& machine, int32_t po
           "A path to mpiexec must be entered in the configuration screen to run parallel jobs";
       return false;
     }
-    // Only the first path stands in quotes; simulators have been started so ever since.
+    // Only the first path stands in quotes: the command line is fixed to the letter.
     launch.commandLine = FormatText(
         "\"%s\" -localonly -np %d %s %s --dopt=external_controller_port:%d",
         launch.application.c_str(), Settings.Parallel, simulator.c_str(), base.c_str(), port);

@@ -9,6 +9,8 @@
 namespace gantry {
 namespace {
 
+constexpr size_t kLongestArgument = sizeof CExtDataServerCmdArgument::Text - 1;
+
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsDigitOrSign(char c) { return IsDigit(c) || c == '+' || c == '-'; }
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
@@ -60,20 +62,19 @@ bool CommandArguments::ClosesQuote(size_t position) const {
 
 void CommandArguments::Append(char c) {
   begun_ = true;
-  if (length_ + 1 < sizeof current_.Text) current_.Text[length_++] = c;
+  if (current_.size() < kLongestArgument) current_ += c;
 }
 
 void CommandArguments::Finish(bool quoted) {
   if (++count_ <= keepAtMost_) {
     auto argument = std::make_unique<CExtDataServerCmdArgument>();
-    const std::string_view text(current_.Text, length_);
-    CopyBounded(argument->Text, text);
-    argument->Kind = quoted ? CExtDataServerCmdArgument::kQuoted : KindOf(text);
-    argument->IntegerValue = quoted ? 0 : ReadInteger(text);
-    argument->NumberValue = quoted ? kFailedInterpolation : ReadDouble(text);
+    CopyBounded(argument->Text, current_);
+    argument->Kind = quoted ? CExtDataServerCmdArgument::kQuoted : KindOf(current_);
+    argument->IntegerValue = quoted ? 0 : ReadInteger(current_);
+    argument->NumberValue = quoted ? kFailedInterpolation : ReadDouble(current_);
     arguments_.Add(std::move(argument));
   }
-  length_ = 0;
+  current_.clear();
   begun_ = false;
   quote_ = '\0';
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "text/tag_parser.h"
@@ -32,8 +33,7 @@ class CommandArguments {
   size_t keepAtMost_;
   size_t count_ = 0;
 
-  CExtDataServerCmdArgument current_;
-  size_t length_ = 0;   ///< of the current argument
+  std::string current_;
   bool begun_ = false;  ///< an argument without quotes is going on
   char quote_ = '\0';   ///< what ends the quote that is open, if one is
 };
