@@ -14,9 +14,9 @@ using Entry = CExportedVariables::Entry;
 /// What tells the entries of one variable apart.
 std::string EntrySuffix(const Entry& entry, const std::vector<std::string>& components) {
   switch (entry.variable->Kind) {
-    case 1:
+    case kOneValue:
       return {};
-    case 0:
+    case kOnePerComponent:
       return "[" + components[entry.element] + "]";
     default:
       return "[" + std::to_string(entry.element) + "]";
@@ -110,7 +110,7 @@ void PublishedVariables::Prune(const StaticWellDataCollection& wells, bool compo
       continue;
     }
     for (size_t v = parent.Variables.Size(); componentsChanged && v-- > 0;) {
-      if (parent.Variables[v].Kind == 0) parent.Variables.TakeOut(v);
+      if (parent.Variables[v].Kind == kOnePerComponent) parent.Variables.TakeOut(v);
     }
   }
 }

@@ -102,7 +102,7 @@ void CIXConfig::Load(uintptr_t root, const std::string& keyPath) {
   // The properties are the user's own wherever the rest comes from.
   std::string list;
   if (const auto key = RegistryKey::Create(platform::kCurrentUser, keyPath)) {
-    ReadValue(*key, "UserProperties", list);
+    list = key->ReadText("UserProperties").value_or("");
   } else {
     isUnread_ = true;
   }

@@ -30,7 +30,7 @@ void TransferItems(CaseArchive& archive, CExtCollection<T>& items, int32_t versi
 
 /// The simulator's name of one element: the simulator counts from 1, the handles from 0.
 std::string ElementItem(const std::string& item, uint32_t kind, uint32_t element) {
-  return kind == 1 ? item : item + "[" + std::to_string(uint64_t{element} + 1) + "]";
+  return kind == kOneValue ? item : item + "[" + std::to_string(uint64_t{element} + 1) + "]";
 }
 
 Doubles ReadValues(CExtConnectorBase& connector, const std::string& well, const Strings& items,
@@ -74,12 +74,13 @@ void CExportedVariable::Serialize(CaseArchive& archive, int32_t version) {
   if (version >= kFirstVersionWithKind) {
     archive.Transfer(Kind);
   } else if (archive.IsReading()) {
-    Kind = 1;
+    Kind = kOneValue;
   }
 }
 
 uint32_t CExportedVariable::EntryCount(size_t componentCount) const {
-  return Kind != 0 ? std::min(Kind, kMostElements) : static_cast<uint32_t>(componentCount);
+  return Kind != kOnePerComponent ? std::min(Kind, kMostElements)
+                                  : static_cast<uint32_t>(componentCount);
 }
 
 CExportedVariable* CExportedVariableCollection::FindByLabel(const std::string& label) {
@@ -155,7 +156,7 @@ CExportedVariables::Entry CExportedVariables::FindEntry(int32_t handle, size_t c
 bool CExportedVariables::HasPerComponentVariable() const {
   for (const auto& parent : *this) {
     for (const auto& variable : parent->Variables) {
-      if (variable->Kind == 0) return true;
+      if (variable->Kind == kOnePerComponent) return true;
     }
   }
   return false;

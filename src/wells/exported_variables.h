@@ -12,6 +12,9 @@ namespace gantry {
 class CExtConnectorBase;
 struct WellVariable;
 
+/// How many values a variable has: any other number is that many.
+enum VariableKind : uint32_t { kOnePerComponent = 0, kOneValue = 1 };
+
 /// One simulator quantity of a well that the user exports to the host.
 class CExportedVariable : public CExtCollectionObject {
  public:
@@ -20,7 +23,7 @@ class CExportedVariable : public CExtCollectionObject {
   explicit CExportedVariable(const CIXUserProperty& property);
 
   void Serialize(CaseArchive& archive, int32_t version) override;
-  /// How many handles it takes: `Kind`, or one for each component when that is 0. Not
+  /// How many handles it takes, one for each value. Not
   /// above 1000.
   uint32_t EntryCount(size_t componentCount) const;
 
@@ -29,7 +32,7 @@ class CExportedVariable : public CExtCollectionObject {
   std::string Label;
   uint32_t Code = 0;
   int32_t UnitFamily = -1;
-  uint32_t Kind = 1;  ///< 1 one value, 0 one for each component, any other number that many
+  uint32_t Kind = kOneValue;  ///< a `VariableKind`
 };
 
 class CExportedVariableCollection : public CExtCollection<CExportedVariable> {

@@ -1,10 +1,12 @@
 #include "wells/exported_variables.h"
 
+#include <algorithm>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "client/connector_base.h"
+#include "host/unit_table.h"
 #include "support/well_messages.h"
 #include "wells/well_variable_catalogue.h"
 
@@ -79,6 +81,18 @@ TEST(ExportedVariable, TakesWhatTheCatalogueOrTheUserSays) {
   EXPECT_EQ(flow.Key + "/" + flow.SimulatorItem + "/" + flow.Label, "FLOW//Flow");
   EXPECT_EQ(flow.EntryCount(4), 4u);
   EXPECT_EQ(flow.Code, 60051u);
+}
+
+TEST(WellVariableCatalogue, HasTheCodesAndMostlyTheLabelsOfTheUnitTable) {
+  std::string others;
+  for (const WellVariable& row : WellVariableCatalogue) {
+    const auto* const unit = std::ranges::find(HostUnitTable, row.code, &HostUnit::code);
+    ASSERT_NE(unit, HostUnitTable.end()) << row.label;
+    if (row.label != std::string(unit->name)) others += row.label + std::string("; ");
+  }
+  EXPECT_EQ(others,
+            "Drawdown PI weighted; Drawdown region weighted; Gas molar rate; "
+            "Oil molar rate; ");
 }
 
 TEST(ExportedVariable, IsReadAndSetElementByElementInTheDriversUnits) {
