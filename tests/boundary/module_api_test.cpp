@@ -38,14 +38,5 @@ TEST(ModuleApi, UnloadsTheModuleWithItsConfigurationSaved) {
   EXPECT_EQ(StoredPort(), 9001u);
 }
 
-TEST(ModuleApi, CopiesAConfigurationFromAnotherPlace) {
-  const test::TestFolder folder;
-  platform::RegistryKey::Create(platform::kCurrentUser, "Software\\Other\\Intersect")
-      ->WriteNumber("StartPort", 9500);
-  const auto module = ModuleApi::Load(MODULE);
-  module->ExtCopyConfigure(reinterpret_cast<void*>(uintptr_t{0x80000001}), "Software\\Other");
-  EXPECT_EQ(StoredPort(), 9500u);
-}
-
 }  // namespace
 }  // namespace gantry::fieldrun

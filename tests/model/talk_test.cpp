@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <fstream>
 
+#include "client/unit_converter.h"
 #include "model/ext_model.h"
 #include "model/model_fixture.h"
 #include "model/talk_words.h"
@@ -43,6 +44,7 @@ const std::map<std::string, void (*)(FieldPeer&, Words&)> kFieldVerbs = {
        double& value = f.variables[w.Next()];
        value = w.Next(0.0);
      }},
+    {"metric", [](FieldPeer& f, Words&) { f.isMetric = true; }},
     {"tell-of-all-wells", [](FieldPeer& f, Words&) { f.tellsOfAllWells = true; }},
 };
 
@@ -126,6 +128,7 @@ class Talk : public ModelTest, public testing::WithParamInterface<std::string> {
     variable.SimulatorItem = isWriteable ? variable.Key : "";
     variable.Label = label;
     variable.Code = 30801;
+    variable.UnitFamily = kLiquidRate;
     variable.Kind = kind;
   }
 

@@ -33,36 +33,6 @@ TEST(LinkSettings, CutsTheDatasetPathByItsOwnRule) {
   }
 }
 
-/// Writes by a path and reads back.
-std::string Set(LinkSettings& settings, const std::string& path, const char* value) {
-  TagParser write = TagParser::ForWriting(path, value);
-  if (!settings.Handle(write, nullptr)) return "not taken";
-  char reply[64] = {};
-  TagParser read = TagParser::ForReading(path, reply);
-  return settings.Handle(read, nullptr) ? reply : "not read";
-}
-
-TEST(LinkSettings, EveryFieldIsReachedByItsPathAndHeldWithinItsRange) {
-  LinkSettings s;
-  int32_t value = 10;
-  for (const char* field : {"ConnectionMode", "IPRModel", "UpTimeMode", "HeadNodePort",
-                            "LinuxIXVersion", "Parallel", "HeadNode", "SimExeName", "FileName"}) {
-    const std::string text = std::to_string(value++);
-    EXPECT_EQ(Set(s, std::string("casedetails.") + field, text.c_str()), text) << field;
-  }
-  EXPECT_EQ((std::vector{s.ConnectionMode, s.IPRModel, s.UpTimeMode, s.HeadNodePort,
-                         s.LinuxIXVersion, s.Parallel}),
-            (std::vector{10, 11, 12, 13, 14, 15}));
-  EXPECT_EQ(s.HeadNode + s.SimExeName + s.FileName, "161718");
-  EXPECT_EQ(Set(s, "CaseDetails.CloseUnconnectedWells", "1"), "1");
-  EXPECT_EQ(Set(s, "CaseDetails.StdLogging", "1"), "1");
-  EXPECT_TRUE(s.CloseUnconnectedWells && s.StdLogging);
-  EXPECT_EQ(Set(s, "Parallel", "2"), "not taken");
-  EXPECT_EQ(Set(s, "CaseDetails.Other", "2"), "not taken");
-  EXPECT_EQ(Set(s, "CaseDetails.Parallel", "0"), "1");
-  EXPECT_EQ(Set(s, "CaseDetails.Parallel", "1000"), "512");
-}
-
 TEST(LinkSettings, TheRegistryKeepsTheLastUsedValues) {
   const TestFolder folder;
   const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
