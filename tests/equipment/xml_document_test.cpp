@@ -99,13 +99,11 @@ TEST(XmlDocument, TellsAFileThatItCannotOpenAndAStreamThatFails) {
   EXPECT_FALSE(document.WriteStream(broken, false));
 }
 
-TEST(XmlDocument, GivesItsStampToEveryNodeAndSetsNoSchemaPath) {
+TEST(XmlDocument, GivesItsStampToEveryNode) {
   CXMLDocument document;
   EXPECT_EQ(document.AddElement("E").AddElement("C").GetDateStamp(), document.DateStamp);
   EXPECT_NEAR(ReadDateStamp(document.DateStamp), PresentTime(), 1.0 / 24);
   EXPECT_EQ(CXMLElement(CXMLElement::kElement, "E", std::string()).GetDateStamp(), "");
-  EXPECT_FALSE(document.UseSchemaPath);
-  EXPECT_EQ(document.SchemaPath, "");
 }
 
 TEST(DateStamp, CountsFromTheLastDayOf1899) {

@@ -57,17 +57,6 @@ class ModelTest : public ::testing::Test {
     Set("CaseDetails.FileName", (Case() / "FIELD.afi").string());
   }
 
-  /// The arguments that the simulator's process was last started with, one line each.
-  std::string Arguments() const {
-    std::string arguments;  // which may be there before anybody else is let in
-    while (arguments.empty()) {
-      std::this_thread::yield();
-      arguments = TestFolder::Read(Case() / "started.txt");
-    }
-    std::filesystem::remove(Case() / "started.txt");
-    return arguments;
-  }
-
   int32_t Command(uint32_t number, void* data = nullptr, uint32_t value = 0) {
     return ExtCmd(model, nullptr, number, data, value, &err);
   }
@@ -119,24 +108,10 @@ class ModelTest : public ::testing::Test {
     record.well = well;
     return Command(EXT_GET_IPR, &record);
   }
-  /// An open well on an oil rate (of a producer), or a water or gas rate (of an injector).
-  int32_t Operate(int32_t well, double oil, double water, double gas, double pressure = 1000.0,
-                  double down = 0.0) {
-    *point = {};
-    point->well = well;
-    point->downFraction = down;
-    point->oilRate[0] = oil;
-    point->waterRate[0] = water;
-    point->gasRate[0] = gas;
-    point->pressure[0] = pressure;
-    return Command(EXT_SET_OP_PT, point.get());
-  }
-
   TestFolder folder;
   FieldPeer peer;
   CGantryApp app;
   std::unique_ptr<_tGetSetData> inflow = std::make_unique<_tGetSetData>();  ///< what is read
-  std::unique_ptr<_tGetSetData> point = std::make_unique<_tGetSetData>();   ///< what is set
   ExtErrorBlock err = {};
   void* model = nullptr;
 };

@@ -158,6 +158,7 @@ class Talk : public ModelTest, public testing::WithParamInterface<std::string> {
   }
 
   Texts heard_;
+  std::unique_ptr<_tGetSetData> point_ = std::make_unique<_tGetSetData>();  ///< what is set
   std::unique_ptr<CaseDataRecord> record_ = std::make_unique<CaseDataRecord>();
 };
 
@@ -187,10 +188,11 @@ const std::map<std::string, Talk::Verb> Talk::kVerbs = {
      }},
     {"dataset-folder",
      [](Talk& t, Words& w) { t.Tell(t.Command(EXT_SET_DATA_FOLDER, w.Rest().data())); }},
-    {"datasets",
-     [](Talk& t, Words&) {
+    {"datasets",  // [INDEX]
+     [](Talk& t, Words& w) {
        auto row = std::make_unique<EnumDataFilesRow>();
-       if (t.Tell(t.Command(EXT_ENUM_DATA_FILES, row.get()))) t.Hear(Line(row->path, int{row->isLocal}, row->options));
+       row->index = w.Next(0);
+       if (t.Tell(t.Command(EXT_ENUM_DATA_FILES, row.get()))) t.Hear(Line(row->path, int{row->isLocal}, row->options, row->label));
      }},
     {"save",
      [](Talk& t, Words& w) {
@@ -232,6 +234,13 @@ const std::map<std::string, Talk::Verb> Talk::kVerbs = {
        const int32_t result = t.Command(EXT_GET_PROPERTY, &request);
        t.Hear(result == 0 ? request.value : t.Outcome(result));
      }},
+    {"commands",  // NUMBER..., each without a record
+     [](Talk& t, Words& w) {
+       for (const uint32_t number : w.All<uint32_t>()) {
+         const int32_t result = t.Command(number);
+         t.Hear(t.Error().empty() ? std::to_string(result) : t.Error());
+       }
+     }},
     {"do", [](Talk& t, Words& w) { t.Tell(t.Do(w.Rest())); }},
     {"description",
      [](Talk& t, Words&) {
@@ -248,7 +257,9 @@ const std::map<std::string, Talk::Verb> Talk::kVerbs = {
     {"close", [](Talk& t, Words&) { t.Tell(t.Command(EXT_CLOSE_SIMULATOR)); }},
     {"arguments",
      [](Talk& t, Words&) {
-       std::string text = t.Arguments();
+       std::string text;  // which may be there before anybody else is let in
+       while (text.empty()) text = TestFolder::Read(t.Case() / "started.txt");
+       std::filesystem::remove(t.Case() / "started.txt");
        const std::string port = ":" + std::to_string(t.peer.Port()) + "\n";
        text.replace(text.find(port), port.size(), ":PORT\n");
        std::ranges::replace(text, '\n', '|');
@@ -298,30 +309,35 @@ const std::map<std::string, Talk::Verb> Talk::kVerbs = {
      }},
     {"operate",  // WELL OIL WATER GAS [PRESSURE [DOWN]]
      [](Talk& t, Words& w) {
-       const auto well = w.Next(0);
-       const double p[] = {w.Next(0.0), w.Next(0.0), w.Next(0.0), w.Next(1000.0), w.Next(0.0)};
-       t.Tell(t.Operate(well, p[0], p[1], p[2], p[3], p[4]));
+       *t.point_ = {};
+       t.point_->well = w.Next(0);
+       t.point_->oilRate[0] = w.Next(0.0);
+       t.point_->waterRate[0] = w.Next(0.0);
+       t.point_->gasRate[0] = w.Next(0.0);
+       t.point_->pressure[0] = w.Next(1000.0);
+       t.point_->downFraction = w.Next(0.0);
+       t.Tell(t.Command(EXT_SET_OP_PT, t.point_.get()));
      }},
     {"shut",  // WELL CODE
      [](Talk& t, Words& w) {
-       *t.point = {};
-       t.point->isShut = 1;
-       t.point->well = w.Next(0);
-       t.point->shutInCode = w.Next(0);
-       t.Tell(t.Command(EXT_SET_OP_PT, t.point.get()));
+       *t.point_ = {};
+       t.point_->isShut = 1;
+       t.point_->well = w.Next(0);
+       t.point_->shutInCode = w.Next(0);
+       t.Tell(t.Command(EXT_SET_OP_PT, t.point_.get()));
      }},
     {"inject",  // WELL GAS VALUE PASSED GRAVITY FRACTIONS...
      [](Talk& t, Words& w) {
-       *t.point = {};
-       t.point->well = w.Next(0);
-       t.point->gasRate[0] = w.Next(0.0);
-       t.point->pointValue[0] = w.Next(0.0);
-       t.point->passThrough[2] = w.Next(0.0);
-       t.point->oilGravity = w.Next(0.0);
+       *t.point_ = {};
+       t.point_->well = w.Next(0);
+       t.point_->gasRate[0] = w.Next(0.0);
+       t.point_->pointValue[0] = w.Next(0.0);
+       t.point_->passThrough[2] = w.Next(0.0);
+       t.point_->oilGravity = w.Next(0.0);
        const auto fractions = w.All<double>();
-       t.point->fluid.componentCount = static_cast<int32_t>(fractions.size());
-       std::ranges::copy(fractions, t.point->moleFractions[0]);
-       t.Tell(t.Command(EXT_SET_OP_PT, t.point.get()));
+       t.point_->fluid.componentCount = static_cast<int32_t>(fractions.size());
+       std::ranges::copy(fractions, t.point_->moleFractions[0]);
+       t.Tell(t.Command(EXT_SET_OP_PT, t.point_.get()));
      }},
     // Published variables.
     {"publish",  // WELL KIND writeable|read-only LABEL

@@ -5,18 +5,10 @@
 namespace gantry {
 namespace {
 
-using Names = std::vector<std::string>;
-
-StaticWellDataCollection WellsNamed(const Names& names) {
-  StaticWellDataCollection wells;
-  for (const std::string& name : names) wells.Items.emplace_back().Name = name;
-  return wells;
-}
-
 TEST(StaticWells, ShowTheModeOfTheLastTakeOneForAllAndAreFoundByName) {
   StaticWellDataCollection wells;
   EXPECT_EQ(wells.OpMode(), 0);
-  wells = WellsNamed({"A", "B", "B"});
+  for (const char* name : {"A", "B", "B"}) wells.Items.emplace_back().Name = name;
   wells.Items[2].OpMode = 2;
   wells.Items[2].Connected = true;
   EXPECT_EQ(wells.OpMode(), 2);
@@ -29,7 +21,7 @@ TEST(StaticWells, ShowTheModeOfTheLastTakeOneForAllAndAreFoundByName) {
   EXPECT_EQ(index, 1);
   EXPECT_EQ(wells.Find("b", &index), nullptr);
   EXPECT_EQ(index, -1);
-  EXPECT_EQ(wells.Names(true), Names{"B"});
+  EXPECT_EQ(wells.Names(true), std::vector<std::string>{"B"});
 }
 
 }  // namespace

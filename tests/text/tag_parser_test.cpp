@@ -6,9 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include "text/cases.h"
 #include "text/data_server_object.h"
+#include "text/number_text.h"
 
-namespace gantry {
+namespace gantry::test {
 namespace {
 
 /// An item with a property of every kind.
@@ -61,62 +63,24 @@ class TankList : public CExcStdDataServerObjectList<Tank> {
 };
 
 TEST(TextPath, IsReadDownToAProperty) {
+  auto reads = CasesOf("read");
   const std::string many(100000, '0');
-  const std::pair<std::string, std::string> reads[] = {{"Tank.$Count", "4"},
-                                                       {"...Tank...count", "4"},
-                                                       {"TANK[003].number", "-7"},
-                                                       {"Tank[0].Flag", "1"},
-                                                       {"Tank[0].Small", "9"},
-                                                       {"Tank[0].Real", "1.23457e+06"},
-                                                       {"Tank[0].V[1]", "2.5"},
-                                                       {"Tank[0].V[2]", "Index out of range"},
-                                                       {"Tank[0].V", "Index out of range"},
-                                                       {"Tank[{b}].Name", "b"},
-                                                       {"Tank[4].Name", "none"},
-                                                       {"Tank[{}].Name", "none"},
-                                                       {"Tank[0].Other", "none"},
-                                                       {"Tank.Add", "none"},
-                                                       {"Vessel[0].Name", "none"},
-                                                       {"Tank[0" + many + "].Name", "A"},
-                                                       {"Tank" + std::string(100000, '['), "none"},
-                                                       {"Tank[{" + many + "}].Name", "none"}};
-  for (const auto& [path, answer] : reads) {
+  reads.insert(reads.end(), {{"Tank[0" + many + "].Name", "A"},
+                             {"Tank" + std::string(100000, '['), "none"},
+                             {"Tank[{" + many + "}].Name", "none"}});
+  for (const auto& c : reads) {
     TankList tanks;
-    EXPECT_EQ(tanks.Read(path), answer) << path.substr(0, 40);
-    EXPECT_EQ(tanks.Names(), "ABbB") << path.substr(0, 40);
+    EXPECT_EQ(tanks.Read(c[0]), c[1]) << c[0].substr(0, 40);
+    EXPECT_EQ(tanks.Names(), "ABbB") << c[0].substr(0, 40);
   }
 }
 
 TEST(TextPath, WritesAPropertyOrChangesItsList) {
-  struct Case {
-    const char* path;
-    const char* value;
-    const char* outcome;
-    std::string names;
-    const char* readBack = "none";
-  };
-  constexpr const char* kBadIndex = "Attempting to remove an object at an invalid index";
-  const Case cases[] = {{"Tank.$Count", "9", "done", "ABbB", "4"},
-                        {"Tank.Add", "", "done", "ABbB."},
-                        {"Tank.Reset", "", "done", ""},
-                        {"Tank.Delete", "1", "done", "AbB"},
-                        {"Tank.Delete", "4", kBadIndex, "ABbB"},
-                        {"Tank.Delete", "-1", kBadIndex, "ABbB"},
-                        {"Tank[{B}].Name", "C", "done", "ACbB", "B"},
-                        {"Tank[0].Name", nullptr, "done", ".BbB", ""},
-                        {"Tank[0].Number", " 42x", "done", "ABbB", "42"},
-                        {"Tank[0].Fixed", "42", "done", "ABbB", "-7"},
-                        {"Tank[0].Flag", "-2", "done", "ABbB", "1"},
-                        {"Tank[0].Flag", "0", "done", "ABbB", "0"},
-                        {"Tank[0].Small", "70000", "done", "ABbB", "32767"},
-                        {"Tank[0].Real", "none", "done", "ABbB", "0"},
-                        {"Tank[0].v[0]", "7", "done", "ABbB", "7"},
-                        {"Tank[0].v[2]", "7", "Index out of range", "ABbB", "Index out of range"}};
-  for (const Case& c : cases) {
+  for (const auto& c : CasesOf("write")) {
     TankList tanks;
-    EXPECT_EQ(tanks.Write(c.path, c.value), c.outcome) << c.path;
-    EXPECT_EQ(tanks.Names(), c.names) << c.path;
-    EXPECT_EQ(tanks.Read(c.path), c.readBack) << c.path;
+    EXPECT_EQ(tanks.Write(c[0], c[1].empty() ? nullptr : c[1].c_str()), c[2]) << c[0];
+    EXPECT_EQ(tanks.Names(), c[3]) << c[0];
+    EXPECT_EQ(tanks.Read(c[0]), c[4]) << c[0];
   }
 }
 
@@ -131,24 +95,10 @@ TEST(TextPath, GoesByTheWordThatItsListIsGiven) {
 }
 
 TEST(TagParser, TakesAWordWithoutRegardToCaseUpToADotOrABracket) {
-  struct Case {
-    const char* path;
-    const char* name;
-    bool matches;
-    const char* rest;  ///< the word behind
-  };
-  const Case cases[] = {{"iNTERSECT.Rest", "Intersect", true, "Rest"},
-                        {"Intersect(Rest", "Intersect", true, "(Rest"},
-                        {"Intersected.Rest", "Intersect", false, "Intersected"},
-                        {"Inter.Rest", "Intersect", false, "Inter"},
-                        {"Count.Rest", "$Count", true, "Rest"},
-                        {"$Count.Rest", "$Count", true, "Rest"},
-                        {"$$Count", "$Count", false, "$$Count"},
-                        {"$Name", "Name", false, "$Name"}};
-  for (const Case& c : cases) {
-    TagParser parser = TagParser::ForCommand(c.path);
-    EXPECT_EQ(parser.MatchWord(c.name), c.matches) << c.path;
-    EXPECT_EQ(parser.NextWord(), c.rest) << c.path;
+  for (const auto& c : CasesOf("word")) {
+    TagParser parser = TagParser::ForCommand(c[0]);
+    EXPECT_EQ(parser.MatchWord(c[1]) ? "yes" : "no", c[2]) << c[0];
+    EXPECT_EQ(parser.NextWord(), c[3]) << c[0];
   }
 }
 
@@ -174,53 +124,27 @@ TEST(TagParser, CutsAReplyToItsFieldOrMakesRoomForAllOfIt) {
 }
 
 TEST(TagParser, TakesAnIndexOrAKeyOnlyWhenItIsWhole) {
-  struct Case {
-    std::string path;
-    int32_t index;
-    std::string key;
-    std::string rest = "W";
-  };
-  std::vector<Case> cases = {{"[007].W", 7, ""},
-                             {"[99999999999].W", 2147483647, ""},
-                             {"[{a]b}c d}].W", -1, "a]b}c d"},
-                             {"[{}].W", -1, ""},
-                             {"[{" + std::string(300, 'k') + "}].W", -1, std::string(255, 'k')},
-                             {"W", -1, ""},
-                             {"{a}", -1, "", "{a}"}};
-  for (const char* broken :
-       {"[", "[]", "[3", "[-3]", "[ 3]", "[3a]", "[{", "[{a", "[{a}", "[{a]", "[xa}]"}) {
-    cases.push_back({broken, -1, "", ""});
-  }
-  for (const Case& c : cases) {
-    TagParser parser = TagParser::ForCommand(c.path);
-    EXPECT_EQ(parser.ParseIndex(), c.index) << c.path;
-    EXPECT_EQ(parser.ParseKey(), c.key) << c.path;
-    EXPECT_EQ(parser.NextWord(), c.rest) << c.path;
+  auto cases = CasesOf("index");
+  cases.push_back({"[{" + std::string(300, 'k') + "}].W", "-1", std::string(255, 'k'), "W"});
+  for (const auto& c : cases) {
+    TagParser parser = TagParser::ForCommand(c[0]);
+    EXPECT_EQ(std::to_string(parser.ParseIndex()), c[1]) << c[0];
+    EXPECT_EQ(parser.ParseKey(), c[2]) << c[0];
+    EXPECT_EQ(parser.NextWord(), c[3]) << c[0];
   }
 }
 
 TEST(TagParser, ReadsAnArrayOfExactlyTheNumbersAskedFor) {
-  using Numbers = std::vector<double>;
-  const std::pair<const char*, Numbers> arrays[] = {{"1|2.5|-3}", {1, 2.5, -3}},
-                                                    {"1|2.5|-3", {1, 2.5, -3}},
-                                                    {"1||x}", {1, 0, 0}},
-                                                    {"1}2}3}}4", {1, 2, 3}}};
-  Numbers target(3);
-  std::string error;
-  for (const auto& [value, numbers] : arrays) {
-    EXPECT_TRUE(TagParser::ForWriting("V", value).ParseValueArray(target, error)) << value;
-    EXPECT_EQ(target, numbers) << value;
-  }
-  const std::pair<const char*, const char*> refusals[] = {
-      {"", "Badly formed value array string"},
-      {"}1|2|3", "Too few elements in array"},
-      {"1|2}", "Too few elements in array"},
-      {"1|2|3|4}", "Too many elements in array"}};
-  for (const auto& [value, reason] : refusals) {
-    EXPECT_FALSE(TagParser::ForWriting("V", value).ParseValueArray(target, error)) << value;
-    EXPECT_EQ(error, reason) << value;
+  for (const auto& c : CasesOf("array")) {
+    std::vector<double> numbers(3);
+    std::string outcome;
+    if (TagParser::ForWriting("V", c[0].c_str()).ParseValueArray(numbers, outcome)) {
+      for (const double number : numbers) outcome += FormatDouble(number) + " ";
+      outcome.pop_back();
+    }
+    EXPECT_EQ(outcome, c[1]) << c[0];
   }
 }
 
 }  // namespace
-}  // namespace gantry
+}  // namespace gantry::test
