@@ -18,6 +18,7 @@ inline constexpr const char* kFieldFile = "field.csv";
 inline constexpr const char* kEventsFile = "events.csv";
 inline constexpr const char* kProfileFile = "profile.csv";
 inline constexpr const char* kReportFile = "report.html";
+inline constexpr const char* kWatchFile = "report.watch.js";
 
 /// The folder that holds the results of one run, and of no second one beside it. Made where it
 /// doesn't exist. Throws runtime_error where it can't be made, where another run on this machine is

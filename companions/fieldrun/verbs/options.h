@@ -62,6 +62,7 @@ struct Options {
   bool json = false;
   bool jsonSchema = false;
   bool quiet = false;
+  bool watch = false;
 };
 
 using OptionTarget = std::variant<std::string Options::*, std::vector<std::string> Options::*,

@@ -10,6 +10,7 @@
 #include "fieldrun/results/run_file.h"
 #include "fieldrun/results/run_json.h"
 #include "fieldrun/results/run_results.h"
+#include "fieldrun/results/watched_report.h"
 #include "fieldrun/run/coupled_run.h"
 #include "fieldrun/run/simulator_end.h"
 #include "fieldrun/verbs/progress.h"
@@ -94,6 +95,8 @@ void RunCase(const Session& session) {
   RunJson json(caseModel);
   RunHistory history;
   std::vector<RunListener*> all{&history, &progress, &results};
+  std::optional<WatchedReport> watched;
+  if (options.watch) all.push_back(&watched.emplace(caseModel, history));
   if (options.json) all.push_back(&json);
   Listeners listeners(std::move(all));
   CoupledRun run(caseModel, model, listeners);
@@ -113,6 +116,9 @@ void RunCase(const Session& session) {
   run.isInterrupted = IsInterrupted;
   TakeInterruptions();
   SimulatorEnd simulatorEnd;
+  if (options.watch && showsTable) {
+    fmt::print(UserOutput(), "To be watched in {}/{}\n", caseModel.general.output, kReportFile);
+  }
   run.Start(fmt::format("{}, {}", identity.name, identity.description),
             static_cast<size_t>(options.steps));
   RunEnd end = run.Run();

@@ -168,6 +168,7 @@ export function draw(chart, width = chart.body.clientWidth, height = chart.body.
     if (state.zoom) chart.plot.setScale('x', {min: state.zoom[0], max: state.zoom[1]});
     placeBand(chart.plot);
   }
+  if (live.size === 0) queueMicrotask(() => performance.mark('first chart'));
   live.add(chart);
   chart.tell(chart.plot);
 }

@@ -90,7 +90,7 @@ export function curveChart(well) {
   };
   const chart = {
     title: 'Inflow and lift', owner: well.name, unit: units.pressure,
-    label: `bottom-hole pressure, ${units.pressure}`, xLabel: `${phase} rate, ${rateUnit}`,
+    label: `pressure, ${units.pressure}`, xLabel: `${phase} rate, ${rateUnit}`,
     series: [
       {name: 'inflow, first step', tint: 'first'},
       {name: 'last step', tint: 'last'},

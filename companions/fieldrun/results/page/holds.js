@@ -22,7 +22,7 @@ function colourName([reason, isOpen]) {
 /** The hold of a place in data.holds as a word: a well that is shut says so. */
 export const holdText = (place) => {
   const [reason, isOpen] = data.holds[place];
-  return isOpen ? reason : reason ? `shut: ${reason}` : 'shut';
+  return isOpen || reason.startsWith('shut') ? reason : reason ? `shut: ${reason}` : 'shut';
 };
 
 export const holdColour = (place) => colourName(data.holds[place]);

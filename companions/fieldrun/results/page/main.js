@@ -1,5 +1,6 @@
 // Puts the page together: what is seen first comes first, and the rest once that is drawn.
 import {stepCount} from './data.js';
+import {draw} from './charts.js';
 import {charts, events, groups, head, profile, steps} from './field.js';
 import {wells} from './wells.js';
 import {fillBar} from './bar.js';
@@ -13,6 +14,9 @@ const add = (...parts) => page.append(...parts.filter(Boolean));
 fillBar();
 add(head());
 if (stepCount > 0) add(charts());
+for (const {chart, offsetTop} of document.querySelectorAll('figure')) {
+  if (offsetTop < window.innerHeight) draw(chart);
+}
 watch();
 readyForPrint();
 

@@ -1,14 +1,14 @@
 // Paper: one page for the field, half a page for each chosen well, in light colours.
 import {el} from './dom.js';
 import {draw, erase} from './charts.js';
-import {paintAll, wellBar} from './holds.js';
+import {legend, paintAll, wellBar} from './holds.js';
 import {chartsOf, chosenWells} from './wells.js';
 import {data, isProducer, warningsOf} from './data.js';
 import {set, state} from './store.js';
 
 const FIELD_CHART = [338, 176];
 const WELL_CHART = [228, 168];
-const TALL_CHART = [228, 376];
+const TALL_CHART = [228, 372];
 
 const sheets = el('div', {id: 'sheets'});
 
@@ -18,7 +18,7 @@ function sheetOf(well) {
   const sheet = el('article.sheet', {}, el('h3', {}, well.name, ' ', el('span.soft', {}, well.kind)),
       ...(warningsOf.get(well.name) ?? []).slice(0, 2).map((w) =>
         el('p.warning', {}, `⚠ ${w.date}: ${w.text}`)),
-      wellBar(well), el(`div.charts.${isProducer(well) ? 'producer' : 'injector'}`, {}, ...figures));
+      wellBar(well), legend([well]), el(`div.charts.${isProducer(well) ? 'producer' : 'injector'}`, {}, ...figures));
   return [sheet, figures];
 }
 
@@ -36,7 +36,7 @@ function prepare() {
   themeBefore = document.documentElement.dataset.theme;
   document.documentElement.dataset.theme = 'light';
   for (const figure of document.querySelectorAll('#field figure')) drawAt(figure, FIELD_CHART);
-  document.body.append(sheets);
+  if (state.chosen.size > 0) document.body.append(sheets);
   for (const well of chosenWells()) {
     const [sheet, figures] = sheetOf(well);
     sheets.append(sheet);

@@ -35,7 +35,7 @@ export function watch() {
   const text = line.textContent;
   const turn = () => look(data.watch, (run) => {
     if (run === null) {
-      if (!loadAnew('gone')) line.textContent = `${text} Nothing more is heard of it.`;
+      if (!loadAnew(`gone after ${data.run.steps}`)) line.textContent = `${text} Nothing more is heard of it.`;
       return;
     }
     if ((run.id !== data.run.id || run.steps !== data.run.steps) && loadAnew(`${run.id} ${run.steps}`)) {

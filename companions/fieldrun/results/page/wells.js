@@ -46,7 +46,10 @@ const rateColumns = () => [
   {name: `pressure, ${units.pressure}`, value: (w) => atStep(w, 'pressure')},
 ];
 
-const list = table('wells', [
+/** The table, once the page has room for it. */
+let list = null;
+
+const makeList = () => table('wells', [
   {name: 'print', isPicture: true, cell: (w) => w.chooser ??= chooser(w)},
   {name: 'well', value: (w) => w.name, isText: true, cell: (w) => w.link ??= el('span', {},
       el('a', {href: `#${encodeURIComponent(w.name)}`}, w.name), mark(w))},
@@ -103,7 +106,7 @@ function cardOf(well) {
       el('h3', {}, chooser(well), ' ', well.name, ' ', el('span.soft', {}, well.kind), mark(well),
           el('span.facts', {}, facts(well))),
       ...warningsAbout(well).slice(0, 5).map((w) => el('p.warning', {}, `⚠ ${w.date}: ${w.text}`)),
-      wellBar(well), body);
+      wellBar(well), legend([well]), body);
   card.fill = () => { if (!body.firstChild) body.append(...chartsOf(well).filter(Boolean)); };
   cards.set(well, card);
   opener.observe(card);
@@ -125,6 +128,7 @@ function search() {
 
 /** The section of the wells, with its table; and the cards. */
 export function wells() {
+  list = makeList();
   search();
   on('query', search);
   on('step', () => {
