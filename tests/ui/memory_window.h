@@ -24,81 +24,40 @@ class MemoryWindow : public platform::DialogWindow {
     bool isChecked = false;
     bool isCaretBehindText = false;
     int selection = -1;
-    std::vector<std::string> items;
-    std::vector<platform::ListColumn> columns;
-    std::vector<std::vector<std::string>> rows;
-    std::set<size_t> selectedRows;
-    std::vector<platform::TreeItem> tree;
+    std::vector<std::vector<std::string>> rows = {};  ///< of a list, an item as a row of one text
+    std::set<size_t> selectedRows = {};
+    std::vector<platform::TreeItem> tree = {};
     platform::PixelRect rect;
   };
 
-  explicit MemoryWindow(platform::DialogHandler& opened) : handler(opened) {
+  /// `told` hears of what leaves no trace in a control.
+  explicit MemoryWindow(
+      platform::DialogHandler& shown, std::function<void(const std::string&)> told = [](auto&) {})
+      : handler(shown), tell(std::move(told)) {
     for (const platform::ControlRow& row : handler.Template().controls) {
       if (row.id == platform::kNoControl) continue;
-      Control& control = controls[row.id];
-      control.row = &row;
-      control.text = row.caption;
-      control.toolTip = row.toolTip != nullptr ? row.toolTip : "";
-      control.rect = {row.place.left, row.place.top, row.place.left + row.place.width,
-                      row.place.top + row.place.height};
+      const auto& [left, top, width, height] = row.place;
+      controls[row.id] = {.row = &row,
+                          .text = row.caption,
+                          .toolTip = row.toolTip != nullptr ? row.toolTip : "",
+                          .rect = {left, top, left + width, top + height}};
     }
+  }
+  void Open() {
     handler.OnOpen(*this);
     handler.OnSize(*this, size);
-  }
-
-  // The user.
-  void Press(int id) {
-    if (At(id).isEnabled) handler.OnButton(*this, id);
-  }
-  void Choose(int id, int index) {
-    At(id).selection = index;
-    handler.OnSelection(*this, id);
-  }
-  /// By text, as the user sees them.
-  void MarkItems(int id, const std::vector<std::string>& texts) {
-    Control& control = At(id);
-    control.selectedRows.clear();
-    for (size_t i = 0; i < control.items.size(); ++i) {
-      if (std::ranges::count(texts, control.items[i]) != 0) control.selectedRows.insert(i);
-    }
-  }
-  void ClickCheckBox(int id, platform::TreePlace place) {
-    handler.OnTreeCheck(*this, id, place);
-    platform::TreeItem& item = ItemAt(id, place);
-    item.isChecked = !item.isChecked;
   }
   void Drag(int edge, platform::PixelSize newSize) {
     handler.OnSizing(edge);
     size = newSize;
     handler.OnSize(*this, size);
   }
-
   Control& At(int id) { return controls.at(id); }
-  void Type(const std::map<int, std::string>& texts) {
-    for (const auto& [id, text] : texts) SetText(id, text);
-  }
-  /// What controls show: a text, 0 or 1 for a check box, the index of a drop list.
-  std::string Values(std::initializer_list<int> ids) const {
-    std::string values;
-    for (const int id : ids) values += "|" + Value(controls.at(id));
-    return values.substr(1);
-  }
-  /// 0 or 1 for each.
-  std::string Enabled(std::initializer_list<int> ids) const {
-    std::string enabled;
-    for (const int id : ids) enabled += controls.at(id).isEnabled ? '1' : '0';
-    return enabled;
-  }
-  platform::TreeItem& ItemAt(int id, platform::TreePlace place) {
-    platform::TreeItem& parent = At(id).tree.at(place.parent);
-    return place.child ? parent.children.at(*place.child) : parent;
-  }
 
-  // The window.
   void Close(int closedWith) override { result = closedWith; }
   void* Handle() override { return this; }
   platform::PixelSize ClientSize() override { return size; }
-  void Redraw() override { ++redraws; }
+  void Redraw() override { tell("painted anew"); }
   void Enable(int id, bool isEnabled) override { At(id).isEnabled = isEnabled; }
   void SetToolTip(int id, const std::string& text) override { At(id).toolTip = text; }
   platform::PixelRect Rect(int id) override { return At(id).rect; }
@@ -112,98 +71,77 @@ class MemoryWindow : public platform::DialogWindow {
   void PutCaretBehindText(int id) override { At(id).isCaretBehindText = true; }
   bool IsChecked(int id) override { return At(id).isChecked; }
   void SetChecked(int id, bool isChecked) override { At(id).isChecked = isChecked; }
-  void SetItems(int id, const std::vector<std::string>& items) override { At(id).items = items; }
+  void SetItems(int id, const std::vector<std::string>& items) override {
+    At(id).rows.clear();
+    for (const std::string& item : items) At(id).rows.push_back({item});
+  }
   int Selection(int id) override { return At(id).selection; }
   void Select(int id, int index) override {
-    const bool isItem = index >= 0 && index < static_cast<int>(At(id).items.size());
-    At(id).selection = isItem ? index : -1;
+    At(id).selection = index < static_cast<int>(At(id).rows.size()) ? index : -1;
   }
-  void SetColumns(int id, const std::vector<platform::ListColumn>& columns) override {
-    At(id).columns = columns;
+  void SetColumns(int, const std::vector<platform::ListColumn>& columns) override {
+    for (const auto& [title, width] : columns)
+      tell("column " + title + " " + std::to_string(width));
   }
   void AddRows(int id, const std::vector<std::vector<std::string>>& rows, int) override {
-    for (const auto& row : rows) At(id).rows.push_back(row);
+    At(id).rows.insert(At(id).rows.end(), rows.begin(), rows.end());
   }
   void RemoveRows(int id, const std::vector<size_t>& rows) override {
-    std::vector<std::vector<std::string>> kept;
-    for (size_t i = 0; i < At(id).rows.size(); ++i) {
-      if (std::ranges::count(rows, i) == 0) kept.push_back(At(id).rows[i]);
+    for (size_t i = rows.size(); i-- > 0;) {
+      At(id).rows.erase(At(id).rows.begin() + static_cast<ptrdiff_t>(rows[i]));
     }
-    At(id).rows = kept;
     At(id).selectedRows.clear();
   }
   std::vector<size_t> SelectedRows(int id) override {
     return {At(id).selectedRows.begin(), At(id).selectedRows.end()};
   }
   void SelectAll(int id) override {
-    for (size_t i = 0; i < At(id).items.size(); ++i) At(id).selectedRows.insert(i);
+    for (size_t i = 0; i < At(id).rows.size(); ++i) At(id).selectedRows.insert(i);
   }
   void InvertSelection(int id) override {
-    std::set<size_t>& selected = At(id).selectedRows;
-    for (size_t i = 0; i < At(id).items.size(); ++i) {
-      if (selected.erase(i) == 0) selected.insert(i);
-    }
+    const std::set<size_t> before = At(id).selectedRows;
+    SelectAll(id);
+    for (const size_t row : before) At(id).selectedRows.erase(row);
   }
   void SetTree(int id, std::vector<platform::TreeItem> items) override {
-    std::set<uintptr_t> open;
-    for (const auto& item : At(id).tree) {
-      if (item.isExpanded) open.insert(item.data);
+    for (auto& item : items) {
+      const auto before = std::ranges::find(At(id).tree, item.data, &platform::TreeItem::data);
+      item.isExpanded |= before != At(id).tree.end() && before->isExpanded;
     }
     At(id).tree = std::move(items);
-    for (auto& item : At(id).tree) item.isExpanded = item.isExpanded || open.contains(item.data);
-    ++treesSet;
+    tell("a new tree");
   }
   void SetTreeChecked(int id, const std::vector<platform::TreePlace>& places,
                       bool isChecked) override {
-    for (const auto& place : places) ItemAt(id, place).isChecked = isChecked;
-    boxesSet += places.size();
+    for (const auto& place : places) platform::ItemAt(At(id).tree, place).isChecked = isChecked;
+    tell(std::to_string(places.size()) + " boxes set");
   }
   void ExpandTree(int id, bool isExpanded) override {
     for (auto& item : At(id).tree) item.isExpanded = isExpanded;
   }
-  void ShowMessage(const std::string& text) override { messages.push_back(text); }
+  void ShowMessage(const std::string& text) override { tell("message: " + text); }
   std::optional<std::string> AskForFile(const platform::FileRequest& request) override {
-    fileRequest = request;
+    tell("asks in '" + request.folder + "' for " + request.defaultExtension + ": " +
+         request.filters);
     return pickedFile;
   }
-  int RunDialog(platform::DialogHandler& nested) override {
-    MemoryWindow window(nested);
-    if (inNested) inNested(window);
-    return window.result.value_or(platform::kCancelButton);
-  }
-  bool ShowHelp(const std::string&, uint32_t topic) override {
-    helpTopic = topic;
+  int RunDialog(platform::DialogHandler& nested) override { return runDialog(nested); }
+  bool ShowHelp(const std::string& file, uint32_t topic) override {
+    tell("help " + file + " " + std::to_string(topic));
     return hasHelp;
   }
-  void SetWaitCursor(bool waiting) override { isWaiting = waiting; }
-  void Pause(int milliseconds) override {
-    pauses.push_back(milliseconds);
-    wasWaitingInPauses = wasWaitingInPauses && isWaiting;
-  }
-
-  static std::string Value(const Control& control) {
-    if (control.row->kind == platform::ControlKind::kCheckBox) return control.isChecked ? "1" : "0";
-    const bool isList = control.row->kind == platform::ControlKind::kDropList;
-    return isList ? std::to_string(control.selection) : control.text;
-  }
+  void SetWaitCursor(bool isWaiting) override { tell(isWaiting ? "waits" : "waits no more"); }
+  void Pause(int milliseconds) override { tell("pause " + std::to_string(milliseconds)); }
 
   platform::DialogHandler& handler;
+  std::function<void(const std::string&)> tell;
   std::map<int, Control> controls;
   platform::PixelSize size{500, 300};
   std::optional<int> result;
   int focus = 0;
-  std::vector<std::string> messages;
-  std::optional<platform::FileRequest> fileRequest;
   std::optional<std::string> pickedFile;
-  std::function<void(MemoryWindow&)> inNested;  ///< plays the user in a dialog over this one
-  uint32_t helpTopic = 0;
   bool hasHelp = true;
-  int redraws = 0;
-  int treesSet = 0;
-  size_t boxesSet = 0;
-  bool isWaiting = false;
-  std::vector<int> pauses;
-  bool wasWaitingInPauses = true;
+  std::function<int(platform::DialogHandler&)> runDialog;
 };
 
 }  // namespace gantry::test

@@ -47,6 +47,8 @@ TEST(ResizableDialog, KeepsControlsToTheirAnchors) {
         Drag{15, kNoEdge, 0, 0, 0, 0}, Drag{15, 9, 0, 0, 0, 0}, Drag{15, -1, 0, 0, 0, 0}}) {
     OneControl dialog(drag.anchors);
     MemoryWindow window(dialog);
+    window.Open();
+    window.Open();
     window.Drag(drag.edge, {507, 309});
     EXPECT_EQ(window.Rect(10),
               (PixelRect{100 + drag.left, 80 + drag.top, 150 + drag.right, 100 + drag.bottom}))
@@ -58,6 +60,7 @@ TEST(ResizableDialog, KeepsControlsToTheirAnchors) {
 TEST(ResizableDialog, UsesTheLastDraggedEdgeForAChangeWithoutADragAndTheCornerBeforeAny) {
   OneControl dialog(kAnchorRight | kAnchorBottom);
   MemoryWindow window(dialog);
+  window.Open();
   dialog.OnSize(window, {550, 370});
   EXPECT_EQ(window.Rect(10), (PixelRect{150, 150, 200, 170}));
   dialog.OnSize(window, {500, 300});
@@ -76,12 +79,14 @@ TEST(ResizableDialog, MovesFollowersAndTellsAFollowingDialogTheEdge) {
   OneControl dialog(15);
   dialog.AddFollower(10, follower);  // not registered yet: ignored
   MemoryWindow window(dialog);
+  window.Open();
   window.Drag(kEdgeRight, {507, 300});
   EXPECT_EQ(follower.rect, PixelRect());
   dialog.AddFollower(10, follower);
   window.Drag(kEdgeRight, {510, 300});
   EXPECT_EQ(follower.rect, (PixelRect{100, 80, 160, 100}));
   MemoryWindow other(follower.dialog);
+  other.Open();
   follower.dialog.OnSize(other, {530, 300});
   EXPECT_EQ(other.Rect(10).left, 130) << "by the edge that the leading dialog passed on";
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "ui/case_settings_dlg.h"
 
 namespace gantry::test {
@@ -10,32 +12,24 @@ struct StubCase : EditedCase {
   LinkSettings& Settings() override { return settings; }
   StaticWellDataCollection& Wells() override { return wells; }
   bool IsRunning() override {
-    if (closeCalls > 0 && closeResult == 0 && testsUntilStopped-- <= 0) isRunning = false;
-    return isRunning;
+    if (isClosing && testsUntilStopped-- <= 0) isRunning = isClosing = false;
+    return isRunning != 0;
   }
   int32_t CloseSimulator() override {
-    ++closeCalls;
+    tell("the simulator is closed");
+    isClosing = closeResult == 0;
     return closeResult;
   }
   void SetUpInflow(void* window) override { setUpOver = window; }
 
   LinkSettings settings;
   StaticWellDataCollection wells;
-  bool isRunning = false;
-  int testsUntilStopped = 0;
-  int closeCalls = 0;
+  int32_t isRunning = 0;  ///< or 1
+  int32_t testsUntilStopped = 0;
   int32_t closeResult = 0;
+  bool isClosing = false;
   void* setUpOver = nullptr;
+  std::function<void(const std::string&)> tell = [](auto&) {};
 };
-
-inline void Expose(CIXConfig& config, const std::string& name, const std::string& display,
-                   int32_t family = -1, int32_t isScalar = 1) {
-  auto property = std::make_unique<CIXUserProperty>();
-  property->Property = name;
-  property->DisplayName = display;
-  property->UnitFamily = family;
-  property->IsScalar = isScalar;
-  config.UserProperties.push_back(std::move(property));
-}
 
 }  // namespace gantry::test
