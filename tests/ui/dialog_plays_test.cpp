@@ -129,7 +129,8 @@ class Player {
     commands_.erase(commands_.begin());
     told_.push_back("> " + command);
     const std::string verb = Split(command, " ")[0];
-    (this->*kVerbs.at(verb))(command.substr(std::min(verb.size() + 1, command.size())));
+    words_ = command.substr(std::min(verb.size() + 1, command.size()));
+    (this->*kVerbs.at(verb))(std::string(words_));
   }
   /// A line that comes again is told once, with a dot for each other time.
   void Tell(std::string line) {
@@ -219,7 +220,8 @@ class Player {
   void TellChanges(Facts& seen) {
     for (const auto& [name, value] : FactsOf(*window_)) {
       std::string& before = name.ends_with(" holds") ? lists_[name] : seen[name];
-      if (std::exchange(before, value) != value) Tell(name + ": " + value);
+      const bool isToldBefore = name + " = " + value == words_;
+      if (std::exchange(before, value) != value && !isToldBefore) Tell(name + ": " + value);
     }
     if (model_.setUpOver == window_) Tell("inflow is set up over it");
     if (window_->result) Tell("closed with " + std::to_string(*window_->result));
@@ -300,6 +302,7 @@ class Player {
   }
 
   Texts commands_;
+  std::string words_;  ///< of the last command, behind its verb
   Texts told_;
   Facts lists_;  ///< what lists hold is told once
   TestFolder folder_;
