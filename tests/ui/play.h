@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace gantry::test {
+
+using Texts = std::vector<std::string>;
+
+Texts Split(const std::string& text, const std::string& separator);
+std::string Joined(const Texts& parts, const std::string& separator);
+
+/// A sentence of a *.play file and the lines below it: "> " before a command, and what comes of it.
+struct Scene {
+  std::string name;
+  Texts commands;
+  Texts lines;
+};
+void PrintTo(const Scene& scene, std::ostream* out);
+/// As the name of a test.
+std::string SceneName(const ::testing::TestParamInfo<Scene>& scene);
+
+std::vector<Scene> ScenesOf(const std::string& file);
+
+/// Goes by the commands of a scene and tells line by line what comes of them.
+class Player {
+ public:
+  virtual ~Player() = default;
+
+  /// Fails the test where it goes otherwise than it is written.
+  void Play(const Scene& scene);
+
+ protected:
+  /// All of the scene, as it goes unless it is told otherwise.
+  virtual void PlayAll();
+  void DoNext();
+  virtual void Do(const std::string& verb, const std::string& words) = 0;
+  /// A line that comes again is told once, with a dot for each other time.
+  void Tell(const std::string& line);
+
+  Texts commands_;
+  std::string words_;  ///< of the last command, behind its verb
+
+ private:
+  Texts told_;
+};
+
+}  // namespace gantry::test
