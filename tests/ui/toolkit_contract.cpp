@@ -1,6 +1,8 @@
-// What every toolkit does for a dialog, with real windows, keys and clicks.
+// What every toolkit does for a dialog, with real windows, keys and clicks: the plays of
+// plays/toolkit.play, of which docs/testing.md tells.
 
-#include <gtest/gtest.h>
+#include <algorithm>
+#include <map>
 
 #include "support/test_folder.h"
 #include "ui/add_property_dlg.h"
@@ -8,6 +10,7 @@
 #include "ui/configure_dlg.h"
 #include "ui/desk.h"
 #include "ui/export_variables_dlg.h"
+#include "ui/play.h"
 #include "ui/stub_case.h"
 
 namespace gantry::test {
@@ -15,10 +18,13 @@ namespace {
 
 using namespace platform;
 using enum ControlKind;
-using Texts = std::vector<std::string>;
-using Rows = std::vector<size_t>;
+using Words = const std::string&;
 
 enum : int { kPlain = 10, kDigits, kCheck, kDrop, kBox, kRows, kItems, kAct };
+const std::map<std::string, int> kNames = {
+    {"plain", kPlain}, {"digits", kDigits},      {"check", kCheck}, {"drop", kDrop},
+    {"box", kBox},     {"rows", kRows},          {"items", kItems}, {"act", kAct},
+    {"ok", kOkButton}, {"cancel", kCancelButton}};
 
 /// One of each kind.
 constexpr ControlRow kControls[] = {{kGroup, kNoControl, "Group", {2, 2, 170, 30}},
@@ -35,319 +41,268 @@ constexpr ControlRow kControls[] = {{kGroup, kNoControl, "Group", {2, 2, 170, 30
                                     {kButton, kCancelButton, "Cancel", {113, 118, 50, 14}}};
 constexpr DialogTemplate kTemplate = {1, "Demo", 270, 138, kControls, true};
 
-/// Keeps what it is told, and does what a test wants.
-class Demo : public DialogHandler {
- public:
+std::string TextOf(const TreePlace& place) {
+  return std::to_string(place.parent) + (place.child ? "/" + std::to_string(*place.child) : "");
+}
+
+/// Tells of what it is told, and does what the button "Act" is to do.
+struct Demo : DialogHandler {
+  using Told = std::function<void(const std::string&)>;
+  explicit Demo(Told told) : tell(std::move(told)) {}
+
   const DialogTemplate& Template() const override { return kTemplate; }
-  void OnOpen(DialogWindow& opened) override {
-    window = &opened;
-    if (open) open();
-  }
+  void OnOpen(DialogWindow& opened) override { window = &opened; }
   void OnButton(DialogWindow& /*window*/, int id) override {
-    Tell("button", id);
-    if (id == kAct && act) act();
-    if (id == kOkButton) typed = {window->Text(kPlain), window->Text(kDigits)};
-    if (id == kOkButton || id == kCancelButton) window->Close(id);
+    if (id == kAct) return act();
+    tell("button " + std::to_string(id));
+    if (id == kOkButton || id == kCancelButton) std::exchange(window, nullptr)->Close(id);
   }
-  void OnSelection(DialogWindow& /*window*/, int id) override { Tell("selection", id); }
+  void OnSelection(DialogWindow& /*window*/, int id) override {
+    tell("selection " + std::to_string(id));
+  }
   void OnTreeCheck(DialogWindow& /*window*/, int /*id*/, const TreePlace& place) override {
-    std::string text = "check " + std::to_string(place.parent);
-    if (place.child) text += "." + std::to_string(*place.child);
-    told.push_back(text);
+    tell("check " + TextOf(place));
   }
-  void OnSizing(int edge) override { Tell("edge", edge); }
+  void OnSizing(int newEdge) override { edge = newEdge; }
   void OnSize(DialogWindow& /*window*/, PixelSize newSize) override { size = newSize; }
 
-  /// What came since it was asked last.
-  Texts Told() { return std::exchange(told, {}); }
-
-  DialogWindow* window = nullptr;
-  std::function<void()> open, act;
+  Told tell;
+  DialogWindow* window = nullptr;  ///< while it is open
+  std::function<void()> act;
+  int edge = 0;
   PixelSize size;
-  Texts typed;
-
- private:
-  void Tell(const char* event, int number) {
-    told.push_back(std::string(event) + " " + std::to_string(number));
-  }
-
-  Texts told;
 };
 
-class Toolkit : public ::testing::Test {
- protected:
-  int Work(const std::function<void(Desk&)>& work) { return AtDesk(demo, work); }
-  Texts Told(Desk& desk) {
-    Texts told;
-    desk.InHost([&] { told = demo.Told(); });
-    return told;
+TreePlace PlaceOf(Words words) {
+  const Texts numbers = Split(words, "/");
+  TreePlace place{std::stoul(numbers[0])};
+  if (numbers.size() > 1) place.child = std::stoul(numbers[1]);
+  return place;
+}
+
+/// Wells by their numbers with variables "a", "b" and "c", as many as are told or each by its own;
+/// "+" before one that is closed, "*" behind one whose first variable is checked.
+std::vector<TreeItem> Wells(Words words) {
+  Texts numbers = Split(words, " ");
+  if (numbers[0] == "all") {
+    const size_t count = std::stoul(numbers[1]);
+    numbers.clear();
+    for (size_t i = 0; i < count; ++i) numbers.push_back(std::to_string(i));
   }
-  Rows Selected(Desk& desk, int list) {
-    Rows rows;
-    desk.InHost([&] { rows = demo.window->SelectedRows(list); });
-    return rows;
-  }
-
-  TestFolder folder;
-  Demo demo;
-};
-
-TEST_F(Toolkit, TakesWhatIsTypedBehindTheCaretAndOnlyDigitsWhereAsked) {
-  const int result = Work([this](Desk& desk) {
-    EXPECT_EQ(desk.Title(), "Demo");
-    desk.InHost([this] {
-      demo.window->SetText(kPlain, "C:\\ix & ");
-      demo.window->PutCaretBehindText(kPlain);
-    });
-    desk.Type("more");
-    desk.Press(Key::kTab);
-    desk.Type("12letters34");
-    desk.Press(Key::kEnter);
-  });
-  EXPECT_EQ(result, kOkButton);
-  EXPECT_EQ(demo.typed, (Texts{"C:\\ix & more", "1234"}));
-}
-
-TEST_F(Toolkit, LeadsTheTabKeyThroughWhatIsEnabledAndGivesUpWithEscape) {
-  demo.open = [this] { demo.window->Enable(kDrop, false); };
-  const int result = Work([this](Desk& desk) {
-    for (const int id : std::initializer_list<int>{kPlain, kDigits, kCheck, kBox, kRows, kItems,
-                                                   kAct, kOkButton, kCancelButton, kPlain}) {
-      EXPECT_EQ(desk.Focus(), id);
-      desk.Press(Key::kTab);
-    }
-    desk.Click(kDrop);
-    EXPECT_EQ(Told(desk), Texts{});
-    desk.InHost([this] { demo.window->Focus(kCheck); });
-    desk.Press(Key::kSpace);
-    EXPECT_EQ(Told(desk), Texts{"button 12"});
-    desk.InHost([this] {
-      for (const bool isChecked : {true, false}) {
-        EXPECT_EQ(demo.window->IsChecked(kCheck), isChecked);
-        demo.window->SetChecked(kCheck, false);
-      }
-      demo.window->Enable(kOkButton, false);
-    });
-    desk.Press(Key::kEnter);
-    EXPECT_EQ(Told(desk), Texts{}) << "a grey button isn't pressed by Enter";
-    desk.Press(Key::kEscape);
-  });
-  EXPECT_EQ(result, kCancelButton);
-}
-
-TEST_F(Toolkit, TellsOfTheUsersChoiceInADropListAlone) {
-  demo.open = [this] {
-    demo.window->SetItems(kDrop, {"One", "Two"});
-    EXPECT_EQ(demo.window->Selection(kDrop), -1);
-    demo.window->Select(kDrop, 0);
-  };
-  Work([this](Desk& desk) {
-    desk.InHost([this] {
-      demo.window->Focus(kDrop);
-      demo.window->Select(kDrop, 2);
-      EXPECT_EQ(demo.window->Selection(kDrop), -1) << "there is none";
-      demo.window->Select(kDrop, 0);
-    });
-    EXPECT_EQ(Told(desk), Texts{});
-    desk.Press(Key::kDown);
-    EXPECT_EQ(Told(desk), Texts{"selection 13"});
-    desk.InHost([this] { EXPECT_EQ(demo.window->Selection(kDrop), 1); });
-  });
-}
-
-TEST_F(Toolkit, SelectsRowsOfAListAndInvertsThem) {
-  demo.open = [this] { demo.window->SetItems(kBox, {"a", "b", "c", "d", "e"}); };
-  Work([this](Desk& desk) {
-    desk.ClickRow(kBox, 1);
-    desk.ClickRow(kBox, 2, true);
-    EXPECT_EQ(Selected(desk, kBox), (Rows{1, 2}));
-    desk.InHost([this] { demo.window->InvertSelection(kBox); });
-    EXPECT_EQ(Selected(desk, kBox), (Rows{0, 3, 4}));
-    desk.InHost([this] { demo.window->SelectAll(kBox); });
-    EXPECT_EQ(Selected(desk, kBox).size(), 5u);
-    desk.InHost([this] { demo.window->InvertSelection(kBox); });
-    EXPECT_EQ(Selected(desk, kBox), Rows{});
-    desk.InHost([this] {
-      demo.window->SetItems(kBox, {});
-      demo.window->InvertSelection(kBox);
-    });
-    EXPECT_EQ(Selected(desk, kBox), Rows{});
-  });
-}
-
-TEST_F(Toolkit, KeepsTheRowThatIsSelectedWhateverItsText) {
-  demo.open = [this] {
-    demo.window->SetColumns(kRows, {{"Name", 60}, {"Unit", 60}});
-    demo.window->AddRows(kRows, {{"a", "1"}, {"a", "2"}, {"b", "3"}}, kVariablePicture);
-  };
-  Work([this](Desk& desk) {
-    desk.ClickRow(kRows, 1);
-    desk.InHost([this] { demo.window->AddRows(kRows, {{"a", "4"}}, kVariablePicture); });
-    EXPECT_EQ(Selected(desk, kRows), Rows{1});
-    desk.InHost([this] { demo.window->RemoveRows(kRows, {0}); });
-    EXPECT_EQ(Selected(desk, kRows), Rows{0});
-    desk.InHost([this] { demo.window->RemoveRows(kRows, {0}); });
-    EXPECT_EQ(Selected(desk, kRows), Rows{}) << "nobody chose another";
-    desk.ClickRow(kRows, 1);
-    EXPECT_EQ(Selected(desk, kRows), Rows{1}) << "two are left";
-  });
-}
-
-/// Wells "W0" and so on with variables "a", "b", "c"; the data are numbers from 1 on.
-std::vector<TreeItem> Wells(size_t count, bool isExpanded) {
   std::vector<TreeItem> items;
-  for (size_t i = 0; i < count; ++i) {
-    items.push_back({.text = "W" + std::to_string(i), .isExpanded = isExpanded, .data = 4 * i + 1});
-    for (const char* text : {"a", "b", "c"}) {
-      items[i].children.push_back(
-          {.text = text, .data = items[i].data + items[i].children.size() + 1});
-    }
+  for (const std::string& word : numbers) {
+    const std::string number = word.substr(word.find_first_not_of('+'));
+    const uintptr_t data = 4 * std::stoul(number) + 1;  // never 0
+    items.push_back({.text = "W" + number, .isExpanded = number == word, .data = data});
+    items.back().children = {{.text = "a", .isChecked = word.ends_with('*'), .data = data + 1},
+                             {.text = "b", .data = data + 2},
+                             {.text = "c", .data = data + 3}};
   }
   return items;
 }
 
-TEST_F(Toolkit, TellsOfEveryToggleOfATreesBoxesOnce) {
-  demo.open = [this] { demo.window->SetTree(kItems, Wells(100, true)); };
-  Work([this](Desk& desk) {
-    desk.ClickBox(kItems, {0, 1});
-    EXPECT_TRUE(desk.ShowsCheck(kItems, {0, 1}));
-    EXPECT_EQ(Told(desk), Texts{"check 0.1"});
-    desk.ClickBox(kItems, {1, 0}, 2);
-    EXPECT_FALSE(desk.ShowsCheck(kItems, {1, 0}));
-    EXPECT_EQ(Told(desk), (Texts{"check 1.0", "check 1.0"}));
-    desk.ClickItem(kItems, {1});
-    EXPECT_EQ(Told(desk), Texts{}) << "the text is no box";
-    desk.InHost([this] { demo.window->SetTreeChecked(kItems, {{1}, {1, 2}, {99, 2}}, true); });
-    EXPECT_TRUE(desk.ShowsCheck(kItems, {1, 2}));
-    desk.Press(Key::kSpace);
-    EXPECT_EQ(Told(desk), Texts{"check 1"}) << "not of what a program checks";
-    EXPECT_FALSE(desk.ShowsCheck(kItems, {1}));
-    EXPECT_TRUE(desk.ShowsCheck(kItems, {99, 2})) << "out of sight until now";
-    EXPECT_FALSE(desk.ShowsCheck(kItems, {99, 1}));
-  });
+std::vector<TreePlace> PlacesOf(Words words) {
+  std::vector<TreePlace> places;
+  for (const std::string& place : Split(words, " ")) places.push_back(PlaceOf(place));
+  return places;
 }
 
-TEST_F(Toolkit, LeavesBranchesAsTheUserHasThemWhenATreeIsSetAgain) {
-  demo.open = [this] { demo.window->SetTree(kItems, Wells(3, true)); };
-  Work([this](Desk& desk) {
-    const auto open = [&desk] {
-      std::string wells;
-      for (const size_t well : {0u, 1u, 2u}) wells += desk.IsOpen(kItems, well) ? "+" : "-";
-      return wells;
-    };
-    EXPECT_EQ(open(), "+++");
-    desk.ClickItem(kItems, {1, 1});
-    desk.InHost([this] { demo.window->ExpandTree(kItems, false); });
-    EXPECT_EQ(open(), "---");
-    std::vector<TreeItem> items = Wells(4, false);
-    items.erase(items.begin());
-    items[2].isExpanded = true;
-    items[1].children[0].isChecked = true;
-    desk.InHost([&] { demo.window->SetTree(kItems, items); });
-    EXPECT_EQ(open(), "--+") << "closed, even over what was chosen, and only the new one open";
-    desk.InHost([this] { demo.window->ExpandTree(kItems, true); });
-    EXPECT_EQ(open(), "+++");
-    EXPECT_TRUE(desk.ShowsCheck(kItems, {1, 0}));
-    items.erase(items.begin());
-    desk.InHost([&] { demo.window->SetTree(kItems, items); });
-    EXPECT_TRUE(desk.IsOpen(kItems, 0));
-  });
+const std::map<std::string, Key> kKeys = {{"tab", Key::kTab},
+                                          {"enter", Key::kEnter},
+                                          {"escape", Key::kEscape},
+                                          {"space", Key::kSpace},
+                                          {"down", Key::kDown}};
+
+/// What a person does, with the control that is named first, where one is, and the other words.
+const std::map<std::string, void (*)(Desk& desk, int id, Words words)> kDeeds = {
+    {"press", [](Desk& desk, int, Words key) { desk.Press(kKeys.at(key)); }},
+    {"type", [](Desk& desk, int, Words text) { desk.Type(text); }},
+    {"click", [](Desk& desk, int id, Words) { desk.Click(id); }},
+    {"row", [](Desk& desk, int id, Words row) { desk.ClickRow(id, std::stoi(row)); }},
+    {"more", [](Desk& desk, int id, Words row) { desk.ClickRow(id, std::stoi(row), true); }},
+    {"item", [](Desk& desk, int, Words place) { desk.ClickItem(kItems, PlaceOf(place)); }},
+    {"box", [](Desk& desk, int, Words place) { desk.ClickBox(kItems, PlaceOf(place)); }},
+    {"twice", [](Desk& desk, int, Words place) { desk.ClickBox(kItems, PlaceOf(place), 2); }}};
+
+/// What the host asks of the window.
+const std::map<std::string, void (*)(DialogWindow& window, int id, Words words)> kCalls = {
+    {"set", [](DialogWindow& window, int id, Words text) { window.SetText(id, text); }},
+    {"caret", [](DialogWindow& window, int id, Words) { window.PutCaretBehindText(id); }},
+    {"grey", [](DialogWindow& window, int id, Words) { window.Enable(id, false); }},
+    {"clear", [](DialogWindow& window, int id, Words) { window.SetChecked(id, false); }},
+    {"focus", [](DialogWindow& window, int id, Words) { window.Focus(id); }},
+    {"fill",
+     [](DialogWindow& window, int id, Words items) {
+       window.SetItems(id, items == "none" ? Texts{} : Split(items, " "));
+     }},
+    {"select", [](DialogWindow& window, int id, Words row) { window.Select(id, std::stoi(row)); }},
+    {"all", [](DialogWindow& window, int id, Words) { window.SelectAll(id); }},
+    {"invert", [](DialogWindow& window, int id, Words) { window.InvertSelection(id); }},
+    {"columns",
+     [](DialogWindow& window, int id, Words title) {
+       window.SetColumns(id, {{title, 60}, {"Unit", 60}});
+     }},
+    {"add", [](DialogWindow& window, int id,
+               Words row) { window.AddRows(id, {Split(row, "/")}, kVariablePicture); }},
+    {"remove",
+     [](DialogWindow& window, int id, Words row) { window.RemoveRows(id, {std::stoul(row)}); }},
+    {"wells", [](DialogWindow& window, int, Words wells) { window.SetTree(kItems, Wells(wells)); }},
+    {"tick", [](DialogWindow& window, int,
+                Words places) { window.SetTreeChecked(kItems, PlacesOf(places), true); }},
+    {"expand", [](DialogWindow& window, int, Words) { window.ExpandTree(kItems, true); }},
+    {"collapse", [](DialogWindow& window, int, Words) { window.ExpandTree(kItems, false); }}};
+
+std::string NameAt(int id) {
+  const auto found = std::ranges::find(kNames, id, [](const auto& name) { return name.second; });
+  return found != kNames.end() ? found->first : std::to_string(id);
 }
 
-/// The number of an edge or a corner, by the side that it is on.
-int EdgeCode(int across, int down) {
-  const int column = across < 0 ? 1 : across > 0 ? 2 : 0;
-  return column + (down < 0 ? 3 : down > 0 ? 6 : 0);
-}
+/// What a person looks at.
+const std::map<std::string, std::string (*)(Desk& desk, Words words)> kLooks = {
+    {"title", [](Desk& desk, Words) { return desk.Title(); }},
+    {"message", [](Desk& desk, Words) { return desk.Message(); }},
+    {"keyboard", [](Desk& desk, Words) { return NameAt(desk.Focus()); }},
+    {"checked",
+     [](Desk& desk, Words place) {
+       return std::string(desk.ShowsCheck(kItems, PlaceOf(place)) ? "yes" : "no");
+     }},
+    {"branches",
+     [](Desk& desk, Words count) {
+       std::string open;
+       for (size_t i = 0; i < std::stoul(count); ++i) open += desk.IsOpen(kItems, i) ? "-" : "+";
+       return open;
+     }},
+    {"tabs", [](Desk& desk, Words) {
+       std::string names = NameAt(desk.Focus());
+       for (const std::string first = names; names == first || !names.ends_with(first);) {
+         desk.Press(Key::kTab);
+         names += " " + NameAt(desk.Focus());
+       }
+       return names;
+     }}};
 
-TEST_F(Toolkit, TellsWhichEdgeIsDraggedAndTakesMaximisingForNone) {
-  for (const int place : {-4, -3, -2, -1, 1, 2, 3, 4}) {
-    const int down = (place + 4) / 3 - 1, across = (place + 4) % 3 - 1;
-    const std::string edge = "edge " + std::to_string(EdgeCode(across, down));
-    Work([&](Desk& desk) {
-      for (const bool isAfterMaximising : {false, true}) {
-        const PixelSize before = demo.size;
-        Told(desk);
-        desk.DragEdge(across, down, {31, 17});
-        const Texts told = Told(desk);
-        ASSERT_FALSE(told.empty()) << edge;
-        EXPECT_EQ(told.back(), edge);
-        const PixelSize dragged = demo.size;
-        EXPECT_EQ(dragged.width, before.width + (across != 0 ? 31 : 0));
-        EXPECT_EQ(dragged.height, before.height + (down != 0 ? 17 : 0));
-        for (const bool isMaximized : {true, false, true, false}) {
-          if (isAfterMaximising) break;
-          desk.Maximize(isMaximized);
-          EXPECT_EQ(demo.size == dragged, !isMaximized);
-        }
-        EXPECT_EQ(Told(desk), Texts{}) << edge;
+/// Someone at the desk of the demo dialog.
+class DeskPlayer : public Player {
+  void PlayAll() override {
+    const int result = AtDesk(demo_, [this](Desk& desk) {
+      desk_ = &desk;
+      while (!commands_.empty()) {
+        DoNext();
+        desk.InHost([this] { TellChanges(); });
       }
     });
+    Tell("closed with " + std::to_string(result));
   }
-}
 
-TEST_F(Toolkit, MovesItsControlsAndShowsTheWaitCursorForAsLongAsItIsAskedTo) {
-  std::vector<bool> shown;
-  demo.act = [&] {
-    const PixelRect place = {11, 12, 113, 34};
-    demo.window->Move(kCheck, place);
-    EXPECT_EQ(demo.window->Rect(kCheck), place);
-    demo.window->Redraw();
-    EXPECT_EQ(demo.window->ClientSize(), demo.size);
-    for (const bool isWaiting : {true, false}) {
-      demo.window->SetWaitCursor(isWaiting);
-      demo.window->Pause(1);
-      shown.push_back(ShowsWaitCursor());
+  void Do(const std::string& verb, Words words) override {
+    const auto name = kNames.find(Split(words, " ")[0]);
+    const int id = name != kNames.end() ? name->second : 0;
+    const std::string rest = id != 0 ? words.substr(words.find(' ') + 1) : words;
+    if (const auto deed = kDeeds.find(verb); deed != kDeeds.end()) {
+      deed->second(*desk_, id, rest);
+    } else if (const auto call = kCalls.find(verb); call != kCalls.end()) {
+      desk_->InHost([&] { call->second(*demo_.window, id, rest); });
+    } else if (const auto look = kLooks.find(verb); look != kLooks.end()) {
+      Tell(look->second(*desk_, rest));
+    } else {
+      (this->*kOwn.at(verb))(words);
     }
-    EXPECT_FALSE(demo.window->ShowHelp((folder / "missing.chm").string(), 1));
-  };
-  Work([](Desk& desk) { desk.Click(kAct); });
-  EXPECT_EQ(shown, (std::vector<bool>{true, false}));
-}
+  }
 
-TEST_F(Toolkit, ShowsMessagesAndOtherDialogsOverTheDialog) {
-  Demo other;
-  int result = 0;
-  demo.act = [&] {
-    demo.window->ShowMessage("A message");
-    result = demo.window->RunDialog(other);
-    demo.window->Focus(kDigits);
-  };
-  Work([&](Desk& desk) {
-    desk.Click(kAct);
-    EXPECT_EQ(desk.Message(), "A message");
-    desk.Press(Key::kEnter);
-    desk.Type("inner");
-    desk.Press(Key::kEnter);
-    EXPECT_EQ(desk.Focus(), kDigits);
-  });
-  EXPECT_EQ(result, kOkButton);
-  EXPECT_EQ(other.typed[0], "inner");
-}
+  /// What controls hold by now; rows by their numbers.
+  void TellChanges() {
+    for (const auto& [name, id] : kNames) {
+      if (demo_.window == nullptr) return;
+      std::string value = id == kPlain || id == kDigits ? demo_.window->Text(id) : "";
+      if (id == kCheck) value = demo_.window->IsChecked(id) ? "on" : "off";
+      if (id == kDrop) value = std::to_string(demo_.window->Selection(id));
+      if (id == kBox || id == kRows) {
+        for (const size_t row : demo_.window->SelectedRows(id)) value += " " + std::to_string(row);
+      }
+      const bool isFirst = !seen_.contains(name);
+      if (std::exchange(seen_[name], value) != value && !isFirst) Tell(name + ": " + value);
+    }
+  }
 
-TEST_F(Toolkit, PicksAFileInTheFolderByItsNameOrNone) {
-  folder.Write("field one.afi", "");
-  std::vector<std::optional<std::string>> picked;
-  demo.act = [&] {
-    picked.push_back(demo.window->AskForFile(
-        {"afi", "Datasets (*.afi)|*.afi|All files (*.*)|*.*||", folder.Path().string()}));
-  };
-  Work([](Desk& desk) {
-    desk.Click(kAct);
-    desk.Type("field one.afi");
-    desk.Press(Key::kEnter);
-    desk.Click(kAct);
-    desk.Press(Key::kEscape);
-  });
-  ASSERT_EQ(picked.size(), 2u);
-  EXPECT_EQ(picked[0], (folder / "field one.afi").string());
-  EXPECT_EQ(picked[1], std::nullopt);
-}
+  void Drag(Words words) {
+    const Texts sides = Split(words, " ");
+    const PixelSize before = demo_.size;
+    desk_->DragEdge(std::stoi(sides[0]), std::stoi(sides[1]), {31, 17});
+    dragged_ = demo_.size;
+    Tell("edge " + std::to_string(std::exchange(demo_.edge, 0)) + ", larger by " +
+         std::to_string(dragged_.width - before.width) + " " +
+         std::to_string(dragged_.height - before.height));
+  }
+  void Maximize(Words isMaximized) {
+    desk_->Maximize(isMaximized == "yes");
+    Tell(demo_.size == dragged_ ? "as it was dragged" : "of another size");
+    EXPECT_EQ(demo_.edge, 0);
+  }
+  void Act(Words verb) {
+    demo_.act = [this, act = kActs.at(verb)] { (this->*act)(); };
+    desk_->Click(kAct);
+  }
+
+  void ShowOver() {
+    demo_.window->ShowMessage("A message");
+    Demo over([this](const std::string& told) { Tell("over it: " + told); });
+    over.act = [&] { Tell("over it: " + over.window->Text(kPlain)); };
+    const int result = demo_.window->RunDialog(over);
+    Tell("over it: closed with " + std::to_string(result));
+    demo_.window->Focus(kDigits);
+  }
+  void Ask() {
+    const auto picked = demo_.window->AskForFile(
+        {"afi", "Datasets (*.afi)|*.afi|All files (*.*)|*.*||", folder_.Path().string()});
+    Tell(!picked ? "none" : *picked == file_.string() ? "field one.afi" : *picked);
+  }
+  void Move() {
+    const PixelRect place = {11, 12, 113, 34};
+    demo_.window->Move(kCheck, place);
+    EXPECT_EQ(demo_.window->Rect(kCheck), place);
+    demo_.window->Redraw();
+    EXPECT_EQ(demo_.window->ClientSize(), demo_.size);
+    EXPECT_FALSE(demo_.window->ShowHelp((folder_ / "missing.chm").string(), 1));
+  }
+  void Wait() {
+    for (const bool isWaiting : {true, false}) {
+      demo_.window->SetWaitCursor(isWaiting);
+      demo_.window->Pause(1);
+      Tell(ShowsWaitCursor() ? "the wait cursor" : "the usual cursor");
+    }
+  }
+
+  static const std::map<std::string, void (DeskPlayer::*)(Words)> kOwn;
+  static const std::map<std::string, void (DeskPlayer::*)()> kActs;
+
+  TestFolder folder_;
+  const std::filesystem::path file_ = folder_.Write("field one.afi", "");
+  Demo demo_{[this](const std::string& told) { Tell(told); }};
+  Desk* desk_ = nullptr;
+  std::map<std::string, std::string> seen_;
+  PixelSize dragged_;
+};
+
+const std::map<std::string, void (DeskPlayer::*)(Words)> DeskPlayer::kOwn = {
+    {"drag", &DeskPlayer::Drag}, {"maximize", &DeskPlayer::Maximize}, {"act", &DeskPlayer::Act}};
+/// What the button "Act" does.
+const std::map<std::string, void (DeskPlayer::*)()> DeskPlayer::kActs = {
+    {"over", &DeskPlayer::ShowOver},
+    {"ask", &DeskPlayer::Ask},
+    {"move", &DeskPlayer::Move},
+    {"wait", &DeskPlayer::Wait}};
+
+class Toolkit : public ::testing::TestWithParam<Scene> {};
+
+TEST_P(Toolkit, GoesAsItIsWritten) { DeskPlayer().Play(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(Plays, Toolkit, ::testing::ValuesIn(ScenesOf("toolkit")), SceneName);
 
 /// The module's own dialogs: every text has room in its control, and all of a dialog on a display
 /// of 1024 x 768 at 144 dots to the inch beside the taskbar.
-TEST_F(Toolkit, CutsNothingOffTheModulesDialogs) {
+TEST(ToolkitOfTheModule, CutsNothingOffTheModulesDialogs) {
   constexpr PixelSize kSmallScreen = {1024 * 96 / 144, (768 - 60) * 96 / 144};
+  const TestFolder folder;
   CIXConfig config;
   StubCase edited;
   CExportedVariables exported;
