@@ -28,10 +28,6 @@ class Desk {
   /// Whether the box of an item shows that it is checked, once the item has been brought into view.
   virtual bool ShowsCheck(int tree, const platform::TreePlace& place) = 0;
   virtual bool IsOpen(int tree, size_t parent) = 0;
-  /// The window with its frame, in pixels at 96 dots to the inch.
-  virtual platform::PixelSize Size() = 0;
-  /// Of the controls that have less room than that.
-  virtual std::vector<std::string> CutOffTexts() = 0;
 
   virtual void Press(Key key) = 0;
   /// Into whatever has the keyboard.

@@ -5,13 +5,8 @@
 #include <map>
 
 #include "support/test_folder.h"
-#include "ui/add_property_dlg.h"
-#include "ui/advanced_settings_dlg.h"
-#include "ui/configure_dlg.h"
 #include "ui/desk.h"
-#include "ui/export_variables_dlg.h"
 #include "ui/play.h"
-#include "ui/stub_case.h"
 
 namespace gantry::test {
 namespace {
@@ -297,30 +292,6 @@ class Toolkit : public ::testing::TestWithParam<Scene> {};
 TEST_P(Toolkit, GoesAsItIsWritten) { DeskPlayer().Play(GetParam()); }
 
 INSTANTIATE_TEST_SUITE_P(Plays, Toolkit, ::testing::ValuesIn(ScenesOf("toolkit")), SceneName);
-
-/// The module's own dialogs: every text has room in its control, and all of a dialog on a display
-/// of 1024 x 768 at 144 dots to the inch beside the taskbar.
-TEST(ToolkitOfTheModule, CutsNothingOffTheModulesDialogs) {
-  constexpr PixelSize kSmallScreen = {1024 * 96 / 144, (768 - 60) * 96 / 144};
-  const TestFolder folder;
-  CIXConfig config;
-  StubCase edited;
-  CExportedVariables exported;
-  CConfigureDlg configure(config);
-  CAddProperty add(config);
-  CIXAdvancedSettings advanced(edited.settings);
-  CCaseSettingsDlg settings(edited, config);
-  CExportVariablesDlg variables(exported, edited.wells, true, config);
-  DialogHandler* const dialogs[] = {&configure, &add, &advanced, &settings, &variables};
-  for (DialogHandler* dialog : dialogs) {
-    AtDesk(*dialog, [&](Desk& desk) {
-      EXPECT_EQ(desk.CutOffTexts(), Texts{}) << desk.Title();
-      if (dialog != &variables) return;
-      EXPECT_LE(desk.Size().width, kSmallScreen.width);
-      EXPECT_LE(desk.Size().height, kSmallScreen.height);
-    });
-  }
-}
 
 }  // namespace
 }  // namespace gantry::test

@@ -6,9 +6,8 @@
 #include <thread>
 
 #include <sys/socket.h>
-#include <sys/uio.h>
 #include <xcb/xcb.h>
-#include <xcb/xcbext.h>
+#include <xcb/xtest.h>
 
 namespace gantry::test {
 
@@ -19,17 +18,6 @@ struct Free {
 };
 template <class Reply>
 using Owned = std::unique_ptr<Reply, Free>;
-
-/// The request of the XTEST extension that makes an event come in, as it goes over the wire.
-struct FakeInput {
-  uint8_t extension = 0;
-  uint8_t request = 2;
-  uint16_t length = 9;
-  uint8_t event = 0;
-  uint8_t detail = 0;
-  uint8_t unused[30] = {};
-};
-static_assert(sizeof(FakeInput) == 36);
 
 xcb_connection_t* Connect() {
   xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
@@ -87,14 +75,9 @@ uint32_t Person::TurnTo(const std::string& title) const {
 }
 
 void Person::Press(Key key, int times) const {
-  static xcb_extension_t extension = {"XTEST", 0};
   for (int i = 0; i < times; ++i) {
     for (const uint8_t event : std::initializer_list<uint8_t>{XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
-      FakeInput input = {.event = event, .detail = key};
-      iovec parts[3] = {};  // the first two are the library's own
-      parts[2] = {&input, sizeof input};
-      const xcb_protocol_request_t request = {1, &extension, input.request, 1};
-      xcb_send_request(connection_, 0, parts + 2, &request);
+      xcb_test_fake_input(connection_, event, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
     }
   }
   xcb_flush(connection_);

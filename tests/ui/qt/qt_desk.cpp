@@ -1,10 +1,7 @@
 // A desk of Qt: the dialog is on the main thread, the person on another.
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDeadlineTimer>
-#include <QGroupBox>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
@@ -149,11 +146,6 @@ class QtDesk : public Desk {
   bool IsOpen(int tree, size_t parent) override {
     return Ask([&] { return Tree(tree).isExpanded(IndexOf(Tree(tree), {parent})); });
   }
-  platform::PixelSize Size() override {
-    constexpr int kTitleBar = 30;  // of a window manager
-    return Ask([] { return platform::PixelSize{Front().width(), Front().height() + kTitleBar}; });
-  }
-  std::vector<std::string> CutOffTexts() override;
 
   void Press(Key key) override {
     InHost([key] {
@@ -235,31 +227,6 @@ class QtDesk : public Desk {
   QRect normal_;
   bool isSizeFirst_ = false;
 };
-
-/// What a control takes for itself beside its text.
-int TrimOf(const QWidget& control) {
-  if (qobject_cast<const QCheckBox*>(&control) != nullptr) return 24;
-  return qobject_cast<const QGroupBox*>(&control) != nullptr ? 16 : 0;
-}
-
-bool HasRoom(const QWidget& control) {
-  if (qobject_cast<const QComboBox*>(&control) != nullptr) {
-    return control.width() >= control.minimumSizeHint().width();
-  }
-  const QString text = control.property("text").toString() + control.property("title").toString();
-  return control.width() >= control.fontMetrics().horizontalAdvance(text) + TrimOf(control);
-}
-
-std::vector<std::string> QtDesk::CutOffTexts() {
-  return Ask([] {
-    std::vector<std::string> texts;
-    for (const QWidget* control : Front().findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-      const std::string text = control->property("text").toString().toStdString();
-      if (!HasRoom(*control)) texts.push_back(text + " " + control->objectName().toStdString());
-    }
-    return texts;
-  });
-}
 
 }  // namespace
 

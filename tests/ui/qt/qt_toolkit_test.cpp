@@ -1,6 +1,9 @@
 // What only this toolkit has to do with: drawing on the display, fonts, and files of no extension.
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
 #include <QHeaderView>
 #include <QScreen>
 #include <QTest>
@@ -11,9 +14,13 @@
 
 #include "platform/window.h"
 #include "support/test_folder.h"
+#include "ui/add_property_dlg.h"
+#include "ui/advanced_settings_dlg.h"
 #include "ui/configure_dlg.h"
 #include "ui/desk.h"
 #include "ui/dialog_templates.h"
+#include "ui/export_variables_dlg.h"
+#include "ui/stub_case.h"
 
 namespace gantry::test {
 namespace {
@@ -56,6 +63,43 @@ TEST(QtToolkit, GivesColumnsTheRoomThatTheirFontNeeds) {
   }
   QApplication::setFont(usual);
   EXPECT_NEAR(widths[1], 2 * widths[0], widths[0] / 10);
+}
+
+/// What a control takes for itself beside its text.
+int TrimOf(const QWidget& control) {
+  if (qobject_cast<const QCheckBox*>(&control) != nullptr) return 24;
+  return qobject_cast<const QGroupBox*>(&control) != nullptr ? 16 : 0;
+}
+
+bool HasRoom(const QWidget& control) {
+  if (qobject_cast<const QComboBox*>(&control) != nullptr) {
+    return control.width() >= control.minimumSizeHint().width();
+  }
+  const QString text = control.property("text").toString() + control.property("title").toString();
+  return control.width() >= control.fontMetrics().horizontalAdvance(text) + TrimOf(control);
+}
+
+TEST(QtToolkit, GivesEveryTextOfTheModulesDialogsRoomInItsControl) {
+  const TestFolder folder;
+  CIXConfig config;
+  StubCase edited;
+  CExportedVariables exported;
+  CConfigureDlg configure(config);
+  CAddProperty add(config);
+  CIXAdvancedSettings advanced(edited.settings);
+  CCaseSettingsDlg settings(edited, config);
+  CExportVariablesDlg variables(exported, edited.wells, true, config);
+  for (DialogHandler* dialog :
+       std::initializer_list<DialogHandler*>{&configure, &add, &advanced, &settings, &variables}) {
+    AtDesk(*dialog, [](Desk& desk) {
+      desk.InHost([] {
+        const QWidget& front = *QApplication::activeModalWidget();
+        for (const auto* control : front.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+          EXPECT_TRUE(HasRoom(*control)) << control->objectName().toStdString();
+        }
+      });
+    });
+  }
 }
 
 TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {

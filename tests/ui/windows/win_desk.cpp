@@ -73,28 +73,6 @@ POINT Middle(HWND control) {
   return {rect.right / 2, rect.bottom / 2};
 }
 
-/// Of a text in the font of a control.
-int WidthOf(HWND control, const std::string& text) {
-  const HDC context = ::GetDC(control);
-  const auto font = reinterpret_cast<HFONT>(::SendMessageA(control, WM_GETFONT, 0, 0));
-  const HGDIOBJ before = ::SelectObject(context, font);
-  SIZE size = {};
-  ::GetTextExtentPoint32A(context, text.c_str(), static_cast<int>(text.size()), &size);
-  ::SelectObject(context, before);
-  ::ReleaseDC(control, context);
-  return size.cx;
-}
-
-/// What a control takes for itself beside its text.
-int TrimOf(HWND control) {
-  char kind[32] = "";
-  ::GetClassNameA(control, kind, sizeof kind);
-  if (::lstrcmpiA(kind, WC_COMBOBOXA) == 0) return Scaled(24);
-  if (::lstrcmpiA(kind, WC_BUTTONA) != 0) return 0;
-  const LONG_PTR type = ::GetWindowLongPtrA(control, GWL_STYLE) & BS_TYPEMASK;
-  return Scaled(type == BS_AUTOCHECKBOX ? 18 : 6);
-}
-
 }  // namespace
 
 std::string WindowText(HWND window) {
@@ -107,8 +85,6 @@ HWND MakeWindow(int width, int height) {
   return ::CreateWindowExA(0, "Static", "Host", WS_POPUP | WS_VISIBLE, 300, 200, width, height,
                            nullptr, nullptr, nullptr, nullptr);
 }
-
-int Scaled(int pixels) { return ::MulDiv(pixels, static_cast<int>(::GetDpiForSystem()), 96); }
 
 WinDesk::WinDesk(platform::DialogHandler& dialog) : thread_([this, &dialog] { BeHost(dialog); }) {
   Await(made_);
@@ -231,25 +207,6 @@ bool WinDesk::ShowsCheck(int tree, const platform::TreePlace& place) {
 
 bool WinDesk::IsOpen(int tree, size_t parent) {
   return (StateOf(tree, Item(tree, {parent})) & TVIS_EXPANDED) != 0;
-}
-
-platform::PixelSize WinDesk::Size() {
-  RECT rect = {};
-  ::GetWindowRect(Front(), &rect);
-  const auto usual = [](LONG pixels) { return static_cast<int>(pixels) * 96 / Scaled(96); };
-  return {usual(rect.right - rect.left), usual(rect.bottom - rect.top)};
-}
-
-std::vector<std::string> WinDesk::CutOffTexts() {
-  std::vector<std::string> cut;
-  for (HWND control = ::GetWindow(Front(), GW_CHILD); control != nullptr;
-       control = ::GetWindow(control, GW_HWNDNEXT)) {
-    RECT inside = {};
-    ::GetClientRect(control, &inside);
-    const std::string text = WindowText(control);
-    if (inside.right < WidthOf(control, text) + TrimOf(control)) cut.push_back(text);
-  }
-  return cut;
 }
 
 void WinDesk::Press(Key key) {

@@ -45,8 +45,6 @@ class WinDesk : public Desk {
   int Focus() override { return ::GetDlgCtrlID(ThreadInfo().hwndFocus); }
   bool ShowsCheck(int tree, const platform::TreePlace& place) override;
   bool IsOpen(int tree, size_t parent) override;
-  platform::PixelSize Size() override;
-  std::vector<std::string> CutOffTexts() override;
   void Press(Key key) override;
   void Type(const std::string& text) override { TypeWide({text.begin(), text.end()}); }
   void Click(int id) override;
@@ -84,8 +82,5 @@ std::string WindowText(HWND window);
 
 /// A window to show dialogs over.
 HWND MakeWindow(int width, int height);
-
-/// Pixels at 96 dots to the inch as pixels of this display.
-int Scaled(int pixels);
 
 }  // namespace gantry::test
