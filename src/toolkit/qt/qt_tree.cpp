@@ -1,11 +1,11 @@
 #include "toolkit/qt/qt_tree.h"
 
 #include <QScrollBar>
-#include <algorithm>
 #include <map>
 
 #include "toolkit/qt/qt_picture.h"
 #include "toolkit/qt/qt_text.h"
+#include "toolkit/tree_items.h"
 
 namespace gantry::platform {
 
@@ -39,7 +39,12 @@ int TreeModel::rowCount(const QModelIndex& parent) const {
 
 int TreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; }
 
-TreePlace TreeModel::PlaceOf(const QModelIndex& index) const {
+QModelIndex TreeModel::IndexOf(const TreePlace& place) const {
+  const QModelIndex parent = index(static_cast<int>(place.parent), 0, {});
+  return place.child ? index(static_cast<int>(*place.child), 0, parent) : parent;
+}
+
+TreePlace TreeModel::PlaceOf(const QModelIndex& index) {
   const auto row = static_cast<size_t>(index.row());
   if (index.internalId() == 0) return {row};
   return {static_cast<size_t>(index.internalId() - 1), row};
@@ -90,38 +95,20 @@ TreeView::TreeView(QWidget* parent) : QTreeView(parent), model_(new TreeModel(th
   setIconSize({16, 16});
 }
 
-QModelIndex TreeView::IndexOf(uintptr_t wanted) const {
-  const auto& items = model_->Items();
-  for (size_t i = 0; i < items.size(); ++i) {
-    const QModelIndex top = model_->index(static_cast<int>(i), 0, {});
-    if (items[i].data == wanted) return top;
-    const auto& children = items[i].children;
-    const auto child = std::ranges::find(children, wanted, &TreeItem::data);
-    if (child != children.end()) {
-      return model_->index(static_cast<int>(child - children.begin()), 0, top);
-    }
-  }
-  return {};
-}
-
 void TreeView::SetItems(std::vector<TreeItem> items) {
   const int scrolled = verticalScrollBar()->value();
   const QModelIndex current = currentIndex();
   const uintptr_t chosen =
-      current.isValid()
-          ? (current.internalId() == 0 ? model_->Items()[static_cast<size_t>(current.row())].data
-                                       : model_->Items()[current.internalId() - 1]
-                                             .children[static_cast<size_t>(current.row())]
-                                             .data)
-          : 0;
-  const std::unordered_set<uintptr_t> open = OpenParents();
+      current.isValid() ? ItemAt(model_->Items(), TreeModel::PlaceOf(current)).data : 0;
+  KeepBranches(items, model_->Items(),
+               [this](size_t parent) { return isExpanded(model_->IndexOf({parent})); });
   model_->SetItems(std::move(items));
-  ExpandWhere(
-      [&open](const TreeItem& item) { return item.isExpanded || open.contains(item.data); });
-  QModelIndex shown = chosen != 0 ? IndexOf(chosen) : QModelIndex();
-  // The well in place of a variable that is out of sight: choosing that would open it.
-  if (shown.parent().isValid() && !isExpanded(shown.parent())) shown = shown.parent();
-  if (shown.isValid()) setCurrentIndex(shown);
+  ExpandWhere([](const TreeItem& item) { return item.isExpanded; });
+  if (const auto place = FindItem(model_->Items(), chosen)) {
+    // The well in place of a variable that is out of sight: choosing that would open it.
+    const QModelIndex parent = model_->IndexOf({place->parent});
+    setCurrentIndex(isExpanded(parent) ? model_->IndexOf(*place) : parent);
+  }
   verticalScrollBar()->setValue(scrolled);
 }
 
@@ -131,22 +118,13 @@ void TreeView::ExpandWhere(const std::function<bool(const TreeItem&)>& isWanted)
   // own way to expand all notes every child too, at a cost that grows with their square.
   scheduleDelayedItemsLayout();
   for (size_t i = 0; i < items.size(); ++i) {
-    if (isWanted(items[i])) expand(model_->index(static_cast<int>(i), 0, {}));
+    if (isWanted(items[i])) expand(model_->IndexOf({i}));
   }
   executeDelayedItemsLayout();
 }
 
 void TreeView::ExpandAll() {
   ExpandWhere([](const TreeItem&) { return true; });
-}
-
-std::unordered_set<uintptr_t> TreeView::OpenParents() const {
-  std::unordered_set<uintptr_t> open;
-  const auto& items = model_->Items();
-  for (size_t i = 0; i < items.size(); ++i) {
-    if (isExpanded(model_->index(static_cast<int>(i), 0, {}))) open.insert(items[i].data);
-  }
-  return open;
 }
 
 void TreeView::SetChecked(const std::vector<TreePlace>& places, bool isChecked) {

@@ -4,7 +4,6 @@
 #include <QIcon>
 #include <QTreeView>
 #include <functional>
-#include <unordered_set>
 #include <vector>
 
 #include "toolkit/dialog_window.h"
@@ -19,6 +18,8 @@ class TreeModel : public QAbstractItemModel {
   void SetItems(std::vector<TreeItem> items);
   const std::vector<TreeItem>& Items() const { return items_; }
   void SetChecked(const std::vector<TreePlace>& places, bool isChecked);
+  QModelIndex IndexOf(const TreePlace& place) const;
+  static TreePlace PlaceOf(const QModelIndex& index);
   /// Called when the user toggles a check box.
   std::function<void(const TreePlace&)> onCheck;
 
@@ -31,7 +32,6 @@ class TreeModel : public QAbstractItemModel {
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
-  TreePlace PlaceOf(const QModelIndex& index) const;
   const QIcon& IconOf(int picture) const;
 
   std::vector<TreeItem> items_;
@@ -50,8 +50,6 @@ class TreeView : public QTreeView {
 
  private:
   void ExpandWhere(const std::function<bool(const TreeItem&)>& isWanted);
-  QModelIndex IndexOf(uintptr_t wanted) const;
-  std::unordered_set<uintptr_t> OpenParents() const;
 
   TreeModel* model_;
 };

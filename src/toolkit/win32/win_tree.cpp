@@ -1,6 +1,6 @@
 #include "toolkit/win32/win_tree.h"
 
-#include <algorithm>
+#include "toolkit/tree_items.h"
 
 namespace gantry::platform {
 
@@ -59,8 +59,7 @@ void WinTree::Release() const {
 }
 
 void WinTree::SetItems(std::vector<TreeItem> items, HIMAGELIST pictures) {
-  const std::unordered_set<uintptr_t> open = OpenParents();
-  for (TreeItem& item : items) item.isExpanded = item.isExpanded || open.contains(item.data);
+  KeepBranches(items, items_, [this](size_t parent) { return IsOpen(parents_[parent]); });
   Fill(std::move(items), pictures);
 }
 
@@ -108,14 +107,6 @@ bool WinTree::IsOpen(HTREEITEM item) const {
   return (::SendMessageA(control_, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item),
                          TVIS_EXPANDED) &
           TVIS_EXPANDED) != 0;
-}
-
-std::unordered_set<uintptr_t> WinTree::OpenParents() const {
-  std::unordered_set<uintptr_t> open;
-  for (size_t i = 0; i < items_.size(); ++i) {
-    if (IsOpen(parents_[i])) open.insert(items_[i].data);
-  }
-  return open;
 }
 
 void WinTree::Branch(HTREEITEM parent) const {
@@ -202,23 +193,14 @@ TreePlace WinTree::PlaceOfMark(LPARAM mark) {
 }
 
 uintptr_t WinTree::DataOf(HTREEITEM item) const {
-  if (item == nullptr) return 0;
-  const TreePlace place = PlaceOf(item);
-  const TreeItem& parent = items_[place.parent];
-  return place.child ? parent.children[*place.child].data : parent.data;
+  return item != nullptr ? ItemAt(items_, PlaceOf(item)).data : 0;
 }
 
 HTREEITEM WinTree::FindShown(uintptr_t data) const {
-  if (data == 0) return nullptr;
-  for (size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i].data == data) return parents_[i];
-    const auto& children = items_[i].children;
-    const auto child = std::ranges::find(children, data, &TreeItem::data);
-    if (child == children.end()) continue;
-    const auto position = static_cast<size_t>(child - children.begin());
-    return IsOpen(parents_[i]) ? children_[i][position] : parents_[i];
-  }
-  return nullptr;
+  const auto place = FindItem(items_, data);
+  if (!place) return nullptr;
+  const HTREEITEM parent = parents_[place->parent];
+  return IsOpen(parent) ? HandleOf(*place) : parent;
 }
 
 HTREEITEM WinTree::Next(UINT which) const {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <unordered_set>
 #include <vector>
 
 #include "platform/windows/win32.h"
@@ -53,7 +52,6 @@ class WinTree {
   void Fill(std::vector<TreeItem> items, HIMAGELIST pictures);
   bool IsBoxChecked(HTREEITEM item) const;
   void SetBox(HTREEITEM item, bool isChecked);
-  std::unordered_set<uintptr_t> OpenParents() const;
   HTREEITEM HandleOf(const TreePlace& place) const;
   TreePlace PlaceOf(HTREEITEM item) const;
   /// Of the number that the control keeps with an item.
