@@ -9,7 +9,7 @@
 namespace gantry::platform {
 
 /// Raised with every change of `dialog_window.h` or `dialog_template.h`: the two files must match.
-inline constexpr uint32_t kDialogToolkitVersion = 2;
+inline constexpr uint32_t kDialogToolkitVersion = 3;
 
 /// Null for another version. The toolkit lives as long as the library.
 using OpenDialogToolkit = DialogToolkit*(uint32_t version);

@@ -80,9 +80,11 @@ class DialogWindow {
 /// What a dialog shows and decides: it is told what happens to its window.
 class DialogHandler {
  public:
+  /// The template outlives it.
+  explicit DialogHandler(const DialogTemplate& shape) : template_(shape) {}
   virtual ~DialogHandler() = default;
 
-  virtual const DialogTemplate& Template() const = 0;
+  const DialogTemplate& Template() const { return template_; }
   /// The controls are there, nothing is shown yet.
   virtual void OnOpen(DialogWindow& window) = 0;
   /// A button or check box was pressed.
@@ -92,9 +94,12 @@ class DialogHandler {
   /// The user toggles the check box of an item; comes once for each time.
   virtual void OnTreeCheck(DialogWindow& /*window*/, int /*id*/, const TreePlace& /*place*/) {}
   /// The user drags this edge of the window, by the number that Windows has for it.
-  virtual void OnSizing(int /*edge*/) {}
+  virtual void OnSizing(DialogWindow& /*window*/, int /*edge*/) {}
   /// The client area has this size now; comes once before the window is shown.
   virtual void OnSize(DialogWindow& /*window*/, PixelSize /*size*/) {}
+
+ private:
+  const DialogTemplate& template_;
 };
 
 /// The toolkit of this machine.

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "client/unit_converter.h"
-#include "ui/dialog_templates.h"
 
 namespace gantry {
 
@@ -20,8 +19,6 @@ bool IsTaken(const CIXConfig& config, const std::string& name, const std::string
 }
 
 }  // namespace
-
-const platform::DialogTemplate& CAddProperty::Template() const { return kAddPropertyTemplate; }
 
 void CAddProperty::OnOpen(DialogWindow& window) {
   using namespace add_property_id;

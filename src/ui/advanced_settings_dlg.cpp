@@ -1,13 +1,9 @@
 #include "ui/advanced_settings_dlg.h"
 
-#include "ui/dialog_templates.h"
-
 namespace gantry {
 
 using advanced_id::kStdLogging;
 using platform::DialogWindow;
-
-const platform::DialogTemplate& CIXAdvancedSettings::Template() const { return kAdvancedTemplate; }
 
 void CIXAdvancedSettings::OnOpen(DialogWindow& window) {
   window.SetChecked(kStdLogging, settings_.StdLogging);

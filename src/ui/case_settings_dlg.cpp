@@ -54,15 +54,14 @@ int VersionIndex(int32_t version) {
 }  // namespace
 
 CCaseSettingsDlg::CCaseSettingsDlg(EditedCase& model, CIXConfig& config)
-    : model_(model),
+    : DialogHandler(kCaseSettingsTemplate),
+      model_(model),
       config_(config),
       live_(model.Settings()),
       saved_(live_),
       liveWells_(model.Wells()),
       savedWells_(liveWells_),
       openingDataset_(live_.FileName) {}
-
-const platform::DialogTemplate& CCaseSettingsDlg::Template() const { return kCaseSettingsTemplate; }
 
 void CCaseSettingsDlg::OnOpen(DialogWindow& window) {
   startRequested_ = false;

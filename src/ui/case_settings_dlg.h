@@ -23,7 +23,6 @@ class CCaseSettingsDlg : public platform::DialogHandler {
 
   bool StartRequested() const { return startRequested_; }
 
-  const platform::DialogTemplate& Template() const override;
   void OnOpen(platform::DialogWindow& window) override;
   void OnButton(platform::DialogWindow& window, int id) override;
   void OnSelection(platform::DialogWindow& window, int id) override;

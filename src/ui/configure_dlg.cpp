@@ -6,7 +6,6 @@
 #include "text/number_text.h"
 #include "ui/add_property_dlg.h"
 #include "ui/browse.h"
-#include "ui/dialog_templates.h"
 
 namespace gantry {
 
@@ -31,8 +30,6 @@ void CorrectPorts(int32_t& startPort, int32_t& endPort) {
   if (!IsUsablePort(endPort)) endPort = kDefaultEndPort;
   if (endPort < startPort) endPort = startPort + kPortRange;
 }
-
-const platform::DialogTemplate& CConfigureDlg::Template() const { return kConfigureTemplate; }
 
 void CConfigureDlg::OnOpen(DialogWindow& window) {
   using namespace configure_id;

@@ -2,6 +2,7 @@
 
 #include "settings/machine_config.h"
 #include "toolkit/dialog_window.h"
+#include "ui/dialog_templates.h"
 
 namespace gantry {
 
@@ -10,9 +11,8 @@ namespace gantry {
 /// The registry is left to the configuration's own end.
 class CConfigureDlg : public platform::DialogHandler {
  public:
-  explicit CConfigureDlg(CIXConfig& config) : config_(config) {}
+  explicit CConfigureDlg(CIXConfig& config) : DialogHandler(kConfigureTemplate), config_(config) {}
 
-  const platform::DialogTemplate& Template() const override;
   void OnOpen(platform::DialogWindow& window) override;
   void OnButton(platform::DialogWindow& window, int id) override;
 

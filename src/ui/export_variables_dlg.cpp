@@ -91,14 +91,11 @@ std::vector<OfferedProperty> OfferedProperties(bool hasComponents, const CIXConf
 CExportVariablesDlg::CExportVariablesDlg(CExportedVariables& target,
                                          const StaticWellDataCollection& wells, bool hasComponents,
                                          const CIXConfig& config)
-    : target_(target),
+    : CExtResizableDlg(kExportVariablesTemplate),
+      target_(target),
       working_(target),
       wells_(SortedNames(wells)),
       properties_(OfferedProperties(hasComponents, config)) {}
-
-const platform::DialogTemplate& CExportVariablesDlg::Template() const {
-  return kExportVariablesTemplate;
-}
 
 void CExportVariablesDlg::OnOpen(DialogWindow& window) {
   for (const AnchorRow& row : kAnchors) Register(row.id, row.anchors);

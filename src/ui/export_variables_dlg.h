@@ -27,7 +27,6 @@ class CExportVariablesDlg : public CExtResizableDlg {
   CExportVariablesDlg(CExportedVariables& target, const StaticWellDataCollection& wells,
                       bool hasComponents, const CIXConfig& config);
 
-  const platform::DialogTemplate& Template() const override;
   void OnOpen(platform::DialogWindow& window) override;
   void OnButton(platform::DialogWindow& window, int id) override;
   void OnTreeCheck(platform::DialogWindow& window, int id,

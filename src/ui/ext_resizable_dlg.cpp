@@ -1,7 +1,5 @@
 #include "ui/ext_resizable_dlg.h"
 
-#include <array>
-
 namespace gantry {
 namespace {
 
@@ -13,20 +11,10 @@ struct EdgeSides {
   Side vertical;
 };
 
-/// By the code of the edge.
-constexpr std::array<EdgeSides, 9> kSides = {{{Side::kNone, Side::kNone},
-                                              {Side::kNear, Side::kNone},
-                                              {Side::kFar, Side::kNone},
-                                              {Side::kNone, Side::kNear},
-                                              {Side::kNear, Side::kNear},
-                                              {Side::kFar, Side::kNear},
-                                              {Side::kNone, Side::kFar},
-                                              {Side::kNear, Side::kFar},
-                                              {Side::kFar, Side::kFar}}};
-
+/// The code of an edge counts left and right by 1 and 2, and top and bottom by 3 and 6.
 EdgeSides SidesOf(int edge) {
-  return edge >= 0 && edge < static_cast<int>(kSides.size()) ? kSides[static_cast<size_t>(edge)]
-                                                             : kSides[kNoEdge];
+  if (edge < kNoEdge || edge > kEdgeBottomRight) edge = kNoEdge;
+  return {static_cast<Side>(edge % 3), static_cast<Side>(edge / 3)};
 }
 
 /// Moves the two edges of a control along one axis; `holdsNear` and `followsFar` are its anchors.
@@ -51,8 +39,7 @@ void CExtResizableDlg::OnOpen(platform::DialogWindow& /*window*/) { Ready = true
 
 void CExtResizableDlg::OnSize(platform::DialogWindow& window, platform::PixelSize size) {
   if (!Ready) return;
-  CurrentSize = size;
-  if (!Measured) return Measure(window);
+  if (!Measured) return Measure(window, size);
   const int dx = size.width - PreviousSize.width;
   const int dy = size.height - PreviousSize.height;
   for (auto& [id, control] : Controls) {
@@ -64,9 +51,9 @@ void CExtResizableDlg::OnSize(platform::DialogWindow& window, platform::PixelSiz
   window.Redraw();
 }
 
-void CExtResizableDlg::Measure(platform::DialogWindow& window) {
+void CExtResizableDlg::Measure(platform::DialogWindow& window, platform::PixelSize size) {
   for (auto& [id, control] : Controls) control.Rect = window.Rect(id);
-  PreviousSize = CurrentSize;
+  PreviousSize = size;
   Measured = true;
 }
 
@@ -81,7 +68,7 @@ void CExtResizableDlg::Shift(CWrkResizableCtrl& control, int dx, int dy) const {
 
 void CExtResizableDlg::MoveFollowers(const CWrkResizableCtrl& control) const {
   for (FollowerWindow* follower : control.Followers) {
-    if (CExtResizableDlg* dialog = follower->AsResizable()) dialog->OnSizing(SizingEdge);
+    if (CExtResizableDlg* dialog = follower->AsResizable()) dialog->SizingEdge = SizingEdge;
     follower->Move(control.Rect);
   }
 }

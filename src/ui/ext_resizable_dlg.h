@@ -46,13 +46,15 @@ struct CWrkResizableCtrl {
 /// horizontal bit moves with a drag of the left edge and stays with a drag of the right one.
 class CExtResizableDlg : public platform::DialogHandler {
  public:
+  using DialogHandler::DialogHandler;
+
   /// Before `OnOpen` of this class.
   void Register(int id, uint32_t anchors);
   /// Nothing happens unless the control is registered. The follower must outlive the dialog.
   void AddFollower(int id, FollowerWindow& follower);
 
   void OnOpen(platform::DialogWindow& window) override;
-  void OnSizing(int edge) override { SizingEdge = edge; }
+  void OnSizing(platform::DialogWindow& /*window*/, int edge) override { SizingEdge = edge; }
   void OnSize(platform::DialogWindow& window, platform::PixelSize size) override;
 
  protected:
@@ -60,14 +62,13 @@ class CExtResizableDlg : public platform::DialogHandler {
   virtual void EnableAgain(platform::DialogWindow& window, int id) { window.Enable(id, true); }
 
  private:
-  void Measure(platform::DialogWindow& window);
+  void Measure(platform::DialogWindow& window, platform::PixelSize size);
   void Shift(CWrkResizableCtrl& control, int dx, int dy) const;
   void MoveFollowers(const CWrkResizableCtrl& control) const;
 
   std::map<int, CWrkResizableCtrl> Controls;
-  bool Ready = false;     ///< open
-  bool Measured = false;  ///< the first rectangles have been taken
-  platform::PixelSize CurrentSize{-1, -1};
+  bool Ready = false;                 ///< open
+  bool Measured = false;              ///< the first rectangles have been taken
   int SizingEdge = kEdgeBottomRight;  ///< the last that was dragged
   platform::PixelSize PreviousSize;
 };

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/dialog_window.h"
+#include "toolkit/tree_items.h"
 
 namespace gantry::test {
 
@@ -48,7 +48,7 @@ class MemoryWindow : public platform::DialogWindow {
     handler.OnSize(*this, size);
   }
   void Drag(int edge, platform::PixelSize newSize) {
-    handler.OnSizing(edge);
+    handler.OnSizing(*this, edge);
     size = newSize;
     handler.OnSize(*this, size);
   }
@@ -104,10 +104,8 @@ class MemoryWindow : public platform::DialogWindow {
     for (const size_t row : before) At(id).selectedRows.erase(row);
   }
   void SetTree(int id, std::vector<platform::TreeItem> items) override {
-    for (auto& item : items) {
-      const auto before = std::ranges::find(At(id).tree, item.data, &platform::TreeItem::data);
-      item.isExpanded |= before != At(id).tree.end() && before->isExpanded;
-    }
+    const auto& before = At(id).tree;
+    platform::KeepBranches(items, before, [&](size_t i) { return before[i].isExpanded; });
     At(id).tree = std::move(items);
     tell("a new tree");
   }

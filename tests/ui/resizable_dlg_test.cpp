@@ -16,8 +16,7 @@ constexpr DialogTemplate kTemplate = {1, "", 500, 300, kControls, true};
 /// One registered control, and one that isn't.
 class OneControl : public CExtResizableDlg {
  public:
-  explicit OneControl(uint32_t anchors) : anchors_(anchors) {}
-  const DialogTemplate& Template() const override { return kTemplate; }
+  explicit OneControl(uint32_t anchors) : CExtResizableDlg(kTemplate), anchors_(anchors) {}
   void OnOpen(DialogWindow& window) override {
     Register(10, anchors_);
     CExtResizableDlg::OnOpen(window);

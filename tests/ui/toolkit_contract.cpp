@@ -43,9 +43,8 @@ std::string TextOf(const TreePlace& place) {
 /// Tells of what it is told, and does what the button "Act" is to do.
 struct Demo : DialogHandler {
   using Told = std::function<void(const std::string&)>;
-  explicit Demo(Told told) : tell(std::move(told)) {}
+  explicit Demo(Told told) : DialogHandler(kTemplate), tell(std::move(told)) {}
 
-  const DialogTemplate& Template() const override { return kTemplate; }
   void OnOpen(DialogWindow& opened) override { window = &opened; }
   void OnButton(DialogWindow& /*window*/, int id) override {
     if (id == kAct) return act();
@@ -58,7 +57,7 @@ struct Demo : DialogHandler {
   void OnTreeCheck(DialogWindow& /*window*/, int /*id*/, const TreePlace& place) override {
     tell("check " + TextOf(place));
   }
-  void OnSizing(int newEdge) override { edge = newEdge; }
+  void OnSizing(DialogWindow& /*window*/, int newEdge) override { edge = newEdge; }
   void OnSize(DialogWindow& /*window*/, PixelSize newSize) override { size = newSize; }
 
   Told tell;

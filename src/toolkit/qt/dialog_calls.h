@@ -30,15 +30,8 @@ auto FieldsOf(Is<DialogTemplate> auto& shape) {
   return std::tie(shape.id, shape.caption, shape.width, shape.height, shape.isResizable);
 }
 
-/// One call of a handler, which its window makes.
-struct DialogEvent {
-  enum class Kind { kOpen, kButton, kSelection, kTreeCheck, kSizing, kSize };
-  Kind kind = Kind::kOpen;
-  size_t depth = 0;
-  int id = 0;  ///< of a control, or an edge
-  TreePlace place = {};
-  PixelSize size = {};
-};
+/// The calls of a handler, which its window makes; each goes behind the dialog's depth.
+enum class HandlerCall { kOpen, kButton, kSelection, kTreeCheck, kSizing, kSize };
 
 /// What the handler's side asks for.
 enum class Request { kRun, kRunOver, kWindowCall };

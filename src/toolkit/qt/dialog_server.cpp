@@ -51,31 +51,26 @@ class HandlerApart : public DialogHandler {
  public:
   /// `call` is the one that it came with, whose texts it shows.
   HandlerApart(DialogServer& server, Packet& call)
-      : server_(server),
+      : DialogHandler(template_),
+        server_(server),
         depth_(call.Take<size_t>()),
         template_(call.Take<DialogTemplate>()),
         rows_(call.Take<std::vector<ControlRow>>()) {
     template_.controls = rows_;
   }
 
-  const DialogTemplate& Template() const override { return template_; }
   void OnOpen(DialogWindow& window) override;
-  void OnButton(DialogWindow& /*window*/, int id) override {
-    Tell({.kind = DialogEvent::Kind::kButton, .id = id});
-  }
-  void OnSelection(DialogWindow& /*window*/, int id) override {
-    Tell({.kind = DialogEvent::Kind::kSelection, .id = id});
-  }
+  void OnButton(DialogWindow& /*window*/, int id) override { Tell(HandlerCall::kButton, id); }
+  void OnSelection(DialogWindow& /*window*/, int id) override { Tell(HandlerCall::kSelection, id); }
   void OnTreeCheck(DialogWindow& /*window*/, int id, const TreePlace& place) override {
-    Tell({.kind = DialogEvent::Kind::kTreeCheck, .id = id, .place = place});
+    Tell(HandlerCall::kTreeCheck, id, place);
   }
-  void OnSizing(int edge) override { Tell({.kind = DialogEvent::Kind::kSizing, .id = edge}); }
-  void OnSize(DialogWindow& /*window*/, PixelSize size) override {
-    Tell({.kind = DialogEvent::Kind::kSize, .size = size});
-  }
+  void OnSizing(DialogWindow& /*window*/, int edge) override { Tell(HandlerCall::kSizing, edge); }
+  void OnSize(DialogWindow& /*window*/, PixelSize size) override { Tell(HandlerCall::kSize, size); }
 
  private:
-  void Tell(DialogEvent event);
+  template <class... Values>
+  void Tell(HandlerCall call, const Values&... values);
 
   DialogServer& server_;
   size_t depth_;
@@ -91,9 +86,9 @@ class DialogServer {
 
   void ServeOne() { link_.ServeOne(); }
   /// Nothing is left to do once the host has gone, and the toolkit lets no exception through.
-  void Tell(const DialogEvent& event) {
+  void Tell(const Packet& call) {
     try {
-      link_.Call(Packet().Put(event));
+      link_.Call(call);
     } catch (const LinkFailure&) {
       ::_exit(0);
     }
@@ -127,12 +122,15 @@ class DialogServer {
 
 void HandlerApart::OnOpen(DialogWindow& window) {
   server_.Opened(depth_, window);
-  Tell({.kind = DialogEvent::Kind::kOpen});
+  Tell(HandlerCall::kOpen);
 }
 
-void HandlerApart::Tell(DialogEvent event) {
-  event.depth = depth_;
-  server_.Tell(event);
+template <class... Values>
+void HandlerApart::Tell(HandlerCall call, const Values&... values) {
+  Packet packet;
+  packet.Put(depth_).Put(call);
+  (packet.Put(values), ...);
+  server_.Tell(packet);
 }
 
 class Application {

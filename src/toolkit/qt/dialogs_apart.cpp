@@ -66,7 +66,7 @@ class DialogsApart {
  public:
   explicit DialogsApart(Descriptor socket)
       : link_(std::move(socket), [this](Packet& call) {
-          Handle(call.Take<DialogEvent>());
+          Handle(call);
           return Packet();
         }) {}
 
@@ -103,22 +103,16 @@ class DialogsApart {
     return result;
   }
 
-  void Handle(const DialogEvent& event) {
-    auto& [handler, window] = open_.at(event.depth);
-    switch (event.kind) {
-      case DialogEvent::Kind::kOpen:
-        return handler.OnOpen(window);
-      case DialogEvent::Kind::kButton:
-        return handler.OnButton(window, event.id);
-      case DialogEvent::Kind::kSelection:
-        return handler.OnSelection(window, event.id);
-      case DialogEvent::Kind::kTreeCheck:
-        return handler.OnTreeCheck(window, event.id, event.place);
-      case DialogEvent::Kind::kSizing:
-        return handler.OnSizing(event.id);
-      case DialogEvent::Kind::kSize:
-        return handler.OnSize(window, event.size);
-    }
+  void Handle(Packet& call) {
+    auto& [handler, window] = open_.at(call.Take<size_t>());
+    const auto kind = call.Take<HandlerCall>();
+    if (kind == HandlerCall::kOpen) return handler.OnOpen(window);
+    if (kind == HandlerCall::kSize) return handler.OnSize(window, call.Take<PixelSize>());
+    const int number = call.Take<int>();  // of a control, or an edge
+    if (kind == HandlerCall::kButton) return handler.OnButton(window, number);
+    if (kind == HandlerCall::kSelection) return handler.OnSelection(window, number);
+    if (kind == HandlerCall::kSizing) return handler.OnSizing(window, number);
+    handler.OnTreeCheck(window, number, call.Take<TreePlace>());
   }
 
   Link link_;

@@ -20,6 +20,8 @@ namespace gantry::platform {
 
 namespace {
 
+constexpr const char* kText = "text";  ///< the property of edits, labels and buttons
+
 /// The edge that was dragged to make one rectangle of another, by the number that Windows has for
 /// it: 1 and 2 for left and right, and 3 or 6 more for top or bottom. Every change of size is one
 /// of an edge, the near one only where the far one stayed. 0 when no size changed.
@@ -112,7 +114,7 @@ void QtDialog::resizeEvent(QResizeEvent* event) {
   const QRect geometry(windowHandle()->geometry().topLeft(), event->size());
   const bool isDrag = !lastGeometry_.isNull() && IsDrag(*event);
   const int edge = isDrag ? DraggedEdge(lastGeometry_, geometry) : 0;
-  if (edge != 0) handler_.OnSizing(edge);
+  if (edge != 0) handler_.OnSizing(*this, edge);
   lastGeometry_ = geometry;
   handler_.OnSize(*this, ClientSize());
 }
@@ -151,16 +153,12 @@ void QtDialog::Focus(int id) {
 }
 
 std::string QtDialog::Text(int id) {
-  if (const auto* edit = Find<QLineEdit>(id)) return FromQt(edit->text());
-  if (const auto* label = Find<QLabel>(id)) return FromQt(label->text());
-  if (const auto* button = Find<QAbstractButton>(id)) return FromQt(button->text());
-  return {};
+  const auto* control = Find<QWidget>(id);
+  return control != nullptr ? FromQt(control->property(kText).toString()) : "";
 }
 
 void QtDialog::SetText(int id, const std::string& text) {
-  if (auto* edit = Find<QLineEdit>(id)) edit->setText(ToQt(text));
-  if (auto* label = Find<QLabel>(id)) label->setText(ToQt(text));
-  if (auto* button = Find<QAbstractButton>(id)) button->setText(ToQt(text));
+  if (auto* control = Find<QWidget>(id)) control->setProperty(kText, ToQt(text));
 }
 
 void QtDialog::PutCaretBehindText(int id) {

@@ -106,16 +106,8 @@ void QtDialog::InvertSelection(int id) {
   auto* view = ViewOf(Find<QWidget>(id));
   if (view == nullptr || view->model()->rowCount() == 0) return;
   const QAbstractItemModel& model = *view->model();
-  const std::vector<size_t> selected = SelectedRows(id);
-  QItemSelection inverse;
-  int next = 0;
-  const auto addUpTo = [&](int end) {
-    if (next < end) inverse.append({model.index(next, 0), model.index(end - 1, 0)});
-    next = end + 1;
-  };
-  for (const size_t row : selected) addUpTo(static_cast<int>(row));
-  addUpTo(model.rowCount());
-  view->selectionModel()->select(inverse, QItemSelectionModel::ClearAndSelect);
+  const QItemSelection all(model.index(0, 0), model.index(model.rowCount() - 1, 0));
+  view->selectionModel()->select(all, QItemSelectionModel::Toggle);
 }
 
 void QtDialog::SetTree(int id, std::vector<TreeItem> items) {

@@ -32,7 +32,7 @@ int WinDialog::Run(HWND parent) {
   const INITCOMMONCONTROLSEX wanted = {
       sizeof wanted, ICC_TREEVIEW_CLASSES | ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
   ::InitCommonControlsEx(&wanted);
-  const std::vector<uint32_t> shape = InMemoryTemplate(handler_.Template());
+  const std::vector<uint16_t> shape = InMemoryTemplate(handler_.Template());
   const INT_PTR result =
       ::DialogBoxIndirectParamA(ThisModule(), reinterpret_cast<LPCDLGTEMPLATEA>(shape.data()),
                                 parent, &Procedure, reinterpret_cast<LPARAM>(this));
@@ -61,7 +61,7 @@ INT_PTR WinDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                           OnNotify(*reinterpret_cast<const NMHDR*>(lParam)));
       return TRUE;
     case WM_SIZING:
-      handler_.OnSizing(static_cast<int>(wParam));
+      handler_.OnSizing(*this, static_cast<int>(wParam));
       return FALSE;
     case WM_SIZE:
       OnSize(wParam);

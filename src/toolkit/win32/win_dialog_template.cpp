@@ -1,6 +1,7 @@
 #include "toolkit/win32/win_dialog_template.h"
 
 #include <string_view>
+#include <utility>
 
 #include "platform/windows/win32.h"
 //
@@ -77,14 +78,7 @@ class TemplateWriter {
   void Align() {
     if (words_.size() % 2 != 0) Word(0);
   }
-  std::vector<uint32_t> Take() {
-    Align();
-    std::vector<uint32_t> numbers;
-    for (size_t i = 0; i < words_.size(); i += 2) {
-      numbers.push_back(words_[i] | static_cast<uint32_t>(words_[i + 1]) << 16);
-    }
-    return numbers;
-  }
+  std::vector<uint16_t> Take() { return std::move(words_); }
 
  private:
   std::vector<uint16_t> words_;
@@ -128,7 +122,7 @@ void WriteControl(TemplateWriter& out, const ControlRow& row) {
 
 }  // namespace
 
-std::vector<uint32_t> InMemoryTemplate(const DialogTemplate& shape) {
+std::vector<uint16_t> InMemoryTemplate(const DialogTemplate& shape) {
   TemplateWriter out;
   WriteDialog(out, shape);
   for (const ControlRow& row : shape.controls) WriteControl(out, row);

@@ -7,7 +7,8 @@
 
 namespace gantry::platform {
 
-/// A template in the form in which the system takes one from memory.
-std::vector<uint32_t> InMemoryTemplate(const DialogTemplate& shape);
+/// A template in the form in which the system takes one from memory, which begins at a whole double
+/// word like all that is allocated.
+std::vector<uint16_t> InMemoryTemplate(const DialogTemplate& shape);
 
 }  // namespace gantry::platform
