@@ -64,7 +64,8 @@ struct FileRequest {
 enum DialogButton : int { kOkButton = 1, kCancelButton = 2 };
 
 /// An open dialog, its controls addressed by their ids. Only `DialogToolkit` makes one, for the
-/// length of a run; it is used on that run's thread. An id that no control has is ignored. Texts
+/// length of a run; it is used on that run's thread. An id that no control of the
+/// right kind has is a fault. Texts
 /// are in the host's code page. Once the window is lost, with the display it was on, every call but
 /// `Close` throws: the toolkit's own exception, which a handler lets through.
 class DialogWindow {

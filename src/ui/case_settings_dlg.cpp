@@ -29,22 +29,10 @@ struct LinuxVersion {
 constexpr std::array<LinuxVersion, 3> kLinuxVersions = {
     {{"Most recent", 100000}, {"2016.2", 20162}, {"2017.2->", 20172}}};
 
-/// A "..." button: what it asks for, and where the answer goes.
-struct BrowseButton {
-  int button;
-  int edit;
-  std::string LinkSettings::*target;
-  platform::FileRequest request;
-};
-const std::array<BrowseButton, 2> kBrowseButtons = {
-    {{kBrowseDataset,
-      kFileName,
-      &LinkSettings::FileName,
-      {"afi", "IX dataset file (*.afi)|*.afi|All files (*.*)|*.*||"}},
-     {kBrowseSimulator,
-      kSimExeName,
-      &LinkSettings::SimExeName,
-      {"exe", "IX executable file (*.exe)|*.exe|All files (*.*)|*.*||"}}}};
+const platform::FileRequest kDatasetFile{"afi",
+                                         "IX dataset file (*.afi)|*.afi|All files (*.*)|*.*||"};
+const platform::FileRequest kSimulatorFile{
+    "exe", "IX executable file (*.exe)|*.exe|All files (*.*)|*.*||"};
 
 int VersionIndex(int32_t version) {
   const auto found = std::ranges::find(kLinuxVersions, version, &LinuxVersion::value);
@@ -127,8 +115,9 @@ void CCaseSettingsDlg::OnSelection(DialogWindow& window, int id) {
 void CCaseSettingsDlg::OnButton(DialogWindow& window, int id) {
   switch (id) {
     case kBrowseDataset:
+      return Browse(window, kFileName, kDatasetFile, live_.FileName);
     case kBrowseSimulator:
-      return Browse(window, id);
+      return Browse(window, kSimExeName, kSimulatorFile, live_.SimExeName);
     case kCalculate:
       return Calculate(window);
     case kStartStop:
@@ -154,12 +143,9 @@ void CCaseSettingsDlg::OnButton(DialogWindow& window, int id) {
   }
 }
 
-void CCaseSettingsDlg::Browse(DialogWindow& window, int button) const {
-  const BrowseButton& row = *std::ranges::find(kBrowseButtons, button, &BrowseButton::button);
-  const std::string folder = FolderOf(window.Text(kFileName));
-  if (const auto path = BrowseInto(window, row.edit, row.request, folder)) {
-    live_.*row.target = *path;
-  }
+void CCaseSettingsDlg::Browse(DialogWindow& window, int edit, const platform::FileRequest& request,
+                              std::string& target) const {
+  target = BrowseInto(window, edit, request, FolderOf(window.Text(kFileName))).value_or(target);
 }
 
 void CCaseSettingsDlg::Save(DialogWindow& window) const {

@@ -32,7 +32,8 @@ class CCaseSettingsDlg : public platform::DialogHandler {
   void ShowSettings(platform::DialogWindow& window) const;
   void ShowDefaultSimulator(platform::DialogWindow& window) const;
   void Refresh(platform::DialogWindow& window) const;
-  void Browse(platform::DialogWindow& window, int button) const;
+  void Browse(platform::DialogWindow& window, int edit, const platform::FileRequest& request,
+              std::string& target) const;
   void Save(platform::DialogWindow& window) const;
   void Accept(platform::DialogWindow& window, bool isStart);
   void Cancel(platform::DialogWindow& window);

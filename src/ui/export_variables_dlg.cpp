@@ -1,7 +1,6 @@
 #include "ui/export_variables_dlg.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
@@ -24,11 +23,7 @@ constexpr uint32_t kTopRight = kAnchorTop | kAnchorRight;
 constexpr uint32_t kBottomRight = kAnchorRight | kAnchorBottom;
 constexpr uint32_t kWhole = kAnchorLeft | kAnchorTop | kAnchorRight | kAnchorBottom;
 
-struct AnchorRow {
-  int id;
-  uint32_t anchors;
-};
-constexpr std::array<AnchorRow, 13> kAnchors = {{{kWells, kFullHeight},
+constexpr std::pair<int, uint32_t> kAnchors[] = {{kWells, kFullHeight},
                                                  {kAllWells, kBottomLeft},
                                                  {kInvertWells, kBottomLeft},
                                                  {kProperties, kFullHeight},
@@ -40,7 +35,7 @@ constexpr std::array<AnchorRow, 13> kAnchors = {{{kWells, kFullHeight},
                                                  {kExpandAll, kBottomLeft},
                                                  {kSameName, kTopRight},
                                                  {platform::kOkButton, kBottomRight},
-                                                 {platform::kCancelButton, kBottomRight}}};
+                                                 {platform::kCancelButton, kBottomRight}};
 
 OfferedProperty Offer(CExportedVariable variable) {
   std::string text = DisplayText(variable.Label, variable.Kind);
@@ -98,7 +93,7 @@ CExportVariablesDlg::CExportVariablesDlg(CExportedVariables& target,
       properties_(OfferedProperties(hasComponents, config)) {}
 
 void CExportVariablesDlg::OnOpen(DialogWindow& window) {
-  for (const AnchorRow& row : kAnchors) Register(row.id, row.anchors);
+  for (const auto& [id, anchors] : kAnchors) Register(id, anchors);
   CExtResizableDlg::OnOpen(window);
   window.SetItems(kWells, wells_);
   std::vector<std::string> texts;

@@ -4,11 +4,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QStringListModel>
-#include <QTreeWidget>
 #include <QWindow>
 
 #include "toolkit/qt/qt_controls.h"
@@ -127,51 +124,29 @@ PixelSize QtDialog::ClientSize() { return {width(), height()}; }
 
 void QtDialog::Redraw() { repaint(); }
 
-void QtDialog::Enable(int id, bool isEnabled) {
-  if (auto* control = Find<QWidget>(id)) control->setEnabled(isEnabled);
-}
+void QtDialog::Enable(int id, bool isEnabled) { At(id).setEnabled(isEnabled); }
 
-void QtDialog::SetToolTip(int id, const std::string& text) {
-  if (auto* control = Find<QWidget>(id)) control->setToolTip(ToQt(text));
-}
+void QtDialog::SetToolTip(int id, const std::string& text) { At(id).setToolTip(ToQt(text)); }
 
 PixelRect QtDialog::Rect(int id) {
-  const auto* control = Find<QWidget>(id);
-  if (control == nullptr) return {};
-  return {control->x(), control->y(), control->x() + control->width(),
-          control->y() + control->height()};
+  const QRect place = At(id).geometry();
+  return {place.x(), place.y(), place.x() + place.width(), place.y() + place.height()};
 }
 
 void QtDialog::Move(int id, const PixelRect& rect) {
-  if (auto* control = Find<QWidget>(id)) {
-    control->setGeometry(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
-  }
+  At(id).setGeometry(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top);
 }
 
-void QtDialog::Focus(int id) {
-  if (auto* control = Find<QWidget>(id)) control->setFocus();
-}
+void QtDialog::Focus(int id) { At(id).setFocus(); }
 
-std::string QtDialog::Text(int id) {
-  const auto* control = Find<QWidget>(id);
-  return control != nullptr ? FromQt(control->property(kText).toString()) : "";
-}
+std::string QtDialog::Text(int id) { return FromQt(At(id).property(kText).toString()); }
 
-void QtDialog::SetText(int id, const std::string& text) {
-  if (auto* control = Find<QWidget>(id)) control->setProperty(kText, ToQt(text));
-}
+void QtDialog::SetText(int id, const std::string& text) { At(id).setProperty(kText, ToQt(text)); }
 
-void QtDialog::PutCaretBehindText(int id) {
-  if (auto* edit = Find<QLineEdit>(id)) edit->end(false);
-}
+void QtDialog::PutCaretBehindText(int id) { At<QLineEdit>(id).end(false); }
 
-bool QtDialog::IsChecked(int id) {
-  const auto* box = Find<QCheckBox>(id);
-  return box != nullptr && box->isChecked();
-}
+bool QtDialog::IsChecked(int id) { return At<QCheckBox>(id).isChecked(); }
 
-void QtDialog::SetChecked(int id, bool isChecked) {
-  if (auto* box = Find<QCheckBox>(id)) box->setChecked(isChecked);
-}
+void QtDialog::SetChecked(int id, bool isChecked) { At<QCheckBox>(id).setChecked(isChecked); }
 
 }  // namespace gantry::platform

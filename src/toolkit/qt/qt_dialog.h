@@ -25,11 +25,9 @@ class QtDialog : public QDialog, public DialogWindow {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  /// The control, null when there is none of that id or it is another kind.
-  template <class Widget>
-  Widget* Find(int id) const {
-    const auto found = controls_.find(id);
-    return found == controls_.end() ? nullptr : dynamic_cast<Widget*>(found->second);
+  template <class Widget = QWidget>
+  Widget& At(int id) const {
+    return dynamic_cast<Widget&>(*controls_.at(id));
   }
   void MakeControls();
   void Connect(int id, QWidget* control);

@@ -6,6 +6,7 @@
 #include <QStringListModel>
 #include <QTreeWidget>
 #include <algorithm>
+#include <ranges>
 
 #include "toolkit/qt/qt_controls.h"
 #include "toolkit/qt/qt_dialog.h"
@@ -24,71 +25,59 @@ QStringList ToQtList(const std::vector<std::string>& texts) {
   return list;
 }
 
-/// A list's view by the id of its control, whatever its kind.
-QAbstractItemView* ViewOf(QWidget* control) { return qobject_cast<QAbstractItemView*>(control); }
-
 }  // namespace
 
 void QtDialog::SetItems(int id, const std::vector<std::string>& items) {
-  if (auto* list = Find<QComboBox>(id)) {
-    const QSignalBlocker quiet(list);
-    list->clear();
-    list->addItems(ToQtList(items));
-    list->setCurrentIndex(-1);
-  } else if (auto* box = Find<QListView>(id)) {
+  if (auto* box = dynamic_cast<QListView*>(&At(id))) {
     qobject_cast<QStringListModel*>(box->model())->setStringList(ToQtList(items));
+    return;
   }
+  auto& list = At<QComboBox>(id);
+  const QSignalBlocker quiet(list);
+  list.clear();
+  list.addItems(ToQtList(items));
+  list.setCurrentIndex(-1);
 }
 
-int QtDialog::Selection(int id) {
-  const auto* list = Find<QComboBox>(id);
-  return list != nullptr ? list->currentIndex() : -1;
-}
+int QtDialog::Selection(int id) { return At<QComboBox>(id).currentIndex(); }
 
 void QtDialog::Select(int id, int index) {
-  auto* list = Find<QComboBox>(id);
-  if (list == nullptr) return;
+  auto& list = At<QComboBox>(id);
   const QSignalBlocker quiet(list);
-  list->setCurrentIndex(index < list->count() ? index : -1);
+  list.setCurrentIndex(index < list.count() ? index : -1);
 }
 
 void QtDialog::SetColumns(int id, const std::vector<ListColumn>& columns) {
-  auto* list = Find<QTreeWidget>(id);
-  if (list == nullptr) return;
+  auto& list = At<QTreeWidget>(id);
   const DialogUnits units(*this);
-  list->setColumnCount(static_cast<int>(columns.size()));
-  for (size_t i = 0; i < columns.size(); ++i) {
-    list->headerItem()->setText(static_cast<int>(i), ToQt(columns[i].title));
-    list->setColumnWidth(static_cast<int>(i), units.AcrossPixels(columns[i].width));
+  list.setColumnCount(static_cast<int>(columns.size()));
+  for (int i = 0; i < list.columnCount(); ++i) {
+    const auto& [title, width] = columns[static_cast<size_t>(i)];
+    list.headerItem()->setText(i, ToQt(title));
+    list.setColumnWidth(i, units.AcrossPixels(width));
   }
 }
 
 void QtDialog::AddRows(int id, const std::vector<std::vector<std::string>>& rows, int picture) {
-  auto* list = Find<QTreeWidget>(id);
-  if (list == nullptr) return;
   const QIcon icon = PictureIcon(picture);
   QList<QTreeWidgetItem*> items;
   for (const auto& row : rows) {
-    auto* item = new QTreeWidgetItem(ToQtList(row));
-    item->setIcon(0, icon);
-    items << item;
+    items << new QTreeWidgetItem(ToQtList(row));
+    items.back()->setIcon(0, icon);
   }
-  list->addTopLevelItems(items);
+  At<QTreeWidget>(id).addTopLevelItems(items);
 }
 
 void QtDialog::RemoveRows(int id, const std::vector<size_t>& rows) {
-  auto* list = Find<QTreeWidget>(id);
-  if (list == nullptr) return;
-  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
-    delete list->takeTopLevelItem(static_cast<int>(*row));
+  for (const size_t row : rows | std::views::reverse) {
+    delete At<QTreeWidget>(id).takeTopLevelItem(static_cast<int>(row));
   }
 }
 
 std::vector<size_t> QtDialog::SelectedRows(int id) {
   std::vector<size_t> rows;
-  const auto* view = ViewOf(Find<QWidget>(id));
-  if (view == nullptr) return rows;
-  for (const QItemSelectionRange& range : view->selectionModel()->selection()) {
+  const auto& selection = At<QAbstractItemView>(id).selectionModel()->selection();
+  for (const QItemSelectionRange& range : selection) {
     for (int row = range.top(); row <= range.bottom(); ++row) {
       rows.push_back(static_cast<size_t>(row));
     }
@@ -98,34 +87,26 @@ std::vector<size_t> QtDialog::SelectedRows(int id) {
   return rows;
 }
 
-void QtDialog::SelectAll(int id) {
-  if (auto* view = ViewOf(Find<QWidget>(id))) view->selectAll();
-}
+void QtDialog::SelectAll(int id) { At<QAbstractItemView>(id).selectAll(); }
 
 void QtDialog::InvertSelection(int id) {
-  auto* view = ViewOf(Find<QWidget>(id));
-  if (view == nullptr || view->model()->rowCount() == 0) return;
-  const QAbstractItemModel& model = *view->model();
+  auto& view = At<QAbstractItemView>(id);
+  const QAbstractItemModel& model = *view.model();
   const QItemSelection all(model.index(0, 0), model.index(model.rowCount() - 1, 0));
-  view->selectionModel()->select(all, QItemSelectionModel::Toggle);
+  view.selectionModel()->select(all, QItemSelectionModel::Toggle);
 }
 
 void QtDialog::SetTree(int id, std::vector<TreeItem> items) {
-  if (auto* tree = Find<TreeView>(id)) tree->SetItems(std::move(items));
+  At<TreeView>(id).SetItems(std::move(items));
 }
 
 void QtDialog::SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) {
-  if (auto* tree = Find<TreeView>(id)) tree->SetChecked(places, isChecked);
+  At<TreeView>(id).SetChecked(places, isChecked);
 }
 
 void QtDialog::ExpandTree(int id, bool isExpanded) {
-  auto* tree = Find<TreeView>(id);
-  if (tree == nullptr) return;
-  if (isExpanded) {
-    tree->ExpandAll();
-  } else {
-    tree->collapseAll();
-  }
+  auto& tree = At<TreeView>(id);
+  isExpanded ? tree.ExpandAll() : tree.collapseAll();
 }
 
 }  // namespace gantry::platform

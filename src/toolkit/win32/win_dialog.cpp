@@ -19,6 +19,10 @@ HINSTANCE ThisModule() {
   return module;
 }
 
+void AddStyle(HWND control, LONG_PTR style) {
+  ::SetWindowLongPtrA(control, GWL_STYLE, ::GetWindowLongPtrA(control, GWL_STYLE) | style);
+}
+
 }  // namespace
 
 WinDialog::~WinDialog() {
@@ -113,15 +117,13 @@ void WinDialog::PrepareControls() {
     const HWND control = Item(row.id);
     if (row.kind == ControlKind::kTree) {
       // The boxes come only with a style that is set on a tree that stands.
-      ::SetWindowLongPtrA(control, GWL_STYLE,
-                          ::GetWindowLongPtrA(control, GWL_STYLE) | TVS_CHECKBOXES);
+      AddStyle(control, TVS_CHECKBOXES);
       trees_.emplace(row.id, WinTree(control));
     } else if (row.kind == ControlKind::kListView) {
       ::SendMessageA(control, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT,
                      LVS_EX_FULLROWSELECT);
       // The list would destroy the pictures with itself otherwise.
-      ::SetWindowLongPtrA(control, GWL_STYLE,
-                          ::GetWindowLongPtrA(control, GWL_STYLE) | LVS_SHAREIMAGELISTS);
+      AddStyle(control, LVS_SHAREIMAGELISTS);
       ::SendMessageA(control, LVM_SETIMAGELIST, LVSIL_SMALL, reinterpret_cast<LPARAM>(pictures_));
     }
   }

@@ -39,13 +39,13 @@ class WinDialog : public DialogWindow {
   void OnDestroy();
 
   HWND Item(int id) const { return ::GetDlgItem(window_, id); }
+  /// Null where there is none of that id.
   const ControlRow* Row(int id) const;
   LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return ::SendMessageA(Item(id), message, wParam, lParam);
   }
   void Deselect(int id, size_t first, size_t last);
   void FitScrollBar(int id, const std::vector<std::string>& items) const;
-  WinTree* FindTree(int id);
 
   DialogHandler& handler_;
   HWND window_ = nullptr;

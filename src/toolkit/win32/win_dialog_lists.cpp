@@ -50,9 +50,7 @@ void InsertRow(HWND list, int row, const std::vector<std::string>& texts, int pi
 }  // namespace
 
 void WinDialog::SetItems(int id, const std::vector<std::string>& items) {
-  const ControlRow* const row = Row(id);
-  if (row == nullptr) return;
-  const bool isBox = row->kind == ControlKind::kListBox;
+  const bool isBox = Row(id)->kind == ControlKind::kListBox;
   size_t bytes = 0;
   for (const std::string& item : items) bytes += item.size() + 1;
   Send(id, WM_SETREDRAW, FALSE);
@@ -102,10 +100,8 @@ void WinDialog::RemoveRows(int id, const std::vector<size_t>& rows) {
 }
 
 std::vector<size_t> WinDialog::SelectedRows(int id) {
-  const ControlRow* const row = Row(id);
-  if (row == nullptr) return {};
   std::vector<size_t> rows;
-  if (row->kind == ControlKind::kListView) {
+  if (Row(id)->kind == ControlKind::kListView) {
     for (auto next = Send(id, LVM_GETNEXTITEM, WPARAM(-1), LVNI_SELECTED); next >= 0;
          next = Send(id, LVM_GETNEXTITEM, static_cast<WPARAM>(next), LVNI_SELECTED)) {
       rows.push_back(static_cast<size_t>(next));
@@ -147,21 +143,14 @@ void WinDialog::Deselect(int id, size_t first, size_t last) {
   }
 }
 
-WinTree* WinDialog::FindTree(int id) {
-  const auto found = trees_.find(id);
-  return found != trees_.end() ? &found->second : nullptr;
-}
-
 void WinDialog::SetTree(int id, std::vector<TreeItem> items) {
-  if (WinTree* tree = FindTree(id)) tree->SetItems(std::move(items), pictures_);
+  trees_.at(id).SetItems(std::move(items), pictures_);
 }
 
 void WinDialog::SetTreeChecked(int id, const std::vector<TreePlace>& places, bool isChecked) {
-  if (WinTree* tree = FindTree(id)) tree->SetChecked(places, isChecked);
+  trees_.at(id).SetChecked(places, isChecked);
 }
 
-void WinDialog::ExpandTree(int id, bool isExpanded) {
-  if (WinTree* tree = FindTree(id)) tree->Expand(isExpanded, pictures_);
-}
+void WinDialog::ExpandTree(int id, bool isExpanded) { trees_.at(id).Expand(isExpanded, pictures_); }
 
 }  // namespace gantry::platform
