@@ -256,10 +256,16 @@ class DialogPlayer : public Player {
     Item(words).isChecked = !Item(words).isChecked;
   }
   void Fold(const std::string& words) { Item(words).isExpanded = false; }
+  /// An edge by its number, as far as the dialog grows by.
   void Drag(const std::string& words) {
+    window_->handler.OnSizing(*window_, std::stoi(words));
+    Grow(words.substr(words.find(' ') + 1));
+  }
+  void Grow(const std::string& words) {
     const Texts by = Split(words, " ");
-    window_->Drag(std::stoi(by[0]), {window_->size.width + std::stoi(by[1]),
-                                     window_->size.height + std::stoi(by[2])});
+    window_->size.width += std::stoi(by[0]);
+    window_->size.height += std::stoi(by[1]);
+    window_->handler.OnSize(*window_, window_->size);
   }
   void Look(const std::string&) {
     const DialogTemplate& shape = window_->handler.Template();
@@ -301,6 +307,7 @@ const std::map<std::string, DialogPlayer::Verb> DialogPlayer::kVerbs = {
     {"box", &DialogPlayer::TickItem},
     {"fold", &DialogPlayer::Fold},
     {"drag", &DialogPlayer::Drag},
+    {"grow", &DialogPlayer::Grow},
     {"look", &DialogPlayer::Look}};
 
 class DialogPlay : public ::testing::TestWithParam<Scene> {};
