@@ -2,58 +2,45 @@
 
 #include <gtest/gtest.h>
 
+#include "fieldrun/case/case_reader.h"
+#include "support/test_folder.h"
+
 namespace gantry::fieldrun {
 namespace {
 
-Schedule Plan(const TimeSpec& time, const Date& start, const std::vector<Date>& events = {}) {
-  CaseModel model;
-  for (const Date& date : events) model.events.emplace_back().date = date;
-  model.file = "case.toml";
-  model.time = time;
-  return PlanSteps(model, start);
-}
+using Lengths = std::vector<double>;
 
-TimeSpec Steps(double stepDays) {
-  TimeSpec time;
-  time.stepDays = stepDays;
-  return time;
+/// The steps of a case with these keys of [time], and whatever follows them.
+Schedule Plan(const std::string& time, const Date& start) {
+  const test::TestFolder folder;
+  folder.Write("A.afi", "");
+  const auto file = folder.Write("case.toml", "simulator.deck = 'A.afi'\n[time]\n" + time);
+  return PlanSteps(ReadCase(file.string()), start);
 }
 
 TEST(Schedule, FollowsCalendarMonthsFromAnyDay) {
-  TimeSpec time;
-  time.steps = 4;
-  const Schedule schedule = Plan(time, {2015, 12, 31});
-  EXPECT_EQ(schedule.lengths, (std::vector<double>{31, 29, 31, 30}));  // 2016 is a leap year
+  const Schedule schedule = Plan("steps = 4", {2015, 12, 31});
+  EXPECT_EQ(schedule.lengths, (Lengths{31, 29, 31, 30}));  // 2016 is a leap year
   EXPECT_EQ(ToText(schedule.DateBefore(2)), "2016-02-29");
   EXPECT_EQ(ToText(schedule.DateBefore(4)), "2016-04-30");
+  EXPECT_EQ(toml_reader::DayNumber({2015, 1, 1}), 42004) << "as the module counts";
 }
 
-TEST(Schedule, CutsTheLastStepToTheEndOfTheRunWhereverThatLies) {
+TEST(Schedule, EndsWhereTheRunDoesAndWhereTheDaysOfEventsBegin) {
   const Date start{2015, 1, 1};
-  TimeSpec time = Steps(30);
-  time.duration = 75.5;
-  EXPECT_EQ(Plan(time, start).lengths, (std::vector<double>{30, 30, 15.5}));
-  time.stepDays = 0.1;
-  time.duration = 1;  // ten times 0.1 fall short of 1 by a bit
-  EXPECT_EQ(Plan(time, start).lengths.size(), 10U);
-  time = Steps(30);
-  time.end = Date{2015, 3, 6};
-  EXPECT_EQ(Plan(time, start).lengths, (std::vector<double>{30, 30, 4}));
-  time.end = start;
-  EXPECT_THROW(Plan(time, start), CaseError);
-  time = Steps(0.001);
-  time.end = Date{9999, 1, 1};
-  EXPECT_THROW(Plan(time, start), CaseError) << "it would go on for ever";
-}
-
-TEST(Schedule, EndsStepsWhereTheDaysOfEventsBegin) {
-  TimeSpec time;
-  time.steps = 2;
-  const Date start{2015, 1, 1};
-  EXPECT_EQ(Plan(time, start, {{2015, 2, 1}, {2015, 2, 11}, start, {2015, 1, 11}}).lengths,
-            (std::vector<double>{10, 21, 10, 18}));
-  for (const Date& outside : {Date{2014, 12, 31}, Date{2015, 3, 1}}) {
-    EXPECT_THROW(Plan(time, start, {outside}), CaseError);
+  const auto event = [](const std::string& date) {
+    return "\n[[event]]\ndate = " + date + "\naction = 'open'";
+  };
+  EXPECT_EQ(Plan("duration = 75.5\nstep = 30", start).lengths, (Lengths{30, 30, 15.5}));
+  EXPECT_EQ(Plan("duration = 1\nstep = 0.1", start).lengths.size(), 10U) << "0.1 is no binary";
+  EXPECT_EQ(Plan("end = 2015-03-06\nstep = 30", start).lengths, (Lengths{30, 30, 4}));
+  const std::string inside = event("2015-02-01") + event("2015-02-11") + event("2015-01-01");
+  EXPECT_EQ(Plan("steps = 2" + inside + event("2015-01-11"), start).lengths,
+            (Lengths{10, 21, 10, 18}));
+  for (const std::string& time :
+       {std::string("end = 2015-01-01"), std::string("end = 9999-01-01\nstep = 0.001"),
+        "steps = 2" + event("2014-12-31"), "steps = 2" + event("2015-03-01")}) {
+    EXPECT_THROW(Plan(time, start), CaseError) << time;
   }
 }
 

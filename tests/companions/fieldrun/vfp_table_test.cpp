@@ -5,12 +5,12 @@
 #include <cmath>
 #include <functional>
 #include <random>
+#include <sstream>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "fieldrun/case/case_model.h"
-#include "fieldrun/network/network.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
@@ -121,51 +121,15 @@ TEST_F(Vfp, GoesFromValueToValueAndSaysWhereItEnds) {
             "water 2500 (0 to 2000), head pressure 614.7 (100 to 500)");
 }
 
-TEST_F(Vfp, GivesAnInjectorWhatItsManifoldCanPushIn) {
-  TubingSpec tubing;
-  tubing.table = std::make_shared<VfpTable>(Read(
-      "VFPINJ\n3 2000 WAT THP FIELD BHP /\n0 2000 /\n0 1000 /\n1 3000 2000 /\n2 4000 3000 /\n"));
-  WellSpec spec;
-  spec.kind = static_cast<int>(WellKind::kWaterInjector);
-  NetworkWell well(spec, InflowCurve({{2000, {0, 0, 0}}, {4000, {0, 2000, 0}}}, false));
-  well.tubing = &tubing;
-  well.manifoldPressure = 500 - kAtmosphere;  // 3500 - q / 2 psia meets 2000 psig + q
-  SolveWell(well);
-  EXPECT_NEAR(well.Point().rates.water, (1500 - kAtmosphere) / 1.5, 1e-3);
-  EXPECT_EQ(well.Point().limitedBy, "tubing");
-  well.manifoldPressure = -2000;
-  SolveWell(well);
-  EXPECT_EQ(well.Point().limitedBy, "can't inject");
-}
-
 TEST_F(Vfp, TellsTheLineOfWhatIsBroken) {
-  const std::string good = kInjector;
-  const struct {
-    const char* part;
-    const char* replacement;
-    const char* complaint;
-  } kCases[] = {{"2*900", "3*900", ":5: the record has 4 pressures; there are 3 values of water"},
-                {"VFPINJ", "VFPX", ":1: there is no lift table (VFPPROD or VFPINJ)"},
-                {"WAT", "WG", ":2: \"WG\" isn't taken; it must be one of OIL, WAT, GAS"},
-                {"FIELD", "LAB", ":2: units LAB aren't taken; they must be METRIC or FIELD"},
-                {"FIELD", "FIELD TEMP", ":2: a table of TEMP isn't taken; it must be of BHP"},
-                {"1*", "BHP", ":2: \"BHP\" isn't taken; it must be THP"},
-                {"3 2000", "0 2000", ":2: 0 must be a whole number from 1 to 1000000"},
-                {"3 2000", "3 'x", ":2: a quote isn't closed"},
-                {"0 1.0D3", "0 0", ":3: the values of water must rise"},
-                {"100 500", "", ":4: there are no values of head pressure"},
-                {"100 500", "100 nan", ":4: \"nan\" is no number"},
-                {"1 1000", "3 1000", ":5: 3 must be a whole number from 1 to 2"},
-                {"1 1000", "1* 1000", ":5: number 1 of the record is missing"},
-                {"2 1400", "1 1400", ":6: these pressures stand in line 5 already"},
-                {"2*1300", "x*1300", ":6: \"x*1300\" can't be read"},
-                {"2*1300", "99999999*1300", ":6: a record has no more than 100000 items"},
-                {"2*1300 /", "2*1300", ":6: the file ends within the VFPINJ of line 1"}};
-  EXPECT_EQ(Complaint(good), "none");
-  for (const auto& [part, replacement, complaint] : kCases) {
-    std::string text = good;
-    text.replace(text.find(part), std::string(part).size(), replacement);
-    EXPECT_EQ(Complaint(text), complaint);
+  EXPECT_EQ(Complaint(kInjector), "none");
+  std::istringstream lines(test::TestFolder::Read(FIELDRUN_VFP_FAULTS));
+  for (std::string line; std::getline(lines, line);) {
+    const size_t first = line.find(" => "), second = line.find(" => ", first + 1);
+    std::string text = kInjector;
+    text.replace(text.find(line.substr(0, first)), first,
+                 line.substr(first + 4, second - first - 4));
+    EXPECT_EQ(Complaint(text), line.substr(second + 4));
   }
   const std::string two = Producer("LIQ WCT GOR", "METRIC");
   EXPECT_EQ(Complaint(two + two), ":40: this is a second table: vfp_table says which to take");
