@@ -94,7 +94,7 @@ export function charts() {
   return el('section', {id: 'field'}, el('h2', {}, 'Field'), el('div.charts', {}, ...[
     chart('Liquid rates', 'rate', units.liquidRate, liquids.map((row) => rate(...row))),
     chart('Gas rates', 'rate', units.gasRate, gases.map((row) => rate(...row))),
-    makes ? chart('Gas-oil ratio', 'gas-oil ratio', units.ratio,
+    makes ? chart('Gas-oil ratio', 'ratio', units.ratio,
         [rate('gas-oil ratio', 'gas', 'ratio')]) : null,
     chart('Liquid totals', 'total', units.liquid, totals(liquids)),
     chart('Gas totals', 'total', units.gas, totals(gases)),

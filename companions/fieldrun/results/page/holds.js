@@ -47,6 +47,12 @@ function stripes(colours) {
   return `linear-gradient(90deg, ${parts.join(', ')})`;
 }
 
+/** Frames the step in a bar. */
+function markStep({style}) {
+  style.setProperty('--from', `${percent(times[state.step]).toFixed(2)}%`);
+  style.setProperty('--to', `${percent(times[state.step + 1]).toFixed(2)}%`);
+}
+
 const painter = new IntersectionObserver((entries) => {
   for (const {target, isIntersecting} of entries) {
     target.isSeen = isIntersecting;
@@ -69,7 +75,10 @@ export function bar(coloursOf, textOf) {
       element.title = `${dateOf(times[step])}: ${textOf(step)}`;
     },
   });
-  element.paint = () => { element.style.backgroundImage = stripes(coloursOf()); };
+  element.paint = () => {
+    element.style.backgroundImage = stripes(coloursOf());
+    markStep(element);
+  };
   bars.push(element);
   painter.observe(element);
   return element;
@@ -96,13 +105,4 @@ export function legend(wells) {
 export const paintAll = () => { for (const element of bars) element.paint(); };
 
 on('zoom', () => { for (const element of bars) if (element.isSeen) element.paint(); });
-
-/** Lets the bars show the step and the pointer as the charts do. */
-function markTime() {
-  const style = document.documentElement.style;
-  style.setProperty('--step-from', `${percent(times[state.step] ?? 0)}%`);
-  style.setProperty('--step-to', `${percent(times[state.step + 1] ?? 0)}%`);
-}
-on('step', markTime);
-on('zoom', markTime);
-markTime();
+on('step', () => { for (const element of bars) if (element.isSeen) markStep(element); });

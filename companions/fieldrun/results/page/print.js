@@ -6,9 +6,22 @@ import {chartsOf, chosenWells} from './wells.js';
 import {data, isProducer, warningsOf} from './data.js';
 import {set, state} from './store.js';
 
-const FIELD_CHART = [338, 176];
-const WELL_CHART = [228, 168];
-const TALL_CHART = [228, 372];
+// In points of the screen, of which a page of A4 is 718 wide and 1030 high between its margins.
+const MOST_GROUPS = 8;
+const MOST_WARNINGS = 2;
+
+/** What is left for a chart of the field beside head, tiles, warnings and groups, in three rows. */
+function fieldChart() {
+  const groupRows = Math.min(MOST_GROUPS, data.groups.length);
+  const others = 405 + (data.warnings.length ? 130 : 0) + (groupRows ? 40 + 16 * groupRows : 0);
+  return [338, Math.min(190, Math.floor((1030 - others) / 3))];
+}
+
+/** The same on half a page, in two rows; the inflow takes both. */
+function wellCharts(well) {
+  const height = 160 - 10 * Math.min(MOST_WARNINGS, (warningsOf.get(well.name) ?? []).length);
+  return {usual: [228, height], tall: [228, 2 * height + 40]};
+}
 
 const sheets = el('div', {id: 'sheets'});
 
@@ -16,7 +29,7 @@ const sheets = el('div', {id: 'sheets'});
 function sheetOf(well) {
   const figures = chartsOf(well).filter(Boolean);
   const sheet = el('article.sheet', {}, el('h3', {}, well.name, ' ', el('span.soft', {}, well.kind)),
-      ...(warningsOf.get(well.name) ?? []).slice(0, 2).map((w) =>
+      ...(warningsOf.get(well.name) ?? []).slice(0, MOST_WARNINGS).map((w) =>
         el('p.warning', {}, `⚠ ${w.date}: ${w.text}`)),
       wellBar(well), legend([well]), el(`div.charts.${isProducer(well) ? 'producer' : 'injector'}`, {}, ...figures));
   return [sheet, figures];
@@ -35,12 +48,13 @@ function prepare() {
   document.body.classList.add('printing');
   themeBefore = document.documentElement.dataset.theme;
   document.documentElement.dataset.theme = 'light';
-  for (const figure of document.querySelectorAll('#field figure')) drawAt(figure, FIELD_CHART);
+  for (const figure of document.querySelectorAll('#field figure')) drawAt(figure, fieldChart());
   if (state.chosen.size > 0) document.body.append(sheets);
   for (const well of chosenWells()) {
     const [sheet, figures] = sheetOf(well);
     sheets.append(sheet);
-    figures.forEach((figure, i) => drawAt(figure, i === 0 && well.curves ? TALL_CHART : WELL_CHART));
+    const {usual, tall} = wellCharts(well);
+    figures.forEach((figure, i) => drawAt(figure, i === 0 && well.curves ? tall : usual));
   }
   paintAll();
 }

@@ -25,6 +25,7 @@ export function table(name, columns, rows) {
   let isWanted = () => true;
   let sortedBy = null;
   let direction = 1;
+  let changes = 0;
   const body = el('tbody');
   const lines = new Map();
 
@@ -38,13 +39,27 @@ export function table(name, columns, rows) {
     if (lines.has(row)) return lines.get(row);
     const cells = columns.map((column) => el(column.isText || column.isPicture ? 'td.left' : 'td'));
     const line = el('tr', {}, ...cells);
-    line.cells_ = cells;
+    line.columns = cells;
+    line.change = changes;
     fill(row, line, cells);
     lines.set(row, line);
     return line;
   };
   const visible = () => order.filter(isWanted);
-  const layOut = () => body.replaceChildren(...visible().map(lineOf));
+  const layOut = () => {
+    body.replaceChildren(...visible().map(lineOf));
+    if (changes > 0) refresh();
+  };
+  /** Fills the rows in sight with what holds since the last change. */
+  const refresh = () => {
+    const height = body.firstChild?.offsetHeight || 26;
+    const first = Math.max(0, Math.floor(element.scrollTop / height) - 2);
+    for (const row of visible().slice(first, first + Math.ceil(element.clientHeight / height) + 4)) {
+      const line = lines.get(row);
+      if (line.change !== changes) fill(row, line, line.columns);
+      line.change = changes;
+    }
+  };
   const sortBy = (column, heading) => {
     direction = sortedBy === column ? -direction : column.isText ? 1 : -1;
     sortedBy = column;
@@ -67,13 +82,15 @@ export function table(name, columns, rows) {
       `${fileName(`${data.title} ${name}`)}.csv`,
       csv([sent.map((column) => column.name),
         ...visible().map((row) => sent.map((column) => column.value(row)))])));
+  const element = el('div.wide', {scroll: refresh}, el('table', {}, el('thead', {}, head), body));
   layOut();
   return {
-    element: el('div.wide', {}, el('table', {}, el('thead', {}, head), body)),
+    element,
     button,
     /** Shows the values anew. */
     update() {
-      for (const [row, line] of lines) fill(row, line, line.cells_);
+      changes++;
+      refresh();
     },
     /** Shows only the rows that a function takes. */
     filter(wanted) { isWanted = wanted; layOut(); },

@@ -89,7 +89,7 @@ export function chartsOf(well) {
     overTime('Liquid rates', 'rate', units.liquidRate,
         [rate('oil', 'oil', column('oil')), rate('water', 'water', column('water'))]),
     overTime('Gas rate', 'rate', units.gasRate, [rate('gas', 'gas', column('gas'))]),
-    overTime('Gas-oil ratio', 'gas-oil ratio', units.ratio, [rate('gas-oil ratio', 'gas', ratios)]),
+    overTime('Gas-oil ratio', 'ratio', units.ratio, [rate('gas-oil ratio', 'gas', ratios)]),
     pressure];
 }
 
