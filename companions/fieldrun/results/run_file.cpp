@@ -13,61 +13,14 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// A number of a tubing, by its key here and in a case file.
-struct TubingNumber {
-  const char* key;
-  Quantity quantity;
-  double TubingSpec::*number;
-};
-constexpr TubingNumber kTubingNumbers[] = {
-    {"depth", Quantity::kLength, &TubingSpec::depth},
-    {"diameter", Quantity::kDiameter, &TubingSpec::diameter},
-    {"roughness", Quantity::kDiameter, &TubingSpec::roughness},
-    {"wellhead_temperature", Quantity::kTemperature, &TubingSpec::wellheadTemperature},
-    {"bottom_temperature", Quantity::kTemperature, &TubingSpec::bottomTemperature},
-};
-
-Json ToJson(const TubingSpec& tubing, UnitSystem units) {
-  Json json{{"name", tubing.name}};
-  for (const auto& [key, quantity, number] : kTubingNumbers) {
-    json[key] = FromField(tubing.*number, quantity, units);
-  }
-  if (!tubing.vfp.empty()) json["vfp"] = tubing.vfp;
-  if (tubing.length) json["length"] = FromField(*tubing.length, Quantity::kLength, units);
-  return json;
+Json ToJson(const WellSpec& well) {
+  return {{"name", well.name}, {"kind", well.kind}};
 }
 
-TubingSpec TubingOf(const Json& json, UnitSystem units) {
-  TubingSpec tubing;
-  tubing.name = json.at("name");
-  tubing.vfp = json.value("vfp", "");
-  for (const auto& [key, quantity, number] : kTubingNumbers) {
-    tubing.*number = ToField(json.at(key), quantity, units);
-  }
-  if (json.contains("length")) {
-    tubing.length = ToField(json.at("length"), Quantity::kLength, units);
-  }
-  return tubing;
-}
-
-Json ToJson(const WellSpec& well, const CaseModel& model) {
-  Json json{{"name", well.name}, {"kind", well.kind}, {"downtime", well.downtime}};
-  if (well.tubing.empty()) return json;
-  json["tubing"] = well.tubing;
-  json["manifold_pressure"] =
-      FromField(model.ManifoldPressureOf(well), Quantity::kGaugePressure, model.Units());
-  return json;
-}
-
-WellSpec WellOf(const Json& json, UnitSystem units) {
+WellSpec WellOf(const Json& json) {
   WellSpec well;
   well.name = json.at("name");
   well.kind = json.at("kind");
-  well.downtime = json.at("downtime");
-  well.tubing = json.value("tubing", "");
-  if (json.contains("manifold_pressure")) {
-    well.manifoldPressure = ToField(json.at("manifold_pressure"), Quantity::kGaugePressure, units);
-  }
   return well;
 }
 
@@ -94,11 +47,7 @@ StoredRun RunOf(const Json& json) {
   run.start.start = DateOf(json.at("start"));
   run.start.stepCount = json.at("steps");
   run.start.totalDays = json.at("days");
-  const UnitSystem units = run.model.Units();
-  for (const Json& tubing : json.at("tubings")) {
-    run.model.tubings.push_back(TubingOf(tubing, units));
-  }
-  for (const Json& well : json.at("wells")) run.model.wells.push_back(WellOf(well, units));
+  for (const Json& well : json.at("wells")) run.model.wells.push_back(WellOf(well));
   for (const WellSpec& well : run.model.wells) run.start.wells.push_back({&well, 0});
   for (const Json& warning : json.at("warnings")) {
     run.warnings.push_back(
@@ -127,14 +76,10 @@ void RunFile::Write(const std::optional<RunEnd>& end) {
             {"start", ToText(start_.start)},
             {"steps", start_.stepCount},
             {"days", start_.totalDays},
-            {"tubings", Json::array()},
             {"wells", Json::array()},
             {"warnings", ToJson(warnings_)},
             {"end", nullptr}};
-  for (const TubingSpec& tubing : model_.tubings) {
-    json["tubings"].push_back(ToJson(tubing, model_.Units()));
-  }
-  for (const RunWell& well : start_.wells) json["wells"].push_back(ToJson(*well.spec, model_));
+  for (const RunWell& well : start_.wells) json["wells"].push_back(ToJson(*well.spec));
   if (end) {
     json["end"] = {{"steps", end->steps},
                    {"ended_by_simulator", end->endedBySimulator},

@@ -31,8 +31,8 @@ class RunFile : public RunListener {
   bool isChanged_ = false;
 };
 
-/// What run.json tells. The case holds its title, its units, its wells and their tubings, as a
-/// report needs them; `start` points into it.
+/// What run.json tells. The case holds its title, its units and its wells, as a report needs them;
+/// `start` points into it.
 struct StoredRun {
   CaseModel model;
   RunStart start;

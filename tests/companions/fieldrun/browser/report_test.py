@@ -279,7 +279,7 @@ def make_a_thousand_wells(results, steps=120, points=10):
     chance = random.Random(1)
     run = json.loads((results / "run.json").read_text())
     run["steps"] = run["end"]["steps"] = steps
-    run["wells"] = [{"name": f"W{i:04}", "kind": 0, "downtime": 0} for i in range(1000)]
+    run["wells"] = [{"name": f"W{i:04}", "kind": 0} for i in range(1000)]
     (results / "run.json").write_text(json.dumps(run))
     wells, inflow, field, events, profile = (
         Rewritten(results / f"{name}.csv", run["run"])
