@@ -4,6 +4,7 @@ the machine's, and what of all this is left when they have ended."""
 import contextlib
 import fcntl
 import os
+import resource
 import shutil
 import signal
 import socket
@@ -37,6 +38,11 @@ def enter():
         os.execvp(apart[0], [*apart, sys.executable, *sys.argv])
 
 
+def limit_memory():
+    """No program needs more, whatever its peer claims."""
+    resource.setrlimit(resource.RLIMIT_AS, (1 << 31, 1 << 31))
+
+
 class Stage:
     """A folder in which programs run. Their settings stand in it."""
 
@@ -66,7 +72,7 @@ class Stage:
         output = output or open(self.place / "output", "wb")
         return subprocess.Popen([self.programs / command[0], *command[1:]], cwd=self.folder,
                                 env=variables, stdin=subprocess.DEVNULL, stdout=output,
-                                stderr=subprocess.STDOUT)
+                                stderr=subprocess.STDOUT, preexec_fn=limit_memory)
 
     def run(self, command, plan=None):
         """Its exit status, None when it hangs, and all that it has said."""

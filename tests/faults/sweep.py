@@ -19,6 +19,7 @@ from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
+import proxy
 import stage
 
 HALF = -1  # in place of an errno: the call moves half of its bytes
@@ -39,9 +40,14 @@ FAULTS = {
     "spawn": ["EAGAIN"],
     "memory": ["ENOMEM", "ENOMEM onwards"],
 }
+# In a message between the driver and its peer, proxy.py; how it fails is its own.
+WIRE_FAULTS = {fault: ["once"] for fault in proxy.FAULTS}
+HARMLESS = ("byte by byte", "delayed")
 RUN = ["fieldrun", "run", "case.toml", "-n", "3", "--output", "results", "--quiet"]
 CLUSTER = [word.replace("case", "cluster") for word in RUN]
-SERVICE = ["runfactory", "--allow-root", "--listen=127.0.0.1:7777", "--ports=9101-9102",
+ONE_STEP = [word.replace("3", "1") for word in RUN]
+PROXY = Path(proxy.__file__)
+SERVICE = ["runfactory", "--allow-root", "--ports=9101-9102",
            "--max-sessions=2"]
 ADD = ["fieldrun", "variables", "case.toml", "--add", "P1:Oil production rate"]
 
@@ -61,6 +67,8 @@ SCENARIOS = {
     "write the equipment": (["fieldrun", "describe", "case.toml", "equipment.xml"], "fieldrun",
                             [["fieldrun", "describe", "case.toml", "equipment.xml", "-w", "P1"]]),
     "read and keep the registry": (["fieldrun", "identify"], "fieldrun", []),
+    "local wire": ([*ONE_STEP, "--simulator", str(PROXY)], "proxy", []),
+    "cluster wire": (CLUSTER, "proxy", []),
     "make a report": (["fieldrun", "report", "results"], "fieldrun", [RUN]),
 }
 # The boundary has no result for an inflow library that can't write its part of the state file.
@@ -139,13 +147,12 @@ def torn(folder, before, after, but):
 
 
 class Service:
-    """The cluster's service while a run needs it; its plan is for it and its sessions."""
+    """A service while a run needs it; its plan is for it and its sessions."""
 
-    def __init__(self, place, plan=None):
+    def __init__(self, place, command, plan=None):
         self.place = place
         self.log = open(place.place / "service", "wb+")
-        self.process = place.start([*SERVICE, f"--simulator={place.programs / 'tanksim'}",
-                                    f"--root={place.folder}"], plan, self.log)
+        self.process = place.start(command, plan, self.log)
         while self.process.poll() is None and b"listens on" not in self.read():
             time.sleep(0.005)
 
@@ -190,6 +197,10 @@ class Sweep:
 
     def plan_of(self, family, fault, call):
         self.tally.write_bytes(bytes(16))
+        if self.program == "proxy":
+            return {"GANTRY_FAULT_FAMILY": family, "GANTRY_FAULT_AT": str(call),
+                    "GANTRY_FAULT_TALLY": str(self.tally),
+                    "GANTRY_FAULT_PROGRAMS": str(self.place.programs)}
         error, _, lasts = fault.partition(" ")
         number = HALF if error == "HALF" else getattr(errno, error)
         return {"LD_PRELOAD": str(self.arguments.library), "GANTRY_FAULT_PROGRAM": self.program,
@@ -200,9 +211,30 @@ class Sweep:
     def play(self, plan=None):
         """Status and words of the scenario's program, and what is wrong apart from them."""
         if self.command is not CLUSTER:
+            if self.program == "proxy":
+                plan = plan or self.plan_of("cut", "once", 0)
             status, said = self.place.run(self.command, plan)
             return status, said, self.place.left_behind()
-        service = Service(self.place, plan if self.program != "fieldrun" else None)
+        if self.program == "proxy" and plan:
+            return self.play_before_proxy(plan)
+        return self.play_with_service(plan)
+
+    def service(self, port, plan=None):
+        return Service(self.place, [*SERVICE, f"--listen=127.0.0.1:{port}",
+                                    f"--simulator={self.place.programs / 'tanksim'}",
+                                    f"--root={self.place.folder}"], plan)
+
+    def play_before_proxy(self, plan):
+        service = self.service(7778)
+        before = Service(self.place, [PROXY, "7777", "7778"], plan)
+        status, said = self.place.run(self.command)
+        before.stop()
+        ended, log = service.stop()
+        faults = [f"the service ends with {ended}: {log[-300:]}"] if ended != 0 else []
+        return status, said, faults + self.place.left_behind()
+
+    def play_with_service(self, plan):
+        service = self.service(7777, plan if self.program != "fieldrun" else None)
         if service.process.poll() is not None:
             status, said = service.stop()
             return status or None, said, self.place.left_behind()
@@ -230,8 +262,14 @@ class Sweep:
         if status != 0 and not said.strip():
             faults.append("it fails without a word")
         but = UNTOLD.get((family, fault), [])
-        faults += torn(self.place.folder, self.before, self.afters[0], but)
-        if status == 0 and "totals" not in said and not but and self.results_now() != self.results[0]:
+        is_told = self.program != "proxy" or family in HARMLESS  # the wire has no check sums
+        if is_told:
+            faults += torn(self.place.folder, self.before, self.afters[0], but)
+        if "memory" in said and family != "memory":
+            faults.append(f"it takes a claim for granted: {said[-300:]}")
+        if status != 0 and family in HARMLESS:
+            faults.append(f"it fails though every byte comes: {said[-300:]}")
+        if is_told and status == 0 and "totals" not in said and not but and self.results_now() != self.results[0]:
             faults.append("it tells of no failure but hasn't done its work")
         if status != 0:
             self.messages[f"{family}: {said.strip().splitlines()[-1] if said.strip() else ''}"] += 1
@@ -258,7 +296,7 @@ class Sweep:
         self.place.reset()
         self.play(self.plan_of(family, fault, 0))
         calls = self.tallied()[0]
-        yield from sorted({1, calls // 2, calls} - {0})
+        yield from sorted({min(1, calls), calls // 2} - {0})
 
     def sweep(self, family, fault):
         points, faults = 0, []
@@ -273,12 +311,14 @@ class Sweep:
 
 def sweep_scenario(name, arguments):
     sweep, failed = Sweep(name, arguments), False
-    for family in arguments.families or FAULTS:
-        faults_of_family = FAULTS[family][:1] if arguments.slice else FAULTS[family]
-        for fault in faults_of_family:
+    known = WIRE_FAULTS if sweep.program == "proxy" else FAULTS
+    for family in arguments.families or known:
+        for fault in known[family]:
+            if arguments.slice and fault != known[family][0] and not fault.endswith("always"):
+                continue
             points, faults = sweep.sweep(family, fault)
             failed = failed or bool(faults)
-            print(f"{name:27} {family:8} {fault:15} {points:5} points {len(faults):3} faults",
+            print(f"{name:27} {family:15} {fault:15} {points:5} points {len(faults):3} faults",
                   *faults, sep="\n    ", flush=True)
     for message, count in sweep.messages.most_common() if arguments.messages else ():
         print(f"  {count:4} x {message}")
@@ -293,8 +333,8 @@ def main():
     parser.add_argument("--library", type=Path, required=True, help="what is preloaded")
     parser.add_argument("--examples", type=Path, default=Path(__file__).parents[2] / "examples")
     parser.add_argument("--scenario", choices=SCENARIOS)
-    parser.add_argument("--families", nargs="+", choices=FAULTS)
-    parser.add_argument("--slice", action="store_true", help="three calls of each family")
+    parser.add_argument("--families", nargs="+", choices={**FAULTS, **WIRE_FAULTS})
+    parser.add_argument("--slice", action="store_true", help="two calls of each family")
     parser.add_argument("--messages", action="store_true", help="list what was said, by family")
     parser.add_argument("--parallel", type=int, default=2, metavar="JOBS")
     arguments = parser.parse_args()
