@@ -82,23 +82,24 @@ std::optional<Place> FindPlace(const std::vector<PathMap>& maps,
   throw CaseRefused("The run factory can't open the case directory " + directory + ": " + why);
 }
 
-UniqueFd OpenDirectory(int parent, const std::string& name, int flags) {
-  return UniqueFd(::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags));
+platform::Descriptor OpenDirectory(int parent, const std::string& name, int flags) {
+  return platform::Descriptor(
+      ::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags));
 }
 
 CaseLocation Walk(const Place& place, const std::string& directory) {
   CaseLocation location;
   location.path = std::string(WithoutClosingSeparators(place.root));
   location.directory = OpenDirectory(AT_FDCWD, location.path, 0);
-  if (!location.directory) Refuse(directory, std::strerror(errno));
+  if (!location.directory.IsOpen()) Refuse(directory, std::strerror(errno));
   for (size_t begin = 0; begin < place.below.size();) {
     const size_t end = std::min(place.below.find('/', begin), place.below.size());
     const std::string name = place.below.substr(begin, end - begin);
     begin = end + 1;
     if (name.empty() || name == ".") continue;
     if (name == "..") Refuse(directory, "\"..\" isn't allowed");
-    UniqueFd next = OpenDirectory(location.directory.Get(), name, O_NOFOLLOW);
-    if (!next) {
+    platform::Descriptor next = OpenDirectory(location.directory.Number(), name, O_NOFOLLOW);
+    if (!next.IsOpen()) {
       // A link shows as "not a directory" when only directories are opened.
       const bool isPlain = errno != ELOOP && errno != ENOTDIR;
       Refuse(directory, isPlain ? std::strerror(errno) : name + " is no plain directory");
@@ -117,14 +118,14 @@ void CheckBaseName(const std::string& name) {
 
 /// The case's files are those of its name with any extension. One must be there, none a link.
 void CheckFiles(const CaseLocation& location) {
-  const int copy = ::openat(location.directory.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int copy = ::openat(location.directory.Number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, int (*)(DIR*)> listing(copy < 0 ? nullptr : ::fdopendir(copy),
                                                     ::closedir);
   bool isThere = false;
   while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr) {
     if (!std::string_view(entry->d_name).starts_with(location.baseName + ".")) continue;
     struct stat status {};
-    if (::fstatat(location.directory.Get(), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (::fstatat(location.directory.Number(), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
       continue;
     }
     if (S_ISLNK(status.st_mode)) {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/posix/descriptor.h"
 #include "runfactory/options.h"
-#include "runfactory/unique_fd.h"
 
 namespace gantry::cluster {
 
@@ -17,7 +17,7 @@ class CaseRefused : public std::runtime_error {
 
 /// A case's directory, held open, so that nothing that happens to its path later leads elsewhere.
 struct CaseLocation {
-  UniqueFd directory;
+  platform::Descriptor directory;
   std::string path;
   std::string baseName;
 };

@@ -33,14 +33,14 @@ void Set(int socket, int level, int option, int value) {
 
 }  // namespace
 
-DriverConnection::DriverConnection(UniqueFd socket) : socket_(std::move(socket)) {
-  const int flags = ::fcntl(socket_.Get(), F_GETFL);
-  ::fcntl(socket_.Get(), F_SETFL, flags & ~O_NONBLOCK);
-  Set(socket_.Get(), IPPROTO_TCP, TCP_NODELAY, 1);
-  Set(socket_.Get(), SOL_SOCKET, SO_KEEPALIVE, 1);
-  Set(socket_.Get(), IPPROTO_TCP, TCP_KEEPIDLE, kKeepAliveIdleSeconds);
-  Set(socket_.Get(), IPPROTO_TCP, TCP_KEEPINTVL, kKeepAliveIntervalSeconds);
-  Set(socket_.Get(), IPPROTO_TCP, TCP_KEEPCNT, kKeepAliveProbes);
+DriverConnection::DriverConnection(platform::Descriptor socket) : socket_(std::move(socket)) {
+  const int flags = ::fcntl(socket_.Number(), F_GETFL);
+  ::fcntl(socket_.Number(), F_SETFL, flags & ~O_NONBLOCK);
+  Set(socket_.Number(), IPPROTO_TCP, TCP_NODELAY, 1);
+  Set(socket_.Number(), SOL_SOCKET, SO_KEEPALIVE, 1);
+  Set(socket_.Number(), IPPROTO_TCP, TCP_KEEPIDLE, kKeepAliveIdleSeconds);
+  Set(socket_.Number(), IPPROTO_TCP, TCP_KEEPINTVL, kKeepAliveIntervalSeconds);
+  Set(socket_.Number(), IPPROTO_TCP, TCP_KEEPCNT, kKeepAliveProbes);
 }
 
 void DriverConnection::SendText(std::string_view text) {
@@ -82,18 +82,16 @@ std::span<const std::byte> DriverConnection::Receive() {
 
 void DriverConnection::SendAll(std::span<const std::byte> bytes) {
   while (!bytes.empty()) {
-    const ssize_t count = ::send(socket_.Get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (count < 0 && errno == EINTR) continue;
+    const ssize_t count = platform::WithoutInterrupts(
+        [&] { return ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
     if (count < 0) throw DriverBroken(std::string("cannot send to it: ") + std::strerror(errno));
     bytes = bytes.subspan(static_cast<size_t>(count));
   }
 }
 
 size_t DriverConnection::ReceiveSome(std::span<std::byte> bytes) {
-  ssize_t count = 0;
-  do {
-    count = ::recv(socket_.Get(), bytes.data(), bytes.size(), 0);
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count = platform::WithoutInterrupts(
+      [&] { return ::recv(socket_.Number(), bytes.data(), bytes.size(), 0); });
   if (count < 0) throw DriverBroken(std::string("the driver is lost: ") + std::strerror(errno));
   return static_cast<size_t>(count);
 }

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "runfactory/unique_fd.h"
+#include "platform/posix/descriptor.h"
 
 namespace gantry::cluster {
 
@@ -20,7 +20,7 @@ class DriverBroken : public std::runtime_error {
 /// A session's connection to its driver, blocking. Throws `DriverBroken`.
 class DriverConnection {
  public:
-  explicit DriverConnection(UniqueFd socket);
+  explicit DriverConnection(platform::Descriptor socket);
 
   void SendText(std::string_view text);
   /// A frame of that routine: its number, the results, and the acknowledgement if there is one.
@@ -33,7 +33,7 @@ class DriverConnection {
   void SendAll(std::span<const std::byte> bytes);
   size_t ReceiveSome(std::span<std::byte> bytes);
 
-  UniqueFd socket_;
+  platform::Descriptor socket_;
   std::vector<std::byte> request_;
 };
 

@@ -25,7 +25,7 @@ constexpr size_t kFirstSession = 2;
   throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
-UniqueFd Listen(const Options& options) {
+platform::Descriptor Listen(const Options& options) {
   const std::string where = fmt::format("{}:{}", options.address, options.port);
   sockaddr_in address{};
   address.sin_family = AF_INET;
@@ -33,23 +33,24 @@ UniqueFd Listen(const Options& options) {
   if (::inet_pton(AF_INET, options.address.c_str(), &address.sin_addr) != 1) {
     throw std::runtime_error("cannot listen on " + where + ": not an address");
   }
-  UniqueFd listener(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  platform::Descriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
   const int reuse = 1;
-  ::setsockopt(listener.Get(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
+  ::setsockopt(listener.Number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
   const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-  const bool listens = listener && ::bind(listener.Get(), generic, sizeof address) == 0 &&
-                       ::listen(listener.Get(), kBacklog) == 0;
+  const bool listens = listener.IsOpen() &&
+                       ::bind(listener.Number(), generic, sizeof address) == 0 &&
+                       ::listen(listener.Number(), kBacklog) == 0;
   if (!listens) Fail("cannot listen on " + where);
   return listener;
 }
 
-UniqueFd CatchSignals() {
+platform::Descriptor CatchSignals() {
   sigset_t caught;
   ::sigemptyset(&caught);
   for (const int signal : {SIGCHLD, SIGTERM, SIGINT}) ::sigaddset(&caught, signal);
   ::sigprocmask(SIG_BLOCK, &caught, nullptr);
-  UniqueFd signals(::signalfd(-1, &caught, SFD_NONBLOCK | SFD_CLOEXEC));
-  if (!signals) Fail("cannot take signals");
+  platform::Descriptor signals(::signalfd(-1, &caught, SFD_NONBLOCK | SFD_CLOEXEC));
+  if (!signals.IsOpen()) Fail("cannot take signals");
   return signals;
 }
 
@@ -66,7 +67,7 @@ Factory::Factory(const Options& options, const Log& log)
       launcher_(MakeLauncher(options)),
       sessions_(options, *launcher_, log),
       peers_(log, options.dialogueSeconds,
-             [this](UniqueFd socket, const Dialogue& dialogue) {
+             [this](platform::Descriptor socket, const Dialogue& dialogue) {
                sessions_.Begin(std::move(socket), dialogue);
              }),
       listener_(Listen(options)),
@@ -79,7 +80,7 @@ Factory::Factory(const Options& options, const Log& log)
 uint16_t Factory::Port() const {
   sockaddr_in address{};
   socklen_t size = sizeof address;
-  ::getsockname(listener_.Get(), reinterpret_cast<sockaddr*>(&address), &size);
+  ::getsockname(listener_.Number(), reinterpret_cast<sockaddr*>(&address), &size);
   return ntohs(address.sin_port);
 }
 
@@ -90,20 +91,20 @@ void Factory::Run() {
 void Factory::Turn() {
   const Clock::time_point now = Clock::now();
   const Clock::time_point next = std::min(peers_.Expire(now), sessions_.Expire(now));
-  std::vector<pollfd> watched = {{signals_.Get(), POLLIN, 0}, {listener_.Get(), POLLIN, 0}};
+  std::vector<pollfd> watched = {{signals_.Number(), POLLIN, 0}, {listener_.Number(), POLLIN, 0}};
   sessions_.Watch(watched);
   const size_t firstPeer = watched.size();
   peers_.Watch(watched);
   if (::poll(watched.data(), watched.size(), MillisecondsUntil(next)) <= 0) return;
   sessions_.Serve(watched.data() + kFirstSession);
   peers_.Serve(watched.data() + firstPeer);
-  if (watched[1].revents != 0) peers_.Accept(listener_.Get());
+  if (watched[1].revents != 0) peers_.Accept(listener_.Number());
   if (watched[0].revents != 0) TakeSignals();
 }
 
 void Factory::TakeSignals() {
   signalfd_siginfo taken{};
-  while (::read(signals_.Get(), &taken, sizeof taken) == static_cast<ssize_t>(sizeof taken)) {
+  while (::read(signals_.Number(), &taken, sizeof taken) == static_cast<ssize_t>(sizeof taken)) {
     if (taken.ssi_signo == SIGCHLD) {
       ReapChildren();
     } else {

@@ -2,12 +2,12 @@
 
 #include <memory>
 
+#include "platform/posix/descriptor.h"
 #include "runfactory/launcher.h"
 #include "runfactory/log.h"
 #include "runfactory/options.h"
 #include "runfactory/pending_peers.h"
 #include "runfactory/sessions.h"
-#include "runfactory/unique_fd.h"
 
 namespace gantry::cluster {
 
@@ -33,8 +33,8 @@ class Factory {
   std::unique_ptr<Launcher> launcher_;
   Sessions sessions_;
   PendingPeers peers_;
-  UniqueFd listener_;
-  UniqueFd signals_;
+  platform::Descriptor listener_;
+  platform::Descriptor signals_;
   bool isStopping_ = false;
 };
 

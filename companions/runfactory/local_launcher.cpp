@@ -29,7 +29,8 @@ std::string LastLine(int file) {
 
 class LocalJob : public Job {
  public:
-  LocalJob(pid_t process, UniqueFd output) : process_(process), output_(std::move(output)) {}
+  LocalJob(pid_t process, platform::Descriptor output)
+      : process_(process), output_(std::move(output)) {}
 
   std::string Name() const override { return std::to_string(process_); }
   std::string Node() override { return kHost; }
@@ -39,13 +40,13 @@ class LocalJob : public Job {
     if (::waitpid(process_, &status, WNOHANG) != process_) return;
     const std::string how = WIFEXITED(status) ? "exit status " + std::to_string(WEXITSTATUS(status))
                                               : "signal " + std::to_string(WTERMSIG(status));
-    const std::string said = output_ ? LastLine(output_.Get()) : "";
+    const std::string said = output_.IsOpen() ? LastLine(output_.Number()) : "";
     throw LaunchFailed("The simulator has ended (" + how + ")" + (said.empty() ? "" : ": " + said));
   }
 
  private:
   pid_t process_;
-  UniqueFd output_;
+  platform::Descriptor output_;
 };
 
 /// Starts simulators on this machine.
@@ -59,10 +60,11 @@ class LocalLauncher : public Launcher {
     Program program;
     program.arguments = Prefix(request.parallel);
     AddSimulator(program.arguments, simulator_, location, request, port);
-    program.directory = location.directory.Get();
-    UniqueFd output(::openat(location.directory.Get(), LogNameOf(location).c_str(),
-                             O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
-    program.output = output.Get();
+    program.directory = location.directory.Number();
+    platform::Descriptor output(::openat(location.directory.Number(), LogNameOf(location).c_str(),
+                                         O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC,
+                                         0644));
+    program.output = output.Number();
     try {
       return std::make_unique<LocalJob>(StartProgram(program), std::move(output));
     } catch (const std::runtime_error& failure) {

@@ -37,7 +37,8 @@ std::string OneLine(std::string_view text) {
 
 Log::Log(const std::string& file)
     : file_(::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0640)) {
-  if (!file_) throw std::runtime_error("cannot open the log " + file + ": " + std::strerror(errno));
+  if (!file_.IsOpen())
+    throw std::runtime_error("cannot open the log " + file + ": " + std::strerror(errno));
 }
 
 void Log::Write(std::string_view text) const {

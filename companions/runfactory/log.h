@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "runfactory/unique_fd.h"
+#include "platform/posix/descriptor.h"
 
 namespace gantry::cluster {
 
@@ -18,10 +18,10 @@ class Log {
   explicit Log(const std::string& file);
 
   void Write(std::string_view text) const;
-  int Descriptor() const { return file_ ? file_.Get() : STDERR_FILENO; }
+  int Descriptor() const { return file_.IsOpen() ? file_.Number() : STDERR_FILENO; }
 
  private:
-  UniqueFd file_;
+  platform::Descriptor file_;
 };
 
 /// The text on one line: control characters become "\x" and two digits.

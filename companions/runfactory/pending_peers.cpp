@@ -23,8 +23,8 @@ std::string Describe(const sockaddr_in& address) {
 
 void SendBriefly(int socket, std::string_view bytes) {
   // What doesn't fit, or can't be sent, shows to the peer as the end of the connection.
-  [[maybe_unused]] const ssize_t sent =
-      ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  platform::WithoutInterrupts(
+      [&] { return ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT); });
 }
 
 PendingPeers::PendingPeers(const Log& log, int seconds, Complete complete)
@@ -34,9 +34,9 @@ void PendingPeers::Accept(int listener) {
   for (;;) {
     sockaddr_in address{};
     socklen_t size = sizeof address;
-    UniqueFd socket(::accept4(listener, reinterpret_cast<sockaddr*>(&address), &size,
-                              SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (!socket) {
+    platform::Descriptor socket(::accept4(listener, reinterpret_cast<sockaddr*>(&address), &size,
+                                          SOCK_NONBLOCK | SOCK_CLOEXEC));
+    if (!socket.IsOpen()) {
       const bool isOutOfPlaces = errno == EMFILE || errno == ENFILE;
       if (!isOutOfPlaces || peers_.empty()) return;
       peers_.pop_front();
@@ -46,13 +46,13 @@ void PendingPeers::Accept(int listener) {
       log_.Write(peers_.front().address + " gives way: too many are silent");
       peers_.pop_front();
     }
-    SendBriefly(socket.Get(), Dialogue::Greeting());
+    SendBriefly(socket.Number(), Dialogue::Greeting());
     peers_.push_back({std::move(socket), Describe(address), Clock::now() + patience_, {}});
   }
 }
 
 void PendingPeers::Watch(std::vector<pollfd>& watched) const {
-  for (const Peer& peer : peers_) watched.push_back({peer.socket.Get(), POLLIN, 0});
+  for (const Peer& peer : peers_) watched.push_back({peer.socket.Number(), POLLIN, 0});
 }
 
 void PendingPeers::Serve(const pollfd* events) {
@@ -64,7 +64,7 @@ void PendingPeers::Serve(const pollfd* events) {
 
 bool PendingPeers::Hear(Peer& peer) {
   std::array<char, 4096> block{};
-  const ssize_t count = ::recv(peer.socket.Get(), block.data(), block.size(), 0);
+  const ssize_t count = ::recv(peer.socket.Number(), block.data(), block.size(), 0);
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) return true;
   if (count <= 0) {
     log_.Write(peer.address + " has gone before it said what it wants");

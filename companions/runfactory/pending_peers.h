@@ -8,9 +8,9 @@
 
 #include <poll.h>
 
+#include "platform/posix/descriptor.h"
 #include "runfactory/dialogue.h"
 #include "runfactory/log.h"
-#include "runfactory/unique_fd.h"
 
 namespace gantry::cluster {
 
@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 class PendingPeers {
  public:
   /// Takes over a peer whose dialogue has come to its end.
-  using Complete = std::function<void(UniqueFd socket, const Dialogue& dialogue)>;
+  using Complete = std::function<void(platform::Descriptor socket, const Dialogue& dialogue)>;
 
   PendingPeers(const Log& log, int seconds, Complete complete);
 
@@ -38,7 +38,7 @@ class PendingPeers {
 
  private:
   struct Peer {
-    UniqueFd socket;
+    platform::Descriptor socket;
     std::string address;
     Clock::time_point deadline;
     Dialogue dialogue;

@@ -3,8 +3,8 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include "platform/posix/descriptor.h"
 #include "runfactory/launcher.h"
-#include "runfactory/unique_fd.h"
 
 namespace gantry::cluster {
 
@@ -13,15 +13,15 @@ namespace {
 /// Nobody listens on the port. One that is still cooling down from an earlier connection counts as
 /// free, as it does for a simulator.
 bool IsFree(uint16_t port) {
-  const UniqueFd probe(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const platform::Descriptor probe(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   const int reuse = 1;
-  ::setsockopt(probe.Get(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
+  ::setsockopt(probe.Number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_ANY);
   address.sin_port = htons(port);
-  return ::bind(probe.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-         ::listen(probe.Get(), 1) == 0;
+  return ::bind(probe.Number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+         ::listen(probe.Number(), 1) == 0;
 }
 
 }  // namespace

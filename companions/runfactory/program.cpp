@@ -18,7 +18,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "runfactory/unique_fd.h"
+#include "platform/posix/descriptor.h"
 
 namespace gantry::cluster {
 
@@ -83,11 +83,10 @@ bool ReadAll(int pipe, Clock::time_point deadline, std::string& text) {
   std::array<char, 4096> block{};
   for (;;) {
     pollfd waiting = {pipe, POLLIN, 0};
-    const int ready = ::poll(&waiting, 1, MillisecondsUntil(deadline));
-    if (ready < 0 && errno == EINTR) continue;
-    if (ready <= 0) return false;
-    const ssize_t count = ::read(pipe, block.data(), block.size());
-    if (count < 0 && errno == EINTR) continue;
+    const auto wait = [&] { return ::poll(&waiting, 1, MillisecondsUntil(deadline)); };
+    if (platform::WithoutInterrupts(wait) <= 0) return false;
+    const ssize_t count =
+        platform::WithoutInterrupts([&] { return ::read(pipe, block.data(), block.size()); });
     if (count <= 0) return true;
     const size_t room = kMostOutput - text.size();
     text.append(block.data(), std::min(static_cast<size_t>(count), room));
@@ -130,8 +129,8 @@ pid_t StartProgram(const Program& program) {
   ::posix_spawn_file_actions_addclosefrom_np(actions.Get(), STDERR_FILENO + 1);
   const SpawnAttributes attributes(program.ownGroup);
   pid_t process = -1;
-  const int error = ::posix_spawn(&process, arguments.front(), actions.Get(), attributes.Get(),
-                                  arguments.data(), environ);
+  const int error = ::posix_spawn(&process, arguments.front(), actions.Get(),
+                                  attributes.Get(), arguments.data(), environ);
   if (error == 0) return process;
   throw std::runtime_error("cannot start " + program.arguments.front() + ": " +
                            std::strerror(error));
@@ -142,30 +141,26 @@ Outcome RunProgram(const std::vector<std::string>& arguments, int limitSeconds) 
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw std::runtime_error(std::string("cannot make a pipe: ") + std::strerror(errno));
   }
-  const UniqueFd readEnd(ends[0]);
-  UniqueFd writeEnd(ends[1]);
-  const pid_t process = StartProgram({.arguments = arguments, .output = writeEnd.Get()});
+  const platform::Descriptor readEnd(ends[0]);
+  platform::Descriptor writeEnd(ends[1]);
+  const pid_t process = StartProgram({.arguments = arguments, .output = writeEnd.Number()});
   writeEnd.Reset();
   Outcome outcome;
   const Clock::time_point deadline = Clock::now() + std::chrono::seconds(limitSeconds);
-  if (!ReadAll(readEnd.Get(), deadline, outcome.output)) ::kill(-process, SIGKILL);
+  if (!ReadAll(readEnd.Number(), deadline, outcome.output)) ::kill(-process, SIGKILL);
   int status = 0;
-  while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
-  }
+  platform::WithoutInterrupts([&] { return ::waitpid(process, &status, 0); });
   if (WIFEXITED(status)) outcome.exitStatus = WEXITSTATUS(status);
   return outcome;
 }
 
 bool WaitForExit(pid_t process, int limitMilliseconds) {
-  const UniqueFd handle(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
-  if (!handle) return true;
-  pollfd waiting = {handle.Get(), POLLIN, 0};
+  const platform::Descriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+  if (!handle.IsOpen()) return true;
+  pollfd waiting = {handle.Number(), POLLIN, 0};
   const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(limitMilliseconds);
-  int ready = 0;
-  do {
-    ready = ::poll(&waiting, 1, MillisecondsUntil(deadline));
-  } while (ready < 0 && errno == EINTR);
-  return ready > 0;
+  return platform::WithoutInterrupts(
+             [&] { return ::poll(&waiting, 1, MillisecondsUntil(deadline)); }) > 0;
 }
 
 void EndProgram(pid_t process, int patienceMilliseconds) {

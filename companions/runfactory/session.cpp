@@ -75,10 +75,8 @@ class Session {
   /// From here on the service ends the job.
   void ReportJob(const std::string& name) {
     const std::string line = name + "\n";
-    ssize_t written = 0;
-    do {
-      written = ::write(task_.report.Get(), line.data(), line.size());
-    } while (written < 0 && errno == EINTR);
+    const ssize_t written = platform::WithoutInterrupts(
+        [&] { return ::write(task_.report.Number(), line.data(), line.size()); });
     if (written >= 0) return task_.report.Reset();
     const std::string reason = std::strerror(errno);
     task_.launcher.End(name);

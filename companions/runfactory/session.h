@@ -2,11 +2,11 @@
 
 #include <string>
 
+#include "platform/posix/descriptor.h"
 #include "runfactory/dialogue.h"
 #include "runfactory/launcher.h"
 #include "runfactory/log.h"
 #include "runfactory/options.h"
-#include "runfactory/unique_fd.h"
 
 namespace gantry::cluster {
 
@@ -17,9 +17,10 @@ struct SessionTask {
   const Log& log;
   std::string label;  ///< in front of each line of the log: number and user
   RunRequest request;
-  int place;        ///< below the number of sessions; no two live sessions have the same
-  UniqueFd driver;  ///< the connection, its dialogue at the driver's last line
-  UniqueFd report;  ///< a pipe to the service: takes the name of the job that was started
+  int place;  ///< below the number of sessions; no two live sessions have the same
+  platform::Descriptor driver;  ///< the connection, its dialogue at the driver's last line
+  platform::Descriptor
+      report;  ///< a pipe to the service: takes the name of the job that was started
 };
 
 /// One session from the answer of the dialogue to the end of its connection: starts the simulator,

@@ -59,7 +59,7 @@ int Sessions::FreePlace() const {
   return place;
 }
 
-void Sessions::Begin(UniqueFd driver, const Dialogue& dialogue) {
+void Sessions::Begin(platform::Descriptor driver, const Dialogue& dialogue) {
   const RunRequest& request = dialogue.Request();
   std::string reason = dialogue.Refusal();
   if (reason.empty() && std::ssize(sessions_) >= options_.maxSessions) {
@@ -72,7 +72,7 @@ void Sessions::Begin(UniqueFd driver, const Dialogue& dialogue) {
   }
   if (!reason.empty()) {
     log_.Write(request.user + " is refused: " + reason);
-    SendBriefly(driver.Get(), FramedText(reason));
+    SendBriefly(driver.Number(), FramedText(reason));
     return;
   }
   const int place = FreePlace();
@@ -80,15 +80,15 @@ void Sessions::Begin(UniqueFd driver, const Dialogue& dialogue) {
   session.place = place;
   session.label = fmt::format("session {} ({})", ++lastNumber_, request.user);
   session.driver = std::move(driver);
-  session.report = UniqueFd(ends[0]);
-  Fork(session, request, UniqueFd(ends[1]));
+  session.report = platform::Descriptor(ends[0]);
+  Fork(session, request, platform::Descriptor(ends[1]));
 }
 
-void Sessions::Fork(Session& session, const RunRequest& request, UniqueFd reportEnd) {
+void Sessions::Fork(Session& session, const RunRequest& request, platform::Descriptor reportEnd) {
   session.process = ::fork();
   if (session.process > 0) return;
   if (session.process == 0) {
-    BecomeChild({log_.Descriptor(), session.driver.Get(), reportEnd.Get()});
+    BecomeChild({log_.Descriptor(), session.driver.Number(), reportEnd.Number()});
     SessionTask task{.options = options_,
                      .launcher = launcher_,
                      .log = log_,
@@ -102,14 +102,14 @@ void Sessions::Fork(Session& session, const RunRequest& request, UniqueFd report
   const std::string reason =
       std::string("The run factory can't start a session: ") + std::strerror(errno);
   log_.Write(session.label + ": " + reason);
-  SendBriefly(session.driver.Get(), FramedText(reason));
+  SendBriefly(session.driver.Number(), FramedText(reason));
   sessions_.pop_back();
 }
 
 void Sessions::Watch(std::vector<pollfd>& watched) const {
   for (const Session& session : sessions_) {
     const bool awaitsItsEnd = session.isClosing || session.deadline != Clock::time_point::max();
-    watched.push_back({awaitsItsEnd ? -1 : session.driver.Get(), POLLRDHUP, 0});
+    watched.push_back({awaitsItsEnd ? -1 : session.driver.Number(), POLLRDHUP, 0});
   }
 }
 
@@ -149,10 +149,8 @@ void Sessions::Reap(pid_t process, int status) {
 
 void Sessions::ReadReport(Session& session) {
   std::array<char, 64> line{};
-  ssize_t count = 0;
-  do {
-    count = ::read(session.report.Get(), line.data(), line.size());
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count = platform::WithoutInterrupts(
+      [&] { return ::read(session.report.Number(), line.data(), line.size()); });
   if (count <= 0) return;
   const std::string_view text(line.data(), static_cast<size_t>(count));
   session.job = text.substr(0, text.find('\n'));

@@ -7,12 +7,12 @@
 #include <poll.h>
 #include <sys/types.h>
 
+#include "platform/posix/descriptor.h"
 #include "runfactory/dialogue.h"
 #include "runfactory/launcher.h"
 #include "runfactory/log.h"
 #include "runfactory/options.h"
 #include "runfactory/pending_peers.h"
-#include "runfactory/unique_fd.h"
 
 namespace gantry::cluster {
 
@@ -23,7 +23,7 @@ class Sessions {
   Sessions(const Options& options, Launcher& launcher, const Log& log);
 
   /// Starts a session, or tells the driver why not.
-  void Begin(UniqueFd driver, const Dialogue& dialogue);
+  void Begin(platform::Descriptor driver, const Dialogue& dialogue);
   /// Takes note of a child process that has ended.
   void Reap(pid_t process, int status);
   /// Ends the processes of all sessions.
@@ -43,14 +43,14 @@ class Sessions {
     std::string label;
     pid_t process = -1;  ///< of the session, then of what ends its simulator
     bool isClosing = false;
-    UniqueFd driver;  ///< watched for its end, not read
-    UniqueFd report;  ///< the session tells the name of its job
+    platform::Descriptor driver;  ///< watched for its end, not read
+    platform::Descriptor report;  ///< the session tells the name of its job
     std::string job;
     Clock::time_point deadline = Clock::time_point::max();
   };
 
   int FreePlace() const;
-  void Fork(Session& session, const RunRequest& request, UniqueFd reportEnd);
+  void Fork(Session& session, const RunRequest& request, platform::Descriptor reportEnd);
   void ReadReport(Session& session);
   /// False when there is nothing to end.
   bool BeginClosing(Session& session);

@@ -158,9 +158,9 @@ class SlurmLauncher : public Launcher {
       const std::string text = "#!/bin/sh\nexec '" + FindCommand("srun") + "' \"$@\"\n";
       const char* folder = std::getenv("TMPDIR");
       path_ = std::string(folder != nullptr ? folder : "/tmp") + "/runfactory-XXXXXX";
-      const UniqueFd file(::mkostemp(path_.data(), O_CLOEXEC));
-      const bool isWritten = file && ::write(file.Get(), text.data(), text.size()) ==
-                                         static_cast<ssize_t>(text.size());
+      const platform::Descriptor file(::mkostemp(path_.data(), O_CLOEXEC));
+      const bool isWritten = file.IsOpen() && ::write(file.Number(), text.data(), text.size()) ==
+                                                  static_cast<ssize_t>(text.size());
       if (!isWritten) throw LaunchFailed("The run factory cannot write its batch script");
     }
     ~ScriptFile() { ::unlink(path_.c_str()); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <utility>
 
 #include <unistd.h>
@@ -29,5 +30,13 @@ class Descriptor {
  private:
   int number_;
 };
+
+/// What a call of the system gives that is made again for as long as signals interrupt it.
+template <class Call>
+auto WithoutInterrupts(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
 
 }  // namespace gantry::platform

@@ -36,8 +36,8 @@ class PosixFile : public NativeFile {
 bool PosixFile::Write(const void* bytes, size_t length) {
   const char* next = static_cast<const char*>(bytes);
   while (length > 0) {
-    const ssize_t written = ::write(descriptor_.Number(), next, length);
-    if (written < 0 && errno == EINTR) continue;
+    const ssize_t written =
+        WithoutInterrupts([&] { return ::write(descriptor_.Number(), next, length); });
     if (written <= 0) return false;
     next += written;
     length -= static_cast<size_t>(written);
@@ -48,8 +48,8 @@ bool PosixFile::Write(const void* bytes, size_t length) {
 bool PosixFile::Read(void* bytes, size_t length) {
   char* next = static_cast<char*>(bytes);
   while (length > 0) {
-    const ssize_t got = ::read(descriptor_.Number(), next, length);
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got =
+        WithoutInterrupts([&] { return ::read(descriptor_.Number(), next, length); });
     if (got <= 0) return false;
     next += got;
     length -= static_cast<size_t>(got);
@@ -118,8 +118,8 @@ void SweepBeside(const std::string& path) {
 bool CopyContent(const NativeFile& from, NativeFile& to) {
   std::array<char, 65536> piece = {};
   while (true) {
-    const ssize_t got = ::read(static_cast<int>(from.Handle()), piece.data(), piece.size());
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = WithoutInterrupts(
+        [&] { return ::read(static_cast<int>(from.Handle()), piece.data(), piece.size()); });
     if (got <= 0) return got == 0;
     if (!to.Write(piece.data(), static_cast<size_t>(got))) return false;
   }

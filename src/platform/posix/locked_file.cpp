@@ -1,7 +1,5 @@
 #include "platform/posix/locked_file.h"
 
-#include <cerrno>
-
 #include <fcntl.h>
 #include <sys/file.h>
 
@@ -10,11 +8,7 @@ namespace gantry::platform {
 LockedFile::LockedFile(const std::string& path)
     : file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600)) {
   if (!file_.IsOpen()) return;
-  int result = 0;
-  do {
-    result = ::flock(file_.Number(), LOCK_EX);
-  } while (result != 0 && errno == EINTR);
-  held_ = result == 0;
+  held_ = WithoutInterrupts([this] { return ::flock(file_.Number(), LOCK_EX); }) == 0;
 }
 
 LockedFile::~LockedFile() {

@@ -70,8 +70,7 @@ void AwaitEndOfHolder(const Address& address) {
     return;
   }
   char nothing = 0;
-  while (::recv(link.Number(), &nothing, sizeof nothing, 0) < 0 && errno == EINTR) {
-  }
+  WithoutInterrupts([&] { return ::recv(link.Number(), &nothing, sizeof nothing, 0); });
 }
 
 NamedMutex::Attempt Unavailable() {

@@ -62,10 +62,8 @@ bool Send(const Descriptor& end, const Value& value) {
 
 template <class Value>
 bool Receive(const Descriptor& end, Value& value) {
-  ssize_t got = 0;
-  do {
-    got = ::recv(end.Number(), &value, sizeof value, 0);
-  } while (got < 0 && errno == EINTR);
+  const ssize_t got =
+      WithoutInterrupts([&] { return ::recv(end.Number(), &value, sizeof value, 0); });
   return got == ssize_t{sizeof value};
 }
 
@@ -144,8 +142,7 @@ bool ForkTwice(Launch& launch) {
     ::_exit(child < 0 ? 1 : 0);
   }
   launch.channel.started.Reset();
-  while (::waitpid(between, nullptr, 0) < 0 && errno == EINTR) {
-  }
+  WithoutInterrupts([&] { return ::waitpid(between, nullptr, 0); });
   return true;
 }
 

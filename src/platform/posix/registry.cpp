@@ -48,8 +48,8 @@ std::optional<std::string> ReadStore(const std::string& path) {
   std::string content;
   std::array<char, 65536> piece = {};
   while (content.size() <= kMostFileBytes) {
-    const ssize_t got = ::read(file.Number(), piece.data(), piece.size());
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got =
+        WithoutInterrupts([&] { return ::read(file.Number(), piece.data(), piece.size()); });
     if (got < 0) return std::nullopt;
     if (got == 0) return content;
     content.append(piece.data(), static_cast<size_t>(got));

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "platform/ip_sockets.h"
+#include "platform/posix/descriptor.h"
 
 namespace gantry::platform {
 
@@ -23,14 +24,7 @@ namespace {
 constexpr int kPauseMilliseconds = 100;
 constexpr int kLongestWaitSeconds = 1'000'000;
 
-int Descriptor(SocketHandle socket) { return static_cast<int>(socket); }
-
-template <class Call>
-auto WithoutInterrupts(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
+int Number(SocketHandle socket) { return static_cast<int>(socket); }
 
 /// An interrupted connect goes on by itself; its outcome is asked for here.
 int FinishConnect(int descriptor) {
@@ -52,48 +46,47 @@ class PosixSockets : public IpSockets<int> {
     return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
   }
 
-  void Close(SocketHandle socket) override { ::close(Descriptor(socket)); }
+  void Close(SocketHandle socket) override { ::close(Number(socket)); }
 
   bool SetBlocking(SocketHandle socket, bool blocking) override {
     int nonBlocking = blocking ? 0 : 1;
-    return ::ioctl(Descriptor(socket), FIONBIO, &nonBlocking) == 0;
+    return ::ioctl(Number(socket), FIONBIO, &nonBlocking) == 0;
   }
 
   int Connect(SocketHandle socket, uint32_t address, uint16_t port) override {
     const sockaddr_in peer = AddressOf(address, port);
-    if (::connect(Descriptor(socket), Generic(peer), sizeof peer) == 0) return 0;
-    return errno == EINTR ? FinishConnect(Descriptor(socket)) : kSocketError;
+    if (::connect(Number(socket), Generic(peer), sizeof peer) == 0) return 0;
+    return errno == EINTR ? FinishConnect(Number(socket)) : kSocketError;
   }
 
   SocketHandle Accept(SocketHandle socket) override {
     return WithoutInterrupts(
-        [&] { return ::accept4(Descriptor(socket), nullptr, nullptr, SOCK_CLOEXEC); });
+        [&] { return ::accept4(Number(socket), nullptr, nullptr, SOCK_CLOEXEC); });
   }
 
   int Select(SocketHandle socket, bool orWritable, std::optional<int> limitSeconds) override {
     const auto events = static_cast<short>(orWritable ? POLLIN | POLLOUT : POLLIN);
-    pollfd waiting = {Descriptor(socket), events, 0};
+    pollfd waiting = {Number(socket), events, 0};
     const int limit = limitSeconds ? std::min(*limitSeconds, kLongestWaitSeconds) * 1000 : -1;
     return WithoutInterrupts([&] { return ::poll(&waiting, 1, limit); });
   }
 
   int64_t Send(SocketHandle socket, std::span<const std::byte> bytes) override {
     return WithoutInterrupts(
-        [&] { return ::send(Descriptor(socket), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
+        [&] { return ::send(Number(socket), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
   }
 
   int64_t Receive(SocketHandle socket, std::span<std::byte> bytes) override {
-    return WithoutInterrupts(
-        [&] { return ::recv(Descriptor(socket), bytes.data(), bytes.size(), 0); });
+    return WithoutInterrupts([&] { return ::recv(Number(socket), bytes.data(), bytes.size(), 0); });
   }
 
   int64_t Available(SocketHandle socket) override {
     int available = 0;
-    return ::ioctl(Descriptor(socket), FIONREAD, &available) == 0 ? available : kSocketError;
+    return ::ioctl(Number(socket), FIONREAD, &available) == 0 ? available : kSocketError;
   }
 
   void PauseOnClosedPeer(SocketHandle socket) override {
-    pollfd waiting = {Descriptor(socket), 0, 0};
+    pollfd waiting = {Number(socket), 0, 0};
     // A connection that is gone both ways answers at once, so the pause doesn't rest on it.
     if (::poll(&waiting, 1, kPauseMilliseconds) > 0) ::poll(nullptr, 0, kPauseMilliseconds);
   }

@@ -31,9 +31,9 @@ std::vector<pid_t> ChildrenOf(pid_t process) {
 RunningFactory::RunningFactory(std::vector<std::string> command) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-  log_ = cluster::UniqueFd(ends[0]);
-  const cluster::UniqueFd writeEnd(ends[1]);
-  process_ = cluster::StartProgram({.arguments = std::move(command), .output = writeEnd.Get()});
+  log_ = platform::Descriptor(ends[0]);
+  const platform::Descriptor writeEnd(ends[1]);
+  process_ = cluster::StartProgram({.arguments = std::move(command), .output = writeEnd.Number()});
   // Standard output and the log are one pipe, and both begin with this.
   const std::string line = AwaitLog("listens on 127.0.0.1:");
   port_ = static_cast<uint16_t>(std::stoi(line.substr(line.rfind(':') + 1)));
@@ -46,7 +46,7 @@ RunningFactory::~RunningFactory() {
 }
 
 std::string RunningFactory::AwaitLog(const std::string& text) {
-  pollfd waiting = {log_.Get(), POLLIN, 0};
+  pollfd waiting = {log_.Number(), POLLIN, 0};
   std::array<char, 4096> block{};
   std::string read;
   for (;;) {
@@ -57,7 +57,7 @@ std::string RunningFactory::AwaitLog(const std::string& text) {
       read += line + "\n";
     }
     const bool speaks = ::poll(&waiting, 1, kPatienceMilliseconds) > 0;
-    const ssize_t count = speaks ? ::read(log_.Get(), block.data(), block.size()) : 0;
+    const ssize_t count = speaks ? ::read(log_.Number(), block.data(), block.size()) : 0;
     if (count <= 0) break;
     unread_.append(block.data(), static_cast<size_t>(count));
   }

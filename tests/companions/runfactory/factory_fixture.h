@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <sys/types.h>
 
-#include "runfactory/unique_fd.h"
+#include "platform/posix/descriptor.h"
 #include "sessions/linux_job_session.h"
 #include "settings/link_settings.h"
 #include "support/test_folder.h"
@@ -33,7 +33,7 @@ class RunningFactory {
   std::vector<pid_t> Children() const;
 
  private:
-  cluster::UniqueFd log_;
+  platform::Descriptor log_;
   std::string unread_;
   pid_t process_ = -1;
   uint16_t port_ = 0;

@@ -45,7 +45,7 @@ class RemoteRig {
   /// What a session's process does once its simulator is up.
   void Control() {
     cluster::DriverConnection driver(
-        cluster::UniqueFd(static_cast<int>(platform::Sockets().Accept(listener_.Listening()))));
+        platform::Descriptor(static_cast<int>(platform::Sockets().Accept(listener_.Listening()))));
     const std::unique_ptr<cluster::Simulator> simulator = cluster::MakeSimulator(kVersionCode);
     ConnectToModel(simulator->Client(), "127.0.0.1", peer_.Port(), 10);
     cluster::Controller controller(*simulator, [](const std::string&) {});
