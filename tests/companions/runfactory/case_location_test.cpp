@@ -82,7 +82,7 @@ TEST_F(OpenCaseTest, HoldsTheDirectoryWhateverBecomesOfItsPath) {
   fs::rename(folder / "fields/north", folder / "fields/moved");
   fs::create_directory_symlink(folder / "secret", folder / "fields/north");
   EXPECT_TRUE(
-      fs::exists("/proc/self/fd/" + std::to_string(location.directory.Get()) + "/notes.txt"));
+      fs::exists("/proc/self/fd/" + std::to_string(location.directory.Number()) + "/notes.txt"));
 }
 
 }  // namespace

@@ -166,17 +166,6 @@ TEST_F(FactoryTest, GivesItsSessionsNoSocketsForStandardDescriptors) {
   }
 }
 
-TEST_F(FactoryTest, TellsTheDriverWhyItCannotFork) {
-  // Root may start as many processes as it likes; another user of this limit has one.
-  StartFactory({}, TANKSIM,
-               {"/bin/sh", "-c",
-                "user=$(id -u); prlimit --nproc=1 --pid $$\n"
-                "[ $user -ne 0 ] || exec setpriv --reuid=64123 --clear-groups \"$0\" \"$@\"\n"
-                "exec \"$0\" \"$@\""});
-  EXPECT_EQ(Refusal(SettingsFor("FIVE_SPOT")),
-            "The run factory can't start a session: Resource temporarily unavailable");
-}
-
 TEST_F(FactoryTest, DropsPeersThatSayNothingOrNonsenseAndServesDriversAllTheWhile) {
   StartFactory({"--dialogue-seconds", "6"});
   std::vector<std::unique_ptr<SocketClient>> silent;

@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "support/posix/full_disk.h"
 #include "support/test_folder.h"
 
 namespace gantry::platform {
@@ -93,14 +92,6 @@ TEST_F(RegistryFile, AStoreThatCannotBeWrittenStillReadsAndIsLeftAsItIs) {
   EXPECT_EQ(key->ReadText("A"), "1");
   EXPECT_FALSE(key->WriteText("A", "2"));
   EXPECT_EQ(Open("Software\\Missing"), nullptr);
-  EXPECT_EQ(Stored(), before);
-}
-
-TEST_F(RegistryFile, AFullDiskLeavesTheStoreAsItIs) {
-  const auto key = Open();
-  const std::string before = Stored();
-  const test::FullDisk disk(before.size());
-  EXPECT_FALSE(key->WriteText("A", "1"));
   EXPECT_EQ(Stored(), before);
 }
 
