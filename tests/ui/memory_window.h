@@ -107,7 +107,7 @@ class MemoryWindow : public platform::DialogWindow {
     const auto& before = At(id).tree;
     platform::KeepBranches(items, before, [&](size_t i) { return before[i].isExpanded; });
     At(id).tree = std::move(items);
-    tell("a new tree");
+    tell(At(id).isEnabled ? "a new tree" : "a new tree while it is grey");
   }
   void SetTreeChecked(int id, const std::vector<platform::TreePlace>& places,
                       bool isChecked) override {

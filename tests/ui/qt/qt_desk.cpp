@@ -203,6 +203,7 @@ class QtDesk : public Desk {
 
   /// Waits for the first dialog; false where there is none in the end.
   bool AwaitDialog() {
+    EXPECT_TRUE(Ask([] { return Front().parentWidget() != nullptr; })) << "over the host's window";
     return Ask([] { return QTest::qWaitForWindowExposed(&Front(), kPatience); });
   }
   void CloseAll() {
