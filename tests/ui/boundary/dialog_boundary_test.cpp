@@ -21,7 +21,6 @@ namespace gantry::test {
 namespace {
 
 using fieldrun::DriverModel;
-using enum Key;
 
 constexpr const char* kCaseSettings = "Intersect Case Settings";
 
@@ -64,7 +63,7 @@ class DialogsOfTheModule : public HostOnADisplay {
 
 /// How a person leaves the case settings, from the list of downtimes.
 struct Ending {
-  std::vector<Key> keys;
+  const char* keys;
   bool isStart;
   const char* closesUnconnected;
   const char* controlMode;
@@ -74,15 +73,13 @@ TEST_F(DialogsOfTheModule, EditACaseAndGoOnWithARunAfterStartAlone) {
   ASSERT_TRUE(RunsAfterAStart());
   model->CloseSimulator();
   model->LoadCase(model->SaveCase(), deck, true);  // whose next start does nothing
-  for (const Ending& ending : {Ending{{kEscape}, false, "0", "0"},
-                               {{kEnter}, false, "1", "1"},
-                               {{kTab, kSpace}, true, "0", "2"}}) {
+  for (const Ending& ending : {Ending{"escape", false, "0", "0"},
+                               {"enter", false, "1", "1"},
+                               {"tab space", true, "0", "2"}}) {
     const bool isAccepted = Open(EXT_EDIT, [&](const Person& person) {
-      const uint32_t dialog = person.TurnTo(kCaseSettings);
+      const uint32_t dialog = person.At(kCaseSettings);
       EXPECT_EQ(person.OwnerOf(dialog), host->Number());
-      person.Press(kTab, 9);
-      for (const Key key : {kDown, kTab, kSpace, kTab}) person.Press(key);
-      for (const Key key : ending.keys) person.Press(key);
+      person.Press(std::string("9*tab down tab space tab ") + ending.keys);
     });
     EXPECT_EQ(isAccepted, ending.isStart);
     EXPECT_EQ(Setting("CloseUnconnectedWells"), ending.closesUnconnected);
@@ -95,13 +92,9 @@ TEST_F(DialogsOfTheModule, PublishWhatIsChosenOnlyWhenItIsAccepted) {
   ASSERT_TRUE(RunsAfterAStart());
   for (const bool isAccepted : {false, true}) {
     const auto choose = [&](const Person& person) {
-      person.TurnTo("Export variables");
-      for (const int tabs : {1, 3, 2}) {  // all wells, all properties, add
-        person.Press(kTab, tabs);
-        person.Press(kSpace);
-      }
-      person.Press(kTab, 6);
-      person.Press(isAccepted ? kSpace : kEscape);
+      // All wells, all properties, and add.
+      person.At("Export variables", "tab space 3*tab space 2*tab space 6*tab");
+      person.Press(isAccepted ? "space" : "escape");
     };
     EXPECT_EQ(Open(EXT_EDIT_PUBLISHED_VARIABLES, choose), isAccepted);
     EXPECT_EQ(model->PublishedVariables().size(), isAccepted ? 2u * 26u : 0u);
@@ -110,19 +103,15 @@ TEST_F(DialogsOfTheModule, PublishWhatIsChosenOnlyWhenItIsAccepted) {
 
 TEST_F(DialogsOfTheModule, AreCancelledWhenTheDisplayGoesAndComeBackWithAnother) {
   EXPECT_FALSE(Open(EXT_EDIT, [this](const Person& person) {
-    person.TurnTo(kCaseSettings);
-    person.Press(kDown);  // the other computer, which the case takes at once
-    person.Press(kTab);
-    person.Press(kSpace);
-    EXPECT_NE(person.TurnTo("Configure"), 0u);
+    // The other computer, which the case takes at once, and the configuration.
+    person.At(kCaseSettings, "down tab space");
+    EXPECT_NE(person.At("Configure"), 0u);
     display->End();
   }));
   EXPECT_EQ(Setting("ConnectionMode"), "0");
   StartDisplay();
-  EXPECT_FALSE(Open(EXT_EDIT, [](const Person& person) {
-    EXPECT_NE(person.TurnTo(kCaseSettings), 0u);
-    person.Press(kEscape);
-  }));
+  EXPECT_FALSE(Open(
+      EXT_EDIT, [](const Person& person) { EXPECT_NE(person.At(kCaseSettings, "escape"), 0u); }));
 }
 
 TEST_F(HostOnADisplay, HasAWindowForAsLongAsTheDisplayKnowsIt) {
@@ -142,25 +131,15 @@ TEST_F(HostOnADisplay, HasAWindowForAsLongAsTheDisplayKnowsIt) {
 TEST_F(HostOnADisplay, ConfiguresTheMachineAndIsToldOfAStart) {
   const TestFolder folder;
   auto module = fieldrun::ModuleApi::Load(GANTRY_MODULE);
-  Person().While([&] { EXPECT_EQ(module->ExtConfigure(host->Handle()), 0); },
-                 [](const Person& person) {
-                   person.TurnTo("Configure");
-                   person.Press(kTab, 2);
-                   person.Type("2017");
-                   person.Press(kTab, 3);
-                   person.Type("70000");
-                   person.Press(kEnter);
-                 });
+  Person().While(
+      [&] { EXPECT_EQ(module->ExtConfigure(host->Handle()), 0); },
+      [](const Person& person) { person.At("Configure", "2*tab 2017 3*tab 70000 enter"); });
   void* model = nullptr;
   ExtErrorBlock error{};
   module->ExtCreateInstance(&model, &error);
   uint32_t changed = 7;
   Person().While([&] { module->ExtCmd(model, host->Handle(), EXT_EDIT, &changed, 0, &error); },
-                 [](const Person& person) {
-                   person.TurnTo(kCaseSettings);
-                   person.Press(kTab, 12);
-                   person.Press(kSpace);
-                 });
+                 [](const Person& person) { person.At(kCaseSettings, "12*tab space"); });
   EXPECT_EQ(changed, 1u);
   module->ExtDestroyInstance(model, &error);
   module.reset();  // which writes the configuration
@@ -175,16 +154,12 @@ TEST_F(HostOnADisplay, KeepsTheControlThatIsChosenForACaseWithoutASimulator) {
   const std::string original = TestFolder::Read(path);
   for (const bool isChanged : {false, true}) {
     fieldrun::test::Outcome outcome;
+    const char* const keys = isChanged ? "9*tab up enter" : "9*tab enter";
     Person().While(
         [&] {
           outcome = fieldrun::test::RunFieldrun(folder, {"edit", path});
         },
-        [&](const Person& person) {
-          person.TurnTo(kCaseSettings);
-          person.Press(kTab, 9);
-          if (isChanged) person.Press(kUp);
-          person.Press(kEnter);
-        });
+        [&](const Person& person) { person.At(kCaseSettings, keys); });
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, isChanged ? "control = \"liquid\"\n" : "");
     EXPECT_EQ(TestFolder::Read(path) == original, !isChanged);

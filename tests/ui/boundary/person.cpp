@@ -1,7 +1,9 @@
 #include "ui/boundary/person.h"
 
 #include <cstring>
+#include <map>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -12,6 +14,13 @@
 namespace gantry::test {
 
 namespace {
+
+/// Keys by their places on the keyboard of a private display.
+const std::map<std::string, uint8_t> kKeys = {{"escape", 9}, {"tab", 23}, {"enter", 36},
+                                              {"space", 65}, {"up", 111}, {"down", 116}};
+uint8_t KeyOf(char digit) {
+  return static_cast<uint8_t>(10 + std::string_view("1234567890").find(digit));
+}
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -62,30 +71,35 @@ void Person::While(const std::function<void()>& host,
   worker.join();
 }
 
-uint32_t Person::TurnTo(const std::string& title) const {
+uint32_t Person::At(const std::string& title, const std::string& keys) const {
   while (const Owned<xcb_generic_event_t> event{xcb_wait_for_event(connection_)}) {
     if ((event->response_type & 0x7F) != XCB_MAP_NOTIFY) continue;
     const uint32_t window = reinterpret_cast<xcb_map_notify_event_t*>(event.get())->window;
     if (Property(window, XCB_ATOM_WM_NAME) != title) continue;
     xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
-    xcb_flush(connection_);
+    Press(keys);
     return window;
   }
   return 0;
 }
 
-void Person::Press(Key key, int times) const {
-  for (int i = 0; i < times; ++i) {
-    for (const uint8_t event : std::initializer_list<uint8_t>{XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
-      xcb_test_fake_input(connection_, event, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+void Person::Press(const std::string& keys) const {
+  std::istringstream words(keys);
+  for (std::string word; words >> word;) {
+    const size_t star = word.find('*');
+    const auto key = kKeys.find(word.substr(star + 1));  // the whole word where there is none
+    for (int i = star == std::string::npos ? 1 : std::stoi(word); i > 0; --i) {
+      if (key != kKeys.end()) Strike(key->second);
     }
+    for (const char digit : key == kKeys.end() ? word : "") Strike(KeyOf(digit));
   }
   xcb_flush(connection_);
 }
 
-void Person::Type(const std::string& digits) const {
-  constexpr std::string_view kTopRow = "1234567890";
-  for (const char c : digits) Press(static_cast<Key>(kOne + kTopRow.find(c)));
+void Person::Strike(uint8_t key) const {
+  for (const uint8_t event : std::initializer_list<uint8_t>{XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
+    xcb_test_fake_input(connection_, event, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+  }
 }
 
 uint32_t Person::OwnerOf(uint32_t window) const {

@@ -8,17 +8,6 @@ struct xcb_connection_t;
 
 namespace gantry::test {
 
-/// Keys by their places on the keyboard of a private display.
-enum Key : uint8_t {
-  kEscape = 9,
-  kOne = 10,
-  kTab = 23,
-  kEnter = 36,
-  kSpace = 65,
-  kUp = 111,
-  kDown = 116
-};
-
 /// A window of this process on the display in DISPLAY, as a host has one for its dialogs.
 class HostWindow {
  public:
@@ -51,14 +40,17 @@ class Person {
 
   // While the host blocks.
 
-  /// Waits until a window of that title is shown, and turns to it; its number. 0 when broken off.
-  uint32_t TurnTo(const std::string& title) const;
-  void Press(Key key, int times = 1) const;
-  void Type(const std::string& digits) const;
+  /// Waits until a window of that title is shown, turns to it and presses keys; its number, 0 when
+  /// broken off.
+  uint32_t At(const std::string& title, const std::string& keys = {}) const;
+  /// The words "tab", "enter", "escape", "space", "up" and "down", "3*tab" for one key several
+  /// times, and numbers digit by digit.
+  void Press(const std::string& keys) const;
   /// The window over which a window is said to lie.
   uint32_t OwnerOf(uint32_t window) const;
 
  private:
+  void Strike(uint8_t key) const;
   /// The property of a window, as bytes.
   std::string Property(uint32_t window, uint32_t name) const;
 
