@@ -67,7 +67,7 @@ SCENARIOS = {
     "write the equipment": (["fieldrun", "describe", "case.toml", "equipment.xml"], "fieldrun",
                             [["fieldrun", "describe", "case.toml", "equipment.xml", "-w", "P1"]]),
     "read and keep the registry": (["fieldrun", "identify"], "fieldrun", []),
-    "local wire": ([*ONE_STEP, "--simulator", str(PROXY)], "proxy", []),
+    "local wire": (ONE_STEP, "proxy", []),
     "cluster wire": (CLUSTER, "proxy", []),
     "make a report": (["fieldrun", "report", "results"], "fieldrun", [RUN]),
 }
@@ -211,9 +211,8 @@ class Sweep:
     def play(self, plan=None):
         """Status and words of the scenario's program, and what is wrong apart from them."""
         if self.command is not CLUSTER:
-            if self.program == "proxy":
-                plan = plan or self.plan_of("cut", "once", 0)
-            status, said = self.place.run(self.command, plan)
+            via_proxy = ["--simulator", PROXY] if self.program == "proxy" and plan else []
+            status, said = self.place.run([*self.command, *via_proxy], plan)
             return status, said, self.place.left_behind()
         if self.program == "proxy" and plan:
             return self.play_before_proxy(plan)
