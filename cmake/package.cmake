@@ -38,11 +38,25 @@ else()
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
   set(texts ${CMAKE_INSTALL_DATADIR}/gantry)
-  install(DIRECTORY examples DESTINATION ${texts}
+  install(DIRECTORY examples DESTINATION ${texts} USE_SOURCE_PERMISSIONS
           PATTERN results EXCLUDE PATTERN "*.flow" EXCLUDE)
-  install(FILES companions/runfactory/runfactory.service DESTINATION ${texts})
-  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(FILES companions/runfactory/runfactory.service DESTINATION lib/systemd/system)
+  install(DIRECTORY packaging/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES packaging/completion/gantry.bash RENAME fieldrun
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES packaging/completion/_gantry
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+  # Debian looks for the terms under this name.
+  set(documents ${CMAKE_INSTALL_DATADIR}/doc/gantry)
+  install(FILES LICENSE DESTINATION ${documents} RENAME copyright)
+  install(FILES NOTICE CHANGELOG.md DESTINATION ${documents})
+  install(DIRECTORY docs/ DESTINATION ${documents})
+  if(TARGET gantry_native)
+    set(package lib/python3/dist-packages/gantry)
+    install(TARGETS gantry_native LIBRARY DESTINATION ${package})
+    install(DIRECTORY python/gantry/ DESTINATION ${package}
+            FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN py.typed)
+  endif()
 endif()
 
 # For whoever writes a host or an inflow library: find_package(Gantry), and Gantry::headers.
@@ -64,4 +78,21 @@ set(CPACK_GENERATOR TGZ)
 if(WIN32)
   set(CPACK_GENERATOR ZIP)
 endif()
+
+# cpack -G DEB: one package for all, under /usr.
+set(CPACK_PACKAGE_VENDOR "The developers of Gantry")
+set(CPACK_PACKAGE_CONTACT "The developers of Gantry <gantry@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "network and reservoir simulator in lock-step")
+set(CPACK_PACKAGE_DESCRIPTION
+    "A driver module that couples a field-network host with a reservoir simulator, a command-line\nhost, a reference simulator, an adapter to OPM Flow, a cluster service and a Python package.")
+set(CPACK_DEBIAN_FILE_NAME gantry_${PROJECT_VERSION}_amd64.deb)
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS adduser)
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "python3-numpy")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libopm-simulators-bin, python3-pandas, python3-scipy")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/postinst
+                                       ${PROJECT_SOURCE_DIR}/packaging/debian/postrm)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/cpack_prefix.cmake)
 include(CPack)

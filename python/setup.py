@@ -19,7 +19,7 @@ VERSION = re.search(r"project\(Gantry VERSION ([0-9.]+)", (ROOT / "CMakeLists.tx
 
 class BuildByCMake(build_ext):
     def build_extension(self, ext: Extension) -> None:
-        build = Path(self.build_temp).resolve()
+        build = ROOT / "build" / "python"  # kept, as the other builds are
         package = Path(self.get_ext_fullpath(ext.name)).resolve().parent
         own = [f"-DPython_EXECUTABLE={sys.executable}", "-DGANTRY_TESTS=OFF", "-DGANTRY_BENCH=OFF"]
         subprocess.run(["cmake", "--preset", "release", "-B", build, *own], cwd=ROOT, check=True)

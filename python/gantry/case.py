@@ -296,7 +296,7 @@ def _module() -> Path:
         return Path(own)
     here = Path(__file__).resolve().parent
     name = "libIntersect.so"
-    folders = [here, here.parents[1] / "lib", *(Path(sys.prefix) / lib for lib in ("lib", "lib64"))]
+    folders = [here, here.parents[1] / "lib", here.parents[2], *(Path(sys.prefix) / lib for lib in ("lib", "lib64"))]
     folders += sorted(Path("/usr").glob("lib/*-linux-gnu")) + [Path("/usr/local/lib")]
     found = _first([folder / name for folder in folders])
     if found is None:
