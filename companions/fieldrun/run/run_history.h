@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -36,7 +37,9 @@ struct Hold {
   std::string reason;
   bool isOpen = false;
 
-  auto operator<=>(const Hold&) const = default;
+  bool operator<(const Hold& other) const {
+    return std::tie(reason, isOpen) < std::tie(other.reason, other.isOpen);
+  }
 };
 
 /// A limit of a group, and when it was in force.

@@ -136,6 +136,12 @@ def tells_all_values_under_the_pointer(field):
     page.until(f"{bars} !== {json.dumps(whole)}")
     page.press("0")
     page.until(f"{bars} === {json.dumps(whole)}")
+    step = "document.querySelectorAll('#field .band')[3].style.width"
+    width = page.eval(step)
+    page.press("+")
+    page.until(f"{step} !== {json.dumps(width)}")
+    page.press("0")
+    page.until(f"{step} === {json.dumps(width)}")
 
 
 def finds_wells(field):
@@ -256,19 +262,14 @@ class Rewritten:
 
     def __init__(self, path, run):
         heading = path.read_text().split("\n", 1)[0]
-        self._file = open(path, "w", newline="")
-        self._writer = csv.DictWriter(self._file, heading.split(","), restval="0",
-                                      lineterminator="\n")
-        self._writer.writeheader()
+        self._file = open(path, "w")
+        self._file.write(heading + "\n")
+        self._columns = [name.split(" (")[0].replace(" ", "_") for name in heading.split(",")]
         self._run = run
 
     def add(self, step, **values):
-        named = {re.sub("_", " ", name): value for name, value in values.items()}
-        row = {"step": step + 1, "date": "2020-01-01", "days": 30 * step, "length": 30,
-               "run": self._run, "group limits": ""}
-        units = {name.split(" (")[0]: name for name in self._writer.fieldnames}
-        row.update({units[name]: value for name, value in named.items()})
-        self._writer.writerow({name: row[name] for name in row if name in self._writer.fieldnames})
+        values.update(step=step + 1, date="2020-01-01", days=30 * step, length=30, run=self._run)
+        self._file.write(",".join([str(values.get(name, "")) for name in self._columns]) + "\n")
 
     def close(self):
         self._file.close()
@@ -301,7 +302,7 @@ def make_a_thousand_wells(results, steps=120, points=10):
             wells.add(step, well=well["name"], kind="producer", open=1, uptime=1,
                       limited_by=("tubing", "group plant: gas")[step > 60], totals_by="simulator",
                       **rates, **{f"reported_{name}": rate for name, rate in rates.items()})
-        field.add(step, oil=1000 - step)
+        field.add(step, oil=1000 - step, totals_by="simulator")
     for table in wells, inflow, field, events, profile:
         table.close()
 
