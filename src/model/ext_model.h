@@ -12,6 +12,7 @@
 #include "model/model_dialogs.h"
 #include "model/published_variables.h"
 #include "model/run.h"
+#include "text/tag_parser.h"
 
 namespace gantry {
 
@@ -21,10 +22,10 @@ namespace gantry {
 /// simulator, `Field` the wells of the run, `InflowModel` the inflow library's side of them, and
 /// `PublishedVariables` what the user publishes.
 ///
-/// The host calls from one thread, with one exception: `CloseSimulator` may come from a second one
-/// while a long start is under way, and ends it after its present step. `Run` has the lock for all
-/// talk to the simulator. What works on the lists of wells takes no lock: these change only under
-/// the host's own calling order.
+/// The host calls from one thread, with two exceptions: `CloseSimulator` may come from a second one
+/// while a long start is under way, and ends it after its present step; and so may a question for
+/// what the records hold. `Run` has the lock for all talk to the simulator. What works on the lists
+/// of wells takes no lock: these change only under the host's own calling order.
 ///
 /// Rates are in STB/d and MMscf/d, pressures in psig, times in days. Failures are a result of 1
 /// with a text in `err`; nothing is thrown for what a simulator does.
@@ -147,12 +148,13 @@ class CExtModel : public CExtInterface, public EditedCase, public InflowDriver {
   int32_t StepBy(double days, ExtErrorBlock* err);
 
   // Commands.
+  using CommandValues = CExtDataServerCmdArgumentCollection;
   bool ReadOwnWord(TagParser& parser);
   bool HandlePath(TagParser& parser);
   void RunCommandText(const char* text, ExtErrorBlock& err);
-  void StartByCommand(ExtErrorBlock& err);
-  void StopByCommand(ExtErrorBlock& err);
-  void RunToTime(double target, ExtErrorBlock& err);
+  void StartByCommand(const CommandValues& arguments, ExtErrorBlock& err);
+  void StopByCommand(const CommandValues& arguments, ExtErrorBlock& err);
+  void RunToTime(const CommandValues& arguments, ExtErrorBlock& err);
   void TellHost(const std::string& text, HostTextCallback callback);
 
   const DialogsOver dialogsOver_;

@@ -14,21 +14,6 @@ namespace {
 constexpr std::string_view kPrefix = "Intersect";
 constexpr std::string_view kLiveWells = "Well";
 
-/// A command of the text interface, by the arguments that it takes.
-struct CommandWord {
-  const char* word;
-  int32_t argumentCount;
-};
-
-constexpr CommandWord kStart = {"StartIX", 0};
-constexpr CommandWord kStop = {"StopIX", 0};
-constexpr CommandWord kRunToTime = {"RunToTime", 1};
-
-CommandMatch Match(TagParser& parser, const CommandWord& command,
-                   CExtDataServerCmdArgumentCollection& arguments) {
-  return parser.MatchCommand(command.word, arguments, command.argumentCount, command.argumentCount);
-}
-
 }  // namespace
 
 // Nothing here but the running test waits for a step that another thread has under way.
@@ -82,34 +67,39 @@ int32_t CExtModel::DoCommand(const char* text, ExtErrorBlock* err) {
 }
 
 void CExtModel::RunCommandText(const char* text, ExtErrorBlock& err) {
-  TagParser parser = TagParser::ForCommand(text);
-  CExtDataServerCmdArgumentCollection arguments;
-  const auto runs = [&](const CommandWord& command) {
-    return Match(parser, command, arguments) == CommandMatch::kMatched;
+  struct Command {
+    const char* word;
+    int32_t argumentCount;
+    void (CExtModel::*run)(const CommandValues& arguments, ExtErrorBlock& err);
   };
+  static constexpr Command kCommands[] = {{"StartIX", 0, &CExtModel::StartByCommand},
+                                          {"StopIX", 0, &CExtModel::StopByCommand},
+                                          {"RunToTime", 1, &CExtModel::RunToTime}};
+  TagParser parser = TagParser::ForCommand(text);
   if (!parser.MatchWord(kPrefix)) return SetErrorText(&err, "Invalid prefix");
-  if (runs(kStart)) return StartByCommand(err);
-  if (parser.ErrorText.empty() && runs(kStop)) return StopByCommand(err);
-  if (parser.ErrorText.empty() && runs(kRunToTime)) {
-    return RunToTime(arguments[0].NumberValue, err);
+  CommandValues arguments;
+  for (const auto& [word, count, run] : kCommands) {
+    const CommandMatch match = parser.MatchCommand(word, arguments, count, count);
+    if (match == CommandMatch::kMatched) return (this->*run)(arguments, err);
+    if (match == CommandMatch::kMalformed) break;
   }
   SetErrorText(&err, parser.ErrorText);
 }
 
-void CExtModel::StartByCommand(ExtErrorBlock& err) {
+void CExtModel::StartByCommand(const CommandValues& /*arguments*/, ExtErrorBlock& err) {
   if (IsRunning()) return SetErrorText(&err, "Intersect is already running");
   skipNextStart_ = false;
   if (StartSimulator(nullptr, &err) == 0) ReadWells(false, &err);
 }
 
-void CExtModel::StopByCommand(ExtErrorBlock& err) {
+void CExtModel::StopByCommand(const CommandValues& /*arguments*/, ExtErrorBlock& err) {
   if (!IsRunning()) return SetErrorText(&err, "Intersect is already not running");
   CloseSimulator();
 }
 
-void CExtModel::RunToTime(double target, ExtErrorBlock& err) {
+void CExtModel::RunToTime(const CommandValues& arguments, ExtErrorBlock& err) {
   opPointsApplied_ = true;  // no orders go out; this stays so when the time has passed
-  const double step = target - run_.CurrentElapsedDays;
+  const double step = arguments[0].NumberValue - run_.CurrentElapsedDays;
   if (step <= 0.0) {
     return SetErrorText(&err, "RunToTime called for a time which has already passed");
   }

@@ -85,8 +85,8 @@ int32_t PublishedVariables::Evaluate(EvalPublishedRequest& request, size_t compo
   return 0;
 }
 
-// Kept on purpose: the bound is the number of wells, and the well taken out is the one at the place
-// of the handle, whichever well the variable belonged to.
+// The bound is the number of wells, and the well taken out is the one at the place of the handle,
+// whichever well the variable belongs to: on purpose, since hosts count on it.
 int32_t PublishedVariables::Delete(int32_t handle, size_t componentCount, ExtErrorBlock* err) {
   if (handle == -1) {
     List.RemoveAll();

@@ -51,8 +51,8 @@ std::optional<size_t> CommandArguments::Scan(size_t open) {
   return std::nullopt;
 }
 
-/// A closing character beside another one stands for itself, on whichever side the other is: kept
-/// on purpose, so that an empty text can only be written as {}.
+/// A closing character beside another one stands for itself, on whichever side the other is, so
+/// that an empty text can only be written as {}.
 bool CommandArguments::ClosesQuote(size_t position) const {
   if (text_[position] != quote_) return false;
   const bool after = text_[position - 1] == quote_;
