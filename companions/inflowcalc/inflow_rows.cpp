@@ -6,8 +6,6 @@
 namespace gantry::inflow {
 namespace {
 
-constexpr double kMissing = 3.4e35;
-constexpr double kUnset = -9999.9999;
 constexpr double kNoRate = 0.00001;
 
 int32_t BoundedCount(const _tGetSetData& record) {
@@ -33,7 +31,7 @@ bool RunsOneWay(const InflowRows& rows, Values valueOf) {
 }  // namespace
 
 bool IsMissing(double value) {
-  return !std::isfinite(value) || std::abs(value) >= kMissing || value == kUnset;
+  return !std::isfinite(value) || std::abs(value) >= EXT_FAILED_NUMBER || value == EXT_UNSET_NUMBER;
 }
 
 bool HasGaps(const _tGetSetData& record) {

@@ -18,6 +18,11 @@ enum {
   EXT_CASE_DATA_CAPACITY = 102400  ///< bytes of a block of case data
 };
 
+/// The marks for a number that is missing: one that couldn't be worked out, and one that nobody has
+/// set.
+#define EXT_FAILED_NUMBER 3.4e35
+#define EXT_UNSET_NUMBER (-9999.9999)
+
 /// The reason of a failure, fit to be shown to the user and cut to its field.
 typedef struct ExtErrorBlock {
   uint32_t reserved;

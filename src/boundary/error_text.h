@@ -21,7 +21,4 @@ void SetErrorText(ExtErrorBlock* err, std::string_view text);
 /// Clears all bytes of the block, if there is one.
 void ClearErrorBlock(ExtErrorBlock* err);
 
-/// Marks for a missing number.
-inline constexpr double kFailedInterpolation = 3.4e35;
-
 }  // namespace gantry

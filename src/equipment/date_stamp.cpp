@@ -56,7 +56,7 @@ double ReadDateStamp(std::string stamp) {
               &taken);
   const year_month_day date{year(y), month(m), day(d)};
   if (taken == 0 || !date.ok() || hour > 23 || minute > 59 || second > 59) {
-    return kFailedInterpolation;
+    return EXT_FAILED_NUMBER;
   }
   return DayNumber(date) + (hour * 3600 + minute * 60 + second) / kSecondsOfDay;
 }

@@ -2,7 +2,7 @@
 
 #include "equipment/equipment_model.h"
 #include "equipment/xml_document.h"
-#include "settings/machine_config.h"
+#include "text/pieces.h"
 
 namespace gantry {
 namespace {

@@ -52,7 +52,7 @@ int32_t CExtModel::GetIPR(_tGetSetData* record, ExtErrorBlock* err) {
     field_.FillInflow(*source, *record);
     if (case_.Settings.IPRModel == kDrainageRegion) {
       IPRPoint state = source->Current;
-      if (run_.CurrentElapsedDays == 0.0) state.Pressure = kFailedInterpolation;
+      if (run_.CurrentElapsedDays == 0.0) state.Pressure = EXT_FAILED_NUMBER;
       inflow_.Transform(source->Name, state, *record);
     }
     source = field_.Find(well);  // the library may have started the simulator anew

@@ -32,7 +32,7 @@ double Line(double x1, double y1, double x2, double y2, double value) {
 
 double InterpolateTable(std::span<const double> x, std::span<const double> y, double value,
                         bool extrapolate) {
-  if (x.size() < 2 || y.size() < x.size()) return kFailedInterpolation;
+  if (x.size() < 2 || y.size() < x.size()) return EXT_FAILED_NUMBER;
   size_t first = 0;
   if (!FindBracket(x, value, first)) {
     const bool isBeforeFirst = IsRising(x) ? value < x.front() : value > x.front();
@@ -73,7 +73,7 @@ IPRTable::RowValues IPRTable::Row(int32_t row) const {
 double IPRTable::Interpolate(int32_t fromColumn, double value, int32_t toColumn) const {
   if (fromColumn == toColumn) return value;
   const auto isColumn = [](int32_t column) { return column >= 0 && column < kColumnCount; };
-  if (!isColumn(fromColumn) || !isColumn(toColumn)) return kFailedInterpolation;
+  if (!isColumn(fromColumn) || !isColumn(toColumn)) return EXT_FAILED_NUMBER;
   return InterpolateTable(ColumnValues(fromColumn), ColumnValues(toColumn), value, true);
 }
 

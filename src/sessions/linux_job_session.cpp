@@ -12,7 +12,7 @@
 #include "remote/remote_connector.h"
 #include "remote/socket.h"
 #include "settings/link_settings.h"
-#include "settings/machine_config.h"
+#include "text/pieces.h"
 
 namespace gantry {
 

@@ -4,6 +4,7 @@
 #include "platform/port_listeners.h"
 #include "sessions/version_code.h"
 #include "settings/gantry_app.h"
+#include "text/pieces.h"
 
 namespace gantry {
 namespace {

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/lock.h"
@@ -59,10 +58,5 @@ class CIXConfig : public LaunchSettings {
   bool isUnread_ = false;  ///< the user's own settings couldn't be read, and aren't written over
   mutable platform::CriticalSection section_;
 };
-
-/// True for a text that is empty or made of blanks only.
-bool IsBlank(const std::string& text);
-/// What stands between any of the separators, without the pieces that are blank.
-std::vector<std::string> SplitAt(std::string_view text, std::string_view separators);
 
 }  // namespace gantry

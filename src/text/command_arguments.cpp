@@ -71,7 +71,7 @@ void CommandArguments::Finish(bool quoted) {
     CopyBounded(argument->Text, current_);
     argument->Kind = quoted ? CExtDataServerCmdArgument::kQuoted : KindOf(current_);
     argument->IntegerValue = quoted ? 0 : ReadInteger(current_);
-    argument->NumberValue = quoted ? kFailedInterpolation : ReadDouble(current_);
+    argument->NumberValue = quoted ? EXT_FAILED_NUMBER : ReadDouble(current_);
     arguments_.Add(std::move(argument));
   }
   current_.clear();

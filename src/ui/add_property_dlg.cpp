@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "client/unit_converter.h"
+#include "text/pieces.h"
 
 namespace gantry {
 

@@ -5,12 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "boundary/records.h"
 #include "text/data_server_object.h"
 
 namespace gantry {
-
-/// The mark for a value that has not been set: the double with the bits 0xC0C387FFFCB923A3.
-inline constexpr double kUnsetValue = -9999.9999;
 
 /// In the driver's units: densities of air and water at standard conditions in pounds per cubic
 /// foot, and the cubic feet of a gas rate's million.
@@ -30,10 +28,10 @@ std::string InjectionSourceName(const std::string& well);
 
 /// One point of an inflow table, or one operating state of a well: psig, STB/d and MMscf/d.
 struct IPRPoint {
-  double Pressure = kUnsetValue;
-  double OilRate = kUnsetValue;
-  double GasRate = kUnsetValue;
-  double WaterRate = kUnsetValue;
+  double Pressure = EXT_UNSET_NUMBER;
+  double OilRate = EXT_UNSET_NUMBER;
+  double GasRate = EXT_UNSET_NUMBER;
+  double WaterRate = EXT_UNSET_NUMBER;
   std::vector<double> Composition;  ///< mole fractions; empty outside a compositional run
 };
 

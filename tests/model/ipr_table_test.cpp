@@ -29,7 +29,7 @@ TEST(TableSearch, FollowsTheFirstPairThatBracketsTheValue) {
     EXPECT_DOUBLE_EQ(InterpolateTable(c.x, c.y, c.value, true), c.extrapolated) << c.value;
     EXPECT_DOUBLE_EQ(InterpolateTable(c.x, c.y, c.value, false), c.held) << c.value;
   }
-  EXPECT_EQ(InterpolateTable(Values{1}, Values{1}, 1, true), kFailedInterpolation);
+  EXPECT_EQ(InterpolateTable(Values{1}, Values{1}, 1, true), EXT_FAILED_NUMBER);
 }
 
 IPRPoint Point(double pressure, double oil, double water, double gas) {
@@ -42,7 +42,7 @@ TEST(IPRTable, EvaluatesAllColumnsAtAPressure) {
   EXPECT_EQ(table.Evaluate(2500), (IPRTable::RowValues{2500, 50, 40, 10, 0.5, 0, 0}));
   EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, IPRTable::kPressureColumn), 2750);
   EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, IPRTable::kGasColumn), 0.25);
-  EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, 7), kFailedInterpolation);
+  EXPECT_EQ(table.Interpolate(IPRTable::kGasColumn, 0.25, 7), EXT_FAILED_NUMBER);
 }
 
 TEST(IPRTable, IsDeadWithoutTwoPointsOrWithoutFlow) {
