@@ -41,7 +41,6 @@ TEST_F(ModelTest, AnswersFromItsRecordsWhileAnotherThreadIsInAStep) {
 
 TEST_F(ModelTest, EndsALongRunUpWhenAnotherThreadStopsIt) {
   constexpr double kDaysAhead = 1e6;
-  StartSimulator();
   std::jthread stopper;
   peer.onMessage = [&](const std::string& message) {
     if (message != "CONTINUE_UNTIL" || stopper.joinable()) return;
@@ -50,6 +49,7 @@ TEST_F(ModelTest, EndsALongRunUpWhenAnotherThreadStopsIt) {
       EXPECT_EQ(ExtCmd(model, nullptr, EXT_CLOSE_SIMULATOR, nullptr, 0, &own), 0);
     });
   };
+  StartSimulator();
   EXPECT_EQ(Outcome(StartRun({}, 42004.0 + kDaysAhead)), "done");
   EXPECT_LT(std::stod(Get("CurrentElapsedDays")), kDaysAhead) << "the stop came to nothing";
   peer.TakeOrders();  // whatever the peer's thread has done is seen from here on
