@@ -13,8 +13,6 @@ using std::chrono::days;
 using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
-constexpr double kSecondsPerDay = 86400;
-
 year_month_day ToChrono(const Date& date) {
   return std::chrono::year{date.year} / date.month / date.day;
 }

@@ -8,6 +8,8 @@
 
 namespace gantry::toml_reader {
 
+inline constexpr double kSecondsPerDay = 86400.0;
+
 /// A calendar day (proleptic Gregorian).
 struct Date {
   int year = 1900;

@@ -39,6 +39,8 @@ enum class UnitSystem { kField, kMetric };
 
 /// What a gauge pressure leaves out, psi.
 inline constexpr double kAtmosphere = 14.696;
+/// From degrees Fahrenheit to degrees Rankine.
+inline constexpr double kFahrenheitToRankine = 459.67;
 
 /// Metric value = (field value + offset) x factor.
 struct QuantityRow {

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <utility>
 
+#include "client/words.h"
+
 namespace gantry::flowlink {
 
 namespace {
@@ -69,17 +71,17 @@ struct Item {
   double (*value)(const Values&);
 };
 constexpr auto kItems = std::to_array<Item>({
-    {"OIL_PRODUCTION_RATE", Plain<kOil>},
-    {"GAS_PRODUCTION_RATE", Plain<kGas>},
-    {"WATER_PRODUCTION_RATE", Plain<kWater>},
-    {"LIQUID_PRODUCTION_RATE", [](const Values& v) { return v[kOil] + v[kWater]; }},
-    {"RES_VOLUME_PRODUCTION_RATE", Plain<kReservoir>},
-    {"WATER_INJECTION_RATE", Plain<kInjectedWater>},
-    {"GAS_INJECTION_RATE", Plain<kInjectedGas>},
-    {"OIL_INJECTION_RATE", Plain<kInjectedOil>},
-    {"RES_VOLUME_INJECTION_RATE", Plain<kInjectedReservoir>},
-    {"BOTTOM_HOLE_PRESSURE", Plain<kBottomHole>},
-    {"TUBING_HEAD_PRESSURE", Plain<kTubingHead>},
+    {words::kOilProductionRate, Plain<kOil>},
+    {words::kGasProductionRate, Plain<kGas>},
+    {words::kWaterProductionRate, Plain<kWater>},
+    {words::kLiquidProductionRate, [](const Values& v) { return v[kOil] + v[kWater]; }},
+    {words::kReservoirProductionRate, Plain<kReservoir>},
+    {words::kWaterInjectionRate, Plain<kInjectedWater>},
+    {words::kGasInjectionRate, Plain<kInjectedGas>},
+    {words::kOilInjectionRate, Plain<kInjectedOil>},
+    {words::kReservoirInjectionRate, Plain<kInjectedReservoir>},
+    {words::kBottomHolePressure, Plain<kBottomHole>},
+    {words::kTubingHeadPressure, Plain<kTubingHead>},
     {"OIL_PRODUCTION_CUML", Plain<kOilTotal>},
     {"GAS_PRODUCTION_CUML", Plain<kGasTotal>},
     {"WATER_PRODUCTION_CUML", Plain<kWaterTotal>},

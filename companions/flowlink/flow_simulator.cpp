@@ -8,6 +8,7 @@
 #include "flowlink/flow_items.h"
 #include "flowlink/link_fault.h"
 #include "flowlink/override_text.h"
+#include "simulator_side/well_words.h"
 
 namespace gantry::flowlink {
 
@@ -25,12 +26,10 @@ constexpr double kSameTimeDays = 2e-5;  // flow counts whole seconds
 constexpr size_t kOwnItems = 1000;
 enum OwnItem : size_t { kUptime, kTemperature, kOilDensity, kGasDensity, kWaterDensity };
 constexpr std::array<std::string_view, 5> kOwnItemNames = {
-    "UPTIME_FRACTION", "TEMPERATURE", "OIL_DENSITY", "GAS_DENSITY", "WATER_DENSITY"};
+    words::kUptimeFraction, words::kTemperature, words::kOilDensity, words::kGasDensity,
+    words::kWaterDensity};
 
-constexpr std::array<std::string_view, 2> kTexts = {"TYPE", "STATUS"};
-constexpr const char* kShut = "SURFACE_SHUTIN";
-constexpr std::array<std::string_view, 5> kStatuses = {
-    "OPEN", kShut, "ALL_COMPLETIONS_SHUTIN", "SURFACE_ABANDONED", "ALL_COMPLETIONS_ABANDONED"};
+constexpr std::array<std::string_view, 2> kTexts = {words::kType, words::kStatus};
 
 void RequireNumber(double value, std::string_view what, const std::string& well) {
   if (std::isfinite(value)) return;
@@ -102,17 +101,16 @@ double FlowSimulator::OwnNumber(size_t well, size_t item) const {
 }
 
 std::string FlowSimulator::WellText(size_t well, size_t item) {
-  if (kTexts[item] == "STATUS") return std::string(StatusOf(well));
-  static constexpr const char* kKinds[] = {"PRODUCER", "WATER_INJECTOR", "GAS_INJECTOR"};
-  return kKinds[static_cast<size_t>(KindOf(well))];
+  if (kTexts[item] == words::kStatus) return std::string(StatusOf(well));
+  return std::string(simulator::kTypeWords[static_cast<size_t>(KindOf(well))]);
 }
 
 std::string_view FlowSimulator::StatusOf(size_t well) const {
-  if (IsLeftShut(well)) return "ALL_COMPLETIONS_SHUTIN";
+  if (IsLeftShut(well)) return words::kCompletionsShut;
   if (!controls_[well].status.empty()) return controls_[well].status;
   const DeckWell& deck = deckWells_[well];
-  if (!deck.isDrilled || deck.status == "SHUT") return "ALL_COMPLETIONS_SHUTIN";
-  return deck.status == "STOP" ? kShut : "OPEN";
+  if (!deck.isDrilled || deck.status == "SHUT") return words::kCompletionsShut;
+  return deck.status == "STOP" ? words::kSurfaceShut : words::kOpen;
 }
 
 /// What the deck or flow has shut the host can't open, unless the settings let it.
@@ -164,7 +162,7 @@ Question FlowSimulator::QuestionOf(const std::vector<HostControls>& controls) co
 std::vector<HostControls> FlowSimulator::ControlsOfRun() const {
   std::vector<HostControls> controls = controls_;
   for (HostControls& host : controls) {
-    if (host.uptime && *host.uptime <= 0.0) host.status = kShut;
+    if (host.uptime && *host.uptime <= 0.0) host.status = words::kSurfaceShut;
   }
   return controls;
 }
@@ -234,14 +232,14 @@ void FlowSimulator::SetConstraints(size_t well, std::span<const WellConstraint> 
 }
 
 void FlowSimulator::SetStatus(size_t well, std::string_view status, std::string_view) {
-  if (std::ranges::find(kStatuses, status) == kStatuses.end()) {
+  if (!std::ranges::count(simulator::kStatusWords, status)) {
     throw RequestRefused("Unknown well status " + std::string(status));
   }
   Take(well).status = status;
 }
 
 void FlowSimulator::SetUptime(size_t well, double fraction) {
-  RequireNumber(fraction, "UPTIME_FRACTION", WellNames()[well]);
+  RequireNumber(fraction, words::kUptimeFraction, WellNames()[well]);
   // A host without downtimes leaves the deck's efficiency factors alone.
   if (fraction == 1.0 && !controls_[well].uptime) return;
   Take(well).uptime = std::clamp(fraction, 0.0, 1.0);
@@ -303,7 +301,7 @@ void FlowSimulator::ReleaseChanged(double since) {
     if (order == nullptr) continue;
     host.constraints.clear();
     // Part of an order changes what the host has had written: it needs the rest anew.
-    host.status = order->isWhole ? "" : "OPEN";
+    host.status = order->isWhole ? "" : words::kOpen;
   }
 }
 

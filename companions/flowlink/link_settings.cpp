@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "described_toml/described_table.h"
+#include "described_toml/key_reference.h"
 #include "flowlink/link_fault.h"
 
 namespace gantry::flowlink {
@@ -20,23 +21,49 @@ constexpr std::array<std::string_view, 7> kLimits = {
     "bottom_hole_pressure", "oil_rate",       "water_rate",          "gas_rate",
     "liquid_rate",          "reservoir_rate", "tubing_head_pressure"};
 
+/// What the file says in words, before it means something.
+struct Words {
+  std::string deck;
+  int groups = 1;
+  int shutWells = 0;
+  int rungs = 0;
+};
+
+constexpr KeyRow<Words> kWords[] = {
+    {Key("deck", "the deck in the usual keyword form, from the file's own folder").Needed(),
+     &Words::deck},
+    {Key("groups", "who holds the limits of groups and the network")
+         .OneOf("deck|host")
+         .Else("host"),
+     &Words::groups},
+    {Key("shut_wells", "who may open a well that the deck has shut")
+         .OneOf("deck|host")
+         .Else("deck"),
+     &Words::shutWells},
+    {Key("rungs", "of an inflow sweep, those that flow solves").OneOf("few|all").Else("few"),
+     &Words::rungs},
+};
+
 constexpr KeyRow<LinkSettings> kKeys[] = {
-    {Key("keep", "of the deck's limits, those that hold beside the host's"),
+    {Key("keep", "of the deck's limits, those that hold beside the host's")
+         .Else("[\"bottom_hole_pressure\"]"),
      &LinkSettings::keptLimits},
-    {Key("wells", "that the host may take over; empty for all"), &LinkSettings::wells},
-    {Key("flow", "the program"), &LinkSettings::program},
+    {Key("wells", "that the host may take over; empty for all").Else("all"), &LinkSettings::wells},
+    {Key("flow", "the program").Else("flow"), &LinkSettings::program},
     {Key("flow_options", "for flow, after the adapter's own"), &LinkSettings::options},
-    {Key("temperature", "of the produced fluids, in the deck's units"), &LinkSettings::temperature},
-    {Key("question_seconds", "that flow may take to answer").In({1, 86400}),
+    {Key("temperature", "of the produced fluids, in the deck's units").Else("60 degF, 15.6 degC"),
+     &LinkSettings::temperature},
+    {Key("question_seconds", "that flow may take to answer").In({1, 86400}).Else("60"),
      &LinkSettings::secondsForQuestion},
-    {Key("way_back", "restart files, so that a controller can go back in time"),
+    {Key("way_back", "restart files, so that a controller can go back in time").Else("true"),
      &LinkSettings::keepsWayBack},
 };
 
 constexpr KeyRow<ReportGrid> kGridKeys[] = {
     {Key("report_step", "how far the report steps lie apart", toml_reader::Quantity::kDays)
          .In({0.01, 3660})
-         .OneOf("month|deck"),
+         .OneOf("month|deck")
+         .Else("month"),
      &ReportGrid::days},
 };
 
@@ -57,11 +84,6 @@ void ReadGrid(const DescribedTable& file, ReportGrid& grid) {
   }
 }
 
-/// Whether the key gives something to the deck; otherwise it is the host's.
-bool IsDecks(const DescribedTable& file, std::string_view key, std::string_view fallback) {
-  return file.Word(key, fallback, "deck|host") == 0;
-}
-
 void CheckLimits(const DescribedTable& file, const LinkSettings& settings) {
   for (const std::string& limit : settings.keptLimits) {
     if (std::ranges::find(kLimits, limit) == kLimits.end()) {
@@ -74,13 +96,15 @@ LinkSettings Read(const std::filesystem::path& path) {
   const DescribedTable file = ReadFile(path);
   LinkSettings settings;
   settings.keptLimits = {"bottom_hole_pressure"};
-  file.Try([&] { settings.deck = path.parent_path() / file.Text("deck"); });
+  Words words;
+  file.Read(kWords, words);
+  settings.deck = path.parent_path() / words.deck;
+  settings.leavesGroupsToDeck = words.groups == 0;
+  settings.opensShutWells = words.shutWells == 1;
+  settings.solvesAllRungs = words.rungs == 1;
   file.Read(kKeys, settings);
   settings.hasTemperature = file.Has("temperature");
   ReadGrid(file, settings.grid);
-  file.Try([&] { settings.leavesGroupsToDeck = IsDecks(file, "groups", "host"); });
-  file.Try([&] { settings.opensShutWells = !IsDecks(file, "shut_wells", "deck"); });
-  file.Try([&] { settings.solvesAllRungs = file.Word("rungs", "few", "few|all") == 1; });
   file.Try([&] { CheckLimits(file, settings); });
   file.RejectUnknownKeys();
   file.ThrowFaults();
@@ -95,6 +119,11 @@ LinkSettings ReadLinkSettings(const std::filesystem::path& path) {
   } catch (const toml_reader::FileError& fault) {
     throw LinkFault(fault.what());
   }
+}
+
+std::string SettingsReference() {
+  return toml_reader::KeyLines(kWords) + toml_reader::KeyLines(kGridKeys) +
+         toml_reader::KeyLines(kKeys);
 }
 
 }  // namespace gantry::flowlink

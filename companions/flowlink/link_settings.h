@@ -32,4 +32,7 @@ struct LinkSettings {
 /// Throws `LinkFault` "FILE:LINE: reason".
 LinkSettings ReadLinkSettings(const std::filesystem::path& file);
 
+/// The keys that the file may have, as text.
+std::string SettingsReference();
+
 }  // namespace gantry::flowlink

@@ -35,7 +35,7 @@ const simulator::ProgramDescription kProgram = {
     "flowlink",
     "OPM Flow on a deck of your own, driven by an external controller.",
     FLOWLINK_VERSION,
-    {},
+    {{"--settings-keys", "show what the settings in BASE.afi may hold", SettingsReference}},
     Check};
 
 /// The deck is read and flow started only when the controller is there to hear what is wrong; flow

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <set>
 
+#include "client/words.h"
 #include "flowlink/flow_items.h"
 
 namespace gantry::flowlink {
@@ -24,25 +25,25 @@ struct Limit {
 
 /// In the order of the keyword's columns.
 constexpr Limit kProducerLimits[] = {
-    {"OIL_PRODUCTION_RATE", "ORAT", "oil_rate", "oil_rate"},
-    {"WATER_PRODUCTION_RATE", "WRAT", "water_rate", "water_rate"},
-    {"GAS_PRODUCTION_RATE", "GRAT", "gas_rate", "gas_rate"},
-    {"LIQUID_PRODUCTION_RATE", "LRAT", "liquid_rate", "liquid_rate"},
-    {"RES_VOLUME_PRODUCTION_RATE", "RESV", "reservoir_rate", "resv_rate"},
-    {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
-    {"TUBING_HEAD_PRESSURE", "THP", "tubing_head_pressure", "thp_target"},
+    {words::kOilProductionRate, "ORAT", "oil_rate", "oil_rate"},
+    {words::kWaterProductionRate, "WRAT", "water_rate", "water_rate"},
+    {words::kGasProductionRate, "GRAT", "gas_rate", "gas_rate"},
+    {words::kLiquidProductionRate, "LRAT", "liquid_rate", "liquid_rate"},
+    {words::kReservoirProductionRate, "RESV", "reservoir_rate", "resv_rate"},
+    {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
+    {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
 };
 constexpr Limit kWaterInjectorLimits[] = {
-    {"WATER_INJECTION_RATE", "RATE", "water_rate", "surf_inj_rate"},
-    {"RES_VOLUME_INJECTION_RATE", "RESV", "reservoir_rate", "resv_inj_rate"},
-    {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
-    {"TUBING_HEAD_PRESSURE", "THP", "tubing_head_pressure", "thp_target"},
+    {words::kWaterInjectionRate, "RATE", "water_rate", "surf_inj_rate"},
+    {words::kReservoirInjectionRate, "RESV", "reservoir_rate", "resv_inj_rate"},
+    {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
+    {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
 };
 constexpr Limit kGasInjectorLimits[] = {
-    {"GAS_INJECTION_RATE", "RATE", "gas_rate", "surf_inj_rate"},
-    {"RES_VOLUME_INJECTION_RATE", "RESV", "reservoir_rate", "resv_inj_rate"},
-    {"BOTTOM_HOLE_PRESSURE", "BHP", "bottom_hole_pressure", "bhp_target"},
-    {"TUBING_HEAD_PRESSURE", "THP", "tubing_head_pressure", "thp_target"},
+    {words::kGasInjectionRate, "RATE", "gas_rate", "surf_inj_rate"},
+    {words::kReservoirInjectionRate, "RESV", "reservoir_rate", "resv_inj_rate"},
+    {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
+    {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
 };
 
 std::span<const Limit> LimitsOf(WellKind kind) {
@@ -144,9 +145,9 @@ std::vector<WellConstraint> InFluids(std::span<const WellConstraint> constraints
                                      const DeckFluids& fluids) {
   std::vector<WellConstraint> inFluids;
   for (WellConstraint constraint : constraints) {
-    const bool isLiquid = constraint.item == "LIQUID_PRODUCTION_RATE";
-    if (isLiquid && !fluids.hasWater) constraint.item = "OIL_PRODUCTION_RATE";
-    if (isLiquid && !fluids.hasOil) constraint.item = "WATER_PRODUCTION_RATE";
+    const bool isLiquid = constraint.item == words::kLiquidProductionRate;
+    if (isLiquid && !fluids.hasWater) constraint.item = words::kOilProductionRate;
+    if (isLiquid && !fluids.hasOil) constraint.item = words::kWaterProductionRate;
     const bool isMissing = (constraint.item.starts_with("OIL") && !fluids.hasOil) ||
                            (constraint.item.starts_with("WATER") && !fluids.hasWater) ||
                            (constraint.item.starts_with("GAS") && !fluids.hasGas);
@@ -199,7 +200,7 @@ std::vector<HostControls> BeyondMost(std::vector<HostControls> controls) {
 }
 
 bool IsHeldOpen(WellKind kind, const HostControls& host) {
-  const bool isOpen = host.status.empty() || host.status == "OPEN";
+  const bool isOpen = host.status.empty() || host.status == words::kOpen;
   return isOpen && !Columns(kind, host, {}).AreAllZero();
 }
 

@@ -12,6 +12,7 @@
 #include "described_toml/near_word.h"
 #include "platform/file_path.h"
 #include "platform/text.h"
+#include "simulator_side/well_words.h"
 #include "tanksim/deck_keys.h"
 
 namespace gantry::simulator {
@@ -281,7 +282,7 @@ WellData ReadWell(const DescribedTable& table, const Deck& deck, const Places& t
   });
   table.Try([&] { well.tank = FindTank(table, well.name, tanks); });
   table.Try(
-      [&] { well.status = static_cast<WellStatus>(table.Word("status", "OPEN", StatusWords())); });
+      [&] { well.status = static_cast<WellStatus>(table.Word("status", "OPEN", kStatusWords)); });
   table.Read(kWellKeys, well);
   if (!table.Try([&] { well.type = ReadType(table); })) return well;
   table.Try([&] { ReadIndex(table, well); });

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numeric>
 
+#include "simulator_side/well_words.h"
+
 namespace gantry::simulator {
 
 namespace {
@@ -32,17 +34,17 @@ constexpr auto kReservoir = Quantity::kReservoirVolume;
 constexpr auto kPressure = Quantity::kPressure;
 
 constexpr std::array kItems = std::to_array<WellItem>({
-    {"OIL_PRODUCTION_RATE", kLiquid, [](const Well& w) { return Rates(w).oil; }},
-    {"GAS_PRODUCTION_RATE", kGas, [](const Well& w) { return Rates(w).gas; }},
-    {"WATER_PRODUCTION_RATE", kLiquid, [](const Well& w) { return Rates(w).water; }},
-    {"LIQUID_PRODUCTION_RATE", kLiquid,
+    {words::kOilProductionRate, kLiquid, [](const Well& w) { return Rates(w).oil; }},
+    {words::kGasProductionRate, kGas, [](const Well& w) { return Rates(w).gas; }},
+    {words::kWaterProductionRate, kLiquid, [](const Well& w) { return Rates(w).water; }},
+    {words::kLiquidProductionRate, kLiquid,
      [](const Well& w) { return Rates(w).oil + Rates(w).water; }},
-    {"RES_VOLUME_PRODUCTION_RATE", kReservoir,
+    {words::kReservoirProductionRate, kReservoir,
      [](const Well& w) { return Rates(w).reservoirProduction; }},
-    {"OIL_INJECTION_RATE", kLiquid, [](const Well&) { return 0.0; }},
-    {"GAS_INJECTION_RATE", kGas, [](const Well& w) { return Rates(w).injectedGas; }},
-    {"WATER_INJECTION_RATE", kLiquid, [](const Well& w) { return Rates(w).injectedWater; }},
-    {"RES_VOLUME_INJECTION_RATE", kReservoir,
+    {words::kOilInjectionRate, kLiquid, [](const Well&) { return 0.0; }},
+    {words::kGasInjectionRate, kGas, [](const Well& w) { return Rates(w).injectedGas; }},
+    {words::kWaterInjectionRate, kLiquid, [](const Well& w) { return Rates(w).injectedWater; }},
+    {words::kReservoirInjectionRate, kReservoir,
      [](const Well& w) { return Rates(w).reservoirInjection; }},
     {"OIL_PRODUCTION_CUML", kLiquid, [](const Well& w) { return w.Totals().oil; }},
     {"GAS_PRODUCTION_CUML", kGas, [](const Well& w) { return w.Totals().gas; }},
@@ -56,8 +58,10 @@ constexpr std::array kItems = std::to_array<WellItem>({
     {"WATER_INJECTION_CUML", kLiquid, [](const Well& w) { return w.Totals().injectedWater; }},
     {"RES_VOLUME_INJECTION_CUML", kReservoir,
      [](const Well& w) { return w.Totals().reservoirInjection; }},
-    {"BOTTOM_HOLE_PRESSURE", kPressure, [](const Well& w) { return w.Flow().bottomHolePressure; }},
-    {"TUBING_HEAD_PRESSURE", kPressure, [](const Well& w) { return w.Flow().tubingHeadPressure; }},
+    {words::kBottomHolePressure, kPressure,
+     [](const Well& w) { return w.Flow().bottomHolePressure; }},
+    {words::kTubingHeadPressure, kPressure,
+     [](const Well& w) { return w.Flow().tubingHeadPressure; }},
     {"DRAWDOWN_PIW", kPressure, Drawdown},
     {"DRAWDOWN_REG", kPressure, Drawdown},
     {"GAS_OIL_RATIO", Quantity::kGasPerLiquid,
@@ -65,11 +69,12 @@ constexpr std::array kItems = std::to_array<WellItem>({
     {"WATER_CUT", kNumber,
      [](const Well& w) { return Ratio(Rates(w).water, Rates(w).oil + Rates(w).water); }},
     {"WATER_OIL_RATIO", kNumber, [](const Well& w) { return Ratio(Rates(w).water, Rates(w).oil); }},
-    {"UPTIME_FRACTION", kNumber, [](const Well& w) { return w.Uptime(); }},
-    {"TEMPERATURE", Quantity::kSimulatorTemperature, [](const Well& w) { return w.Temperature(); }},
-    {"OIL_DENSITY", Quantity::kDensity, [](const Well& w) { return w.OilDensity(); }},
-    {"GAS_DENSITY", Quantity::kDensity, [](const Well& w) { return w.GasDensity(); }},
-    {"WATER_DENSITY", Quantity::kDensity,
+    {words::kUptimeFraction, kNumber, [](const Well& w) { return w.Uptime(); }},
+    {words::kTemperature, Quantity::kSimulatorTemperature,
+     [](const Well& w) { return w.Temperature(); }},
+    {words::kOilDensity, Quantity::kDensity, [](const Well& w) { return w.OilDensity(); }},
+    {words::kGasDensity, Quantity::kDensity, [](const Well& w) { return w.GasDensity(); }},
+    {words::kWaterDensity, Quantity::kDensity,
      [](const Well& w) { return w.Reservoir().Fluid().WaterDensity(); }},
 });
 

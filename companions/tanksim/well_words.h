@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string_view>
 
 #include "described_toml/quantity.h"
@@ -46,8 +45,6 @@ struct WellLimit {
 std::string_view WordOf(WellType type);
 std::string_view WordOf(WellStatus status);
 std::string_view WordOf(LimitItem item);
-/// In the order of the statuses.
-std::span<const std::string_view> StatusWords();
 std::optional<WellStatus> FindStatus(std::string_view word);
 std::optional<LimitItem> FindLimitItem(std::string_view word);
 Quantity QuantityOf(LimitItem item);

@@ -5,6 +5,8 @@
 #include <limits>
 #include <numbers>
 
+#include "described_toml/calendar.h"
+
 namespace gantry::fieldrun {
 namespace {
 
@@ -13,7 +15,6 @@ constexpr double kAirDensity = 0.0763;         // lb/ft3 at standard conditions
 constexpr double kCubicFeetPerBarrel = 5.615;  // ft3/bbl
 constexpr double kScfPerMMscf = 1e6;
 constexpr double kGravity = 32.174;  // lb ft / (lbf s2)
-constexpr double kSecondsPerDay = 86400;
 constexpr int kSegments = 20;
 
 // Viscosities in cP. The friction factor feels them so weakly that one value each will do.
@@ -63,7 +64,7 @@ Mixture MixAt(const Gravities& gravities, const TubingPlace& place, const Rates&
 double Gradient(const TubingSpec& tubing, const Mixture& mixture) {
   const double diameter = tubing.diameter / 12;
   const double area = std::numbers::pi / 4 * diameter * diameter;
-  const double velocity = mixture.flow / kSecondsPerDay / area;
+  const double velocity = mixture.flow / toml_reader::kSecondsPerDay / area;
   const double reynolds = 1488 * mixture.density * velocity * diameter / mixture.viscosity;
   const double f = FrictionFactor(reynolds, tubing.roughness / tubing.diameter);
   const double friction = f * mixture.density * velocity * velocity / (2 * kGravity * diameter);

@@ -19,7 +19,7 @@ struct Gravities {
 struct TubingPlace {
   TubingPlace(const Gravities& gravities, double temperature);
 
-  double Rankine() const { return fahrenheit + 459.67; }
+  double Rankine() const { return fahrenheit + toml_reader::kFahrenheitToRankine; }
   double GasDeviation(double pressure) const;
   double DissolvedGas(const Gravities& gravities, double pressure) const;  ///< scf/STB
 
