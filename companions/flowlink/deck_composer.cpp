@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "described_toml/calendar.h"
 #include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
 #include "flowlink/step_lengths.h"
@@ -12,7 +13,7 @@ namespace gantry::flowlink {
 namespace {
 
 constexpr double kSameTimeDays = 1e-4;
-constexpr double kDay = 86400.0;  // seconds
+constexpr double kMostDays = 3652059;  // 9999 years
 
 DeckTime DateIn(const DeckKeyword& keyword, const DeckRecord& record) {
   try {
@@ -24,7 +25,9 @@ DeckTime DateIn(const DeckKeyword& keyword, const DeckRecord& record) {
 
 /// flow counts whole seconds, and a restart finds its time only to the second.
 std::string StepTo(DeckTime start, double days) {
-  return "DATES\n" + WriteDeckDate(start + std::chrono::seconds(std::llround(days * kDay))) +
+  return "DATES\n" +
+         WriteDeckDate(start +
+                       std::chrono::seconds(std::llround(days * toml_reader::kSecondsPerDay))) +
          " /\n/\n";
 }
 
@@ -159,13 +162,16 @@ class Composer {
     for (const DeckRecord& record : RecordsOf(keyword)) {
       if (record.empty()) continue;
       const auto since = DateIn(keyword, record) - composed_.start;
-      GoTo(keyword, std::chrono::duration<double>(since).count() / kDay);
+      GoTo(keyword, std::chrono::duration<double>(since).count() / toml_reader::kSecondsPerDay);
     }
   }
 
   void GoTo(const DeckKeyword& keyword, double days) {
     if (!(days > blocks_.back().days)) {
       throw LinkFault(keyword.place.Text() + ": " + keyword.name + " doesn't go on in time");
+    }
+    if (days > kMostDays) {
+      throw LinkFault(keyword.place.Text() + ": " + keyword.name + " goes on for too long");
     }
     blocks_.push_back({days, {}});
   }
@@ -198,8 +204,8 @@ class Composer {
   /// The step and what the deck orders at its end.
   void WriteStepTo(double end) {
     composed_.text.Append(StepTo(composed_.start, end));
-    const auto block = std::ranges::find(blocks_, end, &Block::days);
-    if (block == blocks_.end() || block->keywords.empty()) return;
+    const auto block = std::ranges::lower_bound(blocks_, end, {}, &Block::days);
+    if (block == blocks_.end() || block->days != end || block->keywords.empty()) return;
     for (const DeckKeyword& keyword : block->keywords) composed_.text.Append(keyword);
     composed_.orders.push_back(end);
   }

@@ -177,7 +177,7 @@ class DeckReader {
   bool isOver_ = false;
 };
 
-/// "N*ITEM" as N and ITEM. False when N is out of reason.
+/// "N*ITEM" as N and ITEM. False for more items than are within reason.
 bool AppendItem(std::string_view token, DeckRecord& record) {
   size_t count = 0;
   const auto read = std::from_chars(token.data(), token.data() + token.size(), count);
@@ -186,7 +186,7 @@ bool AppendItem(std::string_view token, DeckRecord& record) {
     record.emplace_back(token);
     return true;
   }
-  if (count > kMostRepeats) return false;
+  if (count > kMostRepeats - std::min(record.size(), kMostRepeats)) return false;
   record.insert(record.end(), count, std::string(token.substr(digits + 1)));
   return true;
 }

@@ -13,10 +13,10 @@ namespace gantry::flowlink {
 
 namespace {
 
-constexpr double kSecondsOfDay = 86400.0;
-
 constexpr const char* kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
                                    "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+
+constexpr int kLastYear = 9999;
 
 unsigned MonthOf(const std::string& name) {
   if (name == "JLY") return 7;
@@ -38,7 +38,8 @@ std::vector<double> MonthTimes(DeckTime start, double endDays) {
   const year_month_day first(floor<days>(start));
   for (int month = 1;; ++month) {
     const year_month next = year_month(first.year(), first.month()) + months(month);
-    const double time = duration<double>(sys_days(next / 1) - start).count() / kSecondsOfDay;
+    const double time =
+        duration<double>(sys_days(next / 1) - start).count() / toml_reader::kSecondsPerDay;
     if (time >= endDays) return times;
     times.push_back(time);
   }
@@ -66,7 +67,8 @@ DeckTime ReadDeckDate(const std::vector<std::string>& record) {
   const bool hasClock = record.size() > 3 && !record[3].empty();
   const bool isClock =
       !hasClock || std::sscanf(record[3].c_str(), "%d:%d:%d", clock, clock + 1, clock + 2) >= 2;
-  if (!date.ok() || !isClock) throw LinkFault("'" + text + "' is no date");
+  if (!date.ok() || NumberOf(record[2]) > kLastYear || !isClock)
+    throw LinkFault("'" + text + "' is no date");
   return sys_days(date) + hours(clock[0]) + minutes(clock[1]) + seconds(clock[2]);
 }
 

@@ -45,10 +45,15 @@ SocketHandle OpenCounted() {
 
 }  // namespace
 
+FrameBuffer::FrameBuffer(size_t capacity)
+    : bytes_(static_cast<std::byte*>(std::calloc(capacity, 1))), capacity_(capacity) {
+  if (bytes_ == nullptr) throw std::bad_alloc();
+}
+
 std::span<std::byte> FrameBuffer::Prepare(size_t length) {
-  std::fill_n(bytes_.begin(), used_, std::byte{0});
+  std::fill_n(bytes_.get(), used_, std::byte{0});
   used_ = length;
-  return std::span(bytes_).first(length);
+  return {bytes_.get(), length};
 }
 
 Socket::Connection::~Connection() {

@@ -2,28 +2,34 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "platform/read_ahead.h"
 #include "platform/sockets.h"
 
 namespace gantry {
 
-/// Where frames of raw bytes are received, one after the other: zero behind the last one.
+/// Where frames of raw bytes are received, one after the other: zero behind the last one. Of the
+/// memory only what frames have filled is in use.
 class FrameBuffer {
  public:
-  explicit FrameBuffer(size_t capacity) : bytes_(capacity) {}
+  explicit FrameBuffer(size_t capacity);
 
-  size_t Capacity() const { return bytes_.size(); }
-  std::span<const std::byte> Bytes() const { return bytes_; }
+  size_t Capacity() const { return capacity_; }
+  std::span<const std::byte> Bytes() const { return {bytes_.get(), capacity_}; }
   /// Clears what the last frame left. The result takes one of that length.
   std::span<std::byte> Prepare(size_t length);
 
  private:
-  std::vector<std::byte> bytes_;
+  struct Free {
+    void operator()(std::byte* bytes) const { std::free(bytes); }
+  };
+
+  std::unique_ptr<std::byte, Free> bytes_;
+  size_t capacity_;
   size_t used_ = 0;
 };
 

@@ -19,6 +19,7 @@ auto FieldsOf(Is<TreeItem> auto& item) {
   return std::tie(item.text, item.picture, item.isChecked, item.isExpanded, item.data,
                   item.children);
 }
+auto FieldsOf(Is<TreePlace> auto& place) { return std::tie(place.parent, place.child); }
 auto FieldsOf(Is<FileRequest> auto& request) {
   return std::tie(request.defaultExtension, request.filters, request.folder);
 }

@@ -65,6 +65,8 @@ class Packet {
   void TakeInto(Value& value) {
     if constexpr (requires { FieldsOf(value); }) {
       std::apply([this](auto&... fields) { (this->TakeInto(fields), ...); }, FieldsOf(value));
+    } else if constexpr (std::is_same_v<Value, bool>) {
+      value = Take<uint8_t>() != 0;
     } else if constexpr (std::is_same_v<Value, const char*>) {
       value = Take<bool>() ? Next(std::strlen(bytes_.c_str() + at_) + 1) : nullptr;
     } else if constexpr (requires { value.has_value(); }) {
