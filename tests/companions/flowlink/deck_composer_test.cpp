@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "flowlink/deck_keywords.h"
-#include "flowlink/link_fault.h"
 #include "support/test_folder.h"
 
 namespace gantry::flowlink {
@@ -21,14 +20,6 @@ class DeckComposer : public ::testing::Test {
     settings.deck = folder / "A.DATA";
     settings.grid = grid;
     return ComposeDeck(settings, "link.py", {"WOPR"}, begin);
-  }
-  std::string FaultOf(const std::string& schedule, const std::string& runspec = "") {
-    try {
-      Compose(schedule, runspec);
-    } catch (const LinkFault& fault) {
-      return fault.what();
-    }
-    return "";
   }
   /// The lengths of the report steps after the adapter's own first one.
   std::vector<double> StepsOf(const ComposedDeck& deck) {
@@ -109,14 +100,14 @@ TEST_F(DeckComposer, BeginsARunUnderTheHostsKeywordsBehindWhatARestartSkips) {
 }
 
 TEST_F(DeckComposer, ReadsIncludedFilesFromTheDecksFolder) {
-  folder.Write("sub/wells.inc", "INCLUDE\n '$HERE\\more.inc' / it goes on there\n");
-  folder.Write("sub/more.inc", "WCONINJE\r\n I* GAS /\r\n/ -- END\r\nENDINC\nEND\n");
+  folder.Write("sub/wells.inc", "INCLUDE\n '$HERE\\on--ward.inc' / it goes on there\n");
+  folder.Write("sub/on--ward.inc", "WCONINJE\r\n I* GAS /\r\n/ -- END\r\nENDINC\nEND\n");
   const ComposedDeck deck =
       Compose("INCLUDE\n sub/wells.inc /\nTSTEP / days\n 1 /\nEND\nTSTEP\n 9 /\n",
               "PATHS\n 'HERE' 'sub' /\n/\n");
   ASSERT_EQ(deck.wellOrders.size(), 1U);
   EXPECT_TRUE(deck.wellOrders[0].Means("I1"));
-  EXPECT_EQ(deck.wellOrders[0].place.Text(), (folder / "sub/more.inc").string() + ":1");
+  EXPECT_EQ(deck.wellOrders[0].place.Text(), (folder / "sub/on--ward.inc").string() + ":1");
   EXPECT_EQ(StepsOf(deck), std::vector<double>{1});
 }
 
@@ -127,34 +118,6 @@ TEST_F(DeckComposer, TakesUnitsFluidsAndDensities) {
   EXPECT_EQ(deck.units, "METRIC") << "neither a title nor a well's name is a keyword";
   EXPECT_TRUE(deck.fluids.hasOil && deck.fluids.hasGas && !deck.fluids.hasWater);
   EXPECT_DOUBLE_EQ(deck.waterDensity, 64.49);
-}
-
-TEST_F(DeckComposer, SaysWhatCantBeCoupledAndWhatIsWorthKnowing) {
-  const struct {
-    const char* schedule;
-    const char* runspec;
-    const char* text;
-  } cases[] = {
-      {"GCONPROD\n/\nTSTEP\n 1 /\n", "", "A.DATA:5: GCONPROD holds groups of wells"},
-      {"GRUPNET\n/\nPYACTION\n/\nTSTEP\n 1 /\n", "", "(and 1 more: flowlink --check)"},
-      {"TSTEP\n 1 /\n", "LAB\n", "A.DATA:4: LAB asks for units"},
-      {"TSTEP\n 1 /\n", "SOLUTION\nRESTART\n 'X' 4 /\n", "A.DATA:5: RESTART goes on from another"},
-      {"TSTEP\n 1 x /\n", "", "A.DATA:5: TSTEP holds 'x'"},
-      {"DATES\n 1 JAN 2020 /\n/\n", "", "doesn't go on in time"},
-      {"INCLUDE\n 'A.DATA' /\n", "", "includes itself"},
-      {"INCLUDE\n 'none' /\n", "", "A.DATA:5: the deck's file"},
-      {"TSTEP\n 999999999*1 /\n", "", "A.DATA:6: a deck can't repeat"},
-  };
-  for (const auto& [schedule, runspec, text] : cases) {
-    EXPECT_NE(FaultOf(schedule, runspec).find(text), std::string::npos)
-        << schedule << FaultOf(schedule, runspec);
-  }
-  LinkSettings settings;
-  settings.deck = folder.Write("B.DATA", "SCHEDULE\nGCONPROD\n/\nSKIP\nGRUPTREE\n/\n");
-  EXPECT_EQ(CheckDeck(settings).size(), 3U);
-  settings.leavesGroupsToDeck = true;
-  EXPECT_EQ(CheckDeck(settings).size(), 2U);
-  EXPECT_NE(CheckDeck(settings)[0].Text().find("B.DATA:4: warning: SKIP"), std::string::npos);
 }
 
 }  // namespace

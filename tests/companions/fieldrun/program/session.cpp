@@ -86,13 +86,14 @@ class Player {
 
   fs::path Path(const std::string& name) const { return folder_.Path() / PathOf(name); }
 
-  void Change(const std::vector<std::string>& words) const {
+  void Change(std::vector<std::string> words) const {
     if (words.size() == 2) return fs::rename(Path(words[0]), Path(words[1]));
     std::string text = folder_.Read(Path(words[0]));
-    std::string replacement = words[2];
-    while (Replace(replacement, "\\n", "\n")) {
+    for (std::string& word : words) {
+      while (Replace(word, "\\n", "\n")) {
+      }
     }
-    EXPECT_TRUE(Replace(text, words[1], replacement)) << words[0] << " holds no " << words[1];
+    EXPECT_TRUE(Replace(text, words[1], words[2])) << words[0] << " holds no " << words[1];
     folder_.Write(words[0], text);
   }
 
@@ -101,7 +102,7 @@ class Player {
     std::vector<std::string> words = Words(line);
     for (std::string& word : words) {
       Replace(word, "{port}", std::to_string(gantry::test::FreePorts()));
-      for (const char* program : {"fieldrun", "runfactory"}) {
+      for (const char* program : {"fieldrun", "runfactory", "flowlink"}) {
         Replace(word, "{" + std::string(program) + "}", ProgramOf(program));
       }
     }

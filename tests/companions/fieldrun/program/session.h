@@ -13,16 +13,15 @@ namespace gantry::fieldrun::test {
 ///
 ///   copy odeh            the example's folder, into the session's own, in which all runs
 ///   write FILE           the lines below that are indented by four blanks are the file
-///   change FILE | A | B  puts B, in which \n ends a line, in the place of the first A of a file
+///   change FILE | A | B  puts B in the place of the first A of a file; in both, \n ends a line
 ///   change FILE | NAME   gives a file or folder another name
 ///   $ fieldrun run ...   a program with its arguments, which quotes ('') may hold together
 ///   ? 2                  its exit status, 0 where nothing is said
 ///   > odeh ...           a line that it prints, the next such line a later one, "..." is any text
 ///   ! fieldrun: ...      the same on its standard error, which is empty where nothing is said
 ///
-/// `cat` prints a file, {port} is one that nobody uses and {fieldrun} or {runfactory} the path of
-/// that program. Any
-/// other line is a remark.
+/// `cat` prints a file, {port} is one that nobody uses and {fieldrun}, {runfactory} or {flowlink}
+/// the path of that program. Any other line is a remark.
 void PlaySession(const std::filesystem::path& file);
 
 /// The names of the *.session files of a folder.

@@ -17,18 +17,12 @@ constexpr double kAtmosphere = 14.696;
 
 class FlowRun : public WithFlow {
  protected:
-  Outcome Run(const std::string& caseFile, const std::vector<std::string>& more = {}) {
-    std::vector<std::string> arguments = {"run",         (folder_ / caseFile).string(),
+  Outcome Run(const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments = {"run",         (folder_ / "flow.toml").string(),
                                           "--simulator", FLOWLINK,
                                           "--output",    (folder_ / "out").string()};
     arguments.insert(arguments.end(), more.begin(), more.end());
     return fieldrun::test::RunFieldrun(folder_, arguments);
-  }
-  void Change(const std::string& file, const std::string& part, const std::string& replacement) {
-    std::string text = gantry::test::TestFolder::Read(folder_ / file);
-    const size_t at = text.find(part);
-    ASSERT_NE(at, std::string::npos) << part;
-    folder_.Write(file, text.replace(at, part.size(), replacement));
   }
 };
 
@@ -45,7 +39,7 @@ int CountArrays(const fs::path& file, const std::string& name) {
 /// The reference is flow alone on the same report steps.
 TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
   Copy(ODEH);
-  const Outcome outcome = Run("flow.toml");
+  const Outcome outcome = Run();
   ASSERT_EQ(outcome.status, 0) << outcome.err;
   const Table wells(folder_ / "out" / "wells.csv");
   const Table field(folder_ / "out" / "field.csv");
@@ -73,67 +67,20 @@ TEST_F(FlowRun, PassingTheDecksOwnControlsGivesFlowsOwnTenYears) {
   WaitForAll();
 }
 
-TEST_F(FlowRun, IsCheckedByTheHostBeforehand) {
+/// As on a full disk: no file can be written in full. What else goes wrong is told by the sessions.
+TEST_F(FlowRun, OnAFullDiskEndsWithATextAndLeavesNothingRunning) {
   Copy(ODEH);
-  Change("ODEH.DATA", "WELSPECS", "ACTIONX\n/\nGCONPROD\n/\nWELSPECS");
-  const Outcome outcome = fieldrun::test::RunFieldrun(
-      folder_, {"check", (folder_ / "flow.toml").string(), "--simulator", FLOWLINK});
-  EXPECT_EQ(outcome.status, 2) << outcome.err;
-  EXPECT_NE(outcome.out.find("ODEH.DATA:130: warning: ACTIONX "), std::string::npos) << outcome.out;
-  EXPECT_NE(outcome.out.find("ODEH.DATA:132: GCONPROD holds"), std::string::npos) << outcome.out;
-}
-
-struct Fault {
-  const char* name;
-  const char* file;
-  const char* part;
-  const char* replacement;
-  const char* text;
-};
-
-void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
-
-class FaultyRun : public FlowRun, public ::testing::WithParamInterface<Fault> {
- protected:
-  /// A flow that can write no file in full, as on a full disk.
-  void ProvideSmallDisk() {
-    const fs::path program =
-        folder_.Write("small-disk", "#!/bin/sh\ntrap '' XFSZ\nulimit -f 60\nexec flow \"$@\"\n");
-    fs::permissions(program, fs::perms::owner_all);
-    ::setenv("PATH", (folder_.Path().string() + ":" + ::getenv("PATH")).c_str(), 1);
-  }
-};
-
-TEST_P(FaultyRun, ReachesTheHostAsATextAndLeavesNothingRunning) {
-  const Fault& fault = GetParam();
-  Copy(ODEH);
-  Change(fault.file, fault.part, fault.replacement);
-  ProvideSmallDisk();
-  const Outcome outcome = Run("flow.toml", {"--steps", "3"});
+  const fs::path program =
+      folder_.Write("flow", "#!/bin/sh\ntrap '' XFSZ\nulimit -f 60\nexec /usr/bin/flow \"$@\"\n");
+  fs::permissions(program, fs::perms::owner_all);
+  ::setenv("PATH", (folder_.Path().string() + ":" + ::getenv("PATH")).c_str(), 1);
+  const Outcome outcome = Run({"--steps", "3"});
   EXPECT_EQ(outcome.status, 1);
-  const size_t ofHost = outcome.err.find("fieldrun: ");
-  ASSERT_NE(ofHost, std::string::npos) << outcome.err;
-  EXPECT_NE(outcome.err.find(fault.text, ofHost), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find("flow couldn't write its results", outcome.err.find("fieldrun: ")),
+            std::string::npos)
+      << outcome.err;
   WaitForAll();
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Flow, FaultyRun,
-    ::testing::Values(
-        Fault{"UnknownKey", "ODEH_FLOW.afi", "temperature", "temprature",
-              "ODEH_FLOW.afi:5: unknown key 'temprature'"},
-        Fault{"NoFlow", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"no-such-flow\"",
-              "can't start no-such-flow: No such file or directory"},
-        Fault{"DiskFull", "ODEH_FLOW.afi", "temperature = 200.0", "flow = \"small-disk\"",
-              "flow couldn't write its results"},
-        Fault{"NoSuchKeyword", "ODEH.DATA", "DISGAS", "DISGUST",
-              "ODEH.DATA:15: flow ended with status 1: Error: Unrecoverable errors"},
-        Fault{"NoSuchMode", "ODEH.DATA", "ORAT", "ORXT",
-              "ODEH.DATA:139: flow ended with status 1: Error: Unrecoverable errors"},
-        Fault{"NoConvergence", "ODEH_FLOW.afi", "temperature = 200.0",
-              "flow_options = [\"--solver-max-restarts=1\", \"--newton-max-iterations=1\"]",
-              "Solver failed to converge"}),
-    [](const auto& fault) { return fault.param.name; });
 
 }  // namespace
 }  // namespace gantry::flowlink::test
