@@ -34,6 +34,15 @@ target_compile_options(gantry_options INTERFACE
 add_library(gantry_c_options INTERFACE)
 target_compile_options(gantry_c_options INTERFACE -Wall -Wextra -Wpedantic)
 
+# All code tells libFuzzer the paths that an input takes.
+if(GANTRY_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "The fuzz targets need Clang: configure with the preset fuzz.")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(GANTRY_SANITIZE)
   add_compile_options(-fsanitize=${GANTRY_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all)

@@ -1,5 +1,8 @@
 // What a simulator may answer. The input's first byte picks the operation, the rest is all that the
 // peer ever says. Every outcome but a standard exception or a result is a fault.
+// Reads: src/client/intersect_client.cpp src/client/intersect_client_queries.cpp
+// Reads: src/client/simulator_wells.cpp src/client/simulator_model.cpp src/client/inflow_sweep.cpp
+// Reads: src/client/message_stream.cpp
 
 #include <array>
 #include <string>
@@ -10,6 +13,7 @@
 #include "client/unit_converter.h"
 #include "client/v2017_2/intersect_client.h"
 #include "support/memory_connection.h"
+#include "target.h"
 
 namespace {
 
@@ -58,14 +62,12 @@ constexpr std::array<void (*)(Client&), 15> kOperations = {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  if (size == 0) return 0;
-  Client client(std::make_unique<gantry::test::MemoryConnection>(
-      std::string(reinterpret_cast<const char*>(data) + 1, size - 1)));
+FUZZ_TARGET(client_reply) {
+  const auto operation = kOperations[gantry::fuzz::TakeByte(input) % kOperations.size()];
+  Client client(std::make_unique<gantry::test::MemoryConnection>(std::string(input)));
   try {
-    kOperations[data[0] % kOperations.size()](client);
+    operation(client);
   } catch (const std::exception&) {
     // Refused, as it should be.
   }
-  return 0;
 }

@@ -1,6 +1,7 @@
 // A frame from a peer. Every entry is read by its own header; a message that has been read whole
 // must come out byte for byte when it is written again. The input's first byte decides whether the
 // rest is a whole frame ("F") or the payload of one.
+// Reads: src/client/message_stream.cpp
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,6 +9,7 @@
 
 #include "client/message_stream.h"
 #include "support/memory_connection.h"
+#include "target.h"
 
 namespace {
 
@@ -58,23 +60,22 @@ std::string WholeFrame(const std::string& payload) {
   return word + word + payload;
 }
 
-void Play(const std::string& input) {
+void Check(const std::string& input) {
   const bool isFrame = input.starts_with('F');
   const std::string bytes = input.substr(std::min<size_t>(1, input.size()));
   const std::string written = ReadAndWrite(isFrame ? bytes : WholeFrame(bytes));
   // Up to one chunk, what goes out is what came in.
-  if (!isFrame && bytes.size() <= 65536 && written != WholeFrame(bytes)) std::abort();
+  if (!isFrame && bytes.size() <= 65536) gantry::fuzz::Require(written == WholeFrame(bytes));
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+FUZZ_TARGET(codec) {
   try {
-    Play(std::string(reinterpret_cast<const char*>(data), size));
+    Check(std::string(input));
   } catch (const std::logic_error&) {
     // Refused as the codec refuses: length_error and invalid_argument are its kinds.
   } catch (const boost::system::system_error&) {
     // The frame ended too early.
   }
-  return 0;
 }

@@ -1,17 +1,20 @@
 // What a driver may ask of the cluster's controller, one request after another, each behind two
 // bytes of length. The simulator is gone, so that a request of the right form is refused.
+// Reads: companions/runfactory/controller.cpp companions/runfactory/controller_wells.cpp
+// Reads: src/remote/message_reader.cpp
 
 #include <cstring>
 #include <span>
 
 #include "runfactory/controller.h"
 #include "runfactory/driver_connection.h"
+#include "target.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+FUZZ_TARGET(controller_request) {
   using namespace gantry::cluster;
   const std::unique_ptr<Simulator> simulator = MakeSimulator(20172);
   Controller controller(*simulator, [](const std::string&) {});
-  std::span<const std::byte> rest = std::as_bytes(std::span(data, size));
+  std::span<const std::byte> rest = std::as_bytes(std::span(input));
   try {
     while (rest.size() > 2) {
       uint16_t length = 0;
@@ -24,5 +27,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   } catch (const DriverBroken&) {
     // No driver says this.
   }
-  return 0;
 }

@@ -1,20 +1,20 @@
 // What anybody may say to the run factory: in one piece and byte by byte it must come to the same.
+// Reads: companions/runfactory/dialogue.cpp
 
 #include <cstdlib>
 #include <string_view>
 
 #include "runfactory/dialogue.h"
+#include "target.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+FUZZ_TARGET(factory_dialogue) {
   using gantry::cluster::Dialogue;
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  using gantry::fuzz::Require;
   Dialogue whole;
-  const Dialogue::State state = whole.Take(bytes);
+  const Dialogue::State state = whole.Take(input);
   Dialogue slow;
-  for (size_t i = 0; i < size; ++i) slow.Take(bytes.substr(i, 1));
-  const bool isSame = slow.Take({}) == state && slow.Refusal() == whole.Refusal() &&
-                      slow.Fault() == whole.Fault() &&
-                      slow.Request().directory == whole.Request().directory;
-  if (!isSame) std::abort();
-  return 0;
+  for (const char& byte : input) slow.Take({&byte, 1});
+  Require(slow.Take({}) == state && slow.Refusal() == whole.Refusal());
+  Require(slow.Fault() == whole.Fault());
+  Require(slow.Request().directory == whole.Request().directory);
 }

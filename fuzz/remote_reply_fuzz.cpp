@@ -1,6 +1,8 @@
 // What a remote controller may answer once a session stands. The input's first byte picks the
 // operation, the rest is all that the controller ever says. Every outcome but a standard exception
 // or a result is a fault.
+// Reads: src/remote/remote_connector.cpp src/remote/remote_connector_wells.cpp
+// Reads: src/remote/message_reader.cpp src/remote/remote_message.cpp
 
 #include <algorithm>
 #include <array>
@@ -11,6 +13,7 @@
 #include "remote/remote_connector.h"
 #include "remote/socket.h"
 #include "remote/wire_bytes.h"
+#include "target.h"
 
 namespace {
 
@@ -79,13 +82,12 @@ constexpr std::array<void (*)(CExtConnectorBase&), 8> kOperations = {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  if (size == 0) return 0;
+FUZZ_TARGET(remote_reply) {
+  const auto operation = kOperations[gantry::fuzz::TakeByte(input) % kOperations.size()];
   using gantry::test::Double;
   using gantry::test::kAccepted;
   MemorySockets sockets(Message(1, kAccepted) + Message(17, Double(2017.2) + kAccepted) +
-                        Message(3, gantry::test::Int(1) + kAccepted) +
-                        std::string(reinterpret_cast<const char*>(data) + 1, size - 1));
+                        Message(3, gantry::test::Int(1) + kAccepted) + std::string(input));
   const gantry::platform::SocketCallsOverride override(sockets);
   const gantry::SocketClient socket("controller", 1);
   gantry::RemoteSessionData session;
@@ -93,9 +95,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   session.Socket = &socket;
   const auto connector = gantry::CreateRemoteConnector(session);
   try {
-    kOperations[data[0] % kOperations.size()](*connector);
+    operation(*connector);
   } catch (const std::runtime_error&) {
     // Refused, as it should be.
   }
-  return 0;
 }

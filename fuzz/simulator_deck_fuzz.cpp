@@ -1,5 +1,6 @@
 // A deck of any content: it is read, or refused with its place and reason. A deck that is read is
 // started and stepped once, which must leave finite pressures.
+// Reads: companions/tanksim/deck_reader.cpp companions/described_toml/described_table.cpp
 
 #include <cmath>
 #include <cstdint>
@@ -8,20 +9,19 @@
 
 #include "tanksim/deck_reader.h"
 #include "tanksim/tank_run.h"
+#include "target.h"
 
 using namespace gantry::simulator;
+using gantry::fuzz::Require;
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+FUZZ_TARGET(simulator_deck) {
   try {
-    const Deck deck = ReadDeckText({reinterpret_cast<const char*>(data), size}, "FUZZ.afi");
-    if (deck.tanks.size() > 3 || deck.wells.size() > 5) return 0;
+    const Deck deck = ReadDeckText(input, "FUZZ.afi");
+    if (deck.tanks.size() > 3 || deck.wells.size() > 5) return;
     TankRun run(deck);
     run.AdvanceTo(10.0);
-    for (const Tank& tank : run.Tanks()) {
-      if (!std::isfinite(tank.Pressure())) std::abort();
-    }
+    for (const Tank& tank : run.Tanks()) Require(std::isfinite(tank.Pressure()));
   } catch (const DeckError& error) {
-    if (std::string_view(error.what()).find("FUZZ.afi:") != 0) std::abort();
+    Require(std::string_view(error.what()).starts_with("FUZZ.afi:"));
   }
-  return 0;
 }

@@ -1,5 +1,8 @@
 // A message of any content to the simulator, behind a good handshake: it is answered or refused,
 // and what ends the session is an exception with a text.
+// Reads: companions/simulator_side/controller_session.cpp
+// Reads: companions/simulator_side/session_queries.cpp
+// Reads: companions/simulator_side/session_setters.cpp
 
 #include <cstdint>
 #include <string>
@@ -9,6 +12,7 @@
 #include "support/memory_connection.h"
 #include "tanksim/deck_reader.h"
 #include "tanksim/tank_simulator.h"
+#include "target.h"
 
 using namespace gantry::simulator;
 using gantry::test::MemoryConnection;
@@ -30,15 +34,14 @@ std::string Word(uint64_t value) { return {reinterpret_cast<const char*>(&value)
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+FUZZ_TARGET(simulator_session) {
   static const Deck deck = ReadDeck(GANTRY_SAMPLE_DECK);
   TankSimulator simulator(deck);
-  MemoryConnection connection(SetUp() + Word(size) + Word(size) +
-                              std::string(reinterpret_cast<const char*>(data), size));
+  const std::string size = Word(input.size());
+  MemoryConnection connection(SetUp() + size + size + std::string(input));
   try {
     ControllerSession(simulator, connection).Run();
   } catch (const std::exception&) {
-    return 0;
+    // What ends a session has a text.
   }
-  return 0;
 }

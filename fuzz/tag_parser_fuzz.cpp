@@ -1,6 +1,8 @@
 // Text paths, commands and values of any content. The input is a path, a line feed and a
 // value. Whatever comes, the reply stays within its field and terminated, and numbers read as the
 // C library reads them.
+// Reads: src/text/tag_parser.cpp src/text/command_arguments.cpp src/text/number_text.cpp
+// Reads: src/text/data_server_object.cpp
 
 #include <array>
 #include <bit>
@@ -10,6 +12,7 @@
 #include <string>
 
 #include "settings/link_settings.h"
+#include "target.h"
 #include "text/number_text.h"
 #include "wells/source.h"
 #include "wells/static_well_data.h"
@@ -17,13 +20,10 @@
 namespace {
 
 using namespace gantry;
+using gantry::fuzz::Require;
 
 constexpr size_t kReplySize = 512;
 constexpr char kGuard = '#';
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 StaticWellDataCollection SomeWells() {
   StaticWellDataCollection wells;
@@ -84,14 +84,10 @@ void ReadNumbers(const std::string& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string input(reinterpret_cast<const char*>(data), size);
-  const size_t lineFeed = std::min(input.find('\n'), size);
-  const std::string path = input.substr(0, lineFeed);
-  const std::string value = input.substr(std::min(lineFeed + 1, size));
+FUZZ_TARGET(tag_parser) {
+  const std::string path(gantry::fuzz::TakeUpTo('\n', input)), value(input);
   ReadPath(path);
   WritePath(path, value);
   RunCommand(path);
   ReadNumbers(value);
-  return 0;
 }

@@ -1,0 +1,44 @@
+// A case file of any content: what is wrong is told with its line. A case without a fault takes
+// another number of processors and another control for its producers, and stays one.
+// Reads: companions/fieldrun/case/case_reader.cpp companions/fieldrun/case/case_check.cpp
+// Reads: companions/fieldrun/case/case_writer.cpp companions/described_toml/described_table.cpp
+
+#include "fieldrun/case/case_reader.h"
+#include "fieldrun/case/case_writer.h"
+#include "target.h"
+
+using namespace gantry::fieldrun;
+using gantry::fuzz::Folder;
+using gantry::fuzz::Require;
+
+namespace {
+
+const Folder& TheFolder() {
+  static const Folder folder;
+  return folder;
+}
+
+CheckedCase Check(std::string_view text) {
+  return ReadAndCheckCase(TheFolder().Write("case.toml", text));
+}
+
+void CheckControl(const std::string& text, const CaseModel& model) {
+  try {
+    Require(!Check(WithControl(text, model, "\"gas\"")).HasErrors());
+  } catch (const CaseError& error) {
+    Require(error.Findings.size() == 1 && error.Findings[0].line > 0);
+  }
+}
+
+}  // namespace
+
+FUZZ_TARGET(case_file) {
+  const std::string text(input);
+  const CheckedCase read = Check(text);
+  for (const Finding& finding : read.findings)
+    Require(!finding.reason.empty() && finding.line >= 0);
+  if (read.HasErrors()) return;
+  const CheckedCase changed = Check(WithSimulatorKeys(text, {{"parallel", "3"}}));
+  Require(!changed.HasErrors() && changed.model.simulator.parallel == 3);
+  CheckControl(text, read.model);
+}

@@ -1,0 +1,20 @@
+// flowlink's settings of any content are read, or refused with the file and the line.
+// Reads: companions/flowlink/link_settings.cpp
+
+#include "flowlink/link_fault.h"
+#include "flowlink/link_settings.h"
+#include "target.h"
+
+using namespace gantry::flowlink;
+using gantry::fuzz::Require;
+
+FUZZ_TARGET(link_settings) {
+  static const gantry::fuzz::Folder folder;
+  const std::string file = folder.Write("CASE.afi", input);
+  try {
+    const LinkSettings settings = ReadLinkSettings(file);
+    Require(settings.secondsForQuestion >= 1 && settings.grid.days >= 0.0);
+  } catch (const LinkFault& fault) {
+    Require(std::string_view(fault.what()).starts_with(file + ":"));
+  }
+}
