@@ -337,6 +337,8 @@ def main():
     parser.add_argument("--messages", action="store_true", help="list what was said, by family")
     parser.add_argument("--parallel", type=int, default=2, metavar="JOBS")
     arguments = parser.parse_args()
+    arguments.programs = arguments.programs.resolve()
+    arguments.library = arguments.library.resolve()
     if arguments.scenario:
         stage.enter()
         sys.exit(sweep_scenario(arguments.scenario, arguments))
