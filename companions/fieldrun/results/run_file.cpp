@@ -13,9 +13,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json ToJson(const WellSpec& well) {
-  return {{"name", well.name}, {"kind", well.kind}};
-}
+Json ToJson(const WellSpec& well) { return {{"name", well.name}, {"kind", well.kind}}; }
 
 WellSpec WellOf(const Json& json) {
   WellSpec well;
