@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 
 #include "described_toml/described_table.h"
 #include "fieldrun/case/case_keys.h"
@@ -127,8 +128,9 @@ void CompletePaths(CaseModel& model) {
   }
 }
 
-/// What is wrong with a file is told where the case names it.
+/// What is wrong with a file is told where the case first names it.
 void ReadLiftTables(CheckedCase& checked) {
+  std::set<std::string> told;
   for (TubingSpec& tubing : checked.model.tubings) {
     if (!tubing.isSound || tubing.vfp.empty()) continue;
     try {
@@ -136,7 +138,8 @@ void ReadLiftTables(CheckedCase& checked) {
           ReadVfpTable(tubing.vfp, tubing.vfpTable, checked.model.Units()));
     } catch (const CaseError& error) {
       tubing.isSound = false;
-      checked.findings.push_back({tubing.LineOf("vfp"), error.what()});
+      const bool isNew = told.insert(error.what()).second;
+      if (isNew) checked.findings.push_back({tubing.LineOf("vfp"), error.what()});
     }
   }
 }
