@@ -8,6 +8,7 @@
 #include "described_toml/described_table.h"
 #include "described_toml/key_reference.h"
 #include "flowlink/link_fault.h"
+#include "platform/environment.h"
 
 namespace gantry::flowlink {
 
@@ -75,7 +76,20 @@ DescribedTable ReadFile(const std::filesystem::path& path) {
   return DescribedTable::ReadText(text.str(), path.string(), kWording);
 }
 
+/// The host's days, which it names in the environment: "2028-03-01 2028-04-15".
+std::vector<toml_reader::Date> HostDays() {
+  constexpr size_t kLongest = 65536;
+  std::istringstream words(platform::ReadEnvironment("GANTRY_EVENT_DAYS", kLongest).value_or(""));
+  std::vector<toml_reader::Date> days;
+  for (std::string word; words >> word;) {
+    const toml_reader::Date day = toml_reader::DateOf(word);
+    if (toml_reader::IsValid(day)) days.push_back(day);
+  }
+  return days;
+}
+
 void ReadGrid(const DescribedTable& file, ReportGrid& grid) {
+  grid.hostDays = HostDays();
   if (!file.Read(kGridKeys, grid)) return;
   if (grid.days > 0.0) {
     grid.kind = ReportGrid::Kind::kDays;

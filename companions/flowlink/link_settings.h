@@ -4,12 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "described_toml/calendar.h"
+
 namespace gantry::flowlink {
 
 /// How far the report steps, at which a controller is heard, lie apart.
 struct ReportGrid {
   enum class Kind { kMonth, kDays, kDeck } kind = Kind::kMonth;
-  double days = 0.0;  ///< of kDays
+  double days = 0.0;                          ///< of kDays
+  std::vector<toml_reader::Date> hostDays{};  ///< on which the host wants to be heard, in any grid
 };
 
 /// What BASE.afi says: the deck, and who decides what. docs/flowlink.md

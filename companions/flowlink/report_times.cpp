@@ -13,6 +13,8 @@ namespace gantry::flowlink {
 
 namespace {
 
+constexpr double kSameTime = 1e-3;  // days
+
 constexpr const char* kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
                                    "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
 
@@ -89,6 +91,13 @@ std::vector<double> MergeTimes(const ReportGrid& grid, DeckTime start,
     const double before = isFirst ? HUGE_VAL : time - *(next - 1);
     const double behind = *next - time;
     if (std::min(behind, before) > Closeness(grid, 0.0)) times.push_back(time);
+  }
+  for (const toml_reader::Date& day : grid.hostDays) {
+    const auto length = std::chrono::duration<double>(toml_reader::MidnightOf(day) - start);
+    const double time = length.count() / toml_reader::kSecondsPerDay;
+    const bool isThere =
+        std::ranges::any_of(times, [&](double t) { return std::abs(t - time) < kSameTime; });
+    if (time > 0 && time < ofDeck.back() && !isThere) times.push_back(time);
   }
   std::ranges::sort(times);
   return times;

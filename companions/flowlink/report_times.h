@@ -16,9 +16,9 @@ DeckTime ReadDeckDate(const std::vector<std::string>& record);
 /// The record of a DATES keyword without its end.
 std::string WriteDeckDate(DeckTime time);
 
-/// The deck's times, of which the first is the start, with those of a grid among them, in days from
-/// the start. Of two times closer than `Closeness` only the deck's is kept: the calendar and a
-/// deck's own count of days drift apart at leap days.
+/// The deck's times, of which the first is the start, with those of a grid and the host's days
+/// among them, in days from the start. Of two times closer than `Closeness` only the deck's is
+/// kept: the calendar and a deck's own count of days drift apart at leap days.
 std::vector<double> MergeTimes(const ReportGrid& grid, DeckTime start,
                                const std::vector<double>& ofDeck);
 

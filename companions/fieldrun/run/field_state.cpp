@@ -159,7 +159,7 @@ void FieldState::Retire(const Date& date, const StepRecord& before,
     StateOfWell& well = wells_[i];
     const WellStep& step = before.wells[i];
     const bool isProducer = well.spec.Kind() == WellKind::kProducer;
-    if (!isProducer || !well.shutBy.empty() || !step.point.isOpen || !step.reported) continue;
+    if (!isProducer || !step.point.isOpen) continue;
     const Rates made = step.Made();
     const EconomicLimit* limit = LimitPassed(well.spec, {made.oil, made.water, made.gas});
     if (limit == nullptr) continue;

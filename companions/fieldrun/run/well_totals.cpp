@@ -4,6 +4,8 @@
 #include <cmath>
 #include <map>
 
+#include <fmt/format.h>
+
 #include "fieldrun/driver/module_text.h"
 #include "fieldrun/driver/variable_choice.h"
 
@@ -132,7 +134,36 @@ bool WellTotals::Measure(Well& well, const WellStep& step) {
   }
 }
 
+// A simulator that stops at times of its own alone runs on past the end of a step, or stands still
+// in one, which nothing else tells.
+void WellTotals::CheckLength(const StepRecord& record) {
+  constexpr double kOff = 1.5;  // rates don't keep still within a step
+  double made = 0;
+  double least = 0;
+  double most = 0;
+  for (size_t i = 0; i < wells_.size(); ++i) {
+    const WellStep& step = record.wells[i];
+    if (!step.point.isOpen || !step.isTotalMeasured || !step.reported) continue;
+    const double planned = step.point.rates.Size();
+    const double reported = step.reported->rates.Size();
+    made += step.total.Size() - wells_[i].checked;
+    wells_[i].checked = step.total.Size();
+    least += step.uptime * record.length * std::min(planned, reported);
+    most += step.uptime * record.length * std::max(planned, reported);
+  }
+  if (made <= kOff * most && kOff * made >= least) return;
+  warn_({"time", "", record.date,
+         fmt::format("by its totals the simulator has run for {:.2g} times the length of a step: "
+                     "does it stop at the days on which steps end?",
+                     made / most)});
+}
+
 void WellTotals::Count(StepRecord& record) {
+  CountWells(record);
+  CheckLength(record);
+}
+
+void WellTotals::CountWells(StepRecord& record) {
   for (size_t i = 0; i < wells_.size(); ++i) {
     Well& well = wells_[i];
     WellStep& step = record.wells[i];

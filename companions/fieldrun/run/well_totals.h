@@ -37,16 +37,19 @@ class WellTotals {
   struct Well {
     const WellSpec* spec;
     std::array<int, kPhases> handles;
-    std::string doubt;  ///< why the well is counted by its rates; empty for the simulator's count
-    Rates before;       ///< the simulator's count when the run began
-    Rates count;        ///< and now
-    Rates total;        ///< since the run began
-    Rates rates;        ///< at the end of the step before
+    std::string doubt;   ///< why the well is counted by its rates; empty for the simulator's count
+    Rates before;        ///< the simulator's count when the run began
+    Rates count;         ///< and now
+    Rates total;         ///< since the run began
+    Rates rates;         ///< at the end of the step before
+    double checked = 0;  ///< size of the total at the end of the last step that was reported
   };
 
   Rates Read(const Well& well) const;
   void WarnOf(const std::string& well, const Date& date, const std::string& reason) const;
   bool Measure(Well& well, const WellStep& step);
+  void CountWells(StepRecord& record);
+  void CheckLength(const StepRecord& record);
 
   std::vector<Well> wells_;
   ReadVariable read_;

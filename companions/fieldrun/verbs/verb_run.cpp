@@ -69,6 +69,15 @@ void ShareFolder(const std::string& folder) {
   platform::WriteEnvironment("GANTRY_RESULTS", path.string());
 }
 
+/// One that stops only at times of its own finds here on which days it has to stop too.
+void ShareEventDays(const CaseModel& model) {
+  std::string days;
+  for (const EventSpec& event : model.events) {
+    if (event.date) days += (days.empty() ? "" : " ") + ToText(*event.date);
+  }
+  platform::WriteEnvironment("GANTRY_EVENT_DAYS", days);
+}
+
 Date DateReached(const RunHistory& history) {
   const double days = history.field.empty() ? 0.0 : history.field.back().endDays;
   return FromDayNumber(DayNumber(history.start.start) + static_cast<int>(days));
@@ -90,6 +99,7 @@ void RunCase(const Session& session) {
 
   RunResults results(caseModel);
   ShareFolder(caseModel.general.output);
+  ShareEventDays(caseModel);
   const bool showsTable = !options.quiet && !options.json;
   Progress progress(caseModel.Units(), showsTable, !options.quiet && IsTerminal());
   RunJson json(caseModel);

@@ -158,24 +158,31 @@ TEST_F(Results, TotalsAreTheSimulatorsAsFarAsTheyAreSound) {
   const auto warn = [&](const RunWarning& warning) { warnings.push_back(warning); };
   WellTotals totals(start_.wells, published, read, warn);
   totals.Begin(start_.start);
-  counts = {1.25, 2, 31, 4.5};
+  counts = {1.01, 2, 40, 4.0155};
   StepRecord record = Step(0, true);
   totals.Count(record);
-  EXPECT_EQ(record.wells[0].total.oil, 250000);
-  EXPECT_EQ(record.wells[0].total.gas, 1);
-  EXPECT_EQ(record.wells[1].total.water, 500000);
+  EXPECT_NEAR(record.wells[0].total.oil, 10000, 1e-6);
+  EXPECT_EQ(record.wells[0].total.gas, 10);
+  EXPECT_NEAR(record.wells[1].total.water, 15500, 1e-6);
   EXPECT_TRUE(record.wells[1].isTotalMeasured);
   EXPECT_TRUE(warnings.empty());
 
-  counts = {1.25, 2, kNaN, -1};
+  counts = {1.05, 2.001, 80, 4.08};
+  record = Step(0, true);
+  totals.Count(record);
+  ASSERT_EQ(warnings.size(), 1U) << "four times of what flows in a step";
+  EXPECT_EQ(warnings[0].topic, "time");
+  warnings.clear();
+
+  counts = {1.05, 2.001, kNaN, -1};
   for (const bool isReported : {false, true, true}) {
     record = Step(0, isReported);
     totals.Count(record);
     EXPECT_EQ(std::isnan(record.wells[0].total.oil), !isReported) << "no rate that was decided";
   }
   // From where the simulator's count was left: twice three quarters of 31 days.
-  EXPECT_EQ(record.wells[0].total.oil, 250000 + 2 * 0.75 * 31 * 420);
-  EXPECT_EQ(record.wells[1].total.water, 500000 + 2 * 31 * 500);
+  EXPECT_EQ(record.wells[0].total.oil, 50000 + 2 * 0.75 * 31 * 420);
+  EXPECT_EQ(record.wells[1].total.water, 80000 + 2 * 31 * 500);
   EXPECT_FALSE(record.wells[1].isTotalMeasured);
   EXPECT_EQ(warnings.size(), 2U);
 

@@ -47,7 +47,9 @@ TEST_F(DeckComposer, StopsAtTheGridAndAtTheDecksOwnTimes) {
     std::vector<double> steps;
   } cases[] = {{{}, {17, 29, 9.5, 3, 3}},
                {{ReportGrid::Kind::kDays, 30.0}, {17, 13, 25.5, 3, 3}},
-               {{ReportGrid::Kind::kDeck, 0.0}, {17, 38.5, 3, 3}}};
+               {{ReportGrid::Kind::kDeck, 0.0}, {17, 38.5, 3, 3}},
+               {{ReportGrid::Kind::kDeck, 0.0, {{2020, 2, 1}, {2020, 1, 25}, {2021, 1, 1}}},
+                {10, 7, 38.5, 3, 3}}};
   for (const auto& [ofGrid, steps] : cases) {
     grid = ofGrid;
     EXPECT_EQ(StepsOf(Compose(schedule)), steps);
