@@ -57,13 +57,21 @@ bool GoesOn(std::string_view line) {
   return StartsWithNoCase(Trimmed(line), "=hex");
 }
 
+/// True for lines of which the last one has to be followed by another: a blank line ends what goes
+/// on.
+bool IsOpen(std::string_view lines) {
+  const std::string_view ended = lines.substr(0, lines.size() - (lines.ends_with('\n') ? 1 : 0));
+  const std::string_view last = ended.substr(ended.rfind('\n') + 1);
+  return !Trimmed(last).empty() && GoesOn(Trimmed(lines));
+}
+
 /// Takes the first line with its end off the text, and with it those on which it goes on.
 std::string_view TakeEntry(std::string_view& text) {
   size_t end = 0;
   do {
     const size_t feed = text.find('\n', end);
     end = feed == std::string_view::npos ? text.size() : feed + 1;
-  } while (end < text.size() && GoesOn(Trimmed(text.substr(0, end))));
+  } while (end < text.size() && IsOpen(text.substr(0, end)));
   const std::string_view entry = text.substr(0, end);
   text.remove_prefix(end);
   return entry;
@@ -159,6 +167,7 @@ void RegistryText::Set(std::string_view key, std::string_view name, std::string_
 
 void RegistryText::InsertLine(size_t at, const std::string& line) {
   if (at > 0 && !entries_[at - 1].raw.ends_with('\n')) entries_[at - 1].raw += lineEnd_;
+  if (at > 0 && IsOpen(entries_[at - 1].raw)) entries_[at - 1].raw += lineEnd_;
   entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(at), ReadEntry(line + lineEnd_));
 }
 
