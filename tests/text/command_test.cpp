@@ -59,7 +59,7 @@ TEST(Command, GivesTheNumbersOfItsArguments) {
 
 TEST(Command, BoundsWhatItKeepsOfALongOne) {
   CExtDataServerCmdArgumentCollection arguments;
-  TagParser::ForCommand("Go(" + std::string(300, '7') + ")").MatchCommand("Go", arguments, 1, 1);
+  TagParser::ForCommand("Go(" + std::string(300, '7') + "x)").MatchCommand("Go", arguments, 1, 1);
   EXPECT_EQ(Shown(arguments), "3:" + std::string(255, '7'));
 
   std::string many = "Go(1";
