@@ -103,7 +103,7 @@ Call* Next(const char* name) {
   type Failing_##name parameters {                               \
     static const auto real = Next<type parameters>(#name);       \
     const int error = ThePlan().Next(family);                    \
-    if (error == 0) return real arguments;                       \
+    if (error == 0 || error == kHalf) return real arguments;     \
     errno = error;                                               \
     return failure;                                              \
   }

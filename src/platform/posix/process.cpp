@@ -57,7 +57,9 @@ bool OpenChannel(Channel& channel) {
 
 template <class Value>
 bool Send(const Descriptor& end, const Value& value) {
-  return ::send(end.Number(), &value, sizeof value, MSG_NOSIGNAL) == ssize_t{sizeof value};
+  const ssize_t sent =
+      WithoutInterrupts([&] { return ::send(end.Number(), &value, sizeof value, MSG_NOSIGNAL); });
+  return sent == ssize_t{sizeof value};
 }
 
 template <class Value>
