@@ -7,10 +7,10 @@
 
 #include <fmt/format.h>
 
-#include "described_toml/near_word.h"
 #include "fieldrun/case/case_keys.h"
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/case/input_file.h"
+#include "fieldrun/case/unknown_name.h"
 #include "platform/file_path.h"
 
 namespace gantry::fieldrun {
@@ -40,13 +40,6 @@ class Check {
   const CaseModel& model_;
   std::vector<Finding>& findings_;
 };
-
-template <class Spec>
-std::vector<std::string_view> Names(const std::vector<Spec>& specs) {
-  std::vector<std::string_view> names;
-  for (const Spec& spec : specs) names.push_back(spec.name);
-  return names;
-}
 
 template <class Spec>
 void Check::NamesDiffer(const std::vector<Spec>& specs, std::string_view what) {
@@ -100,9 +93,7 @@ void Check::Tubing(const WellSpec& well) {
   if (well.tubing.empty()) return;
   const TubingSpec* const tubing = model_.TubingOf(well);
   if (tubing == nullptr) {
-    return Fail(well.LineOf("tubing"),
-                fmt::format("there is no tubing \"{}\"{}", well.tubing,
-                            toml_reader::DidYouMean(well.tubing, Names(model_.tubings))));
+    return Fail(well.LineOf("tubing"), UnknownName("tubing", well.tubing, model_.tubings));
   }
   if (!CanTake(well, *tubing)) {
     Fail(well.LineOf("tubing"),
@@ -147,9 +138,7 @@ void Check::Groups() {
     for (const std::string& name : group.wells) {
       const auto well = wells.find(name);
       if (well == wells.end()) {
-        Fail(group.LineOf("wells"),
-             fmt::format("there is no well \"{}\"{}", name,
-                         toml_reader::DidYouMean(name, Names(model_.wells))));
+        Fail(group.LineOf("wells"), UnknownName("well", name, model_.wells));
       } else if (!well->second) {
         Fail(group.LineOf("wells"), fmt::format("well \"{}\" isn't connected", name));
       }

@@ -13,6 +13,7 @@
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/case/condition.h"
 #include "fieldrun/case/shown_value.h"
+#include "fieldrun/case/unknown_name.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -72,10 +73,7 @@ void EventCheck::Occasion(const EventSpec& event) {
 bool EventCheck::KnowsWell(const EventSpec& event, const char* key, const std::string& name) {
   const auto found = wells_.find(name);
   if (found != wells_.end() && found->second->connected) return true;
-  std::vector<std::string_view> names;
-  for (const WellSpec& well : model_.wells) names.push_back(well.name);
-  Fail(event.LineOf(key), found == wells_.end() ? fmt::format("there is no well \"{}\"{}", name,
-                                                              toml_reader::DidYouMean(name, names))
+  Fail(event.LineOf(key), found == wells_.end() ? UnknownName("well", name, model_.wells)
                                                 : fmt::format("well \"{}\" isn't connected", name));
   return false;
 }
@@ -93,15 +91,12 @@ bool EventCheck::KnowsTargets(const EventSpec& event) {
     isKnown = KnowsWell(event, "wells", name) && isKnown;
   }
   if (!event.Gives("group")) return isKnown;
-  std::vector<std::string_view> names;
-  for (const GroupSpec& group : model_.groups) names.push_back(group.name);
-  if (std::ranges::find(names, event.group) != names.end()) {
+  if (std::ranges::find(model_.groups, event.group, &GroupSpec::name) != model_.groups.end()) {
     // What its own list has wrong is told of there.
     return std::ranges::all_of(model_.WellsOf(event),
                                [&](const std::string& well) { return wells_.contains(well); });
   }
-  Fail(event.LineOf("group"), fmt::format("there is no group \"{}\"{}", event.group,
-                                          toml_reader::DidYouMean(event.group, names)));
+  Fail(event.LineOf("group"), UnknownName("group", event.group, model_.groups));
   return false;
 }
 
@@ -184,10 +179,7 @@ void EventCheck::Tubing(const EventSpec& event) {
   const std::string& tubing = event.wellChange.tubing;
   if (tubing.empty()) return;
   if (model_.TubingOf(event.wellChange) == nullptr) {
-    std::vector<std::string_view> names;
-    for (const TubingSpec& known : model_.tubings) names.push_back(known.name);
-    return Fail(event.LineOf("tubing"), fmt::format("there is no tubing \"{}\"{}", tubing,
-                                                    toml_reader::DidYouMean(tubing, names)));
+    return Fail(event.LineOf("tubing"), UnknownName("tubing", tubing, model_.tubings));
   }
   for (const std::string& name : model_.WellsOf(event)) {
     if (CanTake(*wells_.at(name), *model_.TubingOf(event.wellChange))) continue;
