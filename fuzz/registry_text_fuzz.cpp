@@ -21,7 +21,9 @@ FUZZ_TARGET(registry_text) {
   for (const auto& data : {before, file.Find(key, name)}) {
     if (!data) continue;
     const auto plain = ParseRegistryText(*data);
-    if (plain) Require(ParseRegistryText(FormatRegistryText(*plain)) == plain);
+    if (plain) {
+      Require(ParseRegistryText(FormatRegistryText(*plain)) == plain->substr(0, plain->find('\0')));
+    }
     const auto number = ParseRegistryNumber(*data);
     if (number) Require(ParseRegistryNumber(FormatRegistryNumber(*number)) == number);
   }
