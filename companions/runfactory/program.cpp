@@ -129,8 +129,8 @@ pid_t StartProgram(const Program& program) {
   ::posix_spawn_file_actions_addclosefrom_np(actions.Get(), STDERR_FILENO + 1);
   const SpawnAttributes attributes(program.ownGroup);
   pid_t process = -1;
-  const int error = ::posix_spawn(&process, arguments.front(), actions.Get(),
-                                  attributes.Get(), arguments.data(), environ);
+  const int error = ::posix_spawn(&process, arguments.front(), actions.Get(), attributes.Get(),
+                                  arguments.data(), environ);
   if (error == 0) return process;
   throw std::runtime_error("cannot start " + program.arguments.front() + ": " +
                            std::strerror(error));
