@@ -17,6 +17,7 @@
 #include "fieldrun/results/run_results.h"
 #include "fieldrun/run/coupled_run.h"
 #include "fieldrun/run/simulator_end.h"
+#include "fieldrun/run/simulator_start.h"
 #include "platform/environment.h"
 #include "platform/file_path.h"
 

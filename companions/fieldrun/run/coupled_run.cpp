@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "fieldrun/platform/interruption.h"
+#include "fieldrun/run/simulator_start.h"
 #include "text/number_text.h"
 
 namespace gantry::fieldrun {

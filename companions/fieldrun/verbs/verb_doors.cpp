@@ -10,7 +10,7 @@
 #include "fieldrun/driver/variable_choice.h"
 #include "fieldrun/platform/terminal.h"
 #include "fieldrun/results/output_file.h"
-#include "fieldrun/run/coupled_run.h"
+#include "fieldrun/run/simulator_start.h"
 #include "fieldrun/run/start_watch.h"
 #include "fieldrun/verbs/verbs.h"
 #include "platform/file_path.h"

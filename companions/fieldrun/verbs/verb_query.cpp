@@ -4,7 +4,7 @@
 
 #include "fieldrun/platform/terminal.h"
 #include "fieldrun/results/result_tables.h"
-#include "fieldrun/run/coupled_run.h"
+#include "fieldrun/run/simulator_start.h"
 #include "fieldrun/verbs/verbs.h"
 
 namespace gantry::fieldrun {

@@ -13,6 +13,7 @@
 #include "fieldrun/results/watched_report.h"
 #include "fieldrun/run/coupled_run.h"
 #include "fieldrun/run/simulator_end.h"
+#include "fieldrun/run/simulator_start.h"
 #include "fieldrun/verbs/progress.h"
 #include "fieldrun/verbs/run_script.h"
 #include "fieldrun/verbs/verbs.h"

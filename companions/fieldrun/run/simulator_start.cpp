@@ -1,3 +1,5 @@
+#include "fieldrun/run/simulator_start.h"
+
 #include <algorithm>
 #include <array>
 #include <unordered_map>
@@ -6,7 +8,6 @@
 
 #include "described_toml/near_word.h"
 #include "fieldrun/platform/program_version.h"
-#include "fieldrun/run/coupled_run.h"
 #include "fieldrun/run/start_watch.h"
 #include "platform/dynamic_library.h"
 #include "platform/files.h"
