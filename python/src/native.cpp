@@ -18,7 +18,6 @@
 #include "fieldrun/run/coupled_run.h"
 #include "fieldrun/run/simulator_end.h"
 #include "fieldrun/run/simulator_start.h"
-#include "platform/environment.h"
 #include "platform/file_path.h"
 
 namespace py = pybind11;
@@ -136,7 +135,7 @@ class PythonRun : public RunListener {
     model_.SetLabel(label.empty() ? Model().general.title : label);
     model_.SetStoreFile(Model().simulator.storeFile, true);
     ApplySettings(model_, Model(), simulator);
-    platform::WriteEnvironment("GANTRY_RESULTS", Model().general.output);
+    ShareWithSimulator(Model());
     const DriverIdentity identity = Identify(*api_, nullptr);
     run_.Start(identity.name + ", " + identity.description, mostSteps);
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <unordered_map>
 
 #include <fmt/format.h>
@@ -10,6 +11,8 @@
 #include "fieldrun/platform/program_version.h"
 #include "fieldrun/run/start_watch.h"
 #include "platform/dynamic_library.h"
+#include "platform/environment.h"
+#include "platform/file_path.h"
 #include "platform/files.h"
 
 namespace gantry::fieldrun {
@@ -48,6 +51,16 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
   set("CloseUnconnectedWells", simulator.closeUnconnectedWells ? "1" : "0");
   set("StdLogging", simulator.standardLog ? "1" : "0");
   set("Parallel", std::to_string(simulator.parallel));
+}
+
+void ShareWithSimulator(const CaseModel& caseModel) {
+  const auto results = std::filesystem::absolute(platform::PathOf(caseModel.general.output));
+  platform::WriteEnvironment("GANTRY_RESULTS", results.string());
+  std::string days;
+  for (const EventSpec& event : caseModel.events) {
+    if (event.date) days += (days.empty() ? "" : " ") + ToText(*event.date);
+  }
+  platform::WriteEnvironment("GANTRY_EVENT_DAYS", days);
 }
 
 void StartSimulator(DriverModel& model, const CaseModel& caseModel) {

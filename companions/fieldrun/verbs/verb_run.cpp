@@ -17,7 +17,6 @@
 #include "fieldrun/verbs/progress.h"
 #include "fieldrun/verbs/run_script.h"
 #include "fieldrun/verbs/verbs.h"
-#include "platform/environment.h"
 #include "platform/file_path.h"
 
 namespace gantry::fieldrun {
@@ -63,22 +62,6 @@ std::string DescribeEnd(const RunEnd& end) {
   return text;
 }
 
-/// A simulator that writes files of its own finds here where to: two runs of one dataset mustn't
-/// write to one place.
-void ShareFolder(const std::string& folder) {
-  const fs::path path = fs::absolute(platform::PathOf(folder));
-  platform::WriteEnvironment("GANTRY_RESULTS", path.string());
-}
-
-/// One that stops only at times of its own finds here on which days it has to stop too.
-void ShareEventDays(const CaseModel& model) {
-  std::string days;
-  for (const EventSpec& event : model.events) {
-    if (event.date) days += (days.empty() ? "" : " ") + ToText(*event.date);
-  }
-  platform::WriteEnvironment("GANTRY_EVENT_DAYS", days);
-}
-
 Date DateReached(const RunHistory& history) {
   const double days = history.field.empty() ? 0.0 : history.field.back().endDays;
   return FromDayNumber(DayNumber(history.start.start) + static_cast<int>(days));
@@ -99,8 +82,7 @@ void RunCase(const Session& session) {
   ApplySettings(model, caseModel, DefaultSimulator());
 
   RunResults results(caseModel);
-  ShareFolder(caseModel.general.output);
-  ShareEventDays(caseModel);
+  ShareWithSimulator(caseModel);
   const bool showsTable = !options.quiet && !options.json;
   Progress progress(caseModel.Units(), showsTable, !options.quiet && IsTerminal());
   RunJson json(caseModel);
