@@ -6,9 +6,9 @@ import {on, state} from './store.js';
 const COLOUR_OF = {
   'tubing': 'lift', 'inflow': 'inflow', 'minimum pressure': 'pressure', 'pressure': 'pressure',
   'maximum pressure': 'pressure', 'oil limit': 'oil', 'gas limit': 'gas', 'water limit': 'water',
-  'liquid limit': 'liquid', 'water rate': 'inj', 'gas rate': 'inj',
+  'liquid limit': 'liquid', 'water rate': 'inj', 'gas rate': 'gasinj',
 };
-const OTHERS = ['group1', 'group2', 'group3', 'group4'];
+const OTHERS = [1, 2, 3, 4, 5, 6, 7, 8].map((place) => `group${place}`);
 const others = new Map();
 
 /** The colour of a reason: one of the style's variables. Groups and the like take the rest in turn. */
