@@ -13,9 +13,9 @@ namespace gantry::fieldrun {
 void ApplySettings(DriverModel& model, const CaseModel& caseModel,
                    const std::string& fallbackExecutable);
 
-/// Puts into this program's environment what a simulator of this machine may look for: the folder of
-/// the results (GANTRY_RESULTS), since two runs of one dataset mustn't write to one place, and the
-/// days of dated events (GANTRY_EVENT_DAYS), for one that stops only at times of its own.
+/// Puts into this program's environment what a simulator of this machine may look for: the folder
+/// of the results (GANTRY_RESULTS), since two runs of one dataset mustn't write to one place, and
+/// the days of dated events (GANTRY_EVENT_DAYS), for one that stops only at times of its own.
 void ShareWithSimulator(const CaseModel& caseModel);
 
 /// Starts the simulator of the case. The module's text doesn't name the program that failed to come
