@@ -19,6 +19,10 @@ inline constexpr const char* kEventsFile = "events.csv";
 inline constexpr const char* kProfileFile = "profile.csv";
 inline constexpr const char* kReportFile = "report.html";
 inline constexpr const char* kWatchFile = "report.watch.js";
+/// For post-processors of reservoir simulators; written by a program of its own where that is
+/// there.
+inline constexpr const char* kSummaryNames = "FORECAST.SMSPEC";
+inline constexpr const char* kSummaryValues = "FORECAST.UNSMRY";
 
 /// The folder that holds the results of one run, and of no second one beside it. Made where it
 /// doesn't exist. Throws runtime_error where it can't be made, where another run on this machine is

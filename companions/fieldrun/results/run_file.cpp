@@ -47,6 +47,11 @@ StoredRun RunOf(const Json& json) {
   run.start.totalDays = json.at("days");
   for (const Json& well : json.at("wells")) run.model.wells.push_back(WellOf(well));
   for (const WellSpec& well : run.model.wells) run.start.wells.push_back({&well, 0});
+  for (const Json& group : json.value("groups", Json::array())) {
+    GroupSpec& read = run.model.groups.emplace_back();
+    read.name = group.at("name");
+    read.wells = group.at("wells").get<std::vector<std::string>>();
+  }
   for (const Json& warning : json.at("warnings")) {
     run.warnings.push_back(
         {warning.at("topic"), warning.at("well"), DateOf(warning.at("date")), warning.at("text")});
@@ -75,9 +80,13 @@ void RunFile::Write(const std::optional<RunEnd>& end) {
             {"steps", start_.stepCount},
             {"days", start_.totalDays},
             {"wells", Json::array()},
+            {"groups", Json::array()},
             {"warnings", ToJson(warnings_)},
             {"end", nullptr}};
   for (const RunWell& well : start_.wells) json["wells"].push_back(ToJson(*well.spec));
+  for (const GroupSpec& group : model_.groups) {
+    json["groups"].push_back({{"name", group.name}, {"wells", group.wells}});
+  }
   if (end) {
     json["end"] = {{"steps", end->steps},
                    {"ended_by_simulator", end->endedBySimulator},

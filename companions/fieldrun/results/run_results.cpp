@@ -1,7 +1,13 @@
 #include "fieldrun/results/run_results.h"
 
+#include <stdexcept>
+
+#include "fieldrun/case/input_file.h"
+#include "fieldrun/platform/program_output.h"
 #include "fieldrun/results/output_file.h"
 #include "fieldrun/results/report_html.h"
+#include "platform/dynamic_library.h"
+#include "platform/files.h"
 
 namespace gantry::fieldrun {
 
@@ -26,6 +32,13 @@ void WriteReport(const CaseModel& model, const RunHistory& history) {
   OutputFile report(model.general.output + "/" + kReportFile);
   report.Write(ComposeReport(model, history));
   report.Finish();
+}
+
+void WriteSummary(const CaseModel& model) {
+  const std::string program = platform::ModuleFolder() + platform::ProgramFileName("fieldsummary");
+  if (!IsFile(program)) return;
+  if (OutputOf(program, {model.general.output}).status == 0) return;
+  throw std::runtime_error("The summary files couldn't be written");
 }
 
 }  // namespace gantry::fieldrun

@@ -32,4 +32,8 @@ class RunResults : public RunListener {
 /// written whole.
 void WriteReport(const CaseModel& model, const RunHistory& history);
 
+/// Has the summary files written from the tables in the case's folder of results, where the program
+/// that does so stands beside this one. Throws runtime_error when it can't.
+void WriteSummary(const CaseModel& model);
+
 }  // namespace gantry::fieldrun

@@ -118,6 +118,7 @@ void RunCase(const Session& session) {
   takeDownWarnings();
   try {
     WriteReport(caseModel, history);
+    WriteSummary(caseModel);
   } catch (const std::exception& failure) {
     if (end.failure.empty()) end.failure = failure.what();  // a full disk has been told of already
   }
@@ -138,6 +139,7 @@ bool ReportRun(const Options& options) {
   ReplayRun(folder, run, history);
   run.model.general.output = folder;
   WriteReport(run.model, history);
+  WriteSummary(run.model);
   fmt::print(UserOutput(), "{}/{}\n", folder, kReportFile);
   return true;
 }
