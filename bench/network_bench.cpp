@@ -13,6 +13,7 @@
 
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/run/coupled_run.h"
+#include "fieldrun/run/simulator_start.h"
 
 namespace gantry::bench {
 namespace {
