@@ -1,5 +1,6 @@
 #include "settings/machine_config.h"
 
+#include <atomic>
 #include <sstream>
 #include <thread>
 
@@ -65,12 +66,14 @@ TEST_F(MachineConfig, IsReadWholeByAStartWhileTheHostCopiesAnother) {
     key->WriteNumber("StartPort", static_cast<uint32_t>(place.back()));
   }
   CIXConfig config(platform::kCurrentUser, places[0]);
-  std::jthread host([&](const std::stop_token& ended) {
-    for (size_t i = 0; !ended.stop_requested(); ++i) {
+  std::atomic<bool> hasEnded = false;
+  const std::jthread host([&] {
+    for (size_t i = 0; i < 500; ++i) {
       config.Load(platform::kCurrentUser, places[i % places.size()]);
     }
+    hasEnded = true;
   });
-  for (int i = 0; i < 2000; ++i) {
+  while (!hasEnded) {
     const LaunchSettings seen = config.ForLaunch();
     ASSERT_EQ(seen.CmdLine, std::string(1000, static_cast<char>(seen.StartPort)));
   }

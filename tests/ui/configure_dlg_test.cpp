@@ -1,5 +1,6 @@
 #include "ui/configure_dlg.h"
 
+#include <atomic>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -16,16 +17,17 @@ TEST(ConfigureDialog, IsNeverSeenHalfDoneByAStartOfAnotherThread) {
   CIXConfig config;
   CConfigureDlg dialog(config);
   MemoryWindow window(dialog);
-  std::jthread host([&](const std::stop_token& ended) {
-    for (size_t i = 0; !ended.stop_requested(); ++i) {
+  std::atomic<bool> hasEnded = false;
+  const std::jthread host([&] {
+    for (size_t i = 0; i < 5000; ++i) {
       const std::string path(1000, i % 2 == 0 ? 'a' : 'b');
       window.SetText(configure_id::kSimExecutable, path);
       window.SetText(configure_id::kCmdLine, path);
       dialog.OnButton(window, platform::kOkButton);
     }
+    hasEnded = true;
   });
-  while (config.ForLaunch().CmdLine.empty()) std::this_thread::yield();
-  for (int i = 0; i < 100000; ++i) {
+  while (!hasEnded) {
     const LaunchSettings seen = config.ForLaunch();
     ASSERT_EQ(seen.CmdLine, seen.SimExecutable);
   }
