@@ -31,20 +31,11 @@ const Units& UnitsOf(const CaseModel& model) {
   return model.Units() == UnitSystem::kMetric ? kMetric : kField;
 }
 
-struct Phase {
-  const char* word;
-  double Rates::*rate;
-  WellKind kind;  ///< of the wells that make or take it
-};
-constexpr Phase kPhases[] = {{"OP", &Rates::oil, WellKind::kProducer},
-                             {"WP", &Rates::water, WellKind::kProducer},
-                             {"GP", &Rates::gas, WellKind::kProducer},
-                             {"WI", &Rates::water, WellKind::kWaterInjector},
-                             {"GI", &Rates::gas, WellKind::kGasInjector}};
-
-bool IsInjected(const Phase& phase) { return phase.kind != WellKind::kProducer; }
-
-bool IsGas(const Phase& phase) { return phase.rate == &Rates::gas; }
+constexpr SummaryPhase kPhases[] = {{"OP", &Rates::oil, WellKind::kProducer},
+                                    {"WP", &Rates::water, WellKind::kProducer},
+                                    {"GP", &Rates::gas, WellKind::kProducer},
+                                    {"WI", &Rates::water, WellKind::kWaterInjector},
+                                    {"GI", &Rates::gas, WellKind::kGasInjector}};
 
 /// Tables have gas in thousands of sm3 or in MMscf: a thousand of the files' units either way.
 double InUnits(double value, Quantity quantity, const CaseModel& model) {
@@ -101,33 +92,47 @@ SummaryFiles::Places SummaryFiles::MembersOf(const GroupSpec& group) const {
   return places;
 }
 
-void SummaryFiles::AddSums(char prefix, const std::string& name, const Places& places) {
+void SummaryFiles::AddPhase(char prefix, const std::string& name, const SummaryPhase& phase,
+                            Sum rates, Sum totals) {
   const Units& units = UnitsOf(model_);
-  for (const Phase& phase : kPhases) {
-    const bool isGas = IsGas(phase);
-    Add(prefix + std::string(phase.word) + "R", name, isGas ? units.gasRate : units.liquidRate,
-        [this, places, phase, isGas](const StepRecord& record) {
-          const Part part = PartOf(start_, record, places);
-          const FieldRates sum = SumWells(part.wells, part.record);
-          const Rates& rates = IsInjected(phase) ? sum.injected : sum.produced;
-          return InUnits(rates.*phase.rate, isGas ? kGasRate : kLiquidRate, model_);
+  const auto add = [&](const char* suffix, const char* unit, Quantity quantity, Sum sum) {
+    Add(prefix + std::string(phase.word) + suffix, name, unit,
+        [this, rate = phase.rate, quantity, sum = std::move(sum)](const StepRecord& record) {
+          return InUnits(sum(record).*rate, quantity, model_);
         });
-    Add(prefix + std::string(phase.word) + "T", name, isGas ? units.gas : units.liquid,
-        [this, places, phase, isGas](const StepRecord& record) {
-          const Part part = PartOf(start_, record, places);
-          const FieldTotals sum = SumTotals(part.wells, part.record);
-          const Rates& totals = IsInjected(phase) ? sum.injected : sum.produced;
-          return InUnits(totals.*phase.rate, isGas ? kGasVolume : kLiquidVolume, model_);
-        });
+  };
+  if (phase.rate == &Rates::gas) {
+    add("R", units.gasRate, kGasRate, std::move(rates));
+    add("T", units.gas, kGasVolume, std::move(totals));
+  } else {
+    add("R", units.liquidRate, kLiquidRate, std::move(rates));
+    add("T", units.liquid, kLiquidVolume, std::move(totals));
   }
-  Add(prefix + std::string("WCT"), name, "", [this, places](const StepRecord& record) {
+}
+
+void SummaryFiles::AddSums(char prefix, const std::string& name, const Places& places) {
+  const auto rates = [this, places](const StepRecord& record) {
     const Part part = PartOf(start_, record, places);
-    return SumWells(part.wells, part.record).WaterCut();
-  });
-  Add(prefix + std::string("GOR"), name, units.gasOilRatio,
-      [this, places](const StepRecord& record) {
-        const Part part = PartOf(start_, record, places);
-        const Rates made = SumWells(part.wells, part.record).produced;
+    return SumWells(part.wells, part.record);
+  };
+  const auto totals = [this, places](const StepRecord& record) {
+    const Part part = PartOf(start_, record, places);
+    return SumTotals(part.wells, part.record);
+  };
+  for (const SummaryPhase& phase : kPhases) {
+    const bool isInjected = phase.kind != WellKind::kProducer;
+    const auto side = [isInjected](const auto& sums) {
+      return isInjected ? sums.injected : sums.produced;
+    };
+    AddPhase(
+        prefix, name, phase, [=](const StepRecord& record) { return side(rates(record)); },
+        [=](const StepRecord& record) { return side(totals(record)); });
+  }
+  Add(prefix + std::string("WCT"), name, "",
+      [=](const StepRecord& record) { return rates(record).WaterCut(); });
+  Add(prefix + std::string("GOR"), name, UnitsOf(model_).gasOilRatio,
+      [this, rates](const StepRecord& record) {
+        const Rates made = rates(record).produced;
         const double oil = InUnits(made.oil, kLiquidRate, model_);
         return oil <= 0 ? 0 : InUnits(made.gas, kGasRate, model_) / oil;
       });
@@ -136,19 +141,12 @@ void SummaryFiles::AddSums(char prefix, const std::string& name, const Places& p
 void SummaryFiles::AddWell(size_t place) {
   const Units& units = UnitsOf(model_);
   const WellSpec& spec = *start_.wells[place].spec;
-  for (const Phase& phase : kPhases) {
+  for (const SummaryPhase& phase : kPhases) {
     if (phase.kind != spec.Kind()) continue;
-    const bool isGas = IsGas(phase);
-    Add("W" + std::string(phase.word) + "R", spec.name, isGas ? units.gasRate : units.liquidRate,
-        [this, place, phase, isGas](const StepRecord& record) {
-          return InUnits(record.wells[place].Made().*phase.rate, isGas ? kGasRate : kLiquidRate,
-                         model_);
-        });
-    Add("W" + std::string(phase.word) + "T", spec.name, isGas ? units.gas : units.liquid,
-        [this, place, phase, isGas](const StepRecord& record) {
-          return InUnits(record.wells[place].total.*phase.rate, isGas ? kGasVolume : kLiquidVolume,
-                         model_);
-        });
+    AddPhase(
+        'W', spec.name, phase,
+        [place](const StepRecord& record) { return record.wells[place].Made(); },
+        [place](const StepRecord& record) { return record.wells[place].total; });
   }
   Add("WBHP", spec.name, units.pressure, [this, place, &units](const StepRecord& record) {
     const std::optional<InflowPoint>& reported = record.wells[place].reported;

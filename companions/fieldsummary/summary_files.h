@@ -16,6 +16,13 @@ struct SummaryVector {
   std::function<double(const StepRecord&)> value;  ///< not a number where nobody tells it
 };
 
+/// A phase that is produced or injected, as the keywords of its vectors tell it.
+struct SummaryPhase {
+  const char* word;  ///< "OP", "WI"
+  double Rates::*rate;
+  WellKind kind;  ///< of the wells that make or take it
+};
+
 /// Collects a run and writes it as FORECAST.SMSPEC and FORECAST.UNSMRY, the summary files that
 /// post-processors of reservoir simulators read. A value stands at the end of its step. Rates of
 /// wells are those of the moment, those of groups and the field count each well for its uptime. Gas
@@ -34,9 +41,13 @@ class SummaryFiles : public RunListener {
 
  private:
   using Places = std::vector<size_t>;  ///< of wells, in start_
+  using Sum = std::function<Rates(const StepRecord&)>;
 
   void Add(const std::string& keyword, const std::string& name, const char* unit,
            std::function<double(const StepRecord&)> value);
+  /// The vector of the phase's rate and that of its total.
+  void AddPhase(char prefix, const std::string& name, const SummaryPhase& phase, Sum rates,
+                Sum totals);
   void AddSums(char prefix, const std::string& name, const Places& places);
   void AddWell(size_t place);
   Places MembersOf(const GroupSpec& group) const;
