@@ -31,6 +31,8 @@ void AddTo(CLI::App& app, const OptionRow& row, Options& options) {
   if (isPositional && row.isRequired) option->required();
   constexpr int kMostSteps = 1'000'000;
   if (name == "-n,--steps") option->check(CLI::Range(1, kMostSteps));
+  constexpr int kMostSeconds = 86400;
+  if (name == "--limit") option->check(CLI::Range(1, kMostSeconds));
 }
 
 std::vector<std::string_view> VerbNames() {

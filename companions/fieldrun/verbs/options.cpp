@@ -28,16 +28,23 @@ constexpr VerbRow kVerbs[] = {
     {kExport, "export", "Open the dialog of published variables", OpenExport},
     {kReport, "report", "Make the report of a run, finished or not, from its tables", ReportRun},
     {kReference, "reference", "Print the reference of case files", ShowReference},
-    {kCheck, "check", "Tell all that is wrong with a case and its deck, without a run", CheckFiles},
+    {kCheck, "check",
+     "Tell all that is wrong with a case and its deck, or with a simulator's half of the protocol",
+     Check},
 };
 
-const std::vector<Verb> kWithCase{kRun,  kWells,     kGet,      kSet,    kDo,   kSave,
-                                  kEdit, kVariables, kDescribe, kExport, kCheck};
+const std::vector<Verb> kWithCase{kRun,  kWells, kGet,       kSet,      kDo,
+                                  kSave, kEdit,  kVariables, kDescribe, kExport};
 const std::vector<Verb> kOneShot{kGet, kSet, kDo, kSave, kVariables, kDescribe};
 const std::vector<Verb> kPrinting{kRun, kWells, kIdentify, kUnits, kGet, kLoad, kVariables, kCheck};
 
 const std::vector<OptionRow> kOptions{
     {"case", "the case file (see fieldrun reference)", &Options::caseFile, kWithCase},
+    {"case",
+     "the case file; without one, what else the command line of a simulator holds",
+     &Options::words,
+     {kCheck},
+     false},
     {"case", "the case whose units to list", &Options::caseFile, {kUnits}, false},
     {"path", "path of a property, like Intersect.IsRunning", &Options::path, {kSet}},
     {"value", "what to write", &Options::value, {kSet}},
@@ -52,6 +59,15 @@ const std::vector<OptionRow> kOptions{
     {"-t,--trace", "log every call over the module's boundary to this file", &Options::trace, {}},
     {"-s,--simulator", "the simulator to start, before what the case or the machine names",
      &Options::simulator, kWithCase},
+    {"-s,--simulator",
+     "the simulator of the case; without a case, hold this one to the protocol",
+     &Options::simulator,
+     {kCheck}},
+    {"--deck",
+     "the deck that a simulator is held to the protocol with, else an empty one",
+     &Options::deck,
+     {kCheck}},
+    {"--limit", "seconds to wait for each of its answers", &Options::limit, {kCheck}},
     {"-o,--output", "folder for the results, in place of the case's own", &Options::output, {kRun}},
     {"-n,--steps", "stop after so many steps", &Options::steps, {kRun}},
     {"--script",

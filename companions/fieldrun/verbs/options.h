@@ -42,9 +42,11 @@ struct Options {
   std::string command;
   std::string results;
   std::vector<std::string> paths;
+  std::vector<std::string> words;
 
   std::string module;
   std::string simulator;
+  std::string deck;
   std::string output;
   std::string trace;
   std::string script;
@@ -56,6 +58,7 @@ struct Options {
   std::vector<std::string> additions;
   std::vector<int> deleteHandles;
   int steps = 0;
+  int limit = 60;
   bool start = false;
   bool noVariables = false;
   bool keepDataset = false;

@@ -88,16 +88,26 @@ void PrintFindings(const std::vector<FileFinding>& all, bool asJson) {
 
 }  // namespace
 
-bool CheckFiles(const Options& options) {
-  const CheckedCase checked = ReadAndCheckCase(options.caseFile);
+bool Check(const Options& options) {
+  const bool isOfSimulator = options.words.empty() || !options.deck.empty();
+  if (isOfSimulator) {
+    CheckSimulator(options);
+    return true;
+  }
+  if (options.words.size() > 1) throw CommandLineError("one case at a time");
+  return CheckFiles(options.words.front(), options);
+}
+
+bool CheckFiles(const std::string& caseFile, const Options& options) {
+  const CheckedCase checked = ReadAndCheckCase(caseFile);
   std::vector<FileFinding> all;
-  for (const Finding& finding : checked.findings) all.push_back({options.caseFile, finding});
+  for (const Finding& finding : checked.findings) all.push_back({caseFile, finding});
   CheckDeck(checked.model, options, all);
   PrintFindings(all, options.json);
   const auto errors = static_cast<size_t>(
       std::ranges::count_if(all, [](const FileFinding& f) { return f.finding.isError; }));
   if (!options.json) {
-    fmt::print(UserOutput(), "{}: {}, {}\n", options.caseFile, Counted(errors, "error"),
+    fmt::print(UserOutput(), "{}: {}, {}\n", caseFile, Counted(errors, "error"),
                Counted(all.size() - errors, "warning"));
   }
   return errors == 0;

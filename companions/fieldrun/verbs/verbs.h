@@ -35,9 +35,14 @@ void OpenExport(const Session& session);
 bool ReportRun(const Options& options);
 bool ShowReference(const Options& options);
 
+/// Checks a case or, without one, a simulator. False for a case with faults.
+bool Check(const Options& options);
 /// Tells all that is wrong with a case and, where its simulator can say so, with its deck. False
 /// when something is.
-bool CheckFiles(const Options& options);
+bool CheckFiles(const std::string& caseFile, const Options& options);
+/// Holds a simulator to the protocol, and tells rule by rule what came of it. Throws runtime_error
+/// when a rule doesn't hold.
+void CheckSimulator(const Options& options);
 
 /// The simulator of the machine's settings; empty when none is set.
 std::string MachineSimulator();

@@ -102,7 +102,7 @@ class Player {
     std::vector<std::string> words = Words(line);
     for (std::string& word : words) {
       Replace(word, "{port}", std::to_string(gantry::test::FreePorts()));
-      for (const char* program : {"fieldrun", "runfactory", "flowlink"}) {
+      for (const char* program : {"fieldrun", "tanksim", "runfactory", "flowlink"}) {
         Replace(word, "{" + std::string(program) + "}", ProgramOf(program));
       }
     }

@@ -20,8 +20,8 @@ namespace gantry::fieldrun::test {
 ///   > odeh ...           a line that it prints, the next such line a later one, "..." is any text
 ///   ! fieldrun: ...      the same on its standard error, which is empty where nothing is said
 ///
-/// `cat` prints a file, {port} is one that nobody uses and {fieldrun}, {runfactory} or {flowlink}
-/// the path of that program. Any other line is a remark.
+/// `cat` prints a file, {port} is one that nobody uses and {fieldrun}, {tanksim}, {runfactory} or
+/// {flowlink} the path of that program. Any other line is a remark.
 void PlaySession(const std::filesystem::path& file);
 
 /// The names of the *.session files of a folder.
