@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gantry/records.h"
+#include "support/talk.h"
 
 namespace gantry::test {
 
@@ -33,15 +34,6 @@ class Words {
  private:
   std::istringstream line_;
 };
-
-/// Several values as one line.
-template <class... Values>
-std::string Line(const Values&... values) {
-  std::ostringstream text;
-  text.precision(10);
-  ((text << values << ' '), ...);
-  return text.str().substr(0, text.str().size() - 1);
-}
 
 /// A part of an inflow record.
 inline std::string Part(const _tGetSetData& r, const std::string& part) {

@@ -1,26 +1,16 @@
 #include "sessions/linux_job_session.h"
 
-#include <algorithm>
-#include <cctype>
-
+#include <boost/algorithm/string/case_conv.hpp>
 #include <gtest/gtest.h>
 
 #include "platform/user.h"
 #include "remote/passing_calls.h"
-#include "remote/wire_bytes.h"
+#include "remote/wire_script.h"
 #include "settings/link_settings.h"
 #include "support/isolation.h"
-#include "support/scripted_peer.h"
 
 namespace gantry::test {
 namespace {
-
-std::string UserInLowerCase() {
-  std::string name = platform::LogInName().value_or("");
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](unsigned char character) { return std::tolower(character); });
-  return name;
-}
 
 LinkSettings SettingsFor(const ScriptedPeer& peer) {
   LinkSettings settings;
@@ -33,27 +23,21 @@ LinkSettings SettingsFor(const ScriptedPeer& peer) {
   return settings;
 }
 
-/// The factory up to its answer.
+/// The factory up to its answer, for a scenario and its logging.
 ScriptedPeer& Hear(ScriptedPeer& peer, const std::string& scenario = "0",
                    const std::string& logging = "1") {
-  return peer.ReplyBytes(Framed("3"))
-      .ExpectBytes(Framed("1") + Framed(scenario) + Framed("/fields/north/") + Framed("NORTH.v2") +
-                   Framed("4") + Framed("20172") + Framed(UserInLowerCase()) + Framed(logging));
-}
-
-void PlaySession(ScriptedPeer& peer) {
-  peer.ExpectBytes(BareRequest(1)).ReplyBytes(Message(1, kAccepted));
-  peer.ExpectBytes(BareRequest(17)).ReplyBytes(Message(17, Double(2017.2) + kAccepted));
-  peer.ExpectBytes(BareRequest(3)).ReplyBytes(Message(3, Int(1) + kAccepted));
-  peer.ExpectBytes(BareRequest(4)).ReplyBytes(Message(4, Double(12.5) + kAccepted));
-  peer.ExpectBytes(BareRequest(65520)).ReplyBytes(Message(65520, kAccepted));
+  const std::string user = boost::to_lower_copy(platform::LogInName().value_or(""));
+  return peer.ReplyBytes(Elements("'3'"))
+      .ExpectBytes(Elements("'1' '" + scenario + "' '/fields/north/' 'NORTH.v2' '4' '20172' '" +
+                            user + "' '" + logging + "'"));
 }
 
 TEST(LinuxJobSession, HandsTheDialoguesConnectionToTheConnector) {
   for (const char* answer : {"OK|node017", "OK|node017\n", "|OK| \t|node017"}) {
     ScriptedPeer peer;
-    Hear(peer).ReplyBytes(Framed(answer));
-    PlaySession(peer);
+    Hear(peer).ReplyBytes(Text(answer));
+    Script(peer, {">> 1 1", "<< 1 0", ">> 17 17", "<< 17 2017.2 0", ">> 3 3", "<< 3 1 0", ">> 4 4",
+                  "<< 4 12.5 0", ">> 65520 65520", "<< 65520 0"});
     peer.Start();
     const LinkSettings settings = SettingsFor(peer);
     CLinuxJobSession session(settings);
@@ -85,26 +69,26 @@ TEST(LinuxJobSession, TellsTheBatchScenario) {
   const ScopedVariable job("LSB_JOBID", "77");
   const ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
   ScriptedPeer peer;
-  Hear(peer, "5", "0").ReplyBytes(Framed("no")).Start();
+  Hear(peer, "5", "0").ReplyBytes(Text("no")).Start();
   EXPECT_EQ(StartFailure(peer, false), "no");
 }
 
 TEST(LinuxJobSession, ShowsWhatTheFactoryAnswers) {
   const std::pair<std::string, std::string> answers[] = {
-      {Framed("OK"), "OK"},
-      {Framed("OK|a|b"), "OK|a|b"},
-      {Framed("ok|node017"), "ok|node017"},
-      {Framed("No licence today"), "No licence today"},
-      {Framed(" | \n "), "Invalid response from simulator"},
-      {Framed(""), "Error connecting to run factory on host 127.0.0.1 (2)"},
+      {Text("OK"), "OK"},
+      {Text("OK|a|b"), "OK|a|b"},
+      {Text("ok|node017"), "ok|node017"},
+      {Text("No licence today"), "No licence today"},
+      {Text(" | \n "), "Invalid response from simulator"},
+      {Text(""), "Error connecting to run factory on host 127.0.0.1 (2)"},
       {"", "Error connecting to run factory on host 127.0.0.1 (2)"},
-      {Framed("OK|node017") + Message(1, kRefused),
+      {Text("OK|node017") + Message(1, Int(1)),
        "Abnormal error: Unexpected acknowledgement from Intersect controller"},
   };
   for (const auto& [answer, text] : answers) {
     ScriptedPeer peer;
     Hear(peer).ReplyBytes(answer);
-    if (text.starts_with("Abnormal")) peer.ExpectBytes(BareRequest(1));
+    if (text.starts_with("Abnormal")) Script(peer, {">> 1 1"});
     peer.Start();
     EXPECT_EQ(StartFailure(peer), text);
   }
@@ -114,7 +98,7 @@ TEST(LinuxJobSession, DeclinesAFactoryOfAnotherVersionOrOfNone) {
   for (const auto& [version, found] :
        {std::pair{"2", "(2 - expected = 3)"}, {"three", "(0 - expected = 3)"}}) {
     ScriptedPeer peer;
-    peer.ReplyBytes(Framed(version)).ExpectBytes(Framed("0")).Start();
+    peer.ReplyBytes(Text(version)).ExpectBytes(Text("0")).Start();
     EXPECT_EQ(StartFailure(peer),
               std::string("Linux side executables are of a different version to KINSET ") + found);
   }

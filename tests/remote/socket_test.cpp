@@ -101,7 +101,7 @@ TEST(Socket, IsCountedRightlyByThreadsThatMakeThemBesideEachOther) {
 
 TEST(Socket, FramesAreReadUpToTheCapacityIntoABufferThatIsZeroBehindThem) {
   ScriptedPeer peer;
-  peer.ReplyBytes(Framed("eight ch") + Framed("abc") + Framed("") + Framed("nine char")).Start();
+  peer.ReplyBytes(Text("eight ch") + Text("abc") + Text("") + Text("nine char")).Start();
   SocketClient client = ConnectTo(peer);
   FrameBuffer buffer(8);
   for (const char* frame : {"0 8 eight ch", "0 3 abc.....", "0 0 ........", "1 9 ........"}) {
@@ -136,9 +136,9 @@ TEST(Socket, ReaderOnAPeerThatClosedWithinABodyGoesRoundWithAPauseEachTime) {
 
 TEST(Socket, TextsAreReadByTheirLengthAndOneThatIsTooLongToTheEndOfTheConnection) {
   ScriptedPeer peer;
-  peer.ReplyBytes(Framed("one") + Framed("") + Int(-1) + Framed("two"));
-  peer.ReplyBytes(Framed(std::string(32767, 'a')) + Framed(std::string(32768, 'b')));
-  peer.ReplyBytes(Framed("no next text")).Start();
+  peer.ReplyBytes(Text("one") + Text("") + Int(-1) + Text("two"));
+  peer.ReplyBytes(Text(std::string(32767, 'a')) + Text(std::string(32768, 'b')));
+  peer.ReplyBytes(Text("no next text")).Start();
   SocketClient client = ConnectTo(peer);
   const std::pair<std::string, int32_t> texts[] = {
       {"one", 3}, {"", 0}, {"", -1}, {"two", 3}, {std::string(32767, 'a'), 32767}, {"", 0}};
@@ -158,7 +158,7 @@ TEST(Socket, TextOnASocketThatDoesNotBlockIsWhatHasCome) {
   };
   calls.isWouldBlock = [](int) { return true; };
   ScriptedPeer peer;
-  peer.ReplyBytes(Framed("abcdef")).Start();
+  peer.ReplyBytes(Text("abcdef")).Start();
   SocketClient client = ConnectTo(peer);
   int32_t length = 0;
   EXPECT_EQ(client.ReceiveText(length), "abc");
@@ -205,7 +205,7 @@ TEST(SocketClient, TellsWhyThereIsNoConnection) {
 
 TEST(SocketClient, ConnectsWithATimeLimitAndBlocksAfterwards) {
   ScriptedPeer peer;
-  peer.ExpectBytes(Framed("ask")).ReplyBytes(Framed("answer")).Start();
+  peer.ExpectBytes(Text("ask")).ReplyBytes(Text("answer")).Start();
   SocketClient client("127.0.0.1", peer.Port(), 5);
   EXPECT_EQ(client.SendText("ask"), 0);
   int32_t length = 0;

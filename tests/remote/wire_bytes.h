@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <cstring>
+#include <regex>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace gantry::test {
 
@@ -19,33 +19,30 @@ std::string Raw(T value) {
 
 inline std::string Int(int64_t value) { return Raw(static_cast<uint32_t>(value)); }
 inline std::string Double(double value) { return Raw(value); }
+/// With its length in front, as a frame has it too.
 inline std::string Text(std::string_view text) {
   return Int(static_cast<int64_t>(text.size())) + std::string(text);
 }
 
-inline std::string TextList(const std::vector<std::string>& texts) {
-  std::string bytes = Int(static_cast<int64_t>(texts.size()));
-  for (const std::string& text : texts) bytes += Text(text);
+/// Elements that are written down: 'a text', an integer 7, a double 7.5, a byte b7.
+inline std::string Elements(const std::string& line) {
+  static const std::regex kElement(R"('([^']*)'|b(\d+)|(-?\d+\.\d+)|(-?\d+))");
+  std::string bytes;
+  for (std::sregex_iterator at(line.begin(), line.end(), kElement), end; at != end; ++at) {
+    const std::smatch& found = *at;
+    if (found[1].matched) bytes += Text(found.str(1));
+    if (found[2].matched) bytes += static_cast<char>(std::stoi(found[2]));
+    if (found[3].matched) bytes += Double(std::stod(found[3]));
+    if (found[4].matched) bytes += Int(std::stoll(found[4]));
+  }
   return bytes;
 }
-
-inline std::string DoubleList(const std::vector<double>& values) {
-  std::string bytes = Int(static_cast<int64_t>(values.size()));
-  for (const double value : values) bytes += Double(value);
-  return bytes;
-}
-
-/// A frame with its length in front.
-inline std::string Framed(const std::string& body) { return Text(body); }
 
 /// A message of that routine: a request, or a reply to one.
 inline std::string Message(uint32_t routine, const std::string& content) {
-  return Framed(Int(routine) + content);
+  return Text(Int(routine) + content);
 }
-/// A request without parameters.
-inline std::string BareRequest(uint32_t routine) { return Message(routine, Int(routine)); }
 
 inline const std::string kAccepted = Int(0);
-inline const std::string kRefused = Int(1);
 
 }  // namespace gantry::test

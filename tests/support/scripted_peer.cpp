@@ -206,12 +206,4 @@ void ScriptedPeer::Finish() {
   if (!play_->failure.empty()) ADD_FAILURE() << "scripted peer, " << play_->failure;
 }
 
-Entries Step(const std::string& position, double days) {
-  return {"STEP",
-          {"POSITION", Texts{position}},
-          {"TIME", Numbers{days}},
-          {"DATE", Ints{2020, 1, 1, 0, 0, 0}},
-          "END"};
-}
-
 }  // namespace gantry::test

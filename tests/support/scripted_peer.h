@@ -66,7 +66,4 @@ class ScriptedPeer {
   std::unique_ptr<Play> play_;
 };
 
-/// A "STEP" message, on the first of January 2020.
-Entries Step(const std::string& position, double days = 0.0);
-
 }  // namespace gantry::test

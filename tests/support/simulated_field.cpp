@@ -31,15 +31,6 @@ const std::map<std::string, std::map<std::string, double>> kRatesOfFlow = {
     {"GAS_INJECTOR", {{"GAS_INJECTION_RATE", 1.0}}},
 };
 
-/// The strings, numbers or integers of the entry of that name; empty without it.
-template <class T>
-T Find(const Entries& message, const std::string& name) {
-  for (const Entry& entry : message) {
-    if (entry.name == name) return std::get<T>(entry.data);
-  }
-  return {};
-}
-
 Texts AskedWells(const SimulatedField& field, const Entries& request) {
   Texts names = Find<Texts>(request, "WELNAMES");
   if (names != Texts{"*"} && !field.tellsOfAllWells) return names;
@@ -64,11 +55,13 @@ Entry WordsOf(const SimulatedWell& well, const Texts& items) {
 
 Entries TellWells(SimulatedField& field, const Entries& request) {
   const bool asWords = request[1].name == "QWELLS_STR";
-  const Texts items = Find<Texts>(request, "QITEMS");
+  Texts items = Find<Texts>(request, "QITEMS");
+  if (field.tellsItemsBackwards) std::ranges::reverse(items);
   Entries reply = {"REPLY", {"QITEMS", items}};
   for (const std::string& name : AskedWells(field, request)) {
     const SimulatedWell& well = field.At(name);
-    reply.emplace_back("WELLNAME", Texts{name});
+    const bool isToldOtherwise = !asWords && field.toldAs.contains(name);
+    reply.emplace_back("WELLNAME", Texts{isToldOtherwise ? field.toldAs.at(name) : name});
     reply.push_back(asWords ? WordsOf(well, items) : NumbersOf(field, well, items));
   }
   reply.emplace_back("END");
@@ -129,31 +122,30 @@ void TakeUptimes(SimulatedField& field, const Entries& request) {
   for (size_t i = 0; i < names.size(); ++i) field.At(names[i]).uptime = fractions[i];
 }
 
-void TakeComposition(SimulatedField& field, const Entries& request) {
-  field.compositions[Find<Texts>(request, "STNAME").front()] =
-      Find<Numbers>(request, "STCMPVALUES");
-}
-
 Entries TakeSource(SimulatedField& field, const Entries& request) {
-  const std::string well = Find<Texts>(request, "WELLNAME").front();
-  const bool isInjector = field.At(well).type != "PRODUCER";
-  if (isInjector) field.sources[well] = Find<Texts>(request, "STNAME").front();
+  const bool isInjector = field.At(Find<Texts>(request, "WELLNAME").front()).type != "PRODUCER";
   return {"REPLY", {"STRET", Ints{isInjector ? 1 : 0}}, "END"};
-}
-
-Entries TellPosition(const SimulatedField& field, const std::string& position) {
-  return {"STEP",
-          {"POSITION", Texts{position}},
-          {"TIME", Numbers{field.days}},
-          {"DATE", field.date},
-          "END"};
 }
 
 Entries Run(SimulatedField& field, const Entries& request) {
   const Numbers until = Find<Numbers>(request, "TIME");
   if (!until.empty() && until.front() > field.endOfRun) return {"FINISHED", "END"};
   if (!until.empty()) field.days = until.front();
-  return TellPosition(field, field.days < field.endOfRun ? "BEGIN_NEWTON" : "END_SIMULATE");
+  return Step(field.days < field.endOfRun ? "BEGIN_NEWTON" : "END_SIMULATE", field.days,
+              field.date);
+}
+
+void Note(SimulatedField& field, const Entries& order) {
+  std::string text = Describe(order);
+  text.pop_back();
+  field.orders.push_back(">> " + text);
+}
+
+/// An answer that isn't the field's own; none at all hangs up.
+std::vector<Entries> SayInstead(const Entries& answer, bool thenIsReady) {
+  if (answer.empty()) return {};
+  if (thenIsReady) return {answer, {"READY", "END"}};
+  return {answer};
 }
 
 Entries TellConstraints(SimulatedField& field, const Entries& request) {
@@ -215,16 +207,21 @@ std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request)
       {"SETWCONSTRAINTS", TakeConstraints},
       {"SETWSTATUS", TakeStatuses},
       {"SETWELLS", TakeUptimes},
-      {"SETWSTRE", TakeComposition},
+      {"SETWSTRE", [](SimulatedField&, const Entries&) {}},
   };
   const Entries ready = {"READY", "END"};
   ++field.requests;
-  if (request[0].name == "SETUP") {
-    return {{"STARTED", {"ERRORS", Texts{}}, "END"}, TellPosition(field, "MODEL_DEFINITION")};
+  const std::string& verb = request[0].name;
+  if (verb == "SETUP")
+    return {{"STARTED", {"ERRORS", Texts{}}, "END"}, Step(field.position, field.days, field.date)};
+  if (verb != "QUERY") Note(field, request);
+  const bool isWrapped = verb == "QUERY" || verb == "SET";
+  const std::string& name = request[isWrapped ? 1 : 0].name;
+  if (const auto other = field.said.find(name); other != field.said.end()) {
+    return SayInstead(other->second, isWrapped);
   }
-  if (request[0].name == "SHUTDOWN") return {{"FINISHED", "END"}};
-  if (request[0].name.starts_with("CONTINUE")) return {Run(field, request)};
-  const std::string& name = request[1].name;
+  if (name == "SHUTDOWN") return {{"FINISHED", "END"}};
+  if (!isWrapped) return {Run(field, request)};
   if (const auto taker = kTakers.find(name); taker != kTakers.end()) {
     taker->second(field, request);
     return {ready};

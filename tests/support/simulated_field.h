@@ -30,8 +30,16 @@ struct SimulatedField {
   Texts components = {"C1", "C2"};  ///< none for black oil
   std::string eosName = "PR";
   Numbers binaryInteraction = {0.5};
-  std::map<std::string, Numbers> eosProperties = {
-      {"Molecular weight", {16.0, 30.0}}, {"TCrit", {-82.0, 32.0}}, {"PCrit", {46.0, 49.0}}};
+  std::map<std::string, Numbers> eosProperties = {{"Molecular weight", {1.0, 2.0}},
+                                                  {"TCrit", {2.0, 3.0}},
+                                                  {"PCrit", {3.0, 4.0}},
+                                                  {"VCRIT", {4.0, 5.0}},
+                                                  {"BP", {6.0, 7.0}},
+                                                  {"Acentric factor", {5.0, 6.0}},
+                                                  {"VSHIFT", {7.0, 8.0}},
+                                                  {"OMEGAA", {8.0, 9.0}},
+                                                  {"OMEGAB", {9.0, 10.0}},
+                                                  {"unheard of", {10.0, 11.0}}};
   Ints startDate = {2019, 12, 31, 0, 0, 0};
   Ints date = {2020, 2, 29, 0, 0, 0};
   double days = 0.0;
@@ -40,10 +48,13 @@ struct SimulatedField {
                                       {"P2", "PRODUCER", "OPEN", 500.0},
                                       {"W1", "WATER_INJECTOR", "OPEN", 800.0},
                                       {"G1", "GAS_INJECTOR", "OPEN", 50000.0}};
-  std::map<std::string, std::string> sources;   ///< by well
-  std::map<std::string, Numbers> compositions;  ///< by source
   int requests = 0;
-  bool tellsOfAllWells = false;  ///< whichever it was asked for
+  Texts orders;  ///< what it was told but to set up, each as `Describe` writes it
+  std::string position = "MODEL_DEFINITION";  ///< where a session finds it
+  bool tellsOfAllWells = false;               ///< whichever it was asked for
+  bool tellsItemsBackwards = false;
+  std::map<std::string, std::string> toldAs;  ///< wells that it tells of under another name
+  std::map<std::string, Entries> said;        ///< its answers to messages, in place of its own
   /// A number of a well, in place of `SimulatedWell::Value` where it is set.
   std::function<double(const SimulatedWell& well, const std::string& item)> valueOf;
 

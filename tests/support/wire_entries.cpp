@@ -83,6 +83,7 @@ Texts Split(const std::string& list) {
   for (size_t at = 0; at < list.size();) {
     const size_t end = std::min(list.find(", ", at), list.size());
     parts.push_back(list.substr(at, end - at));
+    if (parts.back() == "\"\"") parts.back().clear();
     at = end + 2;
   }
   return parts;
@@ -168,6 +169,10 @@ Entries Parse(const std::string& text) {
     entries.push_back(MakeEntry((*at)[1], (*at)[2]));
   }
   return entries;
+}
+
+Entries Step(const std::string& position, double days, const Ints& date) {
+  return {"STEP", {"POSITION", Texts{position}}, {"TIME", Numbers{days}}, {"DATE", date}, "END"};
 }
 
 }  // namespace gantry::test

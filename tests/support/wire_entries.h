@@ -31,6 +31,23 @@ struct Entry {
 /// A message: {"SET", "SETWELLS", {"VALUES", Numbers{0.5}}, "END"}.
 using Entries = std::vector<Entry>;
 
+/// What every entry of that name holds, in their order.
+template <class T>
+std::vector<T> FindAll(const Entries& entries, const std::string& name) {
+  std::vector<T> found;
+  for (const Entry& entry : entries) {
+    if (entry.name == name) found.push_back(std::get<T>(entry.data));
+  }
+  return found;
+}
+
+/// What the first entry of that name holds; nothing without one.
+template <class T>
+T Find(const Entries& entries, const std::string& name) {
+  const std::vector<T> found = FindAll<T>(entries, name);
+  return found.empty() ? T{} : found.front();
+}
+
 /// A 64-bit word as it stands on the wire.
 std::string Word(uint64_t value);
 /// An entry's header alone, with any count and tag.
@@ -45,7 +62,11 @@ Entries Decode(const std::string& payload);
 /// For a reader: SET SETWELLS VALUES{0.5} END.
 std::string Describe(const Entries& entries);
 /// A message from its text, in which the brackets tell the type: WELNAMES{P1, P2} are texts,
-/// VALUES[0.5] numbers and NPOINTS<2> integers. No text in it is empty or holds a brace.
+/// VALUES[0.5] numbers and NPOINTS<2> integers. No text in it holds a brace; "" is an empty one.
 Entries Parse(const std::string& text);
+
+/// Where a simulator stands in its run.
+Entries Step(const std::string& position, double days = 0.0,
+             const Ints& date = {2020, 1, 1, 0, 0, 0});
 
 }  // namespace gantry::test

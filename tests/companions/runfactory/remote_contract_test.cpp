@@ -3,7 +3,8 @@
 
 #include <thread>
 
-#include "client/connector_contract.h"
+#include <gtest/gtest.h>
+
 #include "client/intersect_client.h"
 #include "client/simulator_model.h"
 #include "remote/remote_connector.h"
@@ -11,32 +12,29 @@
 #include "runfactory/controller.h"
 #include "runfactory/driver_connection.h"
 #include "runfactory/simulator.h"
+#include "support/connector_talk.h"
 #include "support/free_ports.h"
 #include "support/scripted_peer.h"
 
 namespace gantry::test {
 namespace {
 
-template <int32_t kVersionCode>
-class RemoteRig {
+class RemoteRig : public ConnectorRig {
  public:
-  static constexpr bool kSetsInjection = kVersionCode >= kVersion2017_2;
-
-  explicit RemoteRig(SimulatedField& field)
-      : port_(static_cast<uint16_t>(FreePorts())), listener_(port_, 1) {
-    peer_.Greet()
-        .Serve([&field](const Entries& request) { return AnswerOnWire(field, request); })
-        .Start();
+  RemoteRig(int32_t versionCode, SimulatedField& field)
+      : versionCode_(versionCode), port_(static_cast<uint16_t>(FreePorts())), listener_(port_, 1) {
+    peer_.Serve([&field](const Entries& request) { return AnswerOnWire(field, request); });
+    peer_.Start();
     controller_ = std::thread([this] { Control(); });
   }
-  ~RemoteRig() { controller_.join(); }
+  ~RemoteRig() override { controller_.join(); }
   RemoteRig(const RemoteRig&) = delete;
   RemoteRig& operator=(const RemoteRig&) = delete;
 
-  std::unique_ptr<CExtConnectorBase> Connect() {
+  std::unique_ptr<CExtConnectorBase> Connect() override {
     const SocketClient socket("127.0.0.1", port_);
     RemoteSessionData data;
-    data.VersionCode = kVersionCode;
+    data.VersionCode = versionCode_;
     data.Socket = &socket;
     return CreateRemoteConnector(data);
   }
@@ -46,7 +44,7 @@ class RemoteRig {
   void Control() {
     cluster::DriverConnection driver(
         platform::Descriptor(static_cast<int>(platform::Sockets().Accept(listener_.Listening()))));
-    const std::unique_ptr<cluster::Simulator> simulator = cluster::MakeSimulator(kVersionCode);
+    const std::unique_ptr<cluster::Simulator> simulator = cluster::MakeSimulator(versionCode_);
     ConnectToModel(simulator->Client(), "127.0.0.1", peer_.Port(), 10);
     cluster::Controller controller(*simulator, [](const std::string&) {});
     controller.Serve(driver);
@@ -58,14 +56,20 @@ class RemoteRig {
     platform::SocketHandle Listening() const { return Handle(); }
   };
 
+  const int32_t versionCode_;
   ScriptedPeer peer_;
   uint16_t port_;
   Listener listener_;
   std::thread controller_;
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(V2016_2, ConnectorContract, RemoteRig<kVersion2016_2>);
-INSTANTIATE_TYPED_TEST_SUITE_P(V2017_2, ConnectorContract, RemoteRig<kVersion2017_2>);
+TEST(RemoteConnector, DoesWhatEveryConnectorMust) {
+  for (const auto& [code, version] :
+       {std::pair{kVersion2016_2, "2016.2"}, {kVersion2017_2, "2017.2"}}) {
+    PlayWithField("client/talks/contract.talk", version,
+                  [&](SimulatedField& field) { return std::make_unique<RemoteRig>(code, field); });
+  }
+}
 
 }  // namespace
 }  // namespace gantry::test

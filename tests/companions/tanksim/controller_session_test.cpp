@@ -8,13 +8,12 @@
 
 #include "sample_deck.h"
 #include "served_simulator.h"
-#include "support/well_messages.h"
+#include "support/wire_entries.h"
 
 namespace gantry::simulator::test {
 namespace {
 
 using namespace gantry::test;
-using gantry::test::WellConstraint;  // the simulator has a word of this name too
 
 /// A session past its handshake. The controller goes before the simulator waits for its end.
 class Session : public testing::Test {
@@ -30,6 +29,11 @@ class Session : public testing::Test {
     const Entries reply =
         AskThenReady("QUERY QWELLS QITEMS{" + item + "} WELNAMES{" + well + "} END");
     return std::get<Numbers>(reply.at(3).data).at(0);
+  }
+
+  static Entries Constraint(const std::string& item, const std::string& value) {
+    return Parse("SET SETWCONSTRAINTS WELLNAME{P} ITEMS{" + item + "} VALUES[" + value +
+                 "] SETTERS{USER} END");
   }
 
   ServedSimulator simulator{SampleDeck()};
@@ -77,10 +81,9 @@ INSTANTIATE_TEST_SUITE_P(Sample, Talk,
 
 TEST_F(Session, HoldsAConstraintAtOnceAndForgetsItWithTheNextList) {
   const double most = Number("P", "OIL_PRODUCTION_RATE");
-  EXPECT_EQ(Describe(controller.Ask(WellConstraint("P", "LIQUID_PRODUCTION_RATE", 500.0))),
-            "READY END ");
+  EXPECT_EQ(Describe(controller.Ask(Constraint("LIQUID_PRODUCTION_RATE", "500"))), "READY END ");
   EXPECT_NEAR(Number("P", "LIQUID_PRODUCTION_RATE"), 500.0, 1e-6);
-  controller.Ask(WellConstraint("P", "GAS_PRODUCTION_RATE", 1e9));
+  controller.Ask(Constraint("GAS_PRODUCTION_RATE", "1e9"));
   EXPECT_EQ(Number("P", "OIL_PRODUCTION_RATE"), most);
 }
 

@@ -1,0 +1,233 @@
+#include "support/connector_talk.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace gantry::test {
+namespace {
+
+using C = CExtConnectorBase;
+using Verb = void (*)(C& connector, const Entries& call, Texts& told);
+
+double NumberOf(const Entries& call, const std::string& name) {
+  return Find<Numbers>(call, name).at(0);
+}
+int32_t IntegerOf(const Entries& call, const std::string& name) {
+  return Find<Ints>(call, name).at(0);
+}
+std::string TextOf(const Entries& call, const std::string& name) {
+  return Find<Texts>(call, name).at(0);
+}
+
+void TellDate(C& connector, void (C::*get)(int32_t&, int32_t&, int32_t&), Texts& told) {
+  int32_t day = 7, month = 7, year = 7;
+  (connector.*get)(day, month, year);
+  told.push_back(Line(day, month, year));
+}
+
+void TellProperties(C& connector, Texts& told) {
+  EOSProperties eos;
+  eos.parachor = {1.0};
+  connector.GetEOSProperties(eos);
+  told.push_back(Line(eos.eosName, eos.componentCount));
+  told.push_back(Line("present", eos.presentProperties));
+  told.push_back(LineOf(eos.componentNames));
+  const std::pair<const char*, const Doubles&> lists[] = {{"weight", eos.molecularWeight},
+                                                          {"temperature", eos.criticalTemperature},
+                                                          {"pressure", eos.criticalPressure},
+                                                          {"volume", eos.criticalVolume},
+                                                          {"acentric", eos.acentricFactor},
+                                                          {"extra", eos.extraProperty},
+                                                          {"boiling", eos.boilingPoint},
+                                                          {"shift", eos.volumeShift},
+                                                          {"omega a", eos.omegaA},
+                                                          {"omega b", eos.omegaB},
+                                                          {"parachor", eos.parachor},
+                                                          {"interaction", eos.binaryInteraction}};
+  for (const auto& [name, values] : lists) told.push_back(Line(name, LineOf(values)));
+}
+
+void TellStatuses(C& connector, Texts& told) {
+  std::vector<ConnectorWellStatus> statuses = {{"old", "", ""}};
+  connector.GetWellStatus(statuses);
+  for (const auto& well : statuses) told.push_back(Line(well.name, well.type, well.status));
+}
+
+void TellData(const ConnectorWellRecord& r, Texts& told) {
+  told.push_back(Line(r.name, r.status, r.oilRate, r.gasRate, r.waterRate, r.waterInjectionRate,
+                      r.gasInjectionRate, r.bottomHolePressure, r.tubingHeadPressure,
+                      r.uptimeFraction));
+}
+
+/// The lists of a record that SHOW names.
+void TellInflow(const ConnectorWellRecord& r, const Entries& call, Texts& told) {
+  const std::map<std::string, Doubles> lists = {
+      {"pressure", r.iprPressure},       {"oil", r.iprOilRate},
+      {"water", r.iprWaterRate},         {"gas", r.iprGasRate},
+      {"temperature", r.iprTemperature}, {"gas-density", r.iprGasDensity},
+      {"oil-density", r.iprOilDensity},  {"water-density", r.iprWaterDensity}};
+  for (const std::string& name : Find<Texts>(call, "SHOW")) {
+    if (lists.contains(name)) told.push_back(Line(r.name, name, LineOf(lists.at(name))));
+    if (name != "composition") continue;
+    for (size_t i = 0; i < r.iprComposition.RowCount(); ++i) {
+      told.push_back(Line(r.name, name, LineOf(r.iprComposition[i])));
+    }
+  }
+}
+
+/// The inflow of WELLS, as it comes to a record of each of NAMES.
+void MeasureInflow(C& connector, const Entries& call, Texts& told) {
+  std::vector<ConnectorWellRecord> records;
+  for (const std::string& name : Find<Texts>(call, "NAMES")) {
+    records.emplace_back().name = name;
+    records.back().iprPressure = {42.0};
+  }
+  const bool usesBottomHole = Find<Texts>(call, "AT") != Texts{"THP"};
+  connector.GetWellIPRData(IntegerOf(call, "COMPONENTS"), Find<Texts>(call, "WELLS"), records,
+                           usesBottomHole, NumberOf(call, "SKEWNESS"));
+  for (const auto& record : records) TellInflow(record, call, told);
+}
+
+void ReadDataAndInflow(C& connector, const Entries& call, Texts& told) {
+  std::vector<ConnectorWellRecord> records(3);
+  connector.GetWellDataAndIPR(IntegerOf(call, "COMPONENTS"), Find<Texts>(call, "WELLS"), records,
+                              true, NumberOf(call, "SKEWNESS"));
+  for (const auto& record : records) TellInflow(record, call, told);
+}
+
+const std::map<std::string, Verb> kVerbs = {
+    {"AdvanceNewton", [](C& c, auto&, auto&) { c.AdvanceNewton(); }},
+    {"Shutdown", [](C& c, auto&, auto&) { c.Shutdown(); }},
+    {"RunUntil", [](C& c, auto& call, auto&) { c.RunUntil(NumberOf(call, "DAYS")); }},
+    {"PollWellStatuses", [](C& c, auto&, auto&) { c.PollWellStatuses(); }},
+    {"PollWellConstraints", [](C& c, auto&, auto&) { c.PollWellConstraints(); }},
+    {"Name",
+     [](C& c, auto&, auto& told) {
+       told.push_back(Line(c.GetMinimumSimulatorVersion(), c.GetConnectorVersionName()));
+     }},
+    {"GetVersion", [](C& c, auto&, auto& told) { told.push_back(Line(c.GetVersion())); }},
+    {"GetTimeDays", [](C& c, auto&, auto& told) { told.push_back(Line(c.GetTimeDays())); }},
+    {"GetMetricFlag", [](C& c, auto&, auto& told) { told.push_back(Line(c.GetMetricFlag())); }},
+    {"GetCompositionalFlag",
+     [](C& c, auto&, auto& told) { told.push_back(Line(c.GetCompositionalFlag())); }},
+    {"GetTerminationFlag",
+     [](C& c, auto&, auto& told) { told.push_back(Line(c.GetTerminationFlag())); }},
+    {"GetDate", [](C& c, auto&, auto& told) { TellDate(c, &C::GetDate, told); }},
+    {"GetStartDate", [](C& c, auto&, auto& told) { TellDate(c, &C::GetStartDate, told); }},
+    {"GetEOSProperties", [](C& c, auto&, auto& told) { TellProperties(c, told); }},
+    {"GetWellStatus", [](C& c, auto&, auto& told) { TellStatuses(c, told); }},
+    {"GetWellData",
+     [](C& c, auto& call, auto& told) {
+       std::vector<ConnectorWellRecord> records;
+       c.GetWellData(Find<Texts>(call, "WELLS"), records);
+       for (const auto& record : records) TellData(record, told);
+     }},
+    {"GetWellVariables",
+     [](C& c, auto& call, auto& told) {
+       Doubles values = {7.0};
+       c.GetWellVariables(TextOf(call, "WELL"), Find<Texts>(call, "ITEMS"),
+                          Find<Ints>(call, "CODES"), values);
+       told.push_back(LineOf(values));
+     }},
+    {"GetWellIPRData", MeasureInflow},
+    {"GetWellDataAndIPR", ReadDataAndInflow},
+    {"SetWellStatus",
+     [](C& c, auto& call, auto&) {
+       c.SetWellStatus(Find<Texts>(call, "WELLS"), Find<Texts>(call, "VALUES"));
+     }},
+    {"SetWellUptime",
+     [](C& c, auto& call, auto&) {
+       c.SetWellUptime(Find<Texts>(call, "WELLS"), Find<Numbers>(call, "VALUES"));
+     }},
+    {"SetWellConstraints",
+     [](C& c, auto& call, auto&) {
+       c.SetWellConstraints(Find<Texts>(call, "WELLS"), FindAll<Texts>(call, "ITEMS"),
+                            FindAll<Numbers>(call, "VALUES"), FindAll<Ints>(call, "CODES"));
+     }},
+    {"SetInjectionSource",
+     [](C& c, auto& call, auto& told) {
+       told.push_back(Line(c.SetInjectionSource(TextOf(call, "WELL"), TextOf(call, "SOURCE"))));
+     }},
+    {"SetWellInjectionComposition",
+     [](C& c, auto& call, auto&) {
+       c.SetWellInjectionComposition(Find<Texts>(call, "SOURCES"),
+                                     FindAll<Numbers>(call, "FRACTIONS"));
+     }},
+};
+
+void Change(SimulatedField& field, const Entries& call) {
+  const auto text = [&call](const char* name, std::string& target) {
+    if (const Texts given = Find<Texts>(call, name); !given.empty()) target = given[0];
+  };
+  text("VERSION", field.version);
+  text("POSITION", field.position);
+  if (const Ints metric = Find<Ints>(call, "METRIC"); !metric.empty()) {
+    field.isMetric = metric[0] != 0;
+  }
+  if (const Texts names = Find<Texts>(call, "CALLS"); !names.empty()) {
+    field.toldAs[names[0]] = names[1];
+  }
+  field.tellsItemsBackwards = !Find<Texts>(call, "ITEMS").empty();
+}
+
+class FieldTalk {
+ public:
+  explicit FieldTalk(const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig)
+      : makeRig_(makeRig) {}
+
+  void Act(const Turn& turn, Texts& told) {
+    const Entries call = Parse(turn.call);
+    field_.orders.clear();
+    Do(call, told);
+    const Texts& orders = field_.orders;
+    const auto count = static_cast<ptrdiff_t>(std::min(orders.size(), turn.wire.size()));
+    EXPECT_EQ(Texts(orders.end() - count, orders.end()), turn.wire) << turn.call;
+  }
+
+ private:
+  void Do(const Entries& call, Texts& told) {
+    const std::string& name = call[0].name;
+    if (name == "Connect") return Connect();
+    if (name == "Field") return Change(field_, call);
+    if (name == "Say") {
+      field_.said = {{call[1].name, Entries(call.begin() + 2, call.end())}};
+    } else if (name == "Requests") {
+      told.push_back(Line(std::exchange(field_.requests, 0)));
+    } else {
+      Ask(*connector_, call, told);
+    }
+  }
+
+  void Connect() {
+    connector_.reset();
+    rig_.reset();
+    rig_ = makeRig_(field_);
+    connector_ = rig_->Connect();
+  }
+
+  const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig_;
+  SimulatedField field_;
+  std::unique_ptr<ConnectorRig> rig_;
+  std::unique_ptr<CExtConnectorBase> connector_;
+};
+
+}  // namespace
+
+void Ask(CExtConnectorBase& connector, const Entries& call, Texts& told) {
+  kVerbs.at(call[0].name)(connector, call, told);
+}
+
+void PlayWithField(const std::string& file, const std::string& version,
+                   const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig) {
+  for (const Talk& talk : TalksIn(file)) {
+    const bool isOfOne = talk.name.find(" 20") != std::string::npos;
+    if (isOfOne && !talk.name.ends_with(version)) continue;
+    FieldTalk played(makeRig);
+    Play(talk, [&played](const Turn& turn, Texts& told) { played.Act(turn, told); });
+  }
+}
+
+}  // namespace gantry::test
