@@ -26,8 +26,8 @@ class JobProgram : public HeldProgram {
     constexpr DWORD kFirstCrash = 0xC0000000;
     DWORD status = 0;
     GetExitCodeProcess(process_, &status);
-    const bool isCrash = status >= kFirstCrash;
-    return HeldEnd{fmt::format(isCrash ? "with status {:#x}" : "with status {}", status), isCrash};
+    if (status >= kFirstCrash) return HeldEnd{fmt::format("with status {:#x}", status), true};
+    return HeldEnd{fmt::format("with status {}", status)};
   }
 
  private:
