@@ -32,7 +32,8 @@ void Sweep(Client& client) {
 
 void ReadWells(Client& client) {
   std::vector<gantry::ConnectorWellRecord> records;
-  gantry::QueryWellData(client, kWells, records);
+  gantry::WellDataWorkspace workspace;
+  gantry::QueryWellData(client, kWells, workspace, records);
 }
 
 void ReadStartDate(Client& client) {

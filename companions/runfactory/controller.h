@@ -8,6 +8,7 @@
 #include "client/connector_records.h"
 #include "client/inflow_sweep.h"
 #include "client/query_results.h"
+#include "client/simulator_wells.h"
 #include "client/unit_converter.h"
 #include "remote/message_reader.h"
 #include "remote/message_writer.h"
@@ -76,6 +77,7 @@ class Controller {
   /// Records that wait to be fetched one by one, and the first that hasn't been.
   std::vector<ConnectorWellRecord> data_;
   std::vector<ConnectorWellRecord> inflow_;
+  WellDataWorkspace wellDataWorkspace_;
   InflowWorkspace inflowWorkspace_;
   bool withCompositions_ = false;
   size_t next_ = 0;

@@ -38,6 +38,8 @@ constexpr std::array<const char*, kFirstMoleFraction> kResultItems = {
     words::kBottomHolePressure, words::kTubingHeadPressure,
 };
 
+}  // namespace
+
 /// How a kind of well is forced to a rate, and where its rates are read.
 struct WellKind {
   Strings constraintItems;  ///< the limit on liquid, then that on gas
@@ -47,6 +49,8 @@ struct WellKind {
   ResultItem gasRate = isProducer ? kGasProduction : kGasInjection;
   ResultItem waterRate = isProducer ? kWaterProduction : kWaterInjection;
 };
+
+namespace {
 
 const WellKind& KindOf(const std::string& type) {
   static const WellKind producer = {
@@ -61,27 +65,22 @@ const WellKind& KindOf(const std::string& type) {
   throw std::runtime_error("Unexpected answer when querying the well IPR data.");
 }
 
-/// One well on its way down the ladder.
-struct Ladder {
-  const WellKind* kind;
-  double baseLiquidRate;
-  double baseGasRate;
-};
-
-Strings NamesOf(const std::vector<ConnectorWellRecord>& records) {
-  Strings names;
-  names.reserve(records.size());
+/// What the records are called, in place of the names that stand in `names`. False when those are
+/// the same.
+bool TakeNames(const std::vector<ConnectorWellRecord>& records, Strings& names) {
+  if (std::ranges::equal(records, names, {}, &ConnectorWellRecord::name)) return false;
+  names.clear();
   for (const ConnectorWellRecord& record : records) names.push_back(record.name);
-  return names;
+  return true;
 }
 
 /// The simulator may have answered in an order of its own, so a record finds its well by its name;
 /// one of a name that wasn't asked for takes the well in its position, unless that has its record,
 /// or else none. What such a record is worth is for the caller to judge.
-std::vector<size_t> WellsOf(WellLookup& records, const Strings& wells) {
-  std::vector<size_t> places = records.PlacesIn(wells);
+std::vector<size_t> WellsOf(const Strings& recordNames, const Strings& wells) {
+  std::vector<size_t> places = WellLookup(recordNames).PlacesIn(wells);
   if (std::ranges::find(places, WellLookup::kMissing) == places.end()) return places;
-  const std::vector<size_t> recordOfWell = WellLookup(wells).PlacesIn(records.Asked());
+  const std::vector<size_t> recordOfWell = WellLookup(wells).PlacesIn(recordNames);
   for (size_t i = 0; i < std::min(places.size(), wells.size()); ++i) {
     const bool isFree = recordOfWell[i] == WellLookup::kMissing;
     if (places[i] == WellLookup::kMissing && isFree) places[i] = i;
@@ -89,15 +88,19 @@ std::vector<size_t> WellsOf(WellLookup& records, const Strings& wells) {
   return places;
 }
 
-/// A well's answer at one rung, its elements by the items that were asked for.
-struct RungRow {
-  const double* values = nullptr;
-  const size_t* columns = nullptr;
+/// Where each item asked for stands in a row of the reply.
+std::vector<size_t> ColumnsOf(const Strings& items, const Strings& replied) {
+  std::vector<size_t> columns;
+  for (const std::string& item : items) {
+    const auto found = std::find(replied.begin(), replied.end(), item);
+    if (found == replied.end()) FailInflow();
+    columns.push_back(static_cast<size_t>(found - replied.begin()));
+  }
+  return columns;
+}
 
-  double operator[](size_t item) const { return values[columns[item]]; }
-};
-
-using RungRows = std::array<RungRow, kSweepRungs>;
+/// A record's answers at all rungs.
+using RungRows = std::array<const double*, kSweepRungs>;
 
 /// Makes the list longer and returns where the new elements begin.
 double* Grow(Doubles& values, size_t count) {
@@ -107,7 +110,15 @@ double* Grow(Doubles& values, size_t count) {
 
 void AppendColumn(const RungRows& rows, size_t item, Doubles& points) {
   double* point = Grow(points, kSweepRungs);
-  for (const RungRow& row : rows) *point++ = row[item];
+  for (const double* row : rows) *point++ = row[item];
+}
+
+void AppendCompositions(const RungRows& rows, size_t components, RowTable<double>& compositions) {
+  double* fractions = Grow(compositions.Flat(), kSweepRungs * components);
+  for (const double* row : rows) {
+    fractions = std::copy_n(row + kFirstMoleFraction, components, fractions);
+  }
+  compositions.EndRows(kSweepRungs, components);
 }
 
 class Sweep {
@@ -118,34 +129,25 @@ class Sweep {
   void Run(const UnitConverter& units, const RecordWork& finish);
 
  private:
-  using Rung = InflowWorkspace::Rung;
-
-  void FindKinds(const UnitConverter& units);
-  void EncodeRequests();
-  void ReadRung(Rung& rung);
-  void FindColumns(Rung& rung);
-  void FindRows(Rung& rung);
-  void NoteBaseRates(const Rung& first);
+  void EncodeQueries();
+  void FindKinds();
+  void EncodeConstraints();
+  void FindRecords();
+  void ReadRung(int rung);
+  void FindRows();
+  EvenRows<double> Rearranged() const;
+  void NoteBaseRates();
   void LimitWell(size_t well, double fraction);
   void LimitTo(double fraction);
   const WellKind& KindOfRecord(size_t place) const;
   void FillRecord(size_t place);
-  void AppendCompositions(const RungRows& rows, RowTable<double>& compositions) const;
-
-  static RungRow RowOf(const Rung& rung, size_t record) {
-    return {rung.values[rung.rows[record]].data(), rung.columns.data()};
-  }
 
   IntersectClientBase& client_;
   const Strings& wells_;
   const InflowRequest& request_;
-  InflowWorkspace& workspace_;
+  InflowWorkspace& kept_;
   std::vector<ConnectorWellRecord>& records_;
-  const Strings recordNames_;
-  WellLookup recordLookup_;
-  std::vector<size_t> wellOfRecord_;  ///< its place among `wells_`, or `WellLookup::kMissing`
   Strings items_;
-  std::vector<Ladder> ladders_;
 };
 
 Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowRequest& request,
@@ -153,10 +155,8 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowRequ
     : client_(client),
       wells_(wells),
       request_(request),
-      workspace_(workspace),
+      kept_(workspace),
       records_(records),
-      recordNames_(NamesOf(records)),
-      recordLookup_(recordNames_),
       items_(kResultItems.begin(), kResultItems.end()) {
   AppendMoleFractionItems(request.componentCount, items_);
 }
@@ -164,75 +164,118 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowRequ
 // The records are filled at the end, one after the other: to visit them all at each rung would
 // fetch them from memory ten times over.
 void Sweep::Run(const UnitConverter& units, const RecordWork& finish) {
-  FindKinds(units);
-  wellOfRecord_ = WellsOf(recordLookup_, wells_);
-  EncodeRequests();
-  for (int rung = 0; rung < kSweepRungs; ++rung) {
-    client_.set_constraints_for_wells(workspace_.constraints);
-    ReadRung(workspace_.rungs[static_cast<size_t>(rung)]);
-    if (rung == 0) NoteBaseRates(workspace_.rungs.front());
-    LimitTo(ShareAfter(rung + 1, request_.skewness));
+  // So high that the well's other limits decide.
+  constexpr double kUnlimitedRate = 100000.0;
+  const double liquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate);
+  const double gasRate = units.ToSimulator(kUnlimitedRate, kGasRate);
+  EncodeQueries();
+  FindKinds();
+  FindRecords();
+  for (size_t well = 0; well < wells_.size(); ++well) {
+    kept_.ladders[well].baseLiquidRate = liquidRate;
+    kept_.ladders[well].baseGasRate = gasRate;
+    LimitWell(well, 1.0);
   }
+  for (int rung = 0; rung < kSweepRungs; ++rung) ReadRung(rung);
   for (size_t i = 0; i < records_.size(); ++i) {
     FillRecord(i);
     if (finish) finish(records_[i]);
   }
 }
 
-void Sweep::FindKinds(const UnitConverter& units) {
-  // So high that the well's other limits decide.
-  constexpr double kUnlimitedRate = 100000.0;
-  const double liquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate);
-  const double gasRate = units.ToSimulator(kUnlimitedRate, kGasRate);
-  const WellQueryStringResult types = client_.query_wells_as_strings(wells_, {words::kType});
-  WellLookup lookup(wells_);
-  const std::vector<size_t>& places = lookup.PlacesIn(types.wells);
-  ladders_.reserve(wells_.size());
-  for (const size_t place : places) {
-    if (place == WellLookup::kMissing || types.values[place].empty()) {
+void Sweep::EncodeQueries() {
+  if (kept_.wells == wells_ && kept_.items == items_) return;
+  kept_ = {};
+  kept_.wells = wells_;
+  kept_.items = items_;
+  kept_.ladders.resize(wells_.size());
+  client_.encode_well_query_as_strings(wells_, {words::kType}, kept_.typesQuery);
+  client_.encode_well_query(wells_, items_, kept_.query);
+}
+
+void Sweep::FindKinds() {
+  WellQueryStringResult& types = kept_.types;
+  client_.query_wells_as_strings(kept_.typesQuery, types);
+  const bool isKnown = types.sameWells && kept_.typeRows.size() == wells_.size();
+  if (!isKnown) kept_.typeRows = WellLookup(wells_).PlacesIn(types.wells);
+  bool areSame = true;
+  for (size_t well = 0; well < wells_.size(); ++well) {
+    const size_t row = kept_.typeRows[well];
+    if (row == WellLookup::kMissing || types.values[row].empty()) {
       throw std::runtime_error("Unexpected answer when querying the well status data.");
     }
-    const WellKind& kind = KindOf(types.values[place].front());
-    ladders_.push_back({&kind, liquidRate, gasRate});
+    const WellKind* kind = &KindOf(types.values[row].front());
+    areSame = areSame && kind == kept_.ladders[well].kind;
+    kept_.ladders[well].kind = kind;
+  }
+  if (!areSame) EncodeConstraints();
+}
+
+void Sweep::EncodeConstraints() {
+  std::vector<const Strings*> items;
+  items.reserve(wells_.size());
+  for (const Ladder& ladder : kept_.ladders) items.push_back(&ladder.kind->constraintItems);
+  client_.encode_user_constraints(wells_, items, kept_.constraints);
+}
+
+void Sweep::FindRecords() {
+  if (!TakeNames(records_, kept_.recordNames)) return;
+  kept_.wellOfRecord = WellsOf(kept_.recordNames, wells_);
+  kept_.reply = {};
+  kept_.replyRows.clear();
+  kept_.inOrder = false;
+}
+
+// From the second rung on the limits of the next don't depend on the answer, so they are found
+// while the simulator works on it.
+void Sweep::ReadRung(int rung) {
+  const bool isFirst = rung == 0;
+  const auto limitNext = [&] { LimitTo(ShareAfter(rung + 1, request_.skewness)); };
+  client_.set_constraints_for_wells(kept_.constraints);
+  client_.query_wells(kept_.query, kept_.reply, isFirst ? Meanwhile() : limitNext);
+  FindRows();
+  EvenRows<double>& values = kept_.rungs[static_cast<size_t>(rung)];
+  if (kept_.inOrder && kept_.reply.items == items_) {
+    std::swap(values, kept_.reply.values);
+  } else {
+    values = Rearranged();
+  }
+  if (!isFirst) return;
+  NoteBaseRates();
+  limitNext();
+}
+
+void Sweep::FindRows() {
+  if (kept_.reply.sameWells && kept_.replyRows.size() == records_.size()) return;
+  kept_.replyRows = WellLookup(kept_.recordNames).PlacesIn(kept_.reply.wells);
+  if (std::ranges::find(kept_.replyRows, WellLookup::kMissing) != kept_.replyRows.end()) {
+    FailInflow();
+  }
+  kept_.inOrder = true;
+  for (size_t i = 0; i < kept_.replyRows.size(); ++i) {
+    kept_.inOrder = kept_.inOrder && kept_.replyRows[i] == i;
   }
 }
 
-void Sweep::EncodeRequests() {
-  client_.encode_well_query(wells_, items_, workspace_.query);
-  std::vector<const Strings*> constraintItems;
-  constraintItems.reserve(ladders_.size());
-  for (const Ladder& ladder : ladders_) constraintItems.push_back(&ladder.kind->constraintItems);
-  client_.encode_user_constraints(wells_, constraintItems, workspace_.constraints);
-  for (size_t well = 0; well < ladders_.size(); ++well) LimitWell(well, 1.0);
-}
-
-void Sweep::ReadRung(Rung& rung) {
-  client_.query_wells(workspace_.query, workspace_.reply);
-  FindColumns(rung);
-  FindRows(rung);
-  std::swap(rung.values, workspace_.reply.values);
-}
-
-void Sweep::FindColumns(Rung& rung) {
-  const Strings& replied = workspace_.reply.items;
-  rung.columns.clear();
-  for (const std::string& item : items_) {
-    const auto found = std::find(replied.begin(), replied.end(), item);
-    if (found == replied.end()) FailInflow();
-    rung.columns.push_back(static_cast<size_t>(found - replied.begin()));
+/// The reply as it would be with its rows in the order of the records and its columns in that of
+/// the items.
+EvenRows<double> Sweep::Rearranged() const {
+  const std::vector<size_t> columns = ColumnsOf(items_, kept_.reply.items);
+  EvenRows<double> rows;
+  rows.Begin(columns.size());
+  for (const size_t place : kept_.replyRows) {
+    const std::span<const double> from = kept_.reply.values[place];
+    const std::span<double> row = rows.Append();
+    for (size_t i = 0; i < columns.size(); ++i) row[i] = from[columns[i]];
   }
+  return rows;
 }
 
-void Sweep::FindRows(Rung& rung) {
-  rung.rows = recordLookup_.PlacesIn(workspace_.reply.wells);
-  if (std::ranges::find(rung.rows, WellLookup::kMissing) != rung.rows.end()) FailInflow();
-}
-
-void Sweep::NoteBaseRates(const Rung& first) {
+void Sweep::NoteBaseRates() {
   for (size_t i = 0; i < records_.size(); ++i) {
-    if (wellOfRecord_[i] == WellLookup::kMissing) continue;
-    Ladder& ladder = ladders_[wellOfRecord_[i]];
-    const RungRow row = RowOf(first, i);
+    if (kept_.wellOfRecord[i] == WellLookup::kMissing) continue;
+    Ladder& ladder = kept_.ladders[kept_.wellOfRecord[i]];
+    const std::span<const double> row = kept_.rungs.front()[i];
     ladder.baseGasRate = row[ladder.kind->gasRate];
     ladder.baseLiquidRate = row[ladder.kind->waterRate];
     if (ladder.kind->isProducer) ladder.baseLiquidRate += row[kOilProduction];
@@ -240,34 +283,32 @@ void Sweep::NoteBaseRates(const Rung& first) {
 }
 
 void Sweep::LimitWell(size_t well, double fraction) {
-  const Ladder& ladder = ladders_[well];
+  const Ladder& ladder = kept_.ladders[well];
   size_t item = 0;
   if (ladder.kind->takesLiquid) {
-    workspace_.constraints.Set(well, item++, fraction * ladder.baseLiquidRate);
+    kept_.constraints.Set(well, item++, fraction * ladder.baseLiquidRate);
   }
   if (ladder.kind->takesGas) {
-    workspace_.constraints.Set(well, item, fraction * ladder.baseGasRate);
+    kept_.constraints.Set(well, item, fraction * ladder.baseGasRate);
   }
 }
 
 void Sweep::LimitTo(double fraction) {
-  for (const size_t well : wellOfRecord_) {
+  for (const size_t well : kept_.wellOfRecord) {
     if (well != WellLookup::kMissing) LimitWell(well, fraction);
   }
 }
 
 const WellKind& Sweep::KindOfRecord(size_t place) const {
-  const size_t well = wellOfRecord_[place];
-  return well == WellLookup::kMissing ? KindOf("") : *ladders_[well].kind;
+  const size_t well = kept_.wellOfRecord[place];
+  return well == WellLookup::kMissing ? KindOf("") : *kept_.ladders[well].kind;
 }
 
 void Sweep::FillRecord(size_t place) {
   ConnectorWellRecord& record = records_[place];
   const WellKind& kind = KindOfRecord(place);
   RungRows rows;
-  for (size_t rung = 0; rung < kSweepRungs; ++rung) {
-    rows[rung] = RowOf(workspace_.rungs[rung], place);
-  }
+  for (size_t rung = 0; rung < kSweepRungs; ++rung) rows[rung] = kept_.rungs[rung][place].data();
   AppendColumn(rows, kOilProduction, record.iprOilRate);
   AppendColumn(rows, kind.gasRate, record.iprGasRate);
   AppendColumn(rows, kind.waterRate, record.iprWaterRate);
@@ -277,16 +318,8 @@ void Sweep::FillRecord(size_t place) {
   AppendColumn(rows, kOilDensity, record.iprOilDensity);
   AppendColumn(rows, kGasDensity, record.iprGasDensity);
   AppendColumn(rows, kWaterDensity, record.iprWaterDensity);
-  if (request_.componentCount > 0) AppendCompositions(rows, record.iprComposition);
-}
-
-void Sweep::AppendCompositions(const RungRows& rows, RowTable<double>& compositions) const {
-  const size_t components = items_.size() - kFirstMoleFraction;
-  double* fraction = Grow(compositions.Flat(), kSweepRungs * components);
-  for (const RungRow& row : rows) {
-    for (size_t item = kFirstMoleFraction; item < items_.size(); ++item) *fraction++ = row[item];
-  }
-  compositions.EndRows(kSweepRungs, components);
+  if (request_.componentCount <= 0) return;
+  AppendCompositions(rows, items_.size() - kFirstMoleFraction, record.iprComposition);
 }
 
 }  // namespace

@@ -27,19 +27,36 @@ inline double ShareAfter(int rungs, double skewness) {
   return std::pow(static_cast<double>(kSweepRungs - rungs) / kSweepRungs, skewness);
 }
 
-/// The requests of a sweep, and its replies until the ladder is done. Whoever measures again and
-/// again holds one, so that its storage, which is large with many wells, is found once.
-struct InflowWorkspace {
-  struct Rung {
-    RowTable<double> values;
-    std::vector<size_t> rows;     ///< for each record, the place of its row in `values`
-    std::vector<size_t> columns;  ///< for each item asked for, its place in a row
-  };
+struct WellKind;
 
+/// One well on its way down the ladder.
+struct Ladder {
+  const WellKind* kind = nullptr;
+  double baseLiquidRate = 0.0;
+  double baseGasRate = 0.0;
+};
+
+/// The requests of a sweep, and its replies until the ladder is done. Whoever measures again and
+/// again holds one: its storage, which is large with many wells, is found once, and what the same
+/// wells need each time is encoded and looked up once.
+struct InflowWorkspace {
+  Strings wells;  ///< those of the requests
+  Strings items;
+  EncodedMessage typesQuery;
   EncodedMessage query;
   EncodedConstraints constraints;  ///< of the next rung
+  WellQueryStringResult types;
+  std::vector<size_t> typeRows;  ///< for each well, its row in `types`
+  std::vector<Ladder> ladders;   ///< for each well
+
+  Strings recordNames;
+  std::vector<size_t> wellOfRecord;  ///< for each record, its place among the wells, or none
   WellQueryResult reply;
-  std::array<Rung, kSweepRungs> rungs;
+  std::vector<size_t> replyRows;  ///< for each record, its row in `reply`
+  bool inOrder = false;           ///< `reply` has a row for each record, in their order
+
+  /// For each rung a row for each record, its elements in the order of the items.
+  std::array<EvenRows<double>, kSweepRungs> rungs;
 };
 
 /// What is to be done with a record once it has its points, while these are in the processor's

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -40,6 +41,9 @@ class EncodedConstraints {
   std::vector<size_t> values_;  ///< for each well, the place of its values in the message
 };
 
+/// What is done while the simulator works on its answer.
+using Meanwhile = std::function<void()>;
+
 /// What both client versions share: one TCP session with a running simulator, in the simulator's
 /// units. Every operation sends one message and blocks until the simulator has answered, without a
 /// time limit but for `connect`. All throw; after a failure the client is dropped.
@@ -59,8 +63,12 @@ class IntersectClientBase {
   /// The same for a caller that asks time and again: with a query that has been encoded once, into
   /// a result whose storage is used again.
   void encode_well_query(const Strings& wells, const Strings& items, EncodedMessage& query);
-  void query_wells(const EncodedMessage& query, WellQueryResult& result);
+  void query_wells(const EncodedMessage& query, WellQueryResult& result,
+                   const Meanwhile& meanwhile = {});
   WellQueryStringResult query_wells_as_strings(const Strings& wells, const Strings& items);
+  void encode_well_query_as_strings(const Strings& wells, const Strings& items,
+                                    EncodedMessage& query);
+  void query_wells_as_strings(const EncodedMessage& query, WellQueryStringResult& result);
   ReservoirQueryResult query_reservoir(const Strings& items);
   ReservoirQueryStringResult query_reservoir_as_strings(const Strings& items);
   WellConstraintsResult get_constraints_for_wells(const Strings& wells);
@@ -118,8 +126,8 @@ class IntersectClientBase {
   OutgoingMessage BeginQuery(std::string_view name);
   OutgoingMessage BeginWellQuery(std::string_view name, const Strings& wells, const Strings& items);
   /// The reply to a query of wells that has been sent.
-  template <class Result>
-  void ReadWells(Result& result);
+  template <class T>
+  void ReadWells(WellAnswer<T>& answer);
   template <class Result>
   Result QueryReservoir(std::string_view name, const Strings& items);
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <optional>
 #include <type_traits>
 
 #include "client/argument_check.h"
@@ -24,41 +26,60 @@ std::string ReadOneString(IncomingMessage& reply, std::string_view name) {
   return std::move(reply.ReadStrings(name, 1).front());
 }
 
-/// A row of "VALUES" of exactly `count` elements.
+/// How a well's row of the reply to a query of wells is expected to look. What differs takes the
+/// way of any entry, which tells what is wrong with it.
 template <class T>
-void AppendValues(IncomingMessage& reply, uint64_t count, RowTable<T>& table) {
-  const Header header = reply.ReadHeader();
-  if constexpr (std::is_same_v<T, double>) {
-    IncomingMessage::CheckHeader(header, "VALUES", count, HeaderType::DOUB);
-    reply.AppendDoubles(header, table.Flat());
-  } else {
-    IncomingMessage::CheckHeader(header, "VALUES", count, HeaderType::CSTR);
-    reply.AppendStrings(header, table.Flat());
-  }
-  table.EndRow();
-}
+class WellRowReader {
+ public:
+  WellRowReader(IncomingMessage& reply, uint64_t valueCount)
+      : reply_(reply),
+        valueCount_(valueCount),
+        name_("WELLNAME", 1, HeaderType::CSTR),
+        values_("VALUES", valueCount, kValues) {}
 
-/// A result with room for what a query of some wells is about to bring.
-template <class Result>
-Result RoomFor(const Strings& wells, const Strings& items) {
-  Result result;
-  result.wells.reserve(wells.size());
-  result.values.Reserve(wells.size(), wells.size() * items.size());
-  return result;
-}
-
-/// The wells of a reply, each with its row. Names that stood in the result are written over.
-template <class Result>
-void ReadWellRows(IncomingMessage& reply, Result& result) {
-  size_t count = 0;
-  for (Header header = reply.ReadHeader(); !IsEnd(header); header = reply.ReadHeader()) {
+  /// The name of the next well; none behind the last.
+  std::optional<std::string_view> NextName() {
+    if (reply_.SkipHeader(name_)) return reply_.ReadText();
+    const Header header = reply_.ReadHeader();
+    if (IsEnd(header)) return std::nullopt;
     IncomingMessage::CheckNameAndCount(header, "WELLNAME", 1);
-    const std::string_view name = reply.ReadText(header);
-    if (count == result.wells.size()) result.wells.emplace_back();
-    result.wells[count++].assign(name);
-    AppendValues(reply, result.items.size(), result.values);
+    return reply_.ReadText(header);
   }
-  result.wells.resize(count);
+
+  void ReadValues(EvenRows<T>& rows) {
+    if (!reply_.SkipHeader(values_)) {
+      IncomingMessage::CheckHeader(reply_.ReadHeader(), "VALUES", valueCount_, kValues);
+    }
+    reply_.ReadElements(rows.Append());
+  }
+
+ private:
+  static constexpr HeaderType kValues =
+      std::is_same_v<T, double> ? HeaderType::DOUB : HeaderType::CSTR;
+
+  IncomingMessage& reply_;
+  const uint64_t valueCount_;
+  const EncodedHeader name_;
+  const EncodedHeader values_;
+};
+
+/// The wells of a reply, each with its row, over those that stood in the answer.
+template <class T>
+void ReadWellRows(IncomingMessage& reply, WellAnswer<T>& answer) {
+  WellRowReader<T> rows(reply, answer.items.size());
+  size_t count = 0;
+  while (const std::optional<std::string_view> name = rows.NextName()) {
+    const bool isKnown = count < answer.wells.size() && answer.wells[count] == *name;
+    if (!isKnown) {
+      answer.wells.resize(std::max(answer.wells.size(), count + 1));
+      answer.wells[count].assign(*name);
+      answer.sameWells = false;
+    }
+    ++count;
+    rows.ReadValues(answer.values);
+  }
+  if (count != answer.wells.size()) answer.sameWells = false;
+  answer.wells.resize(count);
 }
 
 /// A row of "VALUES" of any length.
@@ -139,18 +160,21 @@ OutgoingMessage IntersectClientBase::BeginWellQuery(std::string_view name, const
       .AppendMarker("END");
 }
 
-template <class Result>
-void IntersectClientBase::ReadWells(Result& result) {
+template <class T>
+void IntersectClientBase::ReadWells(WellAnswer<T>& answer) {
   IncomingMessage reply = ReceiveReply();
-  result.items.clear();
-  result.values.Clear();
+  answer.sameWells = true;
+  answer.items.clear();
   const Header header = reply.ReadHeader();
   if (IsEnd(header)) {
-    result.wells.clear();
+    answer.sameWells = answer.wells.empty();
+    answer.wells.clear();
+    answer.values.Begin(0);
   } else {
     IncomingMessage::CheckNameAndCount(header, "QITEMS", header.count);
-    reply.AppendStrings(header, result.items);
-    ReadWellRows(reply, result);
+    reply.AppendStrings(header, answer.items);
+    answer.values.Begin(answer.items.size());
+    ReadWellRows(reply, answer);
   }
   FinishReply(reply);
 }
@@ -169,7 +193,7 @@ Result IntersectClientBase::QueryReservoir(std::string_view name, const Strings&
 
 WellQueryResult IntersectClientBase::query_wells(const Strings& wells, const Strings& items) {
   BeginWellQuery("QWELLS", wells, items).Send();
-  auto result = RoomFor<WellQueryResult>(wells, items);
+  WellQueryResult result;
   ReadWells(result);
   return result;
 }
@@ -179,7 +203,20 @@ void IntersectClientBase::encode_well_query(const Strings& wells, const Strings&
   BeginWellQuery("QWELLS", wells, items).KeepAs(query);
 }
 
-void IntersectClientBase::query_wells(const EncodedMessage& query, WellQueryResult& result) {
+void IntersectClientBase::query_wells(const EncodedMessage& query, WellQueryResult& result,
+                                      const Meanwhile& meanwhile) {
+  stream_.Send(query);
+  if (meanwhile) meanwhile();
+  ReadWells(result);
+}
+
+void IntersectClientBase::encode_well_query_as_strings(const Strings& wells, const Strings& items,
+                                                       EncodedMessage& query) {
+  BeginWellQuery("QWELLS_STR", wells, items).KeepAs(query);
+}
+
+void IntersectClientBase::query_wells_as_strings(const EncodedMessage& query,
+                                                 WellQueryStringResult& result) {
   stream_.Send(query);
   ReadWells(result);
 }
@@ -187,7 +224,7 @@ void IntersectClientBase::query_wells(const EncodedMessage& query, WellQueryResu
 WellQueryStringResult IntersectClientBase::query_wells_as_strings(const Strings& wells,
                                                                   const Strings& items) {
   BeginWellQuery("QWELLS_STR", wells, items).Send();
-  auto result = RoomFor<WellQueryStringResult>(wells, items);
+  WellQueryStringResult result;
   ReadWells(result);
   return result;
 }

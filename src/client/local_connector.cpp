@@ -93,7 +93,7 @@ void CExtConnectorLocalBase::GetWellStatus(std::vector<ConnectorWellStatus>& sta
 void CExtConnectorLocalBase::GetWellData(const Strings& wells,
                                          std::vector<ConnectorWellRecord>& records) {
   const size_t begin = records.size();
-  QueryWellData(Client(), wells, records);
+  QueryWellData(Client(), wells, wellDataWorkspace_, records);
   for (ConnectorWellRecord& record : std::span(records).subspan(begin)) {
     for (const WellDataField& field : kWellDataFields) {
       record.*field.field = unitConverter->FromSimulator(record.*field.field, field.code);

@@ -8,6 +8,7 @@
 
 #include "client/connector_base.h"
 #include "client/inflow_sweep.h"
+#include "client/simulator_wells.h"
 
 namespace gantry {
 
@@ -66,6 +67,7 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   uint32_t port_;
   platform::Bystanders bystanders_;
   IntersectClientBase* client_ = nullptr;
+  WellDataWorkspace wellDataWorkspace_;
   InflowWorkspace inflowWorkspace_;
   std::vector<Doubles> convertedValues_;  ///< of the last constraints; only for its storage
 };

@@ -42,8 +42,6 @@ std::string Describe(std::string_view name, uint64_t count, std::string_view typ
                           " vs expected: " + expected + ")");
 }
 
-[[noreturn]] void FailShort() { throw std::length_error("Not enough data read from network"); }
-
 void CheckType(const Header& header, HeaderType type) {
   if (header.type == type) return;
   throw std::invalid_argument("Incorrect header (received: " + std::string(TagOf(header.type)) +
@@ -87,6 +85,12 @@ void PutString(std::byte*& target, std::string_view value) {
 }
 
 }  // namespace
+
+EncodedHeader::EncodedHeader(std::string_view name, uint64_t count, HeaderType type)
+    : bytes_(SizeOfHeader(name)) {
+  std::byte* target = bytes_.data();
+  PutHeader(target, name, count, type);
+}
 
 OutgoingMessage MessageStream::CreateOutgoingMessage() {
   if (size_ != 0) {
@@ -225,34 +229,8 @@ void OutgoingMessage::KeepAs(EncodedMessage& message) {
   stream_->size_ = 0;
 }
 
-inline void IncomingMessage::Require(uint64_t length) const {
-  if (length > stream_->size_ - position_) FailShort();
-}
-
 inline void IncomingMessage::RequireElements(uint64_t count, uint64_t leastSize) const {
   if (count > (stream_->size_ - position_) / leastSize) FailShort();
-}
-
-inline std::string_view IncomingMessage::TakeView(uint64_t length) {
-  Require(length);
-  const auto* bytes = reinterpret_cast<const char*>(stream_->storage_.data());
-  position_ += length;
-  return {bytes + position_ - length, length};
-}
-
-template <class T>
-inline T IncomingMessage::TakeScalar() {
-  T value;
-  std::memcpy(&value, TakeView(sizeof value).data(), sizeof value);
-  return value;
-}
-
-inline std::string_view IncomingMessage::TakeText() { return TakeView(TakeScalar<uint64_t>()); }
-
-template <class T>
-inline void IncomingMessage::TakeElements(uint64_t count, T* target) {
-  if (count == 0) return;
-  std::memcpy(target, TakeView(count * sizeof(T)).data(), count * sizeof(T));
 }
 
 Header IncomingMessage::ReadHeader() {
@@ -266,6 +244,8 @@ Header IncomingMessage::ReadHeader() {
   header.type = TypeOf({bytes + sizeof header.count, wire::kTagSize});
   return header;
 }
+
+void IncomingMessage::FailShort() { throw std::length_error("Not enough data read from network"); }
 
 void IncomingMessage::FailHeader(const Header& received, const Header& expected) {
   FailIncorrect(received, Describe(expected.name, expected.count, TagOf(expected.type)));
@@ -306,12 +286,8 @@ std::string_view IncomingMessage::ReadText(const Header& header) {
   return TakeText();
 }
 
-void IncomingMessage::AppendDoubles(const Header& header, std::vector<double>& values) {
-  CheckType(header, HeaderType::DOUB);
-  RequireElements(header.count, sizeof(double));
-  const size_t begin = values.size();
-  values.resize(begin + header.count);
-  TakeElements(header.count, values.data() + begin);
+void IncomingMessage::ReadElements(std::span<std::string> values) {
+  for (std::string& value : values) value.assign(TakeText());
 }
 
 std::vector<int32_t> IncomingMessage::ReadInts(std::string_view name) {

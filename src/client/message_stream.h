@@ -24,6 +24,16 @@ struct Header {
   bool operator==(const Header&) const = default;
 };
 
+/// A header as it stands on the wire, to be held against what comes.
+class EncodedHeader {
+ public:
+  EncodedHeader(std::string_view name, uint64_t count, HeaderType type);
+  std::span<const std::byte> Bytes() const { return bytes_; }
+
+ private:
+  std::vector<std::byte> bytes_;
+};
+
 class EncodedMessage;
 class OutgoingMessage;
 class IncomingMessage;
@@ -117,6 +127,15 @@ class IncomingMessage {
   explicit IncomingMessage(MessageStream& stream) : stream_(&stream) {}
 
   Header ReadHeader();
+  /// Steps over this header where it is the next. Else nothing is read: the header may be another,
+  /// or none at all.
+  bool SkipHeader(const EncodedHeader& header) {
+    const std::span<const std::byte> bytes = header.Bytes();
+    if (bytes.size() > Rest().size()) return false;
+    if (std::memcmp(Rest().data(), bytes.data(), bytes.size()) != 0) return false;
+    position_ += bytes.size();
+    return true;
+  }
   static void CheckHeader(const Header& header, std::string_view name, uint64_t count,
                           HeaderType type) {
     if (header.name != name || header.count != count || header.type != type) {
@@ -143,28 +162,42 @@ class IncomingMessage {
   std::vector<int32_t> ReadInts(std::string_view name, uint64_t count);
   std::vector<double> ReadDoubles(std::string_view name, uint64_t count);
   std::vector<std::string> ReadStrings(std::string_view name, uint64_t count);
-  /// The array behind a header, appended to `values`: no allocation beyond the growth of that.
-  void AppendDoubles(const Header& header, std::vector<double>& values);
   void AppendStrings(const Header& header, std::vector<std::string>& values);
   /// The one string behind a header whose count is known to be 1, as a view into the message.
   std::string_view ReadText(const Header& header);
+  /// The same behind a header that is known whole, and as many elements as such a one tells.
+  std::string_view ReadText() { return TakeText(); }
+  void ReadElements(std::span<double> values) { TakeElements(values.size(), values.data()); }
+  void ReadElements(std::span<std::string> values);
 
   void ExpectMarker(std::string_view name);
   /// The message must have been read to its last byte; the stream is free for the next one.
   void EndOfMessage();
 
  private:
+  [[noreturn]] static void FailShort();
   [[noreturn]] static void FailHeader(const Header& received, const Header& expected);
   [[noreturn]] static void FailNameAndCount(const Header& received, std::string_view name,
                                             uint64_t count);
-  void Require(uint64_t length) const;
+  std::span<const std::byte> Rest() const { return stream_->Composed().subspan(position_); }
   void RequireElements(uint64_t count, uint64_t leastSize) const;
-  std::string_view TakeView(uint64_t length);
-  std::string_view TakeText();
+  std::string_view TakeView(uint64_t length) {
+    if (length > Rest().size()) FailShort();
+    position_ += length;
+    return {reinterpret_cast<const char*>(Rest().data()) - length, length};
+  }
   template <class T>
-  T TakeScalar();
+  T TakeScalar() {
+    T value;
+    std::memcpy(&value, TakeView(sizeof value).data(), sizeof value);
+    return value;
+  }
+  std::string_view TakeText() { return TakeView(TakeScalar<uint64_t>()); }
   template <class T>
-  void TakeElements(uint64_t count, T* target);
+  void TakeElements(uint64_t count, T* target) {
+    if (count == 0) return;
+    std::memcpy(target, TakeView(count * sizeof(T)).data(), count * sizeof(T));
+  }
   template <class T>
   std::vector<T> TakeArray(uint64_t count);
   Header ReadHeaderOf(std::string_view name, HeaderType type);

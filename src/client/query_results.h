@@ -28,10 +28,6 @@ class RowTable {
   void EndRows(size_t rows, size_t length) {
     for (size_t row = rows; row > 0; --row) ends_.push_back(flat_.size() - (row - 1) * length);
   }
-  void Reserve(size_t rows, size_t elements) {
-    ends_.reserve(rows);
-    flat_.reserve(elements);
-  }
   /// Drops the rows and keeps their storage.
   void Clear() {
     flat_.clear();
@@ -43,18 +39,45 @@ class RowTable {
   std::vector<size_t> ends_;
 };
 
-/// One row of values for each well, one element for each item, in the simulator's units.
-struct WellQueryResult {
-  Strings wells;
-  Strings items;
-  RowTable<double> values;
+/// Rows of one length. Rows to come are written over those that were dropped, so that a reply that
+/// comes time and again needs no storage of its own.
+template <class T>
+class EvenRows {
+ public:
+  size_t RowCount() const { return rows_; }
+  std::span<const T> operator[](size_t row) const {
+    return {flat_.data() + row * length_, length_};
+  }
+
+  /// Drops the rows; those to come are of this length.
+  void Begin(size_t length) {
+    length_ = length;
+    rows_ = 0;
+  }
+  /// The next row, in which anything may stand.
+  std::span<T> Append() {
+    const size_t begin = rows_++ * length_;
+    if (begin + length_ > flat_.size()) flat_.resize(begin + length_);
+    return {flat_.data() + begin, length_};
+  }
+
+ private:
+  std::vector<T> flat_;
+  size_t length_ = 0;
+  size_t rows_ = 0;
 };
 
-struct WellQueryStringResult {
+/// One row of values for each well, one element for each item, in the simulator's units.
+template <class T>
+struct WellAnswer {
   Strings wells;
   Strings items;
-  RowTable<std::string> values;
+  EvenRows<T> values;
+  /// The wells are those that stood here before the answer, in their order.
+  bool sameWells = false;
 };
+using WellQueryResult = WellAnswer<double>;
+using WellQueryStringResult = WellAnswer<std::string>;
 
 /// One row for each item.
 struct ReservoirQueryResult {

@@ -33,8 +33,32 @@ constexpr std::array<WellDataItem, 8> kWellData = {{
     {words::kTubingHeadPressure, &ConnectorWellRecord::tubingHeadPressure},
 }};
 
+Strings NamesOf(std::span<const WellDataItem> data) {
+  Strings names;
+  for (const WellDataItem& entry : data) names.emplace_back(entry.item);
+  return names;
+}
+
 void RequireSameItems(const Strings& asked, const Strings& replied, const char* failure) {
   if (asked != replied) throw std::runtime_error(failure);
+}
+
+void AskForData(IntersectClientBase& client, const Strings& wells, WellDataWorkspace& workspace) {
+  static const Strings items = NamesOf(kWellData);
+  static const Strings statusItems = {words::kStatus};
+  if (workspace.wells != wells) {
+    workspace.wells = wells;
+    client.encode_well_query(wells, items, workspace.dataQuery);
+    client.encode_well_query_as_strings(wells, statusItems, workspace.statusQuery);
+  }
+  client.query_wells(workspace.dataQuery, workspace.data);
+  RequireSameItems(items, workspace.data.items, kBadWellData);
+  client.query_wells_as_strings(workspace.statusQuery, workspace.statuses);
+  RequireSameItems(statusItems, workspace.statuses.items, kBadWellStatuses);
+  const bool isKnown = workspace.data.sameWells && workspace.statuses.sameWells &&
+                       workspace.statusRows.size() == workspace.data.wells.size();
+  if (isKnown) return;
+  workspace.statusRows = WellLookup(workspace.data.wells).PlacesIn(workspace.statuses.wells);
 }
 
 }  // namespace
@@ -52,25 +76,18 @@ std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client) 
   return statuses;
 }
 
-void QueryWellData(IntersectClientBase& client, const Strings& wells,
+void QueryWellData(IntersectClientBase& client, const Strings& wells, WellDataWorkspace& workspace,
                    std::vector<ConnectorWellRecord>& records) {
   if (wells.empty()) return;
-  Strings items;
-  for (const WellDataItem& entry : kWellData) items.emplace_back(entry.item);
-  const WellQueryResult data = client.query_wells(wells, items);
-  RequireSameItems(items, data.items, kBadWellData);
-  const Strings statusItems = {words::kStatus};
-  const WellQueryStringResult statuses = client.query_wells_as_strings(wells, statusItems);
-  RequireSameItems(statusItems, statuses.items, kBadWellStatuses);
-
-  WellLookup lookup(data.wells);
-  const std::vector<size_t>& places = lookup.PlacesIn(statuses.wells);
+  AskForData(client, wells, workspace);
+  const WellQueryResult& data = workspace.data;
   records.reserve(records.size() + data.wells.size());
   for (size_t i = 0; i < data.wells.size(); ++i) {
-    if (places[i] == WellLookup::kMissing) throw std::runtime_error(kBadStatusData);
+    const size_t statusRow = workspace.statusRows[i];
+    if (statusRow == WellLookup::kMissing) throw std::runtime_error(kBadStatusData);
     ConnectorWellRecord& record = records.emplace_back();
     record.name = data.wells[i];
-    record.status = statuses.values[places[i]].front();
+    record.status = workspace.statuses.values[statusRow].front();
     const std::span<const double> row = data.values[i];
     for (size_t item = 0; item < row.size(); ++item) record.*kWellData[item].field = row[item];
   }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "client/connector_records.h"
+#include "client/message_stream.h"
 #include "client/query_results.h"
 
 namespace gantry {
@@ -16,8 +17,19 @@ class IntersectClientBase;
 // simulator's units. Answers of the right form with the wrong content are runtime_errors.
 
 std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client);
+/// The requests for the wells' data and the replies. Whoever asks again and again holds one: the
+/// requests are encoded when other wells are asked for, and the replies keep their storage.
+struct WellDataWorkspace {
+  Strings wells;
+  EncodedMessage dataQuery;
+  EncodedMessage statusQuery;
+  WellQueryResult data;
+  WellQueryStringResult statuses;
+  std::vector<size_t> statusRows;  ///< for each well of `data`, its row in `statuses`
+};
+
 /// Appends one record for each well, without its inflow.
-void QueryWellData(IntersectClientBase& client, const Strings& wells,
+void QueryWellData(IntersectClientBase& client, const Strings& wells, WellDataWorkspace& workspace,
                    std::vector<ConnectorWellRecord>& records);
 /// One value for each item.
 Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,

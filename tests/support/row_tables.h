@@ -7,8 +7,8 @@
 namespace gantry::test {
 
 /// A table's rows as lists of their own, for a comparison.
-template <class T>
-std::vector<std::vector<T>> RowsOf(const RowTable<T>& table) {
+template <template <class> class Table, class T>
+auto RowsOf(const Table<T>& table) {
   std::vector<std::vector<T>> rows;
   for (size_t i = 0; i < table.RowCount(); ++i) rows.emplace_back(table[i].begin(), table[i].end());
   return rows;
