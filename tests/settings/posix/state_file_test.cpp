@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "settings/byte_stream.h"
+#include "settings/hex_file.h"
 #include "support/posix/full_disk.h"
 #include "support/test_folder.h"
 #include "wells/exported_variables.h"
@@ -15,103 +15,81 @@ namespace {
 
 namespace fs = std::filesystem;
 
-CExportedVariables SomeVariables() {
-  CExportedVariables variables;
-  auto& parent = variables.Add(std::make_unique<CExportedVariableWellParent>());
-  parent.WellName = "P1";
-  parent.Variables.Add(
-      std::make_unique<CExportedVariable>(WellVariable{"GAS", "GAS_RATE", "Gas", 60000, 1, 0}));
-  return variables;
-}
-
-/// The file of docs/case-data.md, with the inflow library's own part in the middle.
-std::string FileWith(const std::string& inflow) {
-  return Header() + Word(2) + inflow + Word(1) + Text("P1") + Word(1) + Word(60000) + Word(1) +
-         Text("GAS") + Text("GAS_RATE") + Text("Gas") + Word(0);
-}
-
-/// Acts as the inflow library: keeps some bytes at the file's current position.
-struct Inflow {
-  std::string state;
-  int calls = 0;
-
-  InflowStateTransfer Save() {
-    return [this](intptr_t file) {
-      ++calls;
-      EXPECT_EQ(::write(static_cast<int>(file), state.data(), state.size()),
-                static_cast<ssize_t>(state.size()));
-    };
-  }
-  /// Expects as many bytes as `state` has.
-  InflowStateTransfer Load() {
-    return [this](intptr_t file) {
-      ++calls;
-      EXPECT_GE(::read(static_cast<int>(file), state.data(), state.size()), 0);
-    };
-  }
-};
+constexpr size_t kBehindVersion = 12;  // where the inflow library's own part stands
+const std::string kWithoutInflow = BytesOf("state_file.hex", 2);
+const std::string kWithInflow = std::string(kWithoutInflow).insert(kBehindVersion, "inflow's own");
 
 class StateFile : public testing::Test {
  protected:
+  StateFile() {
+    auto& parent = variables_.Add(std::make_unique<CExportedVariableWellParent>());
+    parent.WellName = "P1";
+    parent.Variables.Add(
+        std::make_unique<CExportedVariable>(WellVariable{"GAS", "GAS_RATE", "Gas", 60000, 1, 0}));
+  }
   std::string Path() const { return (folder_ / "case.state").string(); }
+  void Save(const std::string& path, CExportedVariables& variables) {
+    const auto save = [this](intptr_t file) {
+      ++calls_;
+      EXPECT_GT(::write(static_cast<int>(file), "inflow's own", 12), 0);
+    };
+    WriteStateFile(path, save, variables);
+  }
+  /// With an inflow library that expects so many bytes of its own.
+  bool Load(const std::string& path, CExportedVariables& variables, size_t inflow = 0) {
+    const auto load = [this, inflow](intptr_t file) {
+      ++calls_;
+      state_.assign(inflow, ' ');
+      EXPECT_GE(::read(static_cast<int>(file), state_.data(), inflow), 0);
+    };
+    return ReadStateFile(path, load, variables);
+  }
   auto FilesInFolder() const {
     return std::ranges::count_if(fs::directory_iterator(folder_.Path()),
                                  [](const auto& entry) { return entry.is_regular_file(); });
   }
 
   TestFolder folder_;
-  CExportedVariables variables_ = SomeVariables();
-  Inflow inflow_{.state = "inflow's own"};
-  Inflow nothing_{.state = ""};
+  CExportedVariables variables_;
+  std::string state_;  ///< the inflow library's, as it was loaded
+  int calls_ = 0;      ///< of the inflow library
 };
 
 TEST_F(StateFile, SharesOnePositionWithTheInflowLibrary) {
-  WriteStateFile(Path(), inflow_.Save(), variables_);
-  EXPECT_EQ(TestFolder::Read(Path()), FileWith("inflow's own"));
-
-  Inflow other{.state = std::string(12, ' ')};
+  Save(Path(), variables_);
+  EXPECT_EQ(TestFolder::Read(Path()), kWithInflow);
   CExportedVariables read;
-  EXPECT_TRUE(ReadStateFile(Path(), other.Load(), read));
-  EXPECT_EQ(other.state, "inflow's own");
-  ASSERT_EQ(read.Size(), 1u);
-  WriteStateFile(Path(), inflow_.Save(), read);
-  EXPECT_EQ(TestFolder::Read(Path()), FileWith("inflow's own")) << "all of it has come";
+  EXPECT_TRUE(Load(Path(), read, 12));
+  EXPECT_EQ(state_, "inflow's own");
+  Save(Path(), read);
+  EXPECT_EQ(TestFolder::Read(Path()), kWithInflow) << "all of it has come";
 }
 
-TEST_F(StateFile, AFirstVersionGivesEveryVariableOneValue) {
-  std::string first = FileWith("");
-  first.replace(8, 4, Word(1));
-  folder_.Write("case.state", first.substr(0, first.size() - 4));
-  ReadStateFile(Path(), nothing_.Load(), variables_);
+TEST_F(StateFile, OfTheFirstVersionGivesEveryVariableOneValue) {
+  std::string first = BytesOf("state_file.hex", 1);
+  first[8] = 1;
+  EXPECT_TRUE(Load(folder_.Write("case.state", first).string(), variables_));
   ASSERT_EQ(variables_.Size(), 2u) << "what is read is appended";
   EXPECT_EQ(variables_[1].Variables[0].Kind, 1u);
 }
 
-TEST_F(StateFile, AMissingEmptyOrForeignFileReadsAsNothing) {
+TEST_F(StateFile, ReadsAsNothingWhereItIsNoneOrSpoilt) {
   fs::create_directory(folder_ / "folder");
   for (const std::string& path :
        {std::string(), (folder_ / "missing").string(), folder_.Write("empty", "").string(),
         folder_.Write("foreign", "not a state file").string(), (folder_ / "folder").string()}) {
-    ReadStateFile(path, nothing_.Load(), variables_);
-    EXPECT_EQ(variables_.Size(), 1u) << path;
-    EXPECT_EQ(nothing_.calls, 0) << path;
+    Load(path, variables_);
+    EXPECT_EQ(calls_, 0) << path;
   }
-}
-
-TEST_F(StateFile, ATruncatedOrCorruptFileAddsNoVariable) {
-  const std::string whole = FileWith("");
-  for (size_t length = 0; length < whole.size(); ++length) {
-    folder_.Write("case.state", whole.substr(0, length));
-    ReadStateFile(Path(), nothing_.Load(), variables_);
-    ASSERT_EQ(variables_.Size(), 1u) << length;
-  }
+  std::vector<std::string> spoilt;
+  for (size_t i = 1; i < kWithoutInflow.size(); ++i) spoilt.push_back(kWithoutInflow.substr(0, i));
   for (const size_t countAt : {12u, 16u, 22u}) {  // of wells, of a name's bytes, of variables
-    std::string corrupt = whole;
-    corrupt.replace(countAt, 4, Word(0x7FFFFFFF));
-    folder_.Write("case.state", corrupt);
-    EXPECT_FALSE(ReadStateFile(Path(), nothing_.Load(), variables_));
-    ASSERT_EQ(variables_.Size(), 1u) << countAt;
+    spoilt.push_back(std::string(kWithoutInflow).replace(countAt, 4, "\xff\xff\xff\x7f"));
   }
+  for (const std::string& bytes : spoilt) {
+    EXPECT_FALSE(Load(folder_.Write("case.state", bytes).string(), variables_));
+  }
+  EXPECT_EQ(variables_.Size(), 1u);
 }
 
 TEST_F(StateFile, IsReplacedWholeOrNotAtAll) {
@@ -120,12 +98,12 @@ TEST_F(StateFile, IsReplacedWholeOrNotAtAll) {
     const std::string path = folder_.Write(name, "old").string();
     {
       const FullDisk disk(30);
-      WriteStateFile(path, inflow_.Save(), variables_);
+      Save(path, variables_);
     }
     EXPECT_EQ(TestFolder::Read(path), "old");
     folder_.Write(name, std::string(1000, 'x'));
-    WriteStateFile(path, inflow_.Save(), variables_);
-    EXPECT_EQ(TestFolder::Read(path), FileWith("inflow's own"));
+    Save(path, variables_);
+    EXPECT_EQ(TestFolder::Read(path), kWithInflow);
   }
   EXPECT_EQ(FilesInFolder(), 2) << "and nothing is left beside it";
 }
@@ -135,9 +113,9 @@ TEST_F(StateFile, NoPlaceToWriteIsNoFailure) {
   for (const std::string& path :
        {std::string(), (folder_ / "nowhere/x").string(), (folder_ / "folder").string(),
         std::string("/dev/full"), std::string(5000, 'x')}) {
-    WriteStateFile(path, inflow_.Save(), variables_);
+    Save(path, variables_);
   }
-  EXPECT_EQ(inflow_.calls, 0);
+  EXPECT_EQ(calls_, 0);
   EXPECT_EQ(FilesInFolder(), 0);
   EXPECT_TRUE(fs::is_character_file("/dev/full"));
 }
