@@ -7,11 +7,11 @@
 #include <gtest/gtest.h>
 
 #include "platform/dynamic_library.h"
+#include "support/play.h"
 #include "support/test_folder.h"
 #include "ui/configure_dlg.h"
 #include "ui/export_variables_dlg.h"
 #include "ui/memory_window.h"
-#include "ui/play.h"
 #include "ui/stub_case.h"
 
 namespace gantry::test {
@@ -314,12 +314,14 @@ class DialogPlay : public ::testing::TestWithParam<Scene> {};
 
 TEST_P(DialogPlay, GoesAsItIsWritten) { DialogPlayer().Play(GetParam()); }
 
-INSTANTIATE_TEST_SUITE_P(CaseSettings, DialogPlay, ::testing::ValuesIn(ScenesOf("case_settings")),
+INSTANTIATE_TEST_SUITE_P(CaseSettings, DialogPlay,
+                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/case_settings.play")),
                          SceneName);
-INSTANTIATE_TEST_SUITE_P(Configure, DialogPlay, ::testing::ValuesIn(ScenesOf("configure")),
-                         SceneName);
+INSTANTIATE_TEST_SUITE_P(Configure, DialogPlay,
+                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/configure.play")), SceneName);
 INSTANTIATE_TEST_SUITE_P(ExportVariables, DialogPlay,
-                         ::testing::ValuesIn(ScenesOf("export_variables")), SceneName);
+                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/export_variables.play")),
+                         SceneName);
 
 }  // namespace
 }  // namespace gantry::test

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <map>
 
+#include "support/play.h"
 #include "support/test_folder.h"
 #include "ui/desk.h"
-#include "ui/play.h"
 
 namespace gantry::test {
 namespace {
@@ -290,7 +290,8 @@ class Toolkit : public ::testing::TestWithParam<Scene> {};
 
 TEST_P(Toolkit, GoesAsItIsWritten) { DeskPlayer().Play(GetParam()); }
 
-INSTANTIATE_TEST_SUITE_P(Plays, Toolkit, ::testing::ValuesIn(ScenesOf("toolkit")), SceneName);
+INSTANTIATE_TEST_SUITE_P(Plays, Toolkit,
+                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/toolkit.play")), SceneName);
 
 }  // namespace
 }  // namespace gantry::test

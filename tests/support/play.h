@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,8 @@ using Texts = std::vector<std::string>;
 Texts Split(const std::string& text, const std::string& separator);
 std::string Joined(const Texts& parts, const std::string& separator);
 
-/// A sentence of a *.play file and the lines below it: "> " before a command, and what comes of it.
+/// A sentence of a *.play or *.talk file, behind "== ", and the lines below it: "> " before a
+/// command, and what comes of it. What stands before the first sentence or behind "# " is a remark.
 struct Scene {
   std::string name;
   Texts commands;
@@ -22,14 +24,16 @@ void PrintTo(const Scene& scene, std::ostream* out);
 /// As the name of a test.
 std::string SceneName(const ::testing::TestParamInfo<Scene>& scene);
 
-std::vector<Scene> ScenesOf(const std::string& file);
+/// Of one file, or of all in a folder.
+std::vector<Scene> ScenesOf(const std::filesystem::path& place);
 
 /// Goes by the commands of a scene and tells line by line what comes of them.
 class Player {
  public:
   virtual ~Player() = default;
 
-  /// Fails the test where it goes otherwise than it is written.
+  /// Fails the test where it goes otherwise than it is written; "{...}" at the end of a line that
+  /// is expected is any text.
   void Play(const Scene& scene);
 
  protected:
