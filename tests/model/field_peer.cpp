@@ -48,9 +48,11 @@ FieldPeer::FieldPeer() {
 std::vector<Entries> FieldPeer::Hear(const Entries& message) {
   const bool isWrapped = message[0].name == "QUERY" || message[0].name == "SET";
   const std::string& name = message[isWrapped ? 1 : 0].name;
-  if (onMessage) onMessage(name);
+  Heed heed;
+  Change([&] { heed = heed_; });
+  if (heed) heed(name);
   const std::lock_guard guard(lock_);
-  if (name == cutAt_) return {};
+  if (name == cutAt) return {};
   Note(name, message);
   eosProperties = {{"Molecular weight", Numbers(components.size(), 16.0)}};
   return AnswerOnWire(*this, message);
@@ -76,14 +78,9 @@ Texts FieldPeer::TakeOrders() {
   return std::exchange(orders_, {});
 }
 
-void FieldPeer::ChangeWells(const std::function<void(std::vector<SimulatedWell>&)>& change) {
+void FieldPeer::Change(const std::function<void()>& change) {
   const std::lock_guard guard(lock_);
-  change(wells);
-}
-
-void FieldPeer::CutAt(const std::string& message) {
-  const std::lock_guard guard(lock_);
-  cutAt_ = message;
+  change();
 }
 
 }  // namespace gantry::test

@@ -30,14 +30,18 @@ class FieldPeer : public SimulatedField {
   /// What the peer was told to do since the last call, one line each: run controls and setters, but
   /// not those of an inflow sweep.
   Texts TakeOrders();
-  /// Wells may be changed between two messages.
-  void ChangeWells(const std::function<void(std::vector<SimulatedWell>&)>& change);
-  /// From now on the connection is cut when a message of this name comes; empty: no longer.
-  void CutAt(const std::string& message);
+  /// The field may be changed between two messages.
+  void Change(const std::function<void()>& change);
+  /// Whoever is to be told the name of each message before it is answered, on the peer's own
+  /// thread.
+  using Heed = std::function<void(const std::string& message)>;
+  void HeedEach(Heed heed) {
+    Change([&] { heed_ = std::move(heed); });
+  }
+
+  std::string cutAt;  ///< the message at which the connection is cut; empty: none
 
   std::map<std::string, double> variables;  ///< further items of every well
-  /// Called with the name of each message before it is answered, on the peer's own thread.
-  std::function<void(const std::string& message)> onMessage;
 
  private:
   std::vector<Entries> Hear(const Entries& message);
@@ -45,7 +49,7 @@ class FieldPeer : public SimulatedField {
 
   std::mutex lock_;
   Texts orders_;
-  std::string cutAt_;
+  Heed heed_;
   int sweepRungs_ = 0;
   platform::IgnoredBystanders counted_;  ///< it listens before the simulator's process is started
   ScriptedPeer peer_;

@@ -1,17 +1,12 @@
-// Talks of a host with a model as they are written down in talks/*.talk: "# NAME" begins one, "> "
-// is what the host does, by a verb of the table below, and the "< " behind it are what comes of it,
-// which for a command that succeeds is nothing. "..." at a line's end is any text, {case} the
-// case's folder, {folder} the one around it, and {/} the system's separator.
+// What a host does with a model, and what comes of it: the talks in talks/*.talk, of which
+// docs/testing.md tells. {case} is the case's folder there, {folder} the one around it, {held} the
+// program that stands for a simulator's, and {/} the system's separator.
+
+#include "model/talk.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <fstream>
-
-#include "client/unit_converter.h"
-#include "model/ext_model.h"
-#include "model/model_fixture.h"
-#include "model/talk_words.h"
-#include "platform/files.h"
+#include <future>
+#include <thread>
 
 namespace gantry::test {
 namespace {
@@ -26,373 +21,304 @@ SimulatedWell WellOf(std::string text) {
   return well;
 }
 
+}  // namespace
+
 /// What is changed of the simulated field.
-const std::map<std::string, void (*)(FieldPeer&, Words&)> kFieldVerbs = {
+const std::map<std::string, HostTalk::Verb> HostTalk::kFieldVerbs = {
     {"field",
-     [](FieldPeer& f, Words& w) {
-       f.wells.clear();
-       for (const std::string& well : w.All<std::string>()) f.wells.push_back(WellOf(well));
+     [](HostTalk& t, Words& w) {
+       t.peer.wells.clear();
+       for (const std::string& well : w.All()) t.peer.wells.push_back(WellOf(well));
      }},
-    {"fluid-of-field", [](FieldPeer& f, Words& w) { f.components = w.All<std::string>(); }},
-    {"interaction", [](FieldPeer& f, Words& w) { f.binaryInteraction = w.All<double>(); }},
-    {"date-of-field", [](FieldPeer& f, Words& w) { f.date = w.All<int32_t>(); }},
-    {"start-of-field", [](FieldPeer& f, Words& w) { f.startDate = w.All<int32_t>(); }},
-    {"days-of-field", [](FieldPeer& f, Words& w) { f.days = w.Next(0.0); }},
-    {"end-of-field", [](FieldPeer& f, Words& w) { f.endOfRun = w.Next(0.0); }},
+    {"fluid-of-field", [](HostTalk& t, Words& w) { t.peer.components = w.All(); }},
+    {"interaction", [](HostTalk& t, Words& w) { t.peer.binaryInteraction = w.All<double>(); }},
+    {"date-of-field", [](HostTalk& t, Words& w) { t.peer.date = w.All<int32_t>(); }},
+    {"start-of-field", [](HostTalk& t, Words& w) { t.peer.startDate = w.All<int32_t>(); }},
+    {"days-of-field", [](HostTalk& t, Words& w) { t.peer.days = w.Next(0.0); }},
+    {"end-of-field", [](HostTalk& t, Words& w) { t.peer.endOfRun = w.Next(0.0); }},
     {"item",
-     [](FieldPeer& f, Words& w) {
-       double& value = f.variables[w.Next()];
+     [](HostTalk& t, Words& w) {
+       double& value = t.peer.variables[w.Next()];
        value = w.Next(0.0);
      }},
-    {"metric", [](FieldPeer& f, Words&) { f.isMetric = true; }},
-    {"tell-of-all-wells", [](FieldPeer& f, Words&) { f.tellsOfAllWells = true; }},
-};
+    {"metric", [](HostTalk& t, Words&) { t.peer.isMetric = true; }},
+    {"tell-of-all-wells", [](HostTalk& t, Words&) { t.peer.tellsOfAllWells = true; }},
+    {"cut-at", [](HostTalk& t, Words& w) { t.peer.cutAt = w.Next(); }}};
 
-class Talk : public ModelTest, public testing::WithParamInterface<std::string> {
- protected:
-  using Verb = void (*)(Talk& talk, Words& words);
-  static const std::map<std::string, Verb> kVerbs;
-
-  Talk() { std::memset(inflow.get(), 0x7e, sizeof *inflow); }
-
-  void Play(const Texts& lines) {
-    for (auto line = lines.begin(); line != lines.end();) {
-      Words words(Filled(line->substr(2)));
-      const std::string act = *line++;
-      Texts expected;
-      while (line != lines.end() && line->starts_with("< ")) {
-        expected.push_back(Filled((line++)->substr(2)));
-      }
-      heard_.clear();
-      Act(words.Next(), words);
-      for (size_t i = 0; i < std::min(heard_.size(), expected.size()); ++i) {
-        const size_t cut = expected[i].size() - std::min<size_t>(expected[i].size(), 3);
-        if (expected[i].ends_with("...")) heard_[i].replace(cut, std::string::npos, "...");
-      }
-      EXPECT_EQ(heard_, expected) << act;
-    }
-  }
-
-  void Act(const std::string& verb, Words& words) {
-    if (kVerbs.contains(verb)) return kVerbs.at(verb)(*this, words);
-    peer.ChangeWells([&](auto&) { kFieldVerbs.at(verb)(peer, words); });
-  }
-
-  std::string Filled(std::string text) const {
-    const std::pair<std::string, std::string> places[] = {{"{case}", Case().string()},
-                                                          {"{folder}", folder.Path().string()},
-                                                          {"{held}", HELD_SIMULATOR},
-                                                          {"{/}", {platform::kPathSeparator}}};
-    for (const auto& [place, filling] : places) {
-      for (size_t at; (at = text.find(place)) != std::string::npos;) {
-        text.replace(at, place.size(), filling);
-      }
-    }
-    return text;
-  }
-
-  void Hear(const std::string& line) { heard_.push_back(line); }
-  /// What went wrong, if it did; true where nothing has.
-  bool Tell(int32_t result) {
-    if (result != 0) Hear(Outcome(result));
-    return result == 0;
-  }
-
-  Texts Wells() {
-    Texts names;
-    EnumSourcesRow row = {};
-    row.index = -1;
-    while (Command(EXT_ENUM_SOURCES, &row) == 0) names.push_back(row.name);
-    return names;
-  }
-
-  void HearPublished() {
-    PublishedVariableRow row = {};
-    row.handle = -1;
-    while (Command(EXT_ENUM_PUBLISHED_VARIABLES, &row) == 0) {
-      EXPECT_EQ(row.fullName, std::string(row.wellName) + ":" + row.shortName);
-      Hear(Line(row.fullName, row.isWriteable == 0 ? "read-only" : "writeable", row.code));
-    }
-  }
-
-  /// Publishes a variable of a well, as the export dialog does.
-  void Publish(const std::string& well, uint32_t kind, bool isWriteable, const std::string& label) {
-    CExportedVariables& variables = static_cast<CExtModel*>(model)->ExportedVariables();
-    CExportedVariableWellParent* parent = variables.FindWellParent(well);
-    if (parent == nullptr) {
-      parent = &variables.Add(std::make_unique<CExportedVariableWellParent>());
-      parent->WellName = well;
-    }
-    auto& variable = parent->Variables.Add(std::make_unique<CExportedVariable>());
-    variable.Key = "OIL_PRODUCTION_RATE";
-    variable.SimulatorItem = isWriteable ? variable.Key : "";
-    variable.Label = label;
-    variable.Code = 30801;
-    variable.UnitFamily = kLiquidRate;
-    variable.Kind = kind;
-  }
-
-  /// Writes the text into an element, or reads it where there is none.
-  void Evaluate(int32_t handle, const std::string& text) {
-    std::vector<char> space(sizeof(EvalPublishedRequest) + text.size());
-    auto& request = *new (space.data()) EvalPublishedRequest;
-    request.handle = handle;
-    request.isWrite = text.empty() ? 0 : 1;
-    request.value[0] = '?';
-    text.copy(space.data() + offsetof(EvalPublishedRequest, value), text.size());
-    const int32_t result = Command(EXT_EVAL_PUBLISHED_VARIABLES, &request);
-    if (Tell(result) && text.empty()) Hear(request.value);
-  }
-
-  void HearFluid() {
-    auto fluid = std::make_unique<FluidModelRecord>();
-    std::memset(fluid.get(), 0x55, sizeof *fluid);
-    if (Command(EXT_GET_FLUID_MODEL, fluid.get()) != 0) return Hear("none");
-    const auto& bic = fluid->binaryInteraction;
-    Hear(Line(fluid->componentCount, "components, mask", fluid->mask, "equation",
-              fluid->equationOfState, std::string(fluid->names[2], 17)));
-    Hear(Line("weights", fluid->molecularWeight[3], fluid->molecularWeight[4], "interaction",
-              bic[1][0], bic[2][0], bic[2][1], bic[3][0], bic[3][1], bic[0][1], bic[1][1]));
-    EXPECT_EQ(Line(fluid->reserved0, fluid->reserved2[99]), "1431655765 U")
-        << "the host's own bytes stay";
-  }
-
-  Texts heard_;
-  std::unique_ptr<_tGetSetData> point_ = std::make_unique<_tGetSetData>();  ///< what is set
-  std::unique_ptr<CaseDataRecord> record_ = std::make_unique<CaseDataRecord>();
-};
-
-const std::map<std::string, Talk::Verb> Talk::kVerbs = {
-    // The peer.
-    {"cut-at", [](Talk& t, Words& w) { t.peer.CutAt(w.Next()); }},
-    {"orders", [](Talk& t, Words&) { t.heard_ = t.peer.TakeOrders(); }},
-    {"forget-orders", [](Talk& t, Words&) { t.peer.TakeOrders(); }},
+const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
+    {"orders", [](HostTalk& t, Words&) { t.TellAll(t.peer.TakeOrders()); }},
+    {"forget-orders", [](HostTalk& t, Words&) { t.peer.TakeOrders(); }},
     {"end-process",
-     [](Talk& t, Words&) {
+     [](HostTalk& t, Words&) {
        std::filesystem::remove(t.Case() / "hold");
        while (t.Get("IsRunning") == "1") std::this_thread::yield();
        t.folder.Write("case/hold", "");
      }},
     // The machine's settings.
-    {"simulator", [](Talk& t, Words& w) { t.app.Config.SimExecutable = w.Rest(); }},
-    {"mpi", [](Talk& t, Words& w) { t.app.Config.MPIExecutable = w.Rest(); }},
-    {"options", [](Talk& t, Words& w) { t.app.Config.CmdLine = w.Rest(); }},
+    {"simulator", [](HostTalk& t, Words& w) { t.app.Config.SimExecutable = w.Rest(); }},
+    {"mpi", [](HostTalk& t, Words& w) { t.app.Config.MPIExecutable = w.Rest(); }},
+    {"options", [](HostTalk& t, Words& w) { t.app.Config.CmdLine = w.Rest(); }},
     // The case.
-    {"file", [](Talk& t, Words& w) { t.folder.Write(w.Rest(), ""); }},
-    {"name", [](Talk& t, Words&) { t.NameCase(); }},
+    {"file",  // NAME [CONTENT]
+     [](HostTalk& t, Words& w) {
+       const std::string name = w.Next();
+       t.folder.Write(name, w.Rest());
+     }},
+    {"name", [](HostTalk& t, Words&) {
+       t.Do("set", std::string("CaseDetails.SimExeName ") + HELD_SIMULATOR);
+       t.Do("set", "CaseDetails.FileName " + (t.Case() / "FIELD.afi").string());
+     }},
     {"dataset",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        SetDataFileRecord file = {};
        w.Rest().copy(file.path, sizeof file.path - 1);
-       t.Tell(t.Command(EXT_SET_DATA_FILE, &file));
+       t.Hear(t.Command(EXT_SET_DATA_FILE, &file));
      }},
-    {"dataset-folder",
-     [](Talk& t, Words& w) { t.Tell(t.Command(EXT_SET_DATA_FOLDER, w.Rest().data())); }},
     {"datasets",  // [INDEX]
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        auto row = std::make_unique<EnumDataFilesRow>();
        row->index = w.Next(0);
-       if (t.Tell(t.Command(EXT_ENUM_DATA_FILES, row.get()))) t.Hear(Line(row->path, int{row->isLocal}, row->options, row->label));
+       if (t.Hear(t.Command(EXT_ENUM_DATA_FILES, row.get()))) t.Tell(Line(row->path, int{row->isLocal}, row->options, row->label));
      }},
     {"save",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        const auto capacity = w.Next<uint32_t>(EXT_CASE_DATA_CAPACITY);
-       t.Tell(t.Command(EXT_SAVE_CASE_DATA, t.record_->block, capacity));
+       t.Hear(t.Command(EXT_SAVE_CASE_DATA, t.record->block, capacity));
      }},
-    {"version-of-block", [](Talk& t, Words& w) { t.record_->block[8] = char(w.Next(0)); }},
+    {"version-of-block", [](HostTalk& t, Words& w) { t.record->block[8] = char(w.Next(0)); }},
     {"load",  // [LENGTH [KEEPS-PATH CASE-PATH]]
-     [](Talk& t, Words& w) {
-       t.record_->length = w.Next<uint32_t>(EXT_CASE_DATA_CAPACITY);
-       t.record_->keepDatasetPath = static_cast<uint8_t>(w.Next(0));
+     [](HostTalk& t, Words& w) {
+       t.record->length = w.Next<uint32_t>(EXT_CASE_DATA_CAPACITY);
+       t.record->keepDatasetPath = static_cast<uint8_t>(w.Next(0));
        const std::string path = w.Rest();
-       t.record_->casePath = path.c_str();
-       t.Tell(t.Command(EXT_LOAD_CASE_DATA, t.record_.get()));
+       t.record->casePath = path.c_str();
+       t.Hear(t.Command(EXT_LOAD_CASE_DATA, t.record.get()));
      }},
     {"reopen",
-     [](Talk& t, Words&) {
+     [](HostTalk& t, Words&) {
        ExtDestroyInstance(t.model, &t.err);
        ExtCreateInstance(&t.model, &t.err);
      }},
     // Text paths and commands.
     {"set",
-     [](Talk& t, Words& w) {
-       const std::string path = w.Next();
-       t.Tell(t.Set(path, w.Rest()));
+     [](HostTalk& t, Words& w) {
+       const std::string path = "Intersect." + w.Next(), value = w.Rest();
+       SetPropertyRequest request = {};
+       request.path = path.c_str();
+       request.value = value.c_str();
+       t.Hear(t.Command(EXT_SET_PROPERTY, &request));
      }},
     {"get",
-     [](Talk& t, Words& w) {
-       for (const std::string& path : w.All<std::string>()) {
+     [](HostTalk& t, Words& w) {
+       for (const std::string& path : w.All()) {
          const std::string value = t.Get(path);
-         t.Hear(t.Error().empty() ? value : t.Error());
+         t.Tell(*t.err.text == '\0' ? value : t.err.text);
        }
      }},
     {"ask",  // a path with its first word
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        const std::string path = w.Rest();
        GetPropertyRequest request = {};
        request.path = path.c_str();
        const int32_t result = t.Command(EXT_GET_PROPERTY, &request);
-       t.Hear(result == 0 ? request.value : t.Outcome(result));
+       t.Tell(result == 0 ? request.value : t.Outcome(result));
      }},
     {"commands",  // NUMBER..., each without a record
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        for (const uint32_t number : w.All<uint32_t>()) {
          const int32_t result = t.Command(number);
-         t.Hear(t.Error().empty() ? std::to_string(result) : t.Error());
+         t.Tell(*t.err.text == '\0' ? std::to_string(result) : t.err.text);
        }
      }},
-    {"do", [](Talk& t, Words& w) { t.Tell(t.Do(w.Rest())); }},
     {"description",
-     [](Talk& t, Words&) {
+     [](HostTalk& t, Words&) {
        char text[600];
-       t.Tell(t.Command(EXT_GET_DESCRIPTION, text, sizeof text));
+       t.Hear(t.Command(EXT_GET_DESCRIPTION, text, sizeof text));
        std::ranges::replace(text, '\n', '|');
-       t.Hear(text);
+       t.Tell(text);
      }},
     // A run.
-    {"listen", [](Talk& t, Words&) { t.peer.Start(); }},
-    {"begin", [](Talk& t, Words&) { t.StartSimulator(); }},
-    {"begin-run", [](Talk& t, Words& w) { t.BeginRun(w.All<int32_t>()); }},
-    {"start", [](Talk& t, Words&) { t.Tell(t.Command(EXT_START_SIMULATOR)); }},
-    {"close", [](Talk& t, Words&) { t.Tell(t.Command(EXT_CLOSE_SIMULATOR)); }},
+    {"listen", [](HostTalk& t, Words&) { t.peer.Start(); }},
+    {"begin",
+     [](HostTalk& t, Words&) {
+       for (const char* verb : {"name", "listen", "start", "forget-orders"}) t.Do(verb, "");
+     }},
+    {"begin-run",
+     [](HostTalk& t, Words& w) {
+       t.Do("begin", "");
+       t.Do("run", w.Rest());
+       t.Do("forget-orders", "");
+     }},
     {"arguments",
-     [](Talk& t, Words&) {
+     [](HostTalk& t, Words&) {
        std::string text;  // which may be there before anybody else is let in
        while (text.empty()) text = TestFolder::Read(t.Case() / "started.txt");
        std::filesystem::remove(t.Case() / "started.txt");
        const std::string port = ":" + std::to_string(t.peer.Port()) + "\n";
        text.replace(text.find(port), port.size(), ":PORT\n");
        std::ranges::replace(text, '\n', '|');
-       t.Hear(text);
+       t.Tell(text);
      }},
-    {"run", [](Talk& t, Words& w) { t.Tell(t.StartRun(w.All<int32_t>())); }},
+    {"run", [](HostTalk& t, Words& w) { t.Hear(t.StartRun(0.0, w.All<int32_t>())); }},
     {"run-from",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        const double date = w.Next(0.0);
-       t.Tell(t.StartRun(w.All<int32_t>(), date));
+       t.Hear(t.StartRun(date, w.All<int32_t>()));
      }},
-    {"told", [](Talk& t, Words&) { t.heard_ = Told(); }},
-    {"wells", [](Talk& t, Words&) { t.heard_ = t.Wells(); }},
+    {"told", [](HostTalk& t, Words&) { t.TellAll(Told()); }},
+    {"wells", [](HostTalk& t, Words&) { t.TellAll(t.Wells()); }},
     {"well-behind",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        EnumSourcesRow row = {};
        row.index = w.Next(0);
-       if (t.Tell(t.Command(EXT_ENUM_SOURCES, &row, w.Next(0u)))) t.Hear(Line(row.index, row.kind, row.one1, row.one2, row.kindAgain, row.zero, row.one3,
+       if (t.Hear(t.Command(EXT_ENUM_SOURCES, &row, w.Next(0u)))) t.Tell(Line(row.index, row.kind, row.one1, row.one2, row.kindAgain, row.zero, row.one3,
                    row.sourceWord));
      }},
     {"connect",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        SetConnectionRequest request = {.reserved = 0, .well = w.Next(0), .connected = 1};
-       t.Tell(t.Command(EXT_SET_CONNECTION, &request));
+       t.Hear(t.Command(EXT_SET_CONNECTION, &request));
      }},
     {"connected",
-     [](Talk& t, Words&) {
+     [](HostTalk& t, Words&) {
        for (const std::string& name : t.Wells()) {
-         if (t.Get("StaticWell[{" + name + "}].Connected") == "1") t.Hear(name);
+         if (t.Get("StaticWell[{" + name + "}].Connected") == "1") t.Tell(name);
        }
      }},
     {"date",
-     [](Talk& t, Words&) {
+     [](HostTalk& t, Words&) {
        DateRecord date = {};
-       if (t.Tell(t.Command(EXT_GET_SIMULATION_DATE, &date))) t.Hear(Line(date.flags, date.day, date.month, date.year, date.number));
+       if (t.Hear(t.Command(EXT_GET_SIMULATION_DATE, &date))) t.Tell(Line(date.flags, date.day, date.month, date.year, date.number));
      }},
-    {"fluid", [](Talk& t, Words&) { t.HearFluid(); }},
-    {"step", [](Talk& t, Words& w) { t.Tell(t.StepBy(std::stod(w.Next()))); }},
+    {"fluid", [](HostTalk& t, Words&) { t.TellFluid(); }},
+    {"step", [](HostTalk& t, Words& w) {
+       TimestepRecord record = {};
+       record.stepDays = std::stod(w.Next());
+       t.Hear(t.Command(EXT_TIMESTEP, &record));
+     }},
+    {"meanwhile",  // PATH..., asked while another thread is in a step of five days
+     [](HostTalk& t, Words& w) {
+       std::promise<void> stepping, answered;
+       t.peer.HeedEach([&](const std::string& message) {
+         if (message != "CONTINUE_UNTIL") return;
+         stepping.set_value();
+         answered.get_future().wait();
+       });
+       auto result = std::async(std::launch::async, [&] {
+         TimestepRecord record = {};
+         record.stepDays = 5.0;
+         ExtErrorBlock own = {};
+         return ExtCmd(t.model, nullptr, EXT_TIMESTEP, &record, 0, &own);
+       });
+       stepping.get_future().wait();
+       kVerbs.at("get")(t, w);
+       answered.set_value();
+       t.Hear(result.get());
+       t.peer.HeedEach({});
+     }},
+    {"run-and-stop",  // DATE: up to it, while another thread stops the run
+     [](HostTalk& t, Words& w) {
+       std::jthread stopper;
+       t.peer.HeedEach([&](const std::string& message) {
+         if (message != "CONTINUE_UNTIL" || stopper.joinable()) return;
+         stopper = std::jthread([&t] {
+           ExtErrorBlock own = {};
+           EXPECT_EQ(ExtCmd(t.model, nullptr, EXT_CLOSE_SIMULATOR, nullptr, 0, &own), 0);
+         });
+       });
+       const double date = w.Next(0.0);
+       t.Hear(t.StartRun(date, {}));
+       EXPECT_LT(std::stod(t.Get("CurrentElapsedDays")), date) << "the stop came to nothing";
+       t.peer.HeedEach({});  // whatever the peer's thread has done is seen from here on
+     }},
     {"simulator-days",
-     [](Talk& t, Words&) { t.Hear(Line(static_cast<CExtModel*>(t.model)->SimulatorDays())); }},
-    {"read", [](Talk& t, Words&) { t.Tell(t.Command(EXT_SET_TIMESTEP_DATA)); }},
-    {"apply", [](Talk& t, Words&) { t.Tell(t.Command(EXT_APPLY_OPERATING_POINTS)); }},
+     [](HostTalk& t, Words&) { t.Tell(Line(t.Model().SimulatorDays())); }},
     {"inflow",  // WELL PART...
-     [](Talk& t, Words& w) {
-       t.Tell(t.ReadInflow(w.Next(0), *t.inflow));
-       for (const std::string& part : w.All<std::string>()) t.Hear(Part(*t.inflow, part));
+     [](HostTalk& t, Words& w) {
+       t.inflow->well = w.Next(0);
+       t.Hear(t.Command(EXT_GET_IPR, t.inflow.get()));
+       for (const std::string& part : w.All()) t.TellPart(part);
      }},
-    {"operate",  // WELL OIL WATER GAS [PRESSURE [DOWN]]
-     [](Talk& t, Words& w) {
-       *t.point_ = {};
-       t.point_->well = w.Next(0);
-       t.point_->oilRate[0] = w.Next(0.0);
-       t.point_->waterRate[0] = w.Next(0.0);
-       t.point_->gasRate[0] = w.Next(0.0);
-       t.point_->pressure[0] = w.Next(1000.0);
-       t.point_->downFraction = w.Next(0.0);
-       t.Tell(t.Command(EXT_SET_OP_PT, t.point_.get()));
+    {"operate",  // WELL NAME VALUE..., at 1000 psig unless it says otherwise
+     [](HostTalk& t, Words& w) {
+       auto point = std::make_unique<_tGetSetData>();
+       point->well = w.Next(0);
+       point->pressure[0] = 1000.0;
+       const std::map<std::string, double*> places = {
+           {"oil", point->oilRate},          {"water", point->waterRate},
+           {"gas", point->gasRate},          {"pressure", point->pressure},
+           {"down", &point->downFraction},   {"value", point->pointValue},
+           {"passed", point->passThrough+2}, {"gravity", &point->oilGravity}};
+       for (std::string name; !(name = w.Next()).empty();) {
+         if (places.contains(name)) *places.at(name) = w.Next(0.0);
+         if (name == "shut") point->isShut = 1;
+         if (name == "shut") point->shutInCode = w.Next(0);
+         if (name != "fractions") continue;
+         const auto fractions = w.All<double>();
+         point->fluid.componentCount = static_cast<int32_t>(fractions.size());
+         std::ranges::copy(fractions, point->moleFractions[0]);
+       }
+       t.Hear(t.Command(EXT_SET_OP_PT, point.get()));
      }},
-    {"shut",  // WELL CODE
-     [](Talk& t, Words& w) {
-       *t.point_ = {};
-       t.point_->isShut = 1;
-       t.point_->well = w.Next(0);
-       t.point_->shutInCode = w.Next(0);
-       t.Tell(t.Command(EXT_SET_OP_PT, t.point_.get()));
+    // The inflow library.
+    {"library",
+     [](HostTalk& t, Words&) { t.TellAll(std::exchange(t.probe.calls, {})); }},
+    {"library-is-to",  // WHAT NUMBER
+     [](HostTalk& t, Words& w) {
+       const std::map<std::string, int32_t*> places = {{"points", &t.probe.pointsAfter},
+                                                       {"reads", &t.probe.readsInside},
+                                                       {"restarts", &t.probe.restartsInside}};
+       int32_t& place = *places.at(w.Next());
+       place = w.Next(0);
      }},
-    {"inject",  // WELL GAS VALUE PASSED GRAVITY FRACTIONS...
-     [](Talk& t, Words& w) {
-       *t.point_ = {};
-       t.point_->well = w.Next(0);
-       t.point_->gasRate[0] = w.Next(0.0);
-       t.point_->pointValue[0] = w.Next(0.0);
-       t.point_->passThrough[2] = w.Next(0.0);
-       t.point_->oilGravity = w.Next(0.0);
-       const auto fractions = w.All<double>();
-       t.point_->fluid.componentCount = static_cast<int32_t>(fractions.size());
-       std::ranges::copy(fractions, t.point_->moleFractions[0]);
-       t.Tell(t.Command(EXT_SET_OP_PT, t.point_.get()));
+    {"library-asks", [](HostTalk& t, Words& w) { t.AskByLibrary(w.Next(), w); }},
+    {"points-for-host",
+     [](HostTalk& t, Words& w) {
+       const auto& sources = t.Model().Sources().Items;
+       t.Tell(Line(sources.at(w.Next<size_t>()).HostIPR.size()));
+     }},
+    {"find",  // FILE TEXT
+     [](HostTalk& t, Words& w) {
+       const auto file = t.folder / w.Next();
+       const size_t place = TestFolder::Read(file).find(w.Rest());
+       t.Tell(std::filesystem::exists(file) ? Line(place) : "no file");
      }},
     // Published variables.
     {"publish",  // WELL KIND writeable|read-only LABEL
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        const std::string well = w.Next();
        const auto kind = w.Next(0u);
        const bool isWriteable = w.Next() == "writeable";
        t.Publish(well, kind, isWriteable, w.Rest());
      }},
-    {"published", [](Talk& t, Words&) { t.HearPublished(); }},
+    {"published", [](HostTalk& t, Words&) { t.TellPublished(); }},
     {"published-behind",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        PublishedVariableRow row = {};
        row.handle = w.Next(0);
-       t.Hear(Line(t.Command(EXT_ENUM_PUBLISHED_VARIABLES, &row), row.handle));
+       t.Tell(Line(t.Command(EXT_ENUM_PUBLISHED_VARIABLES, &row), row.handle));
      }},
     {"evaluate",  // HANDLE [TEXT]
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        const int32_t handle = w.Next(0);
        t.Evaluate(handle, w.Rest());
      }},
     {"delete",
-     [](Talk& t, Words& w) {
+     [](HostTalk& t, Words& w) {
        const auto handle = static_cast<uint32_t>(w.Next(0));
-       t.Tell(t.Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, handle));
+       t.Hear(t.Command(EXT_DEL_PUBLISHED_VARIABLE, nullptr, handle));
      }},
 };
 
-/// The talks, by their names.
-const std::map<std::string, Texts>& Talks() {
-  static const auto talks = [] {
-    std::map<std::string, Texts> read;
-    for (const auto& file : std::filesystem::directory_iterator(GANTRY_MODEL_TALKS)) {
-      std::ifstream text(file.path());
-      std::string name;
-      for (std::string line; std::getline(text, line);) {
-        if (line.starts_with("# ")) name = line.substr(2);
-        if (line.starts_with("> ") || line.starts_with("< ")) read[name].push_back(line);
-      }
-    }
-    return read;
-  }();
-  return talks;
+TEST_P(HostTalk, GoesAsItIsWritten) {
+  Scene scene = GetParam();
+  for (Texts* lines : {&scene.commands, &scene.lines}) {
+    for (std::string& line : *lines) line = Filled(line);
+  }
+  Play(scene);
 }
 
-std::vector<std::string> Names() {
-  std::vector<std::string> names;
-  for (const auto& [name, lines] : Talks()) names.push_back(name);
-  return names;
-}
+INSTANTIATE_TEST_SUITE_P(Model, HostTalk, testing::ValuesIn(ScenesOf(GANTRY_MODEL_TALKS)),
+                         SceneName);
 
-TEST_P(Talk, GoesAsItIsWritten) { Play(Talks().at(GetParam())); }
-
-INSTANTIATE_TEST_SUITE_P(Model, Talk, testing::ValuesIn(Names()),
-                         [](const auto& talk) { return talk.param; });
-
-}  // namespace
 }  // namespace gantry::test

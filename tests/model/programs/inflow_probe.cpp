@@ -1,15 +1,14 @@
 #include "inflow_probe.h"
 
+#include <cmath>
 #include <memory>
 #include <sstream>
 
 #include "gantry/inflow.h"
-#include "probe_file.h"
 
 namespace {
 
 InflowProbe probe;
-constexpr char kState[] = "probe's state";
 
 void Note(const std::string& call) { probe.calls.push_back(call); }
 
@@ -56,12 +55,12 @@ int32_t TransformIPR(void*, const char* wellName, const void* stateRecord, void*
        << state.oilRate[0];
   Note(text.str());
   char reason[IPR_TEXT_SIZE] = {};
-  if (probe.restartsInside) probe.restart(probe.model, reason);
+  if (probe.restartsInside != 0) probe.restart(probe.model, reason);
   if (const int32_t other = probe.readsInside; other >= 0) {
     probe.readsInside = -1;
     const auto record = std::make_unique<_tGetSetData>();
     probe.readInflow(probe.model, other, record.get(), reason);
-    probe.stateOilAfterRead = state.oilRate[0];
+    Note("oil of its state is still " + std::to_string(std::lround(state.oilRate[0])));
   }
   if (probe.pointsAfter < 0) return 0;
   inflow.pointCount = probe.pointsAfter;
@@ -71,17 +70,13 @@ int32_t TransformIPR(void*, const char* wellName, const void* stateRecord, void*
 
 int32_t SetupIPR(void*, void*) { return 0; }
 
-int32_t SaveIPR(void*, intptr_t file) {
-  if (probe.leavesStateAlone) return 0;
-  WriteToFile(file, kState, sizeof kState);
+int32_t SaveIPR(void*, intptr_t) {
+  Note("save");
   return 0;
 }
 
-int32_t LoadIPR(void*, intptr_t file) {
-  if (probe.leavesStateAlone) return 0;
-  char state[sizeof kState] = {};
-  ReadFromFile(file, state, sizeof state);
-  Note(std::string("loaded ") + state);
+int32_t LoadIPR(void*, intptr_t) {
+  Note("load");
   return 0;
 }
 

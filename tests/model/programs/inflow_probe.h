@@ -21,11 +21,9 @@ struct InflowProbe {
   IPRReadCurrent readCurrent = nullptr;
 
   // What a transformation does.
-  int32_t pointsAfter = -1;       ///< the number of points that it leaves, when not negative
-  bool restartsInside = false;    ///< it starts the simulator anew
-  bool leavesStateAlone = false;  ///< it neither saves nor loads
-  int32_t readsInside = -1;       ///< it reads the inflow of another well
-  double stateOilAfterRead = 0;   ///< the state record's oil rate after that
+  int32_t pointsAfter = -1;    ///< the number of points that it leaves, when not negative
+  int32_t restartsInside = 0;  ///< it starts the simulator anew
+  int32_t readsInside = -1;    ///< it reads the inflow of another well
 };
 
 extern "C" InflowProbe* TheInflowProbe();

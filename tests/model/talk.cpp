@@ -1,0 +1,172 @@
+#include "model/talk.h"
+
+#include <cstddef>
+#include <cstring>
+#include <map>
+
+#include "client/unit_converter.h"
+#include "platform/dynamic_library.h"
+#include "platform/files.h"
+
+namespace gantry::test {
+
+namespace {
+
+InflowProbe& TheProbe() {
+  static const auto library = platform::DynamicLibrary::Open(INFLOW_PROBE);
+  return *reinterpret_cast<InflowProbe* (*)()>(library->Symbol("TheInflowProbe"))();
+}
+
+/// Commands of no record or with a text, and the number behind each.
+const std::map<std::string, std::pair<uint32_t, uint32_t>> kCommands = {
+    {"start", {EXT_START_SIMULATOR, 0}},
+    {"close", {EXT_CLOSE_SIMULATOR, 0}},
+    {"read", {EXT_SET_TIMESTEP_DATA, 0}},
+    {"apply", {EXT_APPLY_OPERATING_POINTS, 0}},
+    {"do", {EXT_DO_COMMAND, 0}},
+    {"dataset-folder", {EXT_SET_DATA_FOLDER, 0}},
+    {"store-file", {EXT_SET_STORE_FILE, 0}},
+    {"load-store-file", {EXT_SET_STORE_FILE, 1}}};
+
+}  // namespace
+
+HostTalk::HostTalk() : probe(TheProbe()) {
+  probe.calls.clear();  // of models before
+  std::filesystem::create_directory(Case());
+  folder.Write("case/hold", "");
+  app.Config.SimExecutable = "/IX/2017.2/ix";
+  app.Config.StartPort = app.Config.EndPort = peer.Port();
+  std::memset(inflow.get(), 0x7e, sizeof *inflow);
+  ExtCreateInstance(&model, &err);
+}
+
+HostTalk::~HostTalk() {
+  probe = {};
+  ExtDestroyInstance(model, &err);
+  std::filesystem::remove(Case() / "hold");  // lets the simulator's process end
+}
+
+void HostTalk::Do(const std::string& verb, const std::string& rest) {
+  Words words(rest);
+  if (kFieldVerbs.contains(verb)) {
+    return peer.Change([&] { kFieldVerbs.at(verb)(*this, words); });
+  }
+  if (kVerbs.contains(verb)) return kVerbs.at(verb)(*this, words);
+  const auto [number, value] = kCommands.at(verb);
+  Hear(Command(number, rest.empty() ? nullptr : std::string(rest).data(), value));
+}
+
+std::string HostTalk::Filled(std::string text) const {
+  const std::pair<std::string, std::string> places[] = {{"{case}", Case().string()},
+                                                        {"{folder}", folder.Path().string()},
+                                                        {"{held}", HELD_SIMULATOR},
+                                                        {"{/}", {platform::kPathSeparator}}};
+  for (const auto& [place, filling] : places) {
+    for (size_t at; (at = text.find(place)) != std::string::npos;) {
+      text.replace(at, place.size(), filling);
+    }
+  }
+  return text;
+}
+
+int32_t HostTalk::StartRun(double hostDate, std::vector<int32_t> connected) {
+  RunStartRecord run = {};
+  run.connectedWells = connected.data();
+  run.connectedCount = static_cast<int32_t>(connected.size());
+  run.startDate = hostDate;
+  run.logCallback = [](const char* text, void*) { Told().push_back(text); };
+  run.statusCallback = run.logCallback;
+  Told().clear();
+  return Command(EXT_START_RUN, &run);
+}
+
+Texts& HostTalk::Told() {
+  static Texts texts;
+  return texts;
+}
+
+void HostTalk::Publish(const std::string& well, uint32_t kind, bool isWriteable,
+                       const std::string& label) {
+  CExportedVariables& variables = Model().ExportedVariables();
+  CExportedVariableWellParent* parent = variables.FindWellParent(well);
+  if (parent == nullptr) {
+    parent = &variables.Add(std::make_unique<CExportedVariableWellParent>());
+    parent->WellName = well;
+  }
+  auto& variable = parent->Variables.Add(std::make_unique<CExportedVariable>());
+  variable.Key = "OIL_PRODUCTION_RATE";
+  variable.SimulatorItem = isWriteable ? variable.Key : "";
+  variable.Label = label;
+  variable.Code = 30801;
+  variable.UnitFamily = kLiquidRate;
+  variable.Kind = kind;
+}
+
+void HostTalk::TellPublished() {
+  PublishedVariableRow row = {};
+  row.handle = -1;
+  while (Command(EXT_ENUM_PUBLISHED_VARIABLES, &row) == 0) {
+    EXPECT_EQ(row.fullName, std::string(row.wellName) + ":" + row.shortName);
+    Tell(Line(row.fullName, row.isWriteable == 0 ? "read-only" : "writeable", row.code));
+  }
+}
+
+void HostTalk::Evaluate(int32_t handle, const std::string& text) {
+  std::vector<char> space(sizeof(EvalPublishedRequest) + text.size());
+  auto& request = *new (space.data()) EvalPublishedRequest;
+  request.handle = handle;
+  request.isWrite = text.empty() ? 0 : 1;
+  request.value[0] = '?';
+  text.copy(space.data() + offsetof(EvalPublishedRequest, value), text.size());
+  const int32_t result = Command(EXT_EVAL_PUBLISHED_VARIABLES, &request);
+  if (Hear(result) && text.empty()) Tell(request.value);
+}
+
+void HostTalk::AskByLibrary(const std::string& question, Words& words) {
+  char text[IPR_TEXT_SIZE] = {};
+  if (question == "elapsed") return Tell(Line(probe.elapsedDays(model)));
+  const double first = words.Next(0.0);
+  const auto well = static_cast<int32_t>(first);
+  int32_t result = 0;
+  if (question == "restart") result = probe.restart(model, text);
+  if (question == "advance") result = probe.advance(model, first, text);
+  if (question == "rate") result = probe.imposeRate(model, well, words.Next(0.0), text);
+  if (question == "inflow") result = probe.readInflow(model, well, inflow.get(), text);
+  if (question == "current") result = probe.readCurrent(model, well, inflow.get(), text);
+  if (result != 0) return Tell(text);
+  for (const std::string& part : words.All()) TellPart(part);
+}
+
+void HostTalk::TellFluid() {
+  auto fluid = std::make_unique<FluidModelRecord>();
+  std::memset(fluid.get(), 0x55, sizeof *fluid);
+  if (Command(EXT_GET_FLUID_MODEL, fluid.get()) != 0) return Tell("none");
+  const auto& bic = fluid->binaryInteraction;
+  Tell(Line(fluid->componentCount, "components, mask", fluid->mask, "equation",
+            fluid->equationOfState, std::string(fluid->names[2], 17)));
+  Tell(Line("weights", fluid->molecularWeight[3], fluid->molecularWeight[4], "interaction",
+            bic[1][0], bic[2][0], bic[2][1], bic[3][0], bic[3][1], bic[0][1], bic[1][1]));
+  EXPECT_EQ(Line(fluid->reserved0, fluid->reserved2[99]), "1431655765 U")
+      << "the host's own bytes stay";
+}
+
+void HostTalk::TellPart(const std::string& part) {
+  const _tGetSetData& r = *inflow;
+  const auto point = [&r](size_t i) {
+    return Line(r.oilRate[i], r.waterRate[i], r.gasRate[i], r.pressure[i]);
+  };
+  const std::map<std::string, std::string> parts = {
+      {"points", Line(r.pointCount, int{r.isShut}, r.hasStepped)},
+      {"first", point(0)},
+      {"last", point(9)},
+      {"values", Line(r.pointValue[0], r.pointValue[9], r.passThrough[2])},
+      {"mass", Line(r.massRate[0])},
+      {"gravities", Line(r.oilGravity, r.gasGravity, r.waterGravity)},
+      {"now", Line(r.currentOilRate, r.currentWaterRate, r.currentGasRate, r.currentPressure)},
+      {"fractions",
+       Line(std::string(r.fluid.names[3], 2), r.moleFractions[9][3], r.moleFractions[9][4])},
+      {"untouched", Line(r.size, r.fluid.reserved0)}};
+  Tell(parts.at(part));
+}
+
+}  // namespace gantry::test
