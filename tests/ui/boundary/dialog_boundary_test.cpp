@@ -2,6 +2,7 @@
 // functions, worked by a person at the display.
 
 #include <memory>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -43,9 +44,9 @@ class HostOnADisplay : public ::testing::Test {
 class DialogsOfTheModule : public HostOnADisplay {
  protected:
   /// Opens a dialog by its command, while `work` is done on it; whether it was accepted.
-  bool Open(ExtCommand command, const std::function<void(const Person&)>& work) {
+  bool Open(ExtCommand command, const std::function<void()>& work) {
     bool isAccepted = false;
-    Person().While([&] { isAccepted = model->OpenDialog(command, host->Handle()); }, work);
+    While([&] { isAccepted = model->OpenDialog(command, host->Handle()); }, work);
     return isAccepted;
   }
   std::string Setting(const std::string& field) {
@@ -73,13 +74,16 @@ TEST_F(DialogsOfTheModule, EditACaseAndGoOnWithARunAfterStartAlone) {
   ASSERT_TRUE(RunsAfterAStart());
   model->CloseSimulator();
   model->LoadCase(model->SaveCase(), deck, true);  // whose next start does nothing
-  for (const Ending& ending : {Ending{"escape", false, "0", "0"},
-                               {"enter", false, "1", "1"},
-                               {"tab space", true, "0", "2"}}) {
-    const bool isAccepted = Open(EXT_EDIT, [&](const Person& person) {
-      const uint32_t dialog = person.At(kCaseSettings);
-      EXPECT_EQ(person.OwnerOf(dialog), host->Number());
-      person.Press(std::string("9*tab down tab space tab ") + ending.keys);
+  std::ostringstream owner;
+  owner << "0x" << std::hex << host->Number() << "\n";
+  for (const Ending& ending : {Ending{"Escape", false, "0", "0"},
+                               {"Return", false, "1", "1"},
+                               {"Tab space", true, "0", "2"}}) {
+    const bool isAccepted = Open(EXT_EDIT, [&] {
+      const std::string dialog = WorkAt(kCaseSettings, "key --repeat 9 Tab");
+      const std::string told = Told("xprop WM_TRANSIENT_FOR -id " + dialog);
+      EXPECT_TRUE(told.ends_with(owner.str())) << told;
+      WorkAt(kCaseSettings, std::string("key Down Tab space Tab ") + ending.keys);
     });
     EXPECT_EQ(isAccepted, ending.isStart);
     EXPECT_EQ(Setting("CloseUnconnectedWells"), ending.closesUnconnected);
@@ -91,10 +95,11 @@ TEST_F(DialogsOfTheModule, EditACaseAndGoOnWithARunAfterStartAlone) {
 TEST_F(DialogsOfTheModule, PublishWhatIsChosenOnlyWhenItIsAccepted) {
   ASSERT_TRUE(RunsAfterAStart());
   for (const bool isAccepted : {false, true}) {
-    const auto choose = [&](const Person& person) {
+    const auto choose = [&] {
       // All wells, all properties, and add.
-      person.At("Export variables", "tab space 3*tab space 2*tab space 6*tab");
-      person.Press(isAccepted ? "space" : "escape");
+      const std::string keys =
+          "key Tab space Tab Tab Tab space Tab Tab space Tab Tab Tab Tab Tab Tab ";
+      WorkAt("Export variables", keys + (isAccepted ? "space" : "Escape"));
     };
     EXPECT_EQ(Open(EXT_EDIT_PUBLISHED_VARIABLES, choose), isAccepted);
     EXPECT_EQ(model->PublishedVariables().size(), isAccepted ? 2u * 26u : 0u);
@@ -102,24 +107,23 @@ TEST_F(DialogsOfTheModule, PublishWhatIsChosenOnlyWhenItIsAccepted) {
 }
 
 TEST_F(DialogsOfTheModule, AreCancelledWhenTheDisplayGoesAndComeBackWithAnother) {
-  EXPECT_FALSE(Open(EXT_EDIT, [this](const Person& person) {
+  EXPECT_FALSE(Open(EXT_EDIT, [this] {
     // The other computer, which the case takes at once, and the configuration.
-    person.At(kCaseSettings, "down tab space");
-    EXPECT_NE(person.At("Configure"), 0u);
+    WorkAt(kCaseSettings, "key Down Tab space");
+    EXPECT_NE(WorkAt("Configure"), "");
     display->End();
   }));
   EXPECT_EQ(Setting("ConnectionMode"), "0");
   StartDisplay();
-  EXPECT_FALSE(Open(
-      EXT_EDIT, [](const Person& person) { EXPECT_NE(person.At(kCaseSettings, "escape"), 0u); }));
+  EXPECT_FALSE(Open(EXT_EDIT, [] { EXPECT_NE(WorkAt(kCaseSettings, "key Escape"), ""); }));
 }
 
 TEST_F(HostOnADisplay, HasAWindowForAsLongAsTheDisplayKnowsIt) {
   const auto isWindow = [](uintptr_t number) {
     return platform::IsWindow(reinterpret_cast<void*>(number));
   };
+  const HostWindow other;                          // keeps the display going
   const uintptr_t number = HostWindow().Number();  // of one that has gone
-  const Person other;                              // the display lives as long as it has a client
   EXPECT_TRUE(platform::IsWindow(host->Handle()));
   for (const uintptr_t none : {number, uintptr_t{0}, host->Number() | uintptr_t{1} << 32}) {
     EXPECT_FALSE(isWindow(none)) << none;
@@ -131,15 +135,14 @@ TEST_F(HostOnADisplay, HasAWindowForAsLongAsTheDisplayKnowsIt) {
 TEST_F(HostOnADisplay, ConfiguresTheMachineAndIsToldOfAStart) {
   const TestFolder folder;
   auto module = fieldrun::ModuleApi::Load(GANTRY_MODULE);
-  Person().While(
-      [&] { EXPECT_EQ(module->ExtConfigure(host->Handle()), 0); },
-      [](const Person& person) { person.At("Configure", "2*tab 2017 3*tab 70000 enter"); });
+  While([&] { EXPECT_EQ(module->ExtConfigure(host->Handle()), 0); },
+        [] { WorkAt("Configure", "key Tab Tab 2 0 1 7 Tab Tab Tab 7 0 0 0 0 Return"); });
   void* model = nullptr;
   ExtErrorBlock error{};
   module->ExtCreateInstance(&model, &error);
   uint32_t changed = 7;
-  Person().While([&] { module->ExtCmd(model, host->Handle(), EXT_EDIT, &changed, 0, &error); },
-                 [](const Person& person) { person.At(kCaseSettings, "12*tab space"); });
+  While([&] { module->ExtCmd(model, host->Handle(), EXT_EDIT, &changed, 0, &error); },
+        [] { WorkAt(kCaseSettings, "key --repeat 12 Tab key space"); });
   EXPECT_EQ(changed, 1u);
   module->ExtDestroyInstance(model, &error);
   module.reset();  // which writes the configuration
@@ -154,12 +157,14 @@ TEST_F(HostOnADisplay, KeepsTheControlThatIsChosenForACaseWithoutASimulator) {
   const std::string original = TestFolder::Read(path);
   for (const bool isChanged : {false, true}) {
     fieldrun::test::Outcome outcome;
-    const char* const keys = isChanged ? "9*tab up enter" : "9*tab enter";
-    Person().While(
+    While(
         [&] {
           outcome = fieldrun::test::RunFieldrun(folder, {"edit", path});
         },
-        [&](const Person& person) { person.At(kCaseSettings, keys); });
+        [&] {
+          const std::string keys = isChanged ? "Up Return" : "Return";
+          WorkAt(kCaseSettings, "key --repeat 9 Tab key " + keys);
+        });
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(outcome.out, isChanged ? "control = \"liquid\"\n" : "");
     EXPECT_EQ(TestFolder::Read(path) == original, !isChanged);
