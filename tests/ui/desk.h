@@ -31,7 +31,7 @@ class Desk {
 
   virtual void Press(Key key) = 0;
   /// Into whatever has the keyboard.
-  virtual void Type(const std::string& text) = 0;
+  virtual void Type(const std::wstring& text) = 0;
   virtual void Click(int id) = 0;
   /// A row of a list; with the control key one more.
   virtual void ClickRow(int list, int row, bool isOneMore = false) = 0;

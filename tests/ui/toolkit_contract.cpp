@@ -110,7 +110,10 @@ const std::map<std::string, Key> kKeys = {{"tab", Key::kTab},
 /// What a person does, with the control that is named first, where one is, and the other words.
 const std::map<std::string, void (*)(Desk& desk, int id, Words words)> kDeeds = {
     {"press", [](Desk& desk, int, Words key) { desk.Press(kKeys.at(key)); }},
-    {"type", [](Desk& desk, int, Words text) { desk.Type(text); }},
+    {"type",
+     [](Desk& desk, int, Words text) {
+       desk.Type({text.begin(), text.end()});
+     }},
     {"click", [](Desk& desk, int id, Words) { desk.Click(id); }},
     {"row", [](Desk& desk, int id, Words row) { desk.ClickRow(id, std::stoi(row)); }},
     {"more", [](Desk& desk, int id, Words row) { desk.ClickRow(id, std::stoi(row), true); }},

@@ -153,12 +153,12 @@ class QtDesk : public Desk {
       QTest::keyClick(focus != nullptr ? focus : &Front(), CodeOf(key));
     });
   }
-  void Type(const std::string& text) override {
+  void Type(const std::wstring& text) override {
     InHost([&] {
       // Qt's file dialog suggests names once it has read the folder, and Enter would take one.
       auto* const edit = qobject_cast<QLineEdit*>(Front().focusWidget());
       if (edit != nullptr) edit->setCompleter(nullptr);
-      QTest::keyClicks(Front().focusWidget(), QString::fromStdString(text));
+      QTest::keyClicks(Front().focusWidget(), QString::fromStdWString(text));
     });
   }
   void Click(int id) override {

@@ -111,7 +111,7 @@ TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {
   AtDesk(dialog, [&](Desk& desk) {
     for (const int button : {configure_id::kBrowseSimulator, configure_id::kBrowseMpi}) {
       desk.Click(button);
-      desk.Type(button == configure_id::kBrowseMpi ? (folder / "tool").string() : "ix");
+      desk.Type(button == configure_id::kBrowseMpi ? (folder / "tool").wstring() : L"ix");
       desk.Press(Key::kEnter);
     }
     desk.Click(kOkButton);

@@ -3,17 +3,18 @@
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <memory>
 
 #include <gtest/gtest.h>
 
-#include "platform/window.h"
+#include "platform/windows/win32.h"
 #include "support/test_folder.h"
+#include "ui/desk.h"
 #include "ui/dialog_templates.h"
 #include "ui/export_variables_dlg.h"
 #include "ui/stub_case.h"
-#include "win_desk.h"
+//
+#include <commctrl.h>
 
 namespace gantry::test {
 namespace {
@@ -35,13 +36,15 @@ TEST_F(WinToolkit, PicksAFileOutsideTheCodePageByItsShortName) {
   std::ofstream(dataset) << "text";
   edited.settings.FileName = (folder / "other.afi").string();
   CCaseSettingsDlg dialog(edited, config);
-  WinDesk desk(dialog);
-  desk.Click(kBrowseDataset);
-  desk.TypeWide(dataset.filename().wstring());
-  desk.Press(Key::kEnter);
-  const std::string picked = WindowText(desk.At(kFileName));
-  EXPECT_EQ(picked.find('?'), std::string::npos) << picked;
-  EXPECT_EQ(TestFolder::Read(picked), "text");
+  AtDesk(dialog, [&](Desk& desk) {
+    desk.Click(kBrowseDataset);
+    desk.Type(dataset.filename().wstring());
+    desk.Press(Key::kEnter);
+    char picked[MAX_PATH] = "";
+    desk.InHost([&] { ::GetDlgItemTextA(::GetActiveWindow(), kFileName, picked, sizeof picked); });
+    EXPECT_EQ(std::string(picked).find('?'), std::string::npos) << picked;
+    EXPECT_EQ(TestFolder::Read(picked), "text");
+  });
 }
 
 TEST_F(WinToolkit, ScrollsAListSidewaysWhereANameIsTooLong) {
@@ -49,51 +52,62 @@ TEST_F(WinToolkit, ScrollsAListSidewaysWhereANameIsTooLong) {
   for (const size_t length : {2u, 200u}) {
     edited.wells.Items.emplace_back().Name = std::string(length, 'W');
     CExportVariablesDlg dialog(exported, edited.wells, false, config);
-    const WinDesk desk(dialog);
-    const HWND list = desk.At(export_id::kWells);
-    RECT inside = {};
-    ::GetClientRect(list, &inside);
-    EXPECT_EQ(desk.Send(export_id::kWells, LB_GETHORIZONTALEXTENT) > inside.right, length == 200);
-    EXPECT_EQ((::GetWindowLongPtrA(list, GWL_STYLE) & WS_HSCROLL) != 0, length == 200);
+    AtDesk(dialog, [&](Desk& desk) {
+      desk.InHost([&] {
+        const HWND list = ::GetDlgItem(::GetActiveWindow(), export_id::kWells);
+        RECT inside = {};
+        ::GetClientRect(list, &inside);
+        const LRESULT extent = ::SendMessageA(list, LB_GETHORIZONTALEXTENT, 0, 0);
+        EXPECT_EQ(extent > inside.right, length == 200);
+        EXPECT_EQ((::GetWindowLongPtrA(list, GWL_STYLE) & WS_HSCROLL) != 0, length == 200);
+      });
+    });
   }
 }
 
 TEST_F(WinToolkit, HasTipsThatStayForFifteenSeconds) {
   config.SimExecutable = "C:\\ix\\ix.exe";
   CCaseSettingsDlg dialog(edited, config);
-  WinDesk desk(dialog);
-  const HWND tips = ::FindWindowExA(nullptr, nullptr, TOOLTIPS_CLASSA, nullptr);
-  EXPECT_EQ(::SendMessageA(tips, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), 15000);
-  for (const auto& [id, text] :
-       std::map<int, std::string>{{kFileName, "Dataset, locatable by target computer."},
-                                  {kDefaultSimulator, config.SimExecutable}}) {
+  const auto tipOf = [](int id) {
+    const HWND tips = ::FindWindowExA(nullptr, nullptr, TOOLTIPS_CLASSA, nullptr);
+    EXPECT_EQ(::SendMessageA(tips, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), 15000);
     char shown[200] = "";
     TTTOOLINFOA tool = {};
     tool.cbSize = TTTOOLINFOA_V2_SIZE;
     tool.uFlags = TTF_IDISHWND;
-    tool.hwnd = desk.Front();
-    tool.uId = reinterpret_cast<UINT_PTR>(desk.At(id));
+    tool.hwnd = ::GetActiveWindow();
+    tool.uId = reinterpret_cast<UINT_PTR>(::GetDlgItem(tool.hwnd, id));
     tool.lpszText = shown;
-    desk.InHost(
-        [&] { ::SendMessageA(tips, TTM_GETTEXTA, sizeof shown, reinterpret_cast<LPARAM>(&tool)); });
-    EXPECT_EQ(shown, text);
-  }
+    ::SendMessageA(tips, TTM_GETTEXTA, sizeof shown, reinterpret_cast<LPARAM>(&tool));
+    return std::string(shown);
+  };
+  AtDesk(dialog, [&](Desk& desk) {
+    desk.InHost([&] {
+      EXPECT_EQ(tipOf(kFileName), "Dataset, locatable by target computer.");
+      EXPECT_EQ(tipOf(kDefaultSimulator), config.SimExecutable);
+    });
+  });
 }
 
 TEST_F(WinToolkit, CancelsWhenTheHostsWindowGoesAndShowsNothingOverOneThatIsGone) {
   edited.settings.ConnectionMode = 1;
   CCaseSettingsDlg dialog(edited, config);
-  WinDesk desk(dialog);
-  edited.settings.ConnectionMode = 0;
-  desk.InHost([&] { ::DestroyWindow(desk.Host()); });
-  EXPECT_EQ(desk.Result(), kCancelButton);
+  HWND host = nullptr;
+  const int result = AtDesk(dialog, [&](Desk& desk) {
+    edited.settings.ConnectionMode = 0;
+    desk.InHost([&] {
+      host = ::GetWindow(::GetActiveWindow(), GW_OWNER);
+      ::DestroyWindow(host);
+    });
+  });
+  EXPECT_EQ(result, kCancelButton);
   EXPECT_EQ(edited.settings.ConnectionMode, 1) << "restored";
-  EXPECT_FALSE(platform::IsWindow(desk.Host()));
-  EXPECT_EQ(DialogToolkit::Find()->Run(dialog, desk.Host()), kCancelButton);
+  EXPECT_EQ(DialogToolkit::Find()->Run(dialog, host), kCancelButton);
 }
 
 TEST_F(WinToolkit, DrawsThePictureOverAWindowAndLeavesItsContextAsItWas) {
-  const HWND window = MakeWindow(100, 100);
+  const HWND window = ::CreateWindowExA(0, "Static", "", WS_POPUP | WS_VISIBLE, 300, 200, 100, 100,
+                                        nullptr, nullptr, nullptr, nullptr);
   const HDC context = ::GetDC(window);
   const int mode = ::GetStretchBltMode(context);
   DialogToolkit::Find()->Draw(kSimulatorPicture, window, context);
