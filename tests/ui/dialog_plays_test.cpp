@@ -179,7 +179,8 @@ class DialogPlayer : public Player {
     MemoryWindow* const below = std::exchange(window_, &window);
     window.runDialog = [this](DialogHandler& nested) { return Show(nested); };
     Facts seen = FactsOf(window);
-    window.Open();
+    handler.OnOpen(window);
+    handler.OnSize(window, window.size);
     TellChanges(seen);
     while (!window.result && !commands_.empty() && !commands_[0].starts_with("open")) {
       DoNext();

@@ -43,15 +43,6 @@ class MemoryWindow : public platform::DialogWindow {
                           .rect = {left, top, left + width, top + height}};
     }
   }
-  void Open() {
-    handler.OnOpen(*this);
-    handler.OnSize(*this, size);
-  }
-  void Drag(int edge, platform::PixelSize newSize) {
-    handler.OnSizing(*this, edge);
-    size = newSize;
-    handler.OnSize(*this, size);
-  }
   Control& At(int id) { return controls.at(id); }
 
   void Close(int closedWith) override { result = closedWith; }

@@ -25,16 +25,27 @@ class OneControl : public CExtResizableDlg {
   uint32_t anchors_;
 };
 
+/// Where the control is once an edge has been dragged.
+PixelRect Dragged(OneControl& dialog, MemoryWindow& window, int edge, PixelSize by) {
+  dialog.OnSizing(window, edge);
+  window.size = {window.size.width + by.width, window.size.height + by.height};
+  dialog.OnSize(window, window.size);
+  return window.Rect(10);
+}
+
+void Open(OneControl& dialog, MemoryWindow& window) {
+  dialog.OnOpen(window);
+  dialog.OnSize(window, window.size);
+}
+
 TEST(ResizableDialog, MovesAControlWithoutAnchorsWithTheLeftAndTopEdgesAlone) {
   OneControl dialog(0);
   MemoryWindow window(dialog);
-  window.Open();
-  for (const int edge : {kEdgeBottomRight, kEdgeTopLeft, kEdgeBottomRight}) {
-    window.Drag(edge, {window.size.width + 7, window.size.height + 9});
-    const bool isFirst = window.size.width == 507;
-    EXPECT_EQ(window.Rect(10),
-              isFirst ? PixelRect(100, 80, 150, 100) : PixelRect(107, 89, 157, 109));
-  }
+  Open(dialog, window);
+  const PixelRect moved = {107, 89, 157, 109};
+  EXPECT_EQ(Dragged(dialog, window, kEdgeBottomRight, {7, 9}), PixelRect(100, 80, 150, 100));
+  EXPECT_EQ(Dragged(dialog, window, kEdgeTopLeft, {7, 9}), moved);
+  EXPECT_EQ(Dragged(dialog, window, kEdgeBottomRight, {7, 9}), moved);
 }
 
 TEST(ResizableDialog, MovesFollowersAndTellsAFollowingDialogTheEdge) {
@@ -46,15 +57,13 @@ TEST(ResizableDialog, MovesFollowersAndTellsAFollowingDialogTheEdge) {
   } follower;
   OneControl dialog(15);
   dialog.AddFollower(10, follower);  // not registered yet: ignored
-  MemoryWindow window(dialog);
-  window.Open();
-  window.Drag(kEdgeRight, {507, 300});
+  MemoryWindow window(dialog), other(follower.dialog);
+  Open(dialog, window);
+  Open(follower.dialog, other);
+  Dragged(dialog, window, kEdgeRight, {7, 0});
   EXPECT_EQ(follower.rect, PixelRect());
   dialog.AddFollower(10, follower);
-  window.Drag(kEdgeRight, {510, 300});
-  EXPECT_EQ(follower.rect, (PixelRect{100, 80, 160, 100}));
-  MemoryWindow other(follower.dialog);
-  other.Open();
+  EXPECT_EQ(Dragged(dialog, window, kEdgeRight, {3, 0}), follower.rect);
   follower.dialog.OnSize(other, {530, 300});
   EXPECT_EQ(other.Rect(10).left, 130) << "by the edge that the leading dialog passed on";
 }

@@ -42,29 +42,6 @@ TEST(QtToolkit, DrawsThePictureOnAWindowThatIsThereAndNothingOnceItIsGone) {
   DialogToolkit::Find()->Draw(kSimulatorPicture, handle, handle);
 }
 
-TEST(QtToolkit, GivesColumnsTheRoomThatTheirFontNeeds) {
-  const TestFolder folder;
-  CIXConfig config;
-  const QFont usual = QApplication::font();
-  std::vector<int> widths;
-  for (const int factor : {1, 2}) {
-    QFont font = usual;
-    font.setPointSize(usual.pointSize() * factor);
-    QApplication::setFont(font);
-    CConfigureDlg dialog(config);
-    AtDesk(dialog, [&](Desk& desk) {
-      desk.InHost([&] {
-        const auto* list = QApplication::activeModalWidget()->findChild<QTreeWidget*>(
-            QString::number(configure_id::kProperties));
-        widths.push_back(list->columnWidth(0));
-        EXPECT_LT(list->header()->length(), list->width()) << "all columns are seen";
-      });
-    });
-  }
-  QApplication::setFont(usual);
-  EXPECT_NEAR(widths[1], 2 * widths[0], widths[0] / 10);
-}
-
 /// What a control takes for itself beside its text.
 int TrimOf(const QWidget& control) {
   if (qobject_cast<const QCheckBox*>(&control) != nullptr) return 24;
@@ -79,27 +56,40 @@ bool HasRoom(const QWidget& control) {
   return control.width() >= control.fontMetrics().horizontalAdvance(text) + TrimOf(control);
 }
 
-TEST(QtToolkit, GivesEveryTextOfTheModulesDialogsRoomInItsControl) {
+TEST(QtToolkit, GivesEveryTextAndColumnTheRoomThatTheirFontNeeds) {
   const TestFolder folder;
   CIXConfig config;
   StubCase edited;
   CExportedVariables exported;
-  CConfigureDlg configure(config);
-  CAddProperty add(config);
-  CIXAdvancedSettings advanced(edited.settings);
-  CCaseSettingsDlg settings(edited, config);
-  CExportVariablesDlg variables(exported, edited.wells, true, config);
-  for (DialogHandler* dialog :
-       std::initializer_list<DialogHandler*>{&configure, &add, &advanced, &settings, &variables}) {
-    AtDesk(*dialog, [](Desk& desk) {
-      desk.InHost([] {
-        const QWidget& front = *QApplication::activeModalWidget();
-        for (const auto* control : front.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-          EXPECT_TRUE(HasRoom(*control)) << control->objectName().toStdString();
-        }
-      });
-    });
+  const QFont usual = QApplication::font();
+  int widths[3] = {};
+  for (const int factor : {1, 2}) {
+    QFont font = usual;
+    font.setPointSize(usual.pointSize() * factor);
+    QApplication::setFont(font);
+    CConfigureDlg configure(config);
+    CAddProperty add(config);
+    CIXAdvancedSettings advanced(edited.settings);
+    CCaseSettingsDlg settings(edited, config);
+    CExportVariablesDlg variables(exported, edited.wells, true, config);
+    const auto look = [&] {
+      const QWidget& front = *QApplication::activeModalWidget();
+      for (const auto* control : front.findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
+        EXPECT_TRUE(HasRoom(*control)) << control->objectName().toStdString() << ", " << factor;
+      }
+      const auto* const list =
+          front.findChild<QTreeWidget*>(QString::number(configure_id::kProperties));
+      if (list == nullptr) return;
+      widths[factor] = list->columnWidth(0);
+      EXPECT_LT(list->header()->length(), list->width()) << "all columns are seen";
+    };
+    for (DialogHandler* dialog : std::initializer_list<DialogHandler*>{&configure, &add, &advanced,
+                                                                       &settings, &variables}) {
+      AtDesk(*dialog, [&](Desk& desk) { desk.InHost(look); });
+    }
   }
+  QApplication::setFont(usual);
+  EXPECT_NEAR(widths[2], 2 * widths[1], widths[1] / 10);
 }
 
 TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {
