@@ -1,6 +1,7 @@
 #include "session.h"
 
 #include <algorithm>
+#include <set>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -14,6 +15,9 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
+
+/// The first words of the lines that end what the lines before them have told of.
+const std::set<std::string> kBegins = {"$", "=", "copy", "write", "change"};
 
 std::vector<std::string> Split(const std::string& text, const std::string& separator) {
   std::vector<std::string> parts;
@@ -74,13 +78,14 @@ class Player {
     const std::string head = line.substr(0, line.find(' '));
     const std::string rest = line.substr(std::min(line.size(), head.size() + 1));
     if (line.starts_with("    ")) written_ += line.substr(4) + "\n";
-    if (head == "$" || head == "copy" || head == "write" || head == "change") Finish();
+    if (kBegins.contains(head)) Finish();
     if (head == "$") Run(rest);
+    if (head == "=") Look(Split(rest, " | "));
     if (head == "?") status_ = std::stoi(rest);
     if (head == ">") output_.push_back(rest);
     if (head == "!") errors_.push_back(rest);
     if (head == "write") file_ = rest;
-    if (head == "copy") fs::copy(PathOf(EXAMPLES) / rest, folder_ / rest);
+    if (head == "copy") fs::copy(fs::path(ExampleCase(rest)).parent_path(), folder_ / rest);
     if (head == "change") Change(Split(rest, " | "));
   }
 
@@ -97,12 +102,44 @@ class Player {
     folder_.Write(words[0], text);
   }
 
+  /// "FILE ROWS", or "FILE FIRST-LAST | COLUMN + COLUMN | LOW..HIGH".
+  void Look(const std::vector<std::string>& words) const {
+    std::istringstream place(words[0]);
+    std::string file;
+    size_t first = 0, last = 0;
+    place >> file >> first;
+    if (!(place.ignore() >> last)) last = first;
+    const Table table(Path(file));
+    if (words.size() == 1) {
+      EXPECT_EQ(table.Rows(), first) << file;
+      return;
+    }
+    for (size_t row = first; row <= last; ++row) {
+      SCOPED_TRACE(file + ", " + words[1] + " of row " + std::to_string(row));
+      Compare(table, row - 1, Split(words[1], " + "), Split(words[2], ".."));
+    }
+  }
+
+  static void Compare(const Table& table, size_t row, const std::vector<std::string>& columns,
+                      const std::vector<std::string>& bounds) {
+    if (bounds.size() == 1) {
+      EXPECT_EQ(table.Text(row, columns[0]), bounds[0]);
+      return;
+    }
+    double sum = 0;
+    for (const std::string& column : columns) sum += table.Number(row, column);
+    EXPECT_GE(sum, std::stod(bounds[0]));
+    EXPECT_LE(sum, std::stod(bounds[1]));
+  }
+
   void Run(const std::string& line) {
     command_ = line;
     std::vector<std::string> words = Words(line);
     for (std::string& word : words) {
       Replace(word, "{port}", std::to_string(gantry::test::FreePorts()));
-      for (const char* program : {"fieldrun", "tanksim", "runfactory", "flowlink"}) {
+      Replace(word, "{examples}", EXAMPLES);
+      Replace(word, "{module}", FIELDRUN_MODULE);
+      for (const char* program : {"fieldrun", "runfactory", "flowlink", "tanksim"}) {
         Replace(word, "{" + std::string(program) + "}", ProgramOf(program));
       }
     }

@@ -19,9 +19,13 @@ namespace gantry::fieldrun::test {
 ///   ? 2                  its exit status, 0 where nothing is said
 ///   > odeh ...           a line that it prints, the next such line a later one, "..." is any text
 ///   ! fieldrun: ...      the same on its standard error, which is empty where nothing is said
+///   = FILE 7             how many rows a table holds
+///   = FILE 2-7 | A | B   what its rows from the second to the seventh hold in column A: bounds, as
+///                        1..2.5, within which lies the number, or with "A + C" the sum; or a text
 ///
-/// `cat` prints a file, {port} is one that nobody uses and {fieldrun}, {tanksim}, {runfactory} or
-/// {flowlink} the path of that program. Any other line is a remark.
+/// `cat` prints a file, {port} is one that nobody uses, {examples} the folder of the examples,
+/// {module} the module and {fieldrun}, {runfactory}, {flowlink} or {tanksim} the path of that
+/// program. Any other line is a remark.
 void PlaySession(const std::filesystem::path& file);
 
 /// The names of the *.session files of a folder.
