@@ -1,5 +1,4 @@
-// Lift tables beside those of OPM Flow, and the example that runs in it. Needs flow and its summary
-// tool.
+// Lift tables beside those of OPM Flow. Needs flow and its summary tool.
 
 #include <cstdlib>
 #include <fstream>
@@ -127,20 +126,6 @@ TEST_F(WithFlow, LiftTablesGiveFlowsOwnPressuresWithLiftGasInMetricUnits) {
     deck = Replaced(deck, std::string(well) + "     1*   OIL", std::string(well) + "   1836   OIL");
   }
   Compare(deck, {{"B-1H", 1}, {"B-2H", 1}, {"B-3H", 1}, {"C-1H", 1}, {"C-2H", 1}}, 0.02);
-}
-
-TEST_F(WithFlow, SkerryRunsInFlowToo) {
-  const Outcome run =
-      RunFieldrun(folder_, {"run", std::string(EXAMPLES) + "/skerry/flow.toml", "--simulator",
-                            FLOWLINK, "-n", "20", "-o", (folder_ / "out").string()});
-  ASSERT_EQ(run.status, 0) << run.err;
-  const Table field(folder_ / "out/field.csv");
-  ASSERT_EQ(field.Rows(), 20U);
-  for (size_t month = 0; month < 20; ++month) {
-    EXPECT_NEAR(field.Number(month, "oil (Sm3/d)"), 3275, 60) << "the platform's limit";
-    EXPECT_NEAR(field.Number(month, "gas-oil ratio (Sm3/Sm3)"), 100, 20);
-  }
-  EXPECT_NE(run.out.find("2026-07-01  P3: opened"), std::string::npos) << run.out;
 }
 
 }  // namespace
