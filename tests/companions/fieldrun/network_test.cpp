@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -10,65 +9,12 @@
 namespace gantry::fieldrun {
 namespace {
 
-// A straight-line inflow as a sweep leaves it: ten points, packed towards low rates, none at zero.
-InflowCurve StraightInflow(double reservoirPressure, double index, double waterCut, double gor,
-                           double lowest = 500) {
-  std::vector<InflowPoint> points;
-  for (int i = 0; i < 10; ++i) {
-    const double liquid = index * (reservoirPressure - lowest) * std::pow(1 - 0.1 * i, 2.5);
-    const double oil = liquid * (1 - waterCut);
-    points.push_back(
-        {reservoirPressure - liquid / index, {oil, liquid * waterCut, oil * gor * 1e-6}});
-  }
-  return InflowCurve(points, true);
-}
-
-WellSpec Producer(const std::string& name) {
-  WellSpec spec;
-  spec.name = name;
-  return spec;
-}
-
 TubingSpec Tubing(double depth, double diameter) {
   TubingSpec tubing;
   tubing.name = "t";
   tubing.depth = depth;
   tubing.diameter = diameter;
   return tubing;
-}
-
-TEST(InflowCurve, TakesPointsInAnyOrderAndDropsWhatHasNoValue) {
-  const InflowCurve curve({{2000, {300, 0, 0}},
-                           {-9999.9999, {-9999.9999, -9999.9999, -9999.9999}},
-                           {2500, {100, 0, 0}},
-                           {std::nan(""), {1, 1, 1}},
-                           {1000, {700, 0, 3.4e35}}},
-                          true);
-  EXPECT_EQ(curve.Points().size(), 3U);  // the two good ones and the shut end
-  EXPECT_NEAR(curve.At(0).pressure, 2750, 1e-9);
-  EXPECT_NEAR(curve.At(2).pressure, 2000, 1e-9);
-}
-
-TEST(InflowCurve, IsShutAtTheHigherOfTwoPointsOfOneRate) {
-  const InflowCurve curve({{2500, {100, 0, 0}}, {2400, {100, 0, 0}}, {1000, {700, 0, 0}}}, true);
-  EXPECT_EQ(curve.Points().front().pressure, 2500);
-}
-
-TEST(InflowCurve, IsDeadWithoutFlowOrWithFewerThanTwoPoints) {
-  EXPECT_TRUE(InflowCurve({}, true).IsDead());
-  EXPECT_TRUE(InflowCurve({{2000, {300, 0, 0}}}, true).IsDead());
-  EXPECT_TRUE(InflowCurve({{2000, {}}, {1000, {}}}, true).IsDead());
-  EXPECT_TRUE(InflowCurve({{2000, {-3, 0, 0}}, {1000, {-1, 0, 0}}}, true).IsDead());
-}
-
-TEST(InflowCurve, NeverPassesALimitOnTheWayFromShut) {
-  // The oil rate rises, falls and rises again: only the first crossing is safe.
-  const InflowCurve curve(
-      {{4000, {0, 0, 0}}, {3000, {100, 0, 0}}, {2000, {50, 90, 0}}, {1000, {300, 100, 0}}}, true);
-  const auto oil = [](const InflowPoint& point) { return point.rates.oil; };
-  EXPECT_NEAR(curve.LargestOpening(oil, 80), 0.8, 1e-12);
-  EXPECT_NEAR(curve.LargestOpening(oil, 100), 2.2, 1e-12);
-  EXPECT_EQ(curve.LargestOpening(oil, 1000), curve.FullOpening());
 }
 
 TEST(Tubing, AddsTheFrictionOfASinglePhaseByHandCalculation) {
@@ -129,9 +75,10 @@ TEST(LiftTable, KeepsCloseToTheTubingThatItStandsFor) {
 }
 
 TEST(LiftTable, IsSharedByWellsOfOneTubingWhereThereAreEnough) {
-  const WellSpec spec = Producer("P");
+  const WellSpec spec;
   const TubingSpec tubing = Tubing(8000, 3);
-  std::vector<NetworkWell> wells(17, NetworkWell(spec, StraightInflow(3500, 3, 0.1, 600)));
+  const InflowCurve inflow({{3500, {}}, {500, {8100, 900, 4.86}}}, true);
+  std::vector<NetworkWell> wells(17, NetworkWell(spec, inflow));
   for (NetworkWell& well : wells) well.tubing = &tubing;
   wells[16].manifoldPressure = 250;
   LiftTables tables;
