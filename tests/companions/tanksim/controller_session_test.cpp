@@ -4,6 +4,7 @@
 #include <optional>
 #include <sstream>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "sample_deck.h"
@@ -15,30 +16,17 @@ namespace {
 
 using namespace gantry::test;
 
-/// A session past its handshake. The controller goes before the simulator waits for its end.
-class Session : public testing::Test {
- protected:
-  void SetUp() override { controller.Greet(); }
-
-  Entries AskThenReady(const std::string& request) {
-    const Entries reply = controller.Ask(Parse(request));
-    EXPECT_EQ(Describe(controller.Receive()), "READY END ");
-    return reply;
+/// Numbers to six digits, as a reader can check them.
+std::string Rounded(Entries entries) {
+  for (Entry& entry : entries) {
+    const auto* const numbers = std::get_if<Numbers>(&entry.data);
+    if (numbers == nullptr) continue;
+    Texts texts;
+    for (const double number : *numbers) texts.push_back(fmt::format("{:.6g}", number));
+    entry.data = texts;
   }
-  double Number(const std::string& well, const std::string& item) {
-    const Entries reply =
-        AskThenReady("QUERY QWELLS QITEMS{" + item + "} WELNAMES{" + well + "} END");
-    return std::get<Numbers>(reply.at(3).data).at(0);
-  }
-
-  static Entries Constraint(const std::string& item, const std::string& value) {
-    return Parse("SET SETWCONSTRAINTS WELLNAME{P} ITEMS{" + item + "} VALUES[" + value +
-                 "] SETTERS{USER} END");
-  }
-
-  ServedSimulator simulator{SampleDeck()};
-  RawController controller{simulator.Port()};
-};
+  return Describe(entries);
+}
 
 /// Talks of a controller with the sample's simulator as they are written down: "> " what the
 /// controller says, "< " what it hears, "| " why the simulator has ended the session, if it has.
@@ -54,7 +42,7 @@ class Talk : public testing::TestWithParam<const char*> {
     if (line.starts_with("> ") && !partners_) partners_.emplace();
     if (line.starts_with("> ")) partners_->controller->Send(Parse(rest));
     if (line.starts_with("< ")) {
-      EXPECT_EQ(Describe(partners_->controller->Receive()), rest + " ");
+      EXPECT_EQ(Rounded(partners_->controller->Receive()), rest + " ");
     }
     if (!line.starts_with("|")) return;
     partners_->controller.reset();
@@ -76,32 +64,14 @@ INSTANTIATE_TEST_SUITE_P(Sample, Talk,
                          testing::Values("positions_to_the_end",
                                          "questions_about_a_black_oil_model",
                                          "wells_are_shut_and_opened_and_abandoned",
+                                         "wells_hold_their_limits_at_once",
                                          "messages_that_are_refused"),
                          [](const auto& talk) { return std::string(talk.param); });
 
-TEST_F(Session, HoldsAConstraintAtOnceAndForgetsItWithTheNextList) {
-  const double most = Number("P", "OIL_PRODUCTION_RATE");
-  EXPECT_EQ(Describe(controller.Ask(Constraint("LIQUID_PRODUCTION_RATE", "500"))), "READY END ");
-  EXPECT_NEAR(Number("P", "LIQUID_PRODUCTION_RATE"), 500.0, 1e-6);
-  controller.Ask(Constraint("GAS_PRODUCTION_RATE", "1e9"));
-  EXPECT_EQ(Number("P", "OIL_PRODUCTION_RATE"), most);
-}
-
-TEST_F(Session, MeasuresInflowItself) {
-  for (const std::string type : {"BOTTOM_HOLE_PRESSURE", "TUBING_HEAD_PRESSURE"}) {
-    const Entries reply = AskThenReady("QUERY QIPRDATA WELNAMES{P} PRESSURETYPES{" + type +
-                                       "} NPOINTS<4> SKEWNESS[1] END");
-    ASSERT_EQ(reply.at(reply.size() - 3), Entry("ITEM", Texts{type}));
-    const Numbers pressures = std::get<Numbers>(reply.at(reply.size() - 2).data);
-    ASSERT_EQ(pressures.size(), 4u);
-    EXPECT_TRUE(std::ranges::is_sorted(pressures));
-    if (type.starts_with("BOTTOM")) {
-      EXPECT_NEAR(pressures.front(), 500.0, 1e-6);
-    }
-  }
-}
-
-TEST_F(Session, EndsWithTheReasonWhenBytesMakeNoMessage) {
+TEST(Session, EndsWithTheReasonWhenBytesMakeNoMessage) {
+  ServedSimulator simulator(SampleDeck());
+  RawController controller(simulator.Port());
+  controller.Greet();
   controller.SendBytes(FrameOf(Payload(Entries{"QUERY", "QWELLS"}) +
                                HeaderBytes("QITEMS", uint64_t{1} << 60, "CSTR")));
   EXPECT_EQ(Describe(controller.Receive()), "ERROR: Not enough data read from network END ");

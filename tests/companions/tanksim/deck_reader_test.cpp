@@ -1,6 +1,5 @@
 #include "tanksim/deck_reader.h"
 
-#include <cmath>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -9,18 +8,6 @@
 
 namespace gantry::simulator::test {
 namespace {
-
-TEST(Deck, ReadsTheSameReservoirInBothUnitSystems) {
-  const Deck field = SampleDeck(false);
-  const Deck metric = SampleDeck(true);
-  const auto near = [](double a, double b) { return std::abs(a - b) <= 1e-9 * std::abs(a); };
-  EXPECT_PRED2(near, field.tanks[0].initial.pressure, metric.tanks[0].initial.pressure);
-  EXPECT_PRED2(near, field.tanks[0].initial.poreVolume, metric.tanks[0].initial.poreVolume);
-  EXPECT_PRED2(near, field.tanks[0].initial.temperature, metric.tanks[0].initial.temperature);
-  EXPECT_PRED2(near, field.blackOil.dissolvedGas[2], metric.blackOil.dissolvedGas[2]);
-  EXPECT_PRED2(near, field.blackOil.gasFactor[2], metric.blackOil.gasFactor[2]);
-  EXPECT_PRED2(near, field.wells[2].index, metric.wells[2].index);
-}
 
 TEST(Deck, GivesAKeyThatIsLeftOutItsUsualMeaning) {
   EXPECT_TRUE(SampleDeck().tanks[0].initial.gasRedissolves);

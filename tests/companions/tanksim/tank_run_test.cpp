@@ -128,53 +128,6 @@ TEST(Tank, ShowsWaterAtItsProducersOnlyWhenTheFrontHasCome) {
   EXPECT_LT(before, 1.0);
 }
 
-TEST(Well, HoldsTheTightestOfItsLimits) {
-  const Deck deck = SampleDeck(false, "gas_saturation = 0.1");
-  TankRun run(deck);
-  using F = const WellFlow&;
-  const struct {
-    size_t well;
-    LimitItem item;
-    double share;  // of the free flow
-    double (*value)(F);
-  } cases[] = {
-      {kProducer, LimitItem::kOilProduction, 0.5, [](F f) { return f.rates.oil; }},
-      {kProducer, LimitItem::kGasProduction, 0.5, [](F f) { return f.rates.gas; }},
-      {kProducer, LimitItem::kWaterProduction, 0.5, [](F f) { return f.rates.water; }},
-      {kProducer, LimitItem::kLiquidProduction, 0.5,
-       [](F f) { return f.rates.oil + f.rates.water; }},
-      {kProducer, LimitItem::kReservoirProduction, 0.5,
-       [](F f) { return f.rates.reservoirProduction; }},
-      {kProducer, LimitItem::kBottomHolePressure, 2.0, [](F f) { return f.bottomHolePressure; }},
-      {kProducer, LimitItem::kDrawdownRegion, 0.5,
-       [](F f) { return 3200.0 - f.bottomHolePressure; }},
-      {kWaterInjector, LimitItem::kWaterInjection, 0.5, [](F f) { return f.rates.injectedWater; }},
-      {kWaterInjector, LimitItem::kReservoirInjection, 0.5,
-       [](F f) { return f.rates.reservoirInjection; }},
-      {kGasInjector, LimitItem::kGasInjection, 0.5, [](F f) { return f.rates.injectedGas; }},
-      {kGasInjector, LimitItem::kBottomHolePressure, 0.8, [](F f) { return f.bottomHolePressure; }},
-  };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(WordOf(test.item));
-    const Well& well = run.Wells()[test.well];
-    const double limit = test.share * test.value(well.Flow());
-    ASSERT_GT(limit, 0.0);
-    EXPECT_NEAR(test.value(well.FlowUnder({{test.item, limit}})), limit, 1e-9 * limit);
-  }
-}
-
-TEST(Well, LiftsToItsTubingHeadPressure) {
-  const Deck deck = SampleDeck();
-  TankRun run(deck);
-  const Well& producer = run.Wells()[kProducer];
-  const WellFlow flow = producer.FlowUnder({{LimitItem::kTubingHeadPressure, 300.0}});
-  EXPECT_NEAR(flow.tubingHeadPressure, 300.0, 0.01);
-  EXPECT_LT(flow.rates.oil, producer.Flow().rates.oil);
-  // 7000 ft of mixture weigh something, and less than 7000 ft of water.
-  EXPECT_GT(flow.bottomHolePressure - 300.0, 500.0);
-  EXPECT_LT(flow.bottomHolePressure - 300.0, 0.4335 * 7000.0);
-}
-
 TEST(GasCycling, ConservesEveryComponent) {
   const Deck deck = ExampleDeck("gas_cycling/GAS_CYCLING.afi");
   TankRun run(deck);
