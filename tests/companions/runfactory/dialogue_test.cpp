@@ -26,12 +26,10 @@ TEST(Dialogue, IsCompleteWithItsLastByteHoweverTheBytesCome) {
   EXPECT_EQ(dialogue.Take("1"), State::kComplete);
   EXPECT_EQ(dialogue.Refusal(), "");
   const RunRequest& request = dialogue.Request();
-  EXPECT_EQ(request.directory, "C:\\cases\\");
-  EXPECT_EQ(request.baseName, "NORTH");
-  EXPECT_EQ(request.parallel, 4);
-  EXPECT_EQ(request.versionCode, 20172);
-  EXPECT_EQ(request.user, "jo");
-  EXPECT_TRUE(request.logging);
+  EXPECT_EQ(std::tie(request.directory, request.baseName, request.user),
+            std::tuple("C:\\cases\\", "NORTH", "jo"));
+  EXPECT_EQ(std::tie(request.parallel, request.versionCode, request.logging),
+            std::tuple(4, 20172, true));
 }
 
 TEST(Dialogue, NamesTheLineThatItCannotRead) {
@@ -51,11 +49,8 @@ TEST(Dialogue, NamesTheLineThatItCannotRead) {
   }
 }
 
-TEST(Dialogue, LetsADriverOfAnotherVersionGo) {
+TEST(Dialogue, LetsADriverOfAnotherVersionGoAndBreaksOnWhatNoDriverSays) {
   EXPECT_EQ(Dialogue().Take(FramedText("0")), State::kDeclined);
-}
-
-TEST(Dialogue, BreaksOnWhatNoDriverSays) {
   const std::vector<std::string> cases = {
       FramedText("2"),        std::string("GET / HTTP/1.1\r\n"),
       std::string(4, '\xff'), Lines({"1", "0"}) + std::string("\x01\x10\0\0", 4),

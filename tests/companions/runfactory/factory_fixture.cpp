@@ -3,10 +3,10 @@
 #include <array>
 #include <csignal>
 #include <filesystem>
+#include <iostream>
 #include <sstream>
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/wait.h>
 
 #include "runfactory/program.h"
@@ -17,8 +17,6 @@ namespace gantry::test {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr int kPatienceMilliseconds = 30000;
 
 std::vector<pid_t> ChildrenOf(pid_t process) {
   const std::string number = std::to_string(process);
@@ -31,7 +29,7 @@ std::vector<pid_t> ChildrenOf(pid_t process) {
 RunningFactory::RunningFactory(std::vector<std::string> command) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-  log_ = platform::Descriptor(ends[0]);
+  log_.reset(::fdopen(ends[0], "r"));
   const platform::Descriptor writeEnd(ends[1]);
   process_ = cluster::StartProgram({.arguments = std::move(command), .output = writeEnd.Number()});
   // Standard output and the log are one pipe, and both begin with this.
@@ -46,22 +44,13 @@ RunningFactory::~RunningFactory() {
 }
 
 std::string RunningFactory::AwaitLog(const std::string& text) {
-  pollfd waiting = {log_.Number(), POLLIN, 0};
-  std::array<char, 4096> block{};
-  std::string read;
-  for (;;) {
-    for (size_t end = 0; (end = unread_.find('\n')) != std::string::npos;) {
-      const std::string line = unread_.substr(0, end);
-      unread_.erase(0, end + 1);
-      if (line.find(text) != std::string::npos) return line;
-      read += line + "\n";
-    }
-    const bool speaks = ::poll(&waiting, 1, kPatienceMilliseconds) > 0;
-    const ssize_t count = speaks ? ::read(log_.Number(), block.data(), block.size()) : 0;
-    if (count <= 0) break;
-    unread_.append(block.data(), static_cast<size_t>(count));
+  std::string said;
+  for (std::array<char, 4096> line{}; std::fgets(line.data(), line.size(), log_.get());) {
+    said = line.data();
+    std::cout << said;
+    if (said.find(text) != std::string::npos) return said.substr(0, said.size() - 1);
   }
-  ADD_FAILURE() << "the log doesn't say '" << text << "' but\n" << read;
+  ADD_FAILURE() << "the log doesn't say '" << text << "'";
   return {};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -23,8 +24,8 @@ class RunningFactory {
   RunningFactory& operator=(const RunningFactory&) = delete;
 
   uint16_t Port() const { return port_; }
-  /// Reads the log up to the next line that holds the text, and gives that line. Fails the test,
-  /// and gives nothing, when the log ends first or says nothing for half a minute.
+  /// Reads the log, and shows it, up to the next line that holds the text, and gives that line.
+  /// Fails the test, and gives nothing, when the log ends first.
   std::string AwaitLog(const std::string& text);
   void Signal(int signal) const;
   /// The exit status, once it has ended.
@@ -33,8 +34,7 @@ class RunningFactory {
   std::vector<pid_t> Children() const;
 
  private:
-  platform::Descriptor log_;
-  std::string unread_;
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> log_{nullptr, &std::fclose};
   pid_t process_ = -1;
   uint16_t port_ = 0;
 };

@@ -134,36 +134,36 @@ class RawDriver : public SocketClient {
 
 TEST_F(FactoryTest, EndsASessionThatLosesItsDriverWhileTheSimulatorIsBusy) {
   StartFactory();
+  const auto other = Begin("ODEH");
+  EXPECT_TRUE(IsAlive(SimulatorOfNext()));
   auto driver = std::make_unique<RawDriver>(factory->Port());
   const pid_t simulator = SimulatorOfNext();
   ::kill(simulator, SIGSTOP);
   driver->Put(cluster::FramedText(std::string("\7\0\0\0\7\0\0\0", 8)));
   driver.reset();
-  factory->AwaitLog("session 1 (jo): its driver has gone");
+  factory->AwaitLog("session 2 (jo): its driver has gone");
   factory->AwaitLog("its place is free");
   EXPECT_FALSE(IsAlive(simulator));
+  EXPECT_TRUE(other->IsRunning());
 }
 
+// However the service was started, its sessions find no sockets in the place of standard
+// descriptors.
 TEST_F(FactoryTest, StopsAllSessionsInOrderWhenASignalAsksItTo) {
-  StartFactory();
+  StartFactory({}, TANKSIM, {"/bin/sh", "-c", "exec \"$0\" \"$@\" <&- >&-"});
   const auto first = Begin("FIVE_SPOT");
   const auto second = Begin("FIVE_SPOT");
   const std::vector<pid_t> children = factory->Children();
   EXPECT_EQ(children.size(), 4u) << "a process and a simulator for each";
-  factory->Signal(SIGTERM);
-  factory->AwaitLog("has stopped");
-  EXPECT_EQ(factory->Wait(), 0);
-  for (const pid_t child : children) EXPECT_FALSE(IsAlive(child));
-}
-
-TEST_F(FactoryTest, GivesItsSessionsNoSocketsForStandardDescriptors) {
-  StartFactory({}, TANKSIM, {"/bin/sh", "-c", "exec \"$0\" \"$@\" <&- >&-"});
-  const auto session = Begin("FIVE_SPOT");
-  for (const pid_t process : factory->Children()) {
+  for (const pid_t process : children) {
     const fs::path descriptors = "/proc/" + std::to_string(process) + "/fd";
     EXPECT_EQ(fs::read_symlink(descriptors / "0"), "/dev/null");
     EXPECT_TRUE(fs::read_symlink(descriptors / "1").string().starts_with('/'));
   }
+  factory->Signal(SIGTERM);
+  factory->AwaitLog("has stopped");
+  EXPECT_EQ(factory->Wait(), 0);
+  for (const pid_t child : children) EXPECT_FALSE(IsAlive(child));
 }
 
 TEST_F(FactoryTest, DropsPeersThatSayNothingOrNonsenseAndServesDriversAllTheWhile) {

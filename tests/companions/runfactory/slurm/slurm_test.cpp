@@ -79,6 +79,10 @@ TEST_F(SlurmTest, TellsTheDriverWhatSlurmSays) {
   StartFactory({"--launcher=slurm", "--slurm-option=--partition=nowhere"});
   EXPECT_NE(Refusal(SettingsFor("FIVE_SPOT")).find("Slurm's sbatch failed: sbatch: error:"),
             std::string::npos);
+  if (std::getenv("SLURM_CONF") == nullptr) {
+    StartFactory({"--launcher=slurm", "--slurm-option=--comment=mute"});
+    EXPECT_NE(Refusal(SettingsFor("FIVE_SPOT")).find("gave no job number"), std::string::npos);
+  }
   StartFactory({"--launcher=slurm"}, "/bin/false");
   EXPECT_NE(Refusal(SettingsFor("FIVE_SPOT")).find("has ended (FAILED)"), std::string::npos);
 }
