@@ -265,7 +265,7 @@ def make_a_thousand_wells(results):
     run = json.loads((results / "run.json").read_text())
     run["wells"] = [{"name": name, "kind": 0} for name in names]
     (results / "run.json").write_text(json.dumps(run))
-    for table in results / "wells.csv", results / "inflow.csv":
+    for table in results / "wells.csv", results / "inflow.csv", results / "events.csv":
         heading, *rows = table.read_text().splitlines(keepends=True)
         with open(table, "w") as file:
             file.write(heading)
@@ -289,7 +289,7 @@ def carries_a_thousand_wells(field):
     assert page.count("#wells tbody tr") == 1000
     assert page.count("canvas") < 40, "charts are made when they are looked at"
     page.set("#search", "w0777")
-    print(page.texts("#cards"), page.faults())
+    page.eval("document.getElementById('W0777').scrollIntoView()")
     page.until("document.querySelector('#W0777 canvas')")
     assert page.count("#cards > *") == 1
 
