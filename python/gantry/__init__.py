@@ -15,6 +15,12 @@
 """
 
 from importlib import import_module
+from typing import TYPE_CHECKING, Any
+
+if TYPE_CHECKING:  # the same names for who reads types
+    from .case import Case as Case, CaseError as CaseError, Control as Control, DriverError as DriverError
+    from .case import Inflow as Inflow, Run as Run, Step as Step
+    from .results import Results as Results
 
 _HOMES = {
     "Case": "case", "CaseError": "case", "Control": "case", "DriverError": "case", "Inflow": "case",
@@ -24,7 +30,7 @@ _HOMES = {
 __all__ = list(_HOMES)
 
 
-def __getattr__(name: str):
+def __getattr__(name: str) -> Any:
     # When first asked for: peers and results need neither the compiled part nor each other.
     if name not in _HOMES:
         raise AttributeError(f"module 'gantry' has no attribute {name!r}")

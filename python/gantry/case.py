@@ -13,9 +13,11 @@ from collections.abc import Iterator, Mapping
 from dataclasses import dataclass
 from datetime import date
 from pathlib import Path
+from types import TracebackType
 from typing import Callable, TypeVar
 
 import numpy as np
+from numpy.typing import NDArray
 
 try:
     from . import _native
@@ -28,6 +30,7 @@ CaseError = _native.CaseError
 DriverError = _native.DriverError
 
 _Item = TypeVar("_Item")
+Column = NDArray[np.float64]  #: of one dimension
 
 
 class _ByWell(Mapping[str, _Item]):
@@ -54,24 +57,27 @@ def _place(wells: Mapping[str, int], well: str) -> int:
 
 
 class Inflow:
-    """The inflow of a well in a step, as the simulator has it.
+    """The inflow of a well in a step, as the simulator has it, in the units of the case.
 
-    pressure, oil, water, gas: arrays of one length, an entry for each point of the table, at most ten.
+    pressure: at bottom hole, shape (points,), at most ten; oil, water, gas: rates at surface
+    conditions, of the same shape. Rates fall from the first point, the well's most, to the last.
     """
 
-    def __init__(self, native) -> None:
-        self.pressure: np.ndarray = native.pressure
-        self.oil: np.ndarray = native.oil
-        self.water: np.ndarray = native.water
-        self.gas: np.ndarray = native.gas
+    def __init__(self, native: _native.Inflow) -> None:
+        self.pressure: Column = native.pressure
+        self.oil: Column = native.oil
+        self.water: Column = native.water
+        self.gas: Column = native.gas
         self.is_dead: bool = native.is_dead  #: no point flows
 
     @property
-    def liquid(self) -> np.ndarray:
+    def liquid(self) -> Column:
+        """Oil and water together, shape (points,)."""
         return self.oil + self.water
 
     def rates_at(self, bottom_hole_pressure: float) -> tuple[float, float, float]:
-        """Oil, water and gas at a pressure, straight between the points and held at the ends."""
+        """Oil, water and gas at a pressure (all in the units of the case), straight between the points
+        and held at the ends."""
         order = np.argsort(self.pressure, kind="stable")
         oil, water, gas = (
             float(np.interp(bottom_hole_pressure, self.pressure[order], rates[order]))
@@ -83,12 +89,12 @@ class Inflow:
 @dataclass(frozen=True)
 class Control:
     """Where a well stands: as it was decided, or as the simulator reports it. The pressure that is
-    decided for a shut well is not a number."""
+    decided for a shut well is not a number. In the units of the case; injected rates are positive."""
 
-    bottom_hole_pressure: float
-    oil: float
-    water: float
-    gas: float
+    bottom_hole_pressure: float  #: `case.units["pressure"]`
+    oil: float  #: `case.units["liquid_rate"]`
+    water: float  #: `case.units["liquid_rate"]`
+    gas: float  #: `case.units["gas_rate"]`
     is_open: bool = True
     limited_by: str = ""  #: what holds it there; empty for a report
 
@@ -154,20 +160,27 @@ class Step:
         limited_by: str = "Python",
     ) -> None:
         """Puts a well at an operating point of one's own, whether it lies on its inflow or not."""
-        values = (bottom_hole_pressure, oil, water, gas)
+        values = (float(bottom_hole_pressure), float(oil), float(water), float(gas))
         if not np.all(np.isfinite(values)):
             raise ValueError(f"{well}: an operating point of {values}")
-        self._native.set_exactly(_place(self._wells, well), *map(float, values), limited_by)
+        self._native.set_exactly(_place(self._wells, well), *values, limited_by)
 
     def shut(self, well: str, limited_by: str = "Python") -> None:
         """Shuts a well in for this step."""
         self._native.shut(_place(self._wells, well), limited_by)
 
 
-class _Published(Mapping[str, float]):
-    """The published variables of a run by their full names; reading and writing goes to the simulator."""
+class Published(Mapping[str, float]):
+    """The published variables of a run by their full names, such as "P1:Water cut".
 
-    def __init__(self, native) -> None:
+    Reading and writing goes to the simulator, in the driver's own units: stb/day, MMscf/day, psig. A well
+    is read as it flows at the moment: within a step a connected one stands under the last question of its
+    inflow's measurement, near no flow, so read what a step has made at its end from `Step.reported`. Only
+    wells that the network leaves alone can be written. Raises KeyError for a name that isn't published,
+    and DriverError for one that can't be read or written.
+    """
+
+    def __init__(self, native: _native.Run) -> None:
         self._native = native
 
     def _handles(self) -> dict[str, int]:
@@ -193,17 +206,19 @@ class Run:
     step; the `with` block then ends the run in order, with whole results.
     """
 
-    def __init__(self, native) -> None:
+    def __init__(self, native: _native.Run) -> None:
         self._native = native
         self._wells = {name: place for place, name in enumerate(native.wells)}
         self._has_step = False
         self._is_over = False
-        self.published: Mapping[str, float] = _Published(native)
+        self.published = Published(native)
 
     def __enter__(self) -> "Run":
         return self
 
-    def __exit__(self, kind, error, trace) -> None:
+    def __exit__(
+        self, kind: type[BaseException] | None, error: BaseException | None, trace: TracebackType | None
+    ) -> None:
         if not self._is_over:
             self.close(f"{kind.__name__}: {error}" if kind else "")
 
@@ -230,14 +245,17 @@ class Run:
 
     @property
     def wells(self) -> list[str]:
+        """The wells of the case by name."""
         return list(self._wells)
 
     @property
     def step_count(self) -> int:
+        """How many steps the whole run has."""
         return self._native.step_count
 
     @property
     def simulator(self) -> str:
+        """The simulator's program, with what it says of its version."""
         return self._native.simulator
 
     @property
@@ -246,10 +264,12 @@ class Run:
         return self._native.warnings
 
     def get(self, path: str) -> str:
-        """A value inside the driver, such as "Intersect.Well[{P1}].CurPressure"."""
+        """A value inside the driver, such as "Intersect.Well[{P1}].CurPressure", in the driver's own
+        units (psig). Raises DriverError for a path that nothing answers."""
         return self._native.get(path)
 
     def set(self, path: str, value: object) -> None:
+        """Writes a value by its path. Raises DriverError for one that nothing takes."""
         self._native.set(path, str(value))
 
     def do(self, command: str) -> None:
@@ -263,7 +283,7 @@ class Case:
     output: the folder of the results, in place of the case's own.
     """
 
-    def __init__(self, file: str | os.PathLike, *, output: str | os.PathLike | None = None) -> None:
+    def __init__(self, file: str | os.PathLike[str], *, output: str | os.PathLike[str] | None = None) -> None:
         self.file = Path(file)
         self._native = _native.Case(os.fspath(file), None if output is None else os.fspath(output))
         self.title: str = self._native.title
@@ -273,8 +293,8 @@ class Case:
         self.is_metric: bool = self._native.is_metric
         self.warnings: list[str] = self._native.warnings
 
-    def run(self, *, steps: int = 0, module: str | os.PathLike | None = None,
-            simulator: str | os.PathLike | None = None) -> Run:
+    def run(self, *, steps: int = 0, module: str | os.PathLike[str] | None = None,
+            simulator: str | os.PathLike[str] | None = None) -> Run:
         """Starts the simulator. To be used in a `with` statement, so that it ends in order.
 
         steps: at most so many; 0 for all of the case. module: the driver, in place of the one beside
@@ -307,4 +327,4 @@ def _module() -> Path:
 def _tanksim() -> str:
     here = Path(__file__).resolve().parent
     found = _first([here / "tanksim", here.parents[1] / "bin" / "tanksim"])
-    return str(found or shutil.which("tanksim") or "")
+    return str(found) if found else shutil.which("tanksim") or ""

@@ -33,10 +33,15 @@ import socket
 import sys
 from dataclasses import dataclass, field
 from datetime import date, datetime, timedelta
-from typing import Callable, Mapping, Sequence
+from typing import Any, Callable, Iterable, Mapping, Sequence, TypeVar
 
 from . import wire
 from .wire import Entry, Reader, Wire, integers, marker, numbers, texts
+
+_Messages = Sequence[Sequence[Entry]]
+_Function = TypeVar("_Function", bound=Callable[..., Any])
+_Number = TypeVar("_Number", bound=Callable[[str], float])
+_Text = TypeVar("_Text", bound=Callable[[str], str])
 
 _VERSION = "V2"
 _READY = [marker("READY")]
@@ -109,36 +114,38 @@ class Peer:
 
     # What a simulator registers.
 
-    def well_number(self, *items: str):
+    def well_number(self, *items: str) -> Callable[[_Number], _Number]:
         """Registers what answers for these items of a well: f(well) -> number, for the well as it
         flows under its present limits."""
         return self._register(self._well_numbers, items)
 
-    def well_text(self, *items: str):
+    def well_text(self, *items: str) -> Callable[[_Text], _Text]:
         """Registers what answers for these items of a well: f(well) -> text."""
         return self._register(self._well_texts, items)
 
     @staticmethod
-    def _register(table: dict, items: Sequence[str]):
-        def register(function):
+    def _register(table: dict[str, Any], items: Sequence[str]) -> Callable[[_Function], _Function]:
+        def register(function: _Function) -> _Function:
             table.update({item: function for item in items})
             return function
 
         return register
 
-    def advance(self, function: Callable[[float], float]):
+    def advance(self, function: Callable[[float], float]) -> Callable[[float], float]:
         """Registers what runs on: f(days) -> the days since the start that were reached; math.inf
         says that the run has come to its own end."""
         self._advance = function
         return function
 
-    def well_changed(self, function: Callable[[str], None]):
+    def well_changed(self, function: Callable[[str], None]) -> Callable[[str], None]:
         """Registers what hears of each well whose limits, status, uptime or composition have
         changed."""
         self._changed = function
         return function
 
-    def inflow(self, function: Callable[..., Mapping[str, Sequence[float]]]):
+    def inflow(
+        self, function: Callable[..., Mapping[str, Sequence[float]]]
+    ) -> Callable[..., Mapping[str, Sequence[float]]]:
         """Registers what measures an inflow table itself: f(well, pressure_type, points, skewness)
         -> a list of values for each item. Drivers of today sweep the wells instead."""
         self._inflow = function
@@ -233,12 +240,12 @@ class Peer:
 
     # Moving on.
 
-    def _continue(self, message: Reader):
+    def _continue(self, message: Reader) -> _Messages:
         message.end()
         self.position = "BEGIN_NEWTON"
         return [self._stop()]
 
-    def _continue_until(self, message: Reader):
+    def _continue_until(self, message: Reader) -> _Messages:
         days = message.number("TIME")
         message.end()
         reached = self._advance(days)
@@ -248,13 +255,15 @@ class Peer:
             self.days = reached
         return [self._stop()]
 
-    def _shut_down(self, message: Reader):
+    def _shut_down(self, message: Reader) -> _Messages:
         message.end()
         return [[marker("FINISHED")]]
 
     # Queries.
 
-    def _query_wells(self, message: Reader, table: Mapping[str, Callable], form: Callable):
+    def _query_wells(
+        self, message: Reader, table: Mapping[str, Callable[[str], Any]], form: Callable[[str, Iterable[Any]], Entry]
+    ) -> _Messages:
         items = [item for item in message.texts("QITEMS") if item in table]
         wells = self._known(message.texts("WELNAMES"))
         message.end()
@@ -263,13 +272,13 @@ class Peer:
             reply += [texts("WELLNAME", [well]), form("VALUES", [table[item](well) for item in items])]
         return [reply, _READY]
 
-    def _query_well_numbers(self, message: Reader):
+    def _query_well_numbers(self, message: Reader) -> _Messages:
         return self._query_wells(message, self._well_numbers, numbers)
 
-    def _query_well_texts(self, message: Reader):
+    def _query_well_texts(self, message: Reader) -> _Messages:
         return self._query_wells(message, self._well_texts, texts)
 
-    def _query_reservoir(self, message: Reader):
+    def _query_reservoir(self, message: Reader) -> _Messages:
         items = message.texts("QITEMS")
         message.end()
         reply = [marker("REPLY")]
@@ -278,7 +287,7 @@ class Peer:
             reply += [texts("QITEM", ["START_DATE"]), integers("VALUES", day)]
         return [reply, _READY]
 
-    def _query_reservoir_texts(self, message: Reader):
+    def _query_reservoir_texts(self, message: Reader) -> _Messages:
         items = [item for item in message.texts("QITEMS") if item in self._texts]
         message.end()
         reply = [marker("REPLY")]
@@ -286,7 +295,7 @@ class Peer:
             reply += [texts("QITEM", [item]), texts("VALUES", [self._texts[item]])]
         return [reply, _READY]
 
-    def _query_limits(self, message: Reader):
+    def _query_limits(self, message: Reader) -> _Messages:
         wells = self._known(message.texts("WELNAMES"))
         message.end()
         reply = [marker("REPLY")]
@@ -300,7 +309,7 @@ class Peer:
             ]
         return [reply, _READY]
 
-    def _query_inflow(self, message: Reader):
+    def _query_inflow(self, message: Reader) -> _Messages:
         wells = message.texts("WELNAMES")
         types = message.texts("PRESSURETYPES", len(wells))
         points, skewness = message.integer("NPOINTS"), message.number("SKEWNESS")
@@ -314,12 +323,12 @@ class Peer:
                 reply += [texts("ITEM", [item]), numbers("VALUES", values)]
         return [reply, _READY]
 
-    def _query_components(self, message: Reader):
+    def _query_components(self, message: Reader) -> _Messages:
         message.end()
         names = [texts("NCOMPS", self.fluid.components)] if self.fluid else []
         return [[marker("REPLY"), *names], _READY]
 
-    def _query_fluid(self, message: Reader):
+    def _query_fluid(self, message: Reader) -> _Messages:
         message.end()
         reply = [marker("REPLY")]
         if self.fluid:
@@ -335,7 +344,7 @@ class Peer:
 
     # Setters.
 
-    def _set_limits(self, message: Reader):
+    def _set_limits(self, message: Reader) -> _Messages:
         wanted = []
         while message.next_is("WELLNAME"):
             well = self._well(message.text("WELLNAME"))
@@ -349,7 +358,7 @@ class Peer:
             self._changed(well)
         return [_READY]
 
-    def _set_status(self, message: Reader):
+    def _set_status(self, message: Reader) -> _Messages:
         message.text("WCLOSURE")
         self._set_item(message, "STATUS")
         wells = message.texts("WELNAMES")
@@ -362,7 +371,7 @@ class Peer:
             self._changed(well)
         return [_READY]
 
-    def _set_uptime(self, message: Reader):
+    def _set_uptime(self, message: Reader) -> _Messages:
         self._set_item(message, "UPTIME_FRACTION")
         wells = message.texts("WELNAMES")
         fractions = message.numbers("VALUES", len(wells))
@@ -378,7 +387,7 @@ class Peer:
         if item != expected:
             raise Refused(f"Unknown well item to set: {item}")
 
-    def _create_source(self, message: Reader):
+    def _create_source(self, message: Reader) -> _Messages:
         well, source = message.text("WELLNAME"), message.text("STNAME")
         message.text("STPHASE")
         message.end()
@@ -387,7 +396,7 @@ class Peer:
             self._sources[source] = well
         return [[marker("REPLY"), integers("STRET", [int(can_take)])], _READY]
 
-    def _set_source(self, message: Reader):
+    def _set_source(self, message: Reader) -> _Messages:
         source = message.text("STNAME")
         fractions = message.numbers("STCMPVALUES")
         items = message.texts("STCMPNAMES", len(fractions))
@@ -401,7 +410,7 @@ class Peer:
         return [_READY]
 
 
-_MESSAGES: dict[str, Callable[[Peer, Reader], Sequence[Sequence[Entry]]]] = {
+_MESSAGES: dict[str, Callable[[Peer, Reader], _Messages]] = {
     "CONTINUE": Peer._continue,
     "CONTINUE_UNTIL": Peer._continue_until,
     "SHUTDOWN": Peer._shut_down,

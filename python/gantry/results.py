@@ -15,8 +15,15 @@ import os
 from collections.abc import Mapping
 from functools import cached_property
 from pathlib import Path
+from typing import TYPE_CHECKING, Any
 
 import numpy as np
+from numpy.typing import NDArray
+
+if TYPE_CHECKING:
+    import pandas  # type: ignore[import]
+
+Column = NDArray[Any]  #: of one dimension: numbers, days (datetime64[D]) or texts
 
 _TEXT_COLUMNS = ("date", "well", "kind", "limited by", "group limits", "totals by", "run")
 _TABLES = ("field", "wells", "inflow")
@@ -28,7 +35,7 @@ def _split(heading: str) -> tuple[str, str]:
     return name, unit.removesuffix(")")
 
 
-def _column(name: str, values: list[str]) -> np.ndarray:
+def _column(name: str, values: list[str]) -> Column:
     if name == "date":
         return np.array(values, dtype="datetime64[D]")
     if name in _TEXT_COLUMNS:
@@ -42,22 +49,24 @@ def _column(name: str, values: list[str]) -> np.ndarray:
 class Results:
     """A folder of results. Raises FileNotFoundError for a folder that holds no run.
 
-    field: columns by name. wells: for each well its columns by name. info: what run.json tells. A run
-    that still goes on can be read: the steps that stand in all tables.
+    field: columns by name, each of shape (steps,). wells: for each well its columns by name, of the same
+    shape; a number that nobody tells is NaN. units: of each column, in those of the case, such as "Sm3/d";
+    empty for what has none. info: what run.json tells. A run that still goes on can be read: the steps
+    that stand in all tables.
     """
 
-    def __init__(self, folder: str | os.PathLike) -> None:
+    def __init__(self, folder: str | os.PathLike[str]) -> None:
         self.folder = Path(folder)
         run_file = self.folder / "run.json"
         if not run_file.exists():
             raise FileNotFoundError(f"{self.folder} holds no run: there is no run.json")
-        self.info: dict = json.loads(run_file.read_text(encoding="utf-8"))
+        self.info: dict[str, Any] = json.loads(run_file.read_text(encoding="utf-8"))
         self.title: str = self.info["title"]
-        self.warnings: list[dict] = self.info.get("warnings", [])
+        self.warnings: list[dict[str, Any]] = self.info.get("warnings", [])
         self.units: dict[str, str] = {}
-        self.field: Mapping[str, np.ndarray] = self._read("field")
+        self.field: Mapping[str, Column] = self._read("field")
 
-    def _read(self, table: str) -> dict[str, np.ndarray]:
+    def _read(self, table: str) -> dict[str, Column]:
         with open(self.folder / f"{table}.csv", encoding="utf-8", newline="") as file:
             headings, *rows = csv.reader(file)
         # The last row may be in the middle of being written.
@@ -70,7 +79,7 @@ class Results:
         return columns
 
     @property
-    def dates(self) -> np.ndarray:
+    def dates(self) -> Column:
         """The day on which each step begins."""
         return self.field["date"]
 
@@ -79,15 +88,16 @@ class Results:
         return len(self.dates)
 
     @cached_property
-    def wells(self) -> dict[str, dict[str, np.ndarray]]:
+    def wells(self) -> dict[str, dict[str, Column]]:
         return self._by_well(self._read("wells"))
 
     @cached_property
-    def inflow(self) -> dict[str, dict[str, np.ndarray]]:
-        """For each well the points of all steps, in the order of "step" and "point"."""
+    def inflow(self) -> dict[str, dict[str, Column]]:
+        """For each well the points of all its steps, in the order of "step" and "point": columns of shape
+        (points of all steps,)."""
         return self._by_well(self._read("inflow"))
 
-    def _by_well(self, columns: dict[str, np.ndarray]) -> dict[str, dict[str, np.ndarray]]:
+    def _by_well(self, columns: dict[str, Column]) -> dict[str, dict[str, Column]]:
         # The field's row of a step comes last: what stands beyond it isn't whole yet.
         whole = columns["step"] <= self.steps
         split = {}
@@ -96,10 +106,11 @@ class Results:
             split[well] = {name: values[rows] for name, values in columns.items() if name != "well"}
         return split
 
-    def frame(self, table: str = "wells"):
-        """A whole table as a pandas.DataFrame, under the headings of the file."""
+    def frame(self, table: str = "wells") -> pandas.DataFrame:
+        """A whole table ("field", "wells" or "inflow") under the headings of the file, units and all. The
+        only part that wants pandas."""
         if table not in _TABLES:
             raise ValueError(f"no table {table!r}; there are {', '.join(_TABLES)}")
-        import pandas
+        import pandas  # optional
 
         return pandas.read_csv(self.folder / f"{table}.csv", parse_dates=["date"])

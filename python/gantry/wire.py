@@ -12,9 +12,9 @@ import socket
 import struct
 import sys
 from dataclasses import dataclass
-from typing import Iterable, Sequence, Union
+from typing import Any, Iterable, Sequence
 
-Values = Union[Sequence[int], Sequence[float], Sequence[str], "array.array[int]", "array.array[float]"]
+Values = Any  #: a sequence of the elements of a kind
 
 LONGEST_CHUNK = 65536
 LONGEST_NAME = 255
@@ -53,7 +53,7 @@ def integers(name: str, values: Iterable[int]) -> Entry:
     return Entry(name, "INTE", array.array("i", values))
 
 
-def _little(values: array.array) -> bytes:
+def _little(values: array.array[Any]) -> bytes:
     if sys.byteorder == "big":
         values = values[:]
         values.byteswap()
@@ -120,7 +120,7 @@ class Reader:
             return Entry(name, kind, values)
         if kind not in ("INTE", "DOUB"):
             raise ProtocolError(f"Unknown type: {kind}")
-        found = array.array("i" if kind == "INTE" else "d")
+        found: array.array[Any] = array.array("i" if kind == "INTE" else "d")
         found.frombytes(self._take(count * found.itemsize))
         if sys.byteorder == "big":
             found.byteswap()
@@ -149,7 +149,7 @@ class Reader:
         return self.numbers(name, 1)[0]
 
     def integer(self, name: str) -> int:
-        return self._expect(name, "INTE", 1).values[0]
+        return int(self._expect(name, "INTE", 1).values[0])
 
     def next_is(self, name: str) -> bool:
         """Whether the next entry has this name; nothing is taken."""
@@ -191,7 +191,8 @@ class Wire:
 
     def receive(self) -> Reader:
         (total,) = struct.unpack("<Q", self._read(8))
-        chunks, got = [], 0
+        chunks: list[bytes] = []
+        got = 0
         while True:
             (length,) = struct.unpack("<Q", self._read(8))
             if chunks and length == 0:

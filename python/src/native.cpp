@@ -1,6 +1,7 @@
 // gantry._native: fieldrun's driver layer for Python. Values pass in the units of the case, which
 // are turned into the boundary's own here and nowhere else.
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -301,6 +302,18 @@ void SetExactly(PythonRun& run, size_t well, double pressure, double oil, double
                reason);
 }
 
+/// The module would pass over what concerns a connected well, with a word to its log alone.
+void WritePublished(PythonRun& run, int handle, const std::string& value) {
+  const std::vector<std::string> connected = run.Wells();
+  for (const PublishedVariable& variable : run.Driver().PublishedVariables()) {
+    if (variable.handle != handle) continue;
+    if (std::ranges::find(connected, variable.wellName) == connected.end()) continue;
+    throw DriverFailure("Could not write " + variable.fullName + ": well " + variable.wellName +
+                        " is connected, and stands where the step decides");
+  }
+  run.Driver().WritePublished(handle, value);
+}
+
 void BindRun(py::module_& module) {
   py::class_<PythonRun>(module, "Run")
       .def(py::init<std::shared_ptr<PythonCase>, const std::string&, const std::string&, size_t>())
@@ -355,12 +368,7 @@ void BindRun(py::module_& module) {
           "read_published",
           [](PythonRun& self, int handle) { return self.Driver().ReadPublished(handle); },
           py::call_guard<py::gil_scoped_release>())
-      .def(
-          "write_published",
-          [](PythonRun& self, int handle, const std::string& value) {
-            self.Driver().WritePublished(handle, value);
-          },
-          py::call_guard<py::gil_scoped_release>());
+      .def("write_published", &WritePublished, py::call_guard<py::gil_scoped_release>());
 }
 
 PYBIND11_MODULE(_native, module) {

@@ -1,6 +1,7 @@
 """Runs from Python, with the driver module and tanksim."""
 
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -74,6 +75,43 @@ def test_paths_and_what_is_refused(examples, tmp_path):
         with pytest.raises(RuntimeError, match="Another run"):
             case.run()
     assert gantry.Results(tmp_path).steps == 0, "nobody has let the step go on"
+
+
+PUBLISHED = """
+[simulator]
+deck = "FIVE_SPOT.afi"
+store_file = "case.state"
+[time]
+steps = 2
+[[well]]
+name = "P1"
+kind = "producer"
+[[well]]
+name = "P4"
+kind = "producer"
+connected = false
+"""
+
+
+def test_published_variables_are_read_and_written_at_the_simulator(examples, fieldrun, tmp_path):
+    case_file = tmp_path / "case.toml"
+    case_file.write_text(PUBLISHED)
+    shutil.copy(examples / "five_spot/FIVE_SPOT.afi", tmp_path)
+    names = ["P1:Oil production rate", "P4:Oil production rate"]
+    subprocess.run([fieldrun, "variables", case_file, "--add", names[0], "--add", names[1]], check=True)
+    with gantry.Case(case_file, output=tmp_path / "out").run() as run:
+        next(run)
+        assert set(names) < set(run.published) and run.published[names[1]] > 1000
+        run.published[names[1]] = 300
+        assert run.published[names[1]] == pytest.approx(300)
+        # A connected well is at the end of its inflow, 0.1 ** 2.5 of the most
+        at_rest = next(run).inflow["P1"].oil[-1]
+        assert run.published[names[0]] == pytest.approx(at_rest, rel=1e-3)
+        assert run.published[names[1]] == pytest.approx(300), "an order outlives the step"
+        with pytest.raises(gantry.DriverError, match="well P1 is connected"):
+            run.published[names[0]] = 5
+        with pytest.raises(KeyError):
+            run.published["P9:Water cut"]
 
 
 def test_an_error_ends_the_run_in_order_and_stands_in_its_results(examples, tmp_path):
