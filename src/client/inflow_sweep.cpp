@@ -329,7 +329,10 @@ void MeasureInflow(IntersectClientBase& client, const UnitConverter& units, cons
                    std::vector<ConnectorWellRecord>& records, const RecordWork& finish) {
   if (wells.empty()) return;
   client.set_status_for_wells(wells, Strings(wells.size(), words::kOpen), words::kUser);
-  Sweep(client, wells, request, workspace, records).Run(units, finish);
+  // A sweep that fails leaves nothing behind that the next one would go by.
+  InflowWorkspace kept = std::exchange(workspace, {});
+  Sweep(client, wells, request, kept, records).Run(units, finish);
+  workspace = std::move(kept);
 }
 
 }  // namespace gantry

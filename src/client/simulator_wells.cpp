@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 #include "client/intersect_client.h"
 #include "client/well_lookup.h"
@@ -79,18 +80,21 @@ std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client) 
 void QueryWellData(IntersectClientBase& client, const Strings& wells, WellDataWorkspace& workspace,
                    std::vector<ConnectorWellRecord>& records) {
   if (wells.empty()) return;
-  AskForData(client, wells, workspace);
-  const WellQueryResult& data = workspace.data;
+  // A query that fails leaves nothing behind that the next one would go by.
+  WellDataWorkspace kept = std::exchange(workspace, {});
+  AskForData(client, wells, kept);
+  const WellQueryResult& data = kept.data;
   records.reserve(records.size() + data.wells.size());
   for (size_t i = 0; i < data.wells.size(); ++i) {
-    const size_t statusRow = workspace.statusRows[i];
+    const size_t statusRow = kept.statusRows[i];
     if (statusRow == WellLookup::kMissing) throw std::runtime_error(kBadStatusData);
     ConnectorWellRecord& record = records.emplace_back();
     record.name = data.wells[i];
-    record.status = workspace.statuses.values[statusRow].front();
+    record.status = kept.statuses.values[statusRow].front();
     const std::span<const double> row = data.values[i];
     for (size_t item = 0; item < row.size(); ++item) record.*kWellData[item].field = row[item];
   }
+  workspace = std::move(kept);
 }
 
 Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
