@@ -78,7 +78,8 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
      [](HostTalk& t, Words& w) {
        auto row = std::make_unique<EnumDataFilesRow>();
        row->index = w.Next(0);
-       if (t.Hear(t.Command(EXT_ENUM_DATA_FILES, row.get()))) t.Tell(Line(row->path, int{row->isLocal}, row->options, row->label));
+       if (!t.Hear(t.Command(EXT_ENUM_DATA_FILES, row.get()))) return;
+       t.Tell(Line(row->path, int{row->isLocal}, row->options, row->label));
      }},
     {"save",
      [](HostTalk& t, Words& w) {
@@ -130,6 +131,17 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
          t.Tell(*t.err.text == '\0' ? std::to_string(result) : t.err.text);
        }
      }},
+    {"names",
+     [](HostTalk& t, Words&) {
+       VariableNamesRecord r = {};
+       t.Hear(t.Command(EXT_GET_VARIABLE_NAMES, &r));
+       t.TellAll({r.reservoirProductionRate, r.reservoirInjectionRate,
+                  r.reservoirProductionCumulative, r.reservoirInjectionCumulative,
+                  r.waterProductionRate, r.oilProductionRate, r.gasProductionRate,
+                  r.waterInjectionRate, r.gasInjectionRate,
+                  Line(r.reservoirRateFactor, r.reservoirCumulativeFactor, r.liquidRateFactor,
+                       r.gasRateFactor)});
+     }},
     {"description",
      [](HostTalk& t, Words&) {
        char text[600];
@@ -171,7 +183,8 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
      [](HostTalk& t, Words& w) {
        EnumSourcesRow row = {};
        row.index = w.Next(0);
-       if (t.Hear(t.Command(EXT_ENUM_SOURCES, &row, w.Next(0u)))) t.Tell(Line(row.index, row.kind, row.one1, row.one2, row.kindAgain, row.zero, row.one3,
+       if (!t.Hear(t.Command(EXT_ENUM_SOURCES, &row, w.Next(0u)))) return;
+       t.Tell(Line(row.index, row.kind, row.one1, row.one2, row.kindAgain, row.zero, row.one3,
                    row.sourceWord));
      }},
     {"connect",
@@ -188,7 +201,8 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
     {"date",
      [](HostTalk& t, Words&) {
        DateRecord date = {};
-       if (t.Hear(t.Command(EXT_GET_SIMULATION_DATE, &date))) t.Tell(Line(date.flags, date.day, date.month, date.year, date.number));
+       if (!t.Hear(t.Command(EXT_GET_SIMULATION_DATE, &date))) return;
+       t.Tell(Line(date.flags, date.day, date.month, date.year, date.number));
      }},
     {"fluid", [](HostTalk& t, Words&) { t.TellFluid(); }},
     {"step", [](HostTalk& t, Words& w) {
