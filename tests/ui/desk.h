@@ -8,8 +8,6 @@
 
 namespace gantry::test {
 
-enum class Key { kTab, kEnter, kEscape, kSpace, kDown };
-
 /// Someone before a dialog of this machine's toolkit, who works with keys and mouse while the host
 /// is in the dialog on its own thread. What is done returns when the host has dealt with all of it.
 /// Ids are those of the window in front.
@@ -29,14 +27,14 @@ class Desk {
   virtual bool ShowsCheck(int tree, const platform::TreePlace& place) = 0;
   virtual bool IsOpen(int tree, size_t parent) = 0;
 
-  virtual void Press(Key key) = 0;
+  /// One of "tab", "enter", "escape", "space" and "down".
+  virtual void Press(const std::string& key) = 0;
   /// Into whatever has the keyboard.
   virtual void Type(const std::wstring& text) = 0;
   virtual void Click(int id) = 0;
   /// A row of a list; with the control key one more.
   virtual void ClickRow(int list, int row, bool isOneMore = false) = 0;
-  virtual void ClickItem(int tree, const platform::TreePlace& place) = 0;
-  virtual void ClickBox(int tree, const platform::TreePlace& place, int times = 1) = 0;
+  virtual void ClickItem(int tree, const platform::TreePlace& place, bool onBox, int times) = 0;
   /// Pulls the left (-1) or right (1) edge, the top (-1) or bottom (1) edge, or a corner outwards.
   virtual void DragEdge(int across, int down, platform::PixelSize by) = 0;
   virtual void Maximize(bool isMaximized) = 0;

@@ -101,26 +101,6 @@ std::vector<TreePlace> PlacesOf(Words words) {
   return places;
 }
 
-const std::map<std::string, Key> kKeys = {{"tab", Key::kTab},
-                                          {"enter", Key::kEnter},
-                                          {"escape", Key::kEscape},
-                                          {"space", Key::kSpace},
-                                          {"down", Key::kDown}};
-
-/// What a person does, with the control that is named first, where one is, and the other words.
-const std::map<std::string, void (*)(Desk& desk, int id, Words words)> kDeeds = {
-    {"press", [](Desk& desk, int, Words key) { desk.Press(kKeys.at(key)); }},
-    {"type",
-     [](Desk& desk, int, Words text) {
-       desk.Type({text.begin(), text.end()});
-     }},
-    {"click", [](Desk& desk, int id, Words) { desk.Click(id); }},
-    {"row", [](Desk& desk, int id, Words row) { desk.ClickRow(id, std::stoi(row)); }},
-    {"more", [](Desk& desk, int id, Words row) { desk.ClickRow(id, std::stoi(row), true); }},
-    {"item", [](Desk& desk, int, Words place) { desk.ClickItem(kItems, PlaceOf(place)); }},
-    {"box", [](Desk& desk, int, Words place) { desk.ClickBox(kItems, PlaceOf(place)); }},
-    {"twice", [](Desk& desk, int, Words place) { desk.ClickBox(kItems, PlaceOf(place), 2); }}};
-
 /// What the host asks of the window.
 const std::map<std::string, void (*)(DialogWindow& window, int id, Words words)> kCalls = {
     {"set", [](DialogWindow& window, int id, Words text) { window.SetText(id, text); }},
@@ -154,30 +134,6 @@ std::string NameAt(int id) {
   return found != kNames.end() ? found->first : std::to_string(id);
 }
 
-/// What a person looks at.
-const std::map<std::string, std::string (*)(Desk& desk, Words words)> kLooks = {
-    {"title", [](Desk& desk, Words) { return desk.Title(); }},
-    {"message", [](Desk& desk, Words) { return desk.Message(); }},
-    {"keyboard", [](Desk& desk, Words) { return NameAt(desk.Focus()); }},
-    {"checked",
-     [](Desk& desk, Words place) {
-       return std::string(desk.ShowsCheck(kItems, PlaceOf(place)) ? "yes" : "no");
-     }},
-    {"branches",
-     [](Desk& desk, Words count) {
-       std::string open;
-       for (size_t i = 0; i < std::stoul(count); ++i) open += desk.IsOpen(kItems, i) ? "-" : "+";
-       return open;
-     }},
-    {"tabs", [](Desk& desk, Words) {
-       std::string names = NameAt(desk.Focus());
-       for (const std::string first = names; names == first || !names.ends_with(first);) {
-         desk.Press(Key::kTab);
-         names += " " + NameAt(desk.Focus());
-       }
-       return names;
-     }}};
-
 /// Someone at the desk of the demo dialog.
 class DeskPlayer : public Player {
   void PlayAll() override {
@@ -195,15 +151,13 @@ class DeskPlayer : public Player {
     const auto name = kNames.find(Split(words, " ")[0]);
     const int id = name != kNames.end() ? name->second : 0;
     const std::string rest = id != 0 ? words.substr(words.find(' ') + 1) : words;
-    if (const auto deed = kDeeds.find(verb); deed != kDeeds.end()) {
-      deed->second(*desk_, id, rest);
-    } else if (const auto call = kCalls.find(verb); call != kCalls.end()) {
-      desk_->InHost([&] { call->second(*demo_.window, id, rest); });
-    } else if (const auto look = kLooks.find(verb); look != kLooks.end()) {
-      Tell(look->second(*desk_, rest));
-    } else {
-      (this->*kOwn.at(verb))(words);
-    }
+    const auto call = kCalls.find(verb);
+    if (call == kCalls.end()) return kVerbs.at(verb)(*this, id, rest);
+    desk_->InHost([&] { call->second(*demo_.window, id, rest); });
+  }
+  void Act(void (DeskPlayer::*act)()) {
+    demo_.act = [this, act] { (this->*act)(); };
+    desk_->Click(kAct);
   }
 
   /// What controls hold by now; rows by their numbers.
@@ -221,6 +175,9 @@ class DeskPlayer : public Player {
     }
   }
 
+  void ClickItem(Words place, bool onBox, int times) {
+    desk_->ClickItem(kItems, PlaceOf(place), onBox, times);
+  }
   void Drag(Words words) {
     const Texts sides = Split(words, " ");
     const PixelSize before = demo_.size;
@@ -235,11 +192,6 @@ class DeskPlayer : public Player {
     Tell(demo_.size == dragged_ ? "as it was dragged" : "of another size");
     EXPECT_EQ(demo_.edge, 0);
   }
-  void Act(Words verb) {
-    demo_.act = [this, act = kActs.at(verb)] { (this->*act)(); };
-    desk_->Click(kAct);
-  }
-
   void ShowOver() {
     demo_.window->ShowMessage("A message");
     Demo over([this](const std::string& told) { Tell("over it: " + told); });
@@ -269,8 +221,8 @@ class DeskPlayer : public Player {
     }
   }
 
-  static const std::map<std::string, void (DeskPlayer::*)(Words)> kOwn;
-  static const std::map<std::string, void (DeskPlayer::*)()> kActs;
+  using Verb = void (*)(DeskPlayer& p, int id, Words words);
+  static const std::map<std::string, Verb> kVerbs;
 
   TestFolder folder_;
   const std::filesystem::path file_ = folder_.Write("field one.afi", "");
@@ -280,14 +232,45 @@ class DeskPlayer : public Player {
   PixelSize dragged_;
 };
 
-const std::map<std::string, void (DeskPlayer::*)(Words)> DeskPlayer::kOwn = {
-    {"drag", &DeskPlayer::Drag}, {"maximize", &DeskPlayer::Maximize}, {"act", &DeskPlayer::Act}};
-/// What the button "Act" does.
-const std::map<std::string, void (DeskPlayer::*)()> DeskPlayer::kActs = {
-    {"over", &DeskPlayer::ShowOver},
-    {"ask", &DeskPlayer::Ask},
-    {"move", &DeskPlayer::Move},
-    {"wait", &DeskPlayer::Wait}};
+/// What a person does, with the control that is named first, where one is, and the other words.
+const std::map<std::string, DeskPlayer::Verb> DeskPlayer::kVerbs = {
+    {"press", [](DeskPlayer& p, int, Words w) { p.desk_->Press(w); }},
+    {"type", [](DeskPlayer& p, int, Words w) { p.desk_->Type({w.begin(), w.end()}); }},
+    {"click", [](DeskPlayer& p, int id, Words) { p.desk_->Click(id); }},
+    {"row", [](DeskPlayer& p, int id, Words w) { p.desk_->ClickRow(id, std::stoi(w)); }},
+    {"more", [](DeskPlayer& p, int id, Words w) { p.desk_->ClickRow(id, std::stoi(w), true); }},
+    {"item", [](DeskPlayer& p, int, Words w) { p.ClickItem(w, false, 1); }},
+    {"box", [](DeskPlayer& p, int, Words w) { p.ClickItem(w, true, 1); }},
+    {"twice", [](DeskPlayer& p, int, Words w) { p.ClickItem(w, true, 2); }},
+    {"drag", [](DeskPlayer& p, int, Words w) { p.Drag(w); }},
+    {"maximize", [](DeskPlayer& p, int, Words w) { p.Maximize(w); }},
+    {"over", [](DeskPlayer& p, int, Words) { p.Act(&DeskPlayer::ShowOver); }},
+    {"ask", [](DeskPlayer& p, int, Words) { p.Act(&DeskPlayer::Ask); }},
+    {"move", [](DeskPlayer& p, int, Words) { p.Act(&DeskPlayer::Move); }},
+    {"wait", [](DeskPlayer& p, int, Words) { p.Act(&DeskPlayer::Wait); }},
+    // What a person looks at.
+    {"title", [](DeskPlayer& p, int, Words) { p.Tell(p.desk_->Title()); }},
+    {"message", [](DeskPlayer& p, int, Words) { p.Tell(p.desk_->Message()); }},
+    {"keyboard", [](DeskPlayer& p, int, Words) { p.Tell(NameAt(p.desk_->Focus())); }},
+    {"checked",
+     [](DeskPlayer& p, int, Words w) {
+       p.Tell(p.desk_->ShowsCheck(kItems, PlaceOf(w)) ? "yes" : "no");
+     }},
+    {"branches",
+     [](DeskPlayer& p, int, Words w) {
+       std::string open;
+       for (size_t i = 0; i < std::stoul(w); ++i) open += p.desk_->IsOpen(kItems, i) ? "-" : "+";
+       p.Tell(open);
+     }},
+    {"tabs",
+     [](DeskPlayer& p, int, Words) {
+       std::string names = NameAt(p.desk_->Focus());
+       for (const std::string first = names; names == first || !names.ends_with(first);) {
+         p.desk_->Press("tab");
+         names += " " + NameAt(p.desk_->Focus());
+       }
+       p.Tell(names);
+     }}};
 
 class Toolkit : public ::testing::TestWithParam<Scene> {};
 

@@ -46,7 +46,7 @@ inline std::string Told(const std::string& command) {
 /// keyboard. The number of the window; none where it doesn't come.
 inline std::string WorkAt(const std::string& title, const std::string& commands = {}) {
   const std::string window =
-      Told("timeout 60 xdotool search --sync --onlyvisible --name '^" + title + "$'");
+      Told("timeout 100 xdotool search --sync --onlyvisible --name '^" + title + "$'");
   if (!window.empty())
     Told("xdotool windowfocus " + std::to_string(std::stoul(window)) + " " + commands);
   return window;
@@ -54,8 +54,8 @@ inline std::string WorkAt(const std::string& title, const std::string& commands 
 
 /// Runs `host`, which blocks over its dialogs, while `work` is done on them in another thread.
 inline void While(const std::function<void()>& host, const std::function<void()>& work) {
-  while (!Told("xdotool search --onlyvisible --name '^(Intersect Case Settings|Configure)$'")
-              .empty()) {
+  const std::string dialogs = "'^(Intersect Case Settings|Configure|Export variables)$'";
+  while (!Told("xdotool search --onlyvisible --name " + dialogs).empty()) {
     // One that is closed is still to go.
   }
   const std::jthread person(work);

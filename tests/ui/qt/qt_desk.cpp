@@ -9,6 +9,7 @@
 #include <QWindow>
 #include <atomic>
 #include <future>
+#include <map>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -102,11 +103,11 @@ QModelIndex IndexOf(const QTreeView& tree, const platform::TreePlace& place) {
   return place.child ? tree.model()->index(static_cast<int>(*place.child), 0, parent) : parent;
 }
 
-Qt::Key CodeOf(Key key) {
-  constexpr Qt::Key kKeys[] = {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space,
-                               Qt::Key_Down};
-  return kKeys[static_cast<size_t>(key)];
-}
+const std::map<std::string, Qt::Key> kKeys = {{"tab", Qt::Key_Tab},
+                                              {"enter", Qt::Key_Return},
+                                              {"escape", Qt::Key_Escape},
+                                              {"space", Qt::Key_Space},
+                                              {"down", Qt::Key_Down}};
 
 /// To be done on the main thread, in whatever loop that is.
 void Post(const std::function<void()>& action) {
@@ -147,10 +148,10 @@ class QtDesk : public Desk {
     return Ask([&] { return Tree(tree).isExpanded(IndexOf(Tree(tree), {parent})); });
   }
 
-  void Press(Key key) override {
+  void Press(const std::string& key) override {
     InHost([key] {
       QWidget* const focus = Front().focusWidget();
-      QTest::keyClick(focus != nullptr ? focus : &Front(), CodeOf(key));
+      QTest::keyClick(focus != nullptr ? focus : &Front(), kKeys.at(key));
     });
   }
   void Type(const std::wstring& text) override {
@@ -172,11 +173,14 @@ class QtDesk : public Desk {
                         view.visualRect(view.model()->index(row, 0)).center());
     });
   }
-  void ClickItem(int tree, const platform::TreePlace& place) override {
-    ClickTree(tree, place, 45);
-  }
-  void ClickBox(int tree, const platform::TreePlace& place, int times) override {
-    for (int i = 0; i < times; ++i) ClickTree(tree, place, 10);
+  void ClickItem(int tree, const platform::TreePlace& place, bool onBox, int times) override {
+    const auto click = [=] {
+      QTreeView& view = Tree(tree);
+      const QRect rect = view.visualRect(IndexOf(view, place));
+      QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
+                        QPoint(rect.left() + (onBox ? 10 : 45), rect.center().y()));
+    };
+    for (int i = 0; i < times; ++i) InHost(click);
   }
   void DragEdge(int across, int down, platform::PixelSize by) override {
     const QMargins grown(across < 0 ? by.width : 0, down < 0 ? by.height : 0,
@@ -207,7 +211,7 @@ class QtDesk : public Desk {
     return Ask([] { return QTest::qWaitForWindowExposed(&Front(), kPatience); });
   }
   void CloseAll() {
-    while (Ask([] { return QApplication::activeModalWidget() != nullptr; })) Press(Key::kEscape);
+    while (Ask([] { return QApplication::activeModalWidget() != nullptr; })) Press("escape");
   }
 
  private:
@@ -215,14 +219,6 @@ class QtDesk : public Desk {
   static void Until(const std::function<bool()>& holds) {
     const QDeadlineTimer end(kPatience);
     while (!Ask(holds)) ASSERT_FALSE(end.hasExpired());
-  }
-  void ClickTree(int tree, const platform::TreePlace& place, int right) {
-    InHost([=] {
-      QTreeView& view = Tree(tree);
-      const QRect rect = view.visualRect(IndexOf(view, place));
-      QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
-                        QPoint(rect.left() + right, rect.center().y()));
-    });
   }
 
   QRect normal_;

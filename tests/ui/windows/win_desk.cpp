@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <map>
 #include <thread>
 
 #include "platform/windows/win32.h"
@@ -96,7 +97,7 @@ class WinDesk : public Desk {
     constexpr int kMostDialogs = 10;
     for (int i = 0; ::IsWindow(dialog_) != 0; ++i) {
       if (i == kMostDialogs) GiveUp("the dialog doesn't end");
-      Press(Key::kEscape);
+      Press("escape");
     }
   }
   /// Waits for the end of the dialog; what its run returned.
@@ -126,9 +127,13 @@ class WinDesk : public Desk {
     return (StateOf(tree, Item(tree, {parent})) & TVIS_EXPANDED) != 0;
   }
 
-  void Press(Key key) override {
-    constexpr WORD kKeys[] = {VK_TAB, VK_RETURN, VK_ESCAPE, VK_SPACE, VK_DOWN};
-    PutKey(kKeys[static_cast<size_t>(key)], 0, {0, KEYEVENTF_KEYUP});
+  void Press(const std::string& key) override {
+    const std::map<std::string, WORD> keys = {{"tab", VK_TAB},
+                                              {"enter", VK_RETURN},
+                                              {"escape", VK_ESCAPE},
+                                              {"space", VK_SPACE},
+                                              {"down", VK_DOWN}};
+    PutKey(keys.at(key), 0, {0, KEYEVENTF_KEYUP});
     Settle();
   }
   void Type(const std::wstring& text) override {
@@ -152,10 +157,14 @@ class WinDesk : public Desk {
     if (isOneMore) PutKey(VK_CONTROL, 0, {KEYEVENTF_KEYUP});
     Settle();
   }
-  void ClickItem(int tree, const TreePlace& place) override { ClickTree(tree, place, 5, 1); }
-  /// The box stands left of the item's picture.
-  void ClickBox(int tree, const TreePlace& place, int times) override {
-    ClickTree(tree, place, -16 - 3 - 8, times);
+  void ClickItem(int tree, const TreePlace& place, bool onBox, int times) override {
+    const HTREEITEM item = Item(tree, place);
+    RECT text = {};
+    std::memcpy(&text, &item, sizeof item);
+    Send(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&text));
+    // The box stands left of the item's picture.
+    const LONG right = onBox ? -16 - 3 - 8 : 5;
+    Click(At(tree), {text.left + right, (text.top + text.bottom) / 2}, times);
   }
   void Maximize(bool isMaximized) override {
     InHost([&] { ::ShowWindow(Front(), isMaximized ? SW_MAXIMIZE : SW_RESTORE); });
@@ -251,13 +260,6 @@ class WinDesk : public Desk {
   UINT StateOf(int tree, HTREEITEM item) const {
     return static_cast<UINT>(
         Send(tree, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), UINT_MAX));
-  }
-  void ClickTree(int tree, const TreePlace& place, int right, int times) {
-    const HTREEITEM item = Item(tree, place);
-    RECT text = {};
-    std::memcpy(&text, &item, sizeof item);
-    Send(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&text));
-    Click(At(tree), {text.left + right, (text.top + text.bottom) / 2}, times);
   }
   void Click(HWND control, POINT at, int times = 1) {
     ::MapWindowPoints(control, nullptr, &at, 1);

@@ -39,7 +39,7 @@ TEST_F(WinToolkit, PicksAFileOutsideTheCodePageByItsShortName) {
   AtDesk(dialog, [&](Desk& desk) {
     desk.Click(kBrowseDataset);
     desk.Type(dataset.filename().wstring());
-    desk.Press(Key::kEnter);
+    desk.Press("enter");
     char picked[MAX_PATH] = "";
     desk.InHost([&] { ::GetDlgItemTextA(::GetActiveWindow(), kFileName, picked, sizeof picked); });
     EXPECT_EQ(std::string(picked).find('?'), std::string::npos) << picked;
