@@ -83,6 +83,7 @@ class DeckReader {
         Take(text, depth);
       }
     }
+    if (in.bad()) throw LinkFault(place_.Text() + ": the file can't be read on from here");
   }
 
   std::vector<DeckKeyword> keywords;

@@ -8,6 +8,7 @@
 #include "client/simulator_model.h"
 #include "remote/remote_message.h"
 #include "runfactory/driver_connection.h"
+#include "text/failure_text.h"
 
 namespace gantry::cluster {
 
@@ -99,7 +100,7 @@ MessageWriter Controller::Answer(const Entry& entry, MessageReader& request) {
     throw;
   } catch (const std::exception& failure) {
     report_(std::string(FindRoutine(static_cast<uint32_t>(entry.number))->name) +
-            " refused: " + failure.what());
+            " refused: " + FailureText(failure));
     results = {};
     results.PutBytes(std::vector<std::byte>(entry.emptyResults));
     acknowledgement = 1;

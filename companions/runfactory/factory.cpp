@@ -35,11 +35,12 @@ platform::Descriptor Listen(const Options& options) {
   }
   platform::Descriptor listener(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
   const int reuse = 1;
-  ::setsockopt(listener.Number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
   const auto* generic = reinterpret_cast<const sockaddr*>(&address);
-  const bool listens = listener.IsOpen() &&
-                       ::bind(listener.Number(), generic, sizeof address) == 0 &&
-                       ::listen(listener.Number(), kBacklog) == 0;
+  const bool listens =
+      listener.IsOpen() &&
+      ::setsockopt(listener.Number(), SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse) == 0 &&
+      ::bind(listener.Number(), generic, sizeof address) == 0 &&
+      ::listen(listener.Number(), kBacklog) == 0;
   if (!listens) Fail("cannot listen on " + where);
   return listener;
 }

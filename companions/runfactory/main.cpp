@@ -8,6 +8,7 @@
 #include "runfactory/factory.h"
 #include "runfactory/log.h"
 #include "runfactory/options.h"
+#include "text/failure_text.h"
 
 namespace {
 
@@ -40,7 +41,8 @@ int main(int argc, char** argv) {
     factory.Run();
     log.Write("has stopped");
   } catch (const std::exception& failure) {
-    std::fputs(("runfactory: " + std::string(failure.what()) + "\n").c_str(), stderr);
+    std::fputs(("runfactory: " + gantry::FailureText(failure, "the service") + "\n").c_str(),
+               stderr);
     return 1;
   }
   return 0;

@@ -14,6 +14,7 @@
 #include "runfactory/driver_connection.h"
 #include "runfactory/port_choice.h"
 #include "runfactory/simulator.h"
+#include "text/failure_text.h"
 
 namespace gantry::cluster {
 
@@ -34,7 +35,7 @@ class Session {
     } catch (const DriverBroken& broken) {
       Note(broken.what());
     } catch (const std::exception& failure) {
-      Note(failure.what());
+      Note(FailureText(failure, "the session"));
     }
     return 1;
   }
@@ -49,7 +50,7 @@ class Session {
     } catch (const DriverBroken&) {
       throw;
     } catch (const std::exception& failure) {
-      driver_.SendText(OneLine(failure.what()));
+      driver_.SendText(OneLine(FailureText(failure, "the session")));
       throw;
     }
   }

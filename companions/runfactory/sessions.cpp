@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 
 #include "runfactory/session.h"
+#include "text/failure_text.h"
 
 namespace gantry::cluster {
 
@@ -169,7 +170,7 @@ bool Sessions::BeginClosing(Session& session) {
   try {
     launcher_.End(session.job);
   } catch (const std::exception& failure) {
-    log_.Write(session.label + ": " + failure.what());
+    log_.Write(session.label + ": " + FailureText(failure));
   }
   if (isChild) std::_Exit(0);
   return false;

@@ -9,6 +9,7 @@
 #include "client/tcp_connection.h"
 #include "platform/file_path.h"
 #include "simulator_side/message_log.h"
+#include "text/failure_text.h"
 
 namespace gantry::simulator {
 
@@ -49,7 +50,7 @@ int ServeController(const std::string& program, const DriverArguments& arguments
   try {
     connection = AwaitController(arguments);
   } catch (const std::exception& error) {
-    return Fail(program, error.what());
+    return Fail(program, FailureText(error, "a controller"));
   }
   try {
     Speak(arguments, *connection, serve);
@@ -57,7 +58,7 @@ int ServeController(const std::string& program, const DriverArguments& arguments
     return Fail(program,
                 std::string("the controller has gone without a shutdown: ") + error.what());
   } catch (const std::exception& error) {
-    return Fail(program, std::string("session ended: ") + error.what());
+    return Fail(program, "session ended: " + FailureText(error));
   }
   return 0;
 }

@@ -5,6 +5,7 @@
 #include <boost/system/system_error.hpp>
 
 #include "client/wire_format.h"
+#include "text/failure_text.h"
 
 namespace gantry::simulator {
 
@@ -69,7 +70,7 @@ void ControllerSession::Run() {
     } catch (const boost::system::system_error&) {
       throw;
     } catch (const std::exception& failure) {
-      Refuse(failure.what());
+      Refuse(FailureText(failure));
       throw;
     }
   }

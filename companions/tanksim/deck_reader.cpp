@@ -355,12 +355,15 @@ Deck BuildDeck(const DescribedTable& root, const std::string& fileName) {
 }  // namespace
 
 Deck ReadDeck(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
   const std::string name = platform::NameOf(file);
-  if (!stream || !std::filesystem::is_regular_file(file)) {
-    throw DeckError(name, 1, "the deck can't be read");
+  constexpr const char* kUnread = "the deck can't be read";
+  try {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream || !std::filesystem::is_regular_file(file)) throw DeckError(name, 1, kUnread);
+    return ReadDeckText(std::string(std::istreambuf_iterator<char>(stream), {}), name);
+  } catch (const std::system_error& failure) {  // of the stream or of the file system
+    throw DeckError(name, 1, kUnread + (": " + failure.code().message()));
   }
-  return ReadDeckText(std::string(std::istreambuf_iterator<char>(stream), {}), name);
 }
 
 Deck ReadDeckText(std::string_view text, const std::string& fileName) {

@@ -10,6 +10,7 @@
 #include "simulator_side/driver_arguments.h"
 #include "tanksim/deck_reader.h"
 #include "tanksim/tank_simulator.h"
+#include "text/failure_text.h"
 
 namespace {
 
@@ -53,7 +54,8 @@ int Run(const DriverArguments& arguments) {
   } catch (const DeckError& error) {
     TellFaults(error.what());
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s: %s\n", kProgram.name.c_str(), error.what());
+    std::fprintf(stderr, "%s: %s\n", kProgram.name.c_str(),
+                 FailureText(error, arguments.base).c_str());
   }
   return kRunFailed;
 }

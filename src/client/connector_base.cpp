@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "client/record_fields.h"
+#include "text/failure_text.h"
 
 namespace gantry {
 
@@ -61,7 +62,7 @@ std::unique_ptr<CExtConnectorBase> Establish(std::unique_ptr<CExtConnectorBase> 
   try {
     connector->EstablishSession();
   } catch (const std::exception& failure) {
-    throw ConnectorError(failure.what());
+    throw ConnectorError(FailureText(failure));
   }
   return connector;
 }

@@ -8,6 +8,7 @@
 #include "sessions/linux_job_session.h"
 #include "sessions/windows_job_session.h"
 #include "settings/link_settings.h"
+#include "text/failure_text.h"
 
 namespace gantry {
 namespace {
@@ -93,7 +94,7 @@ int32_t Run::Talk(ExtErrorBlock* err, std::string_view doing, const Work& work) 
   try {
     return work(*session_->Connector);
   } catch (const std::exception& failure) {
-    return FailWith(err, doing, failure.what());
+    return FailWith(err, doing, FailureText(failure));
   }
 }
 

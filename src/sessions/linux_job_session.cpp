@@ -12,6 +12,7 @@
 #include "remote/remote_connector.h"
 #include "remote/socket.h"
 #include "settings/link_settings.h"
+#include "text/failure_text.h"
 #include "text/pieces.h"
 
 namespace gantry {
@@ -122,7 +123,7 @@ int32_t CLinuxJobSession::Connect(const SocketClient& factory, std::string& mess
     Connector = CreateRemoteConnector(data);
     return 0;
   } catch (const std::exception& failure) {
-    message = std::string("Abnormal error: ") + failure.what();
+    message = std::string("Abnormal error: ") + FailureText(failure);
     return 1;
   }
 }

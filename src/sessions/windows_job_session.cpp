@@ -4,6 +4,7 @@
 #include "platform/port_listeners.h"
 #include "sessions/version_code.h"
 #include "settings/gantry_app.h"
+#include "text/failure_text.h"
 #include "text/pieces.h"
 
 namespace gantry {
@@ -108,7 +109,7 @@ int32_t CWindowsJobSession::LaunchAndConnect(const LaunchSettings& machine, cons
     return 0;
   } catch (const std::exception& failure) {
     Connector = nullptr;
-    message = std::string("Abnormal error: ") + failure.what();
+    message = std::string("Abnormal error: ") + FailureText(failure);
     return 1;
   }
 }

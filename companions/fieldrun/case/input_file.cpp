@@ -16,19 +16,20 @@ bool IsFile(const std::string& path) {
 
 namespace {
 
-const char* WhyNoFile(const std::string& path) {
-  std::error_code ignored;
-  const auto kind = std::filesystem::status(platform::PathOf(path), ignored).type();
+std::string WhyNoFile(std::filesystem::file_type kind, const std::error_code& error) {
   if (kind == std::filesystem::file_type::directory) return "this is a folder, not a file";
-  const bool isNone =
-      kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none;
-  return isNone ? "no such file" : "this is a device, not a file";
+  if (kind == std::filesystem::file_type::not_found) return "no such file";
+  return error ? "the file can't be reached: " + error.message() : "this is a device, not a file";
 }
 
 }  // namespace
 
 std::string ReadInputFile(const std::string& path) {
-  if (!IsFile(path)) throw CaseError(path, 0, WhyNoFile(path));
+  std::error_code error;
+  const auto kind = std::filesystem::status(platform::PathOf(path), error).type();
+  if (kind != std::filesystem::file_type::regular) {
+    throw CaseError(path, 0, WhyNoFile(kind, error));
+  }
   std::ifstream file(platform::PathOf(path), std::ios::binary);
   if (!file) throw CaseError(path, 0, "the file can't be read");
   try {

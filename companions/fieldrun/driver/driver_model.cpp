@@ -7,6 +7,7 @@
 #include "fieldrun/driver/command_trace.h"
 #include "fieldrun/driver/module_text.h"
 #include "platform/text.h"
+#include "text/failure_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -89,7 +90,7 @@ int32_t DriverModel::CallGuarded(ExtCommand command, void* data, uint32_t value)
     return api_.ExtCmd(model_, window_, command, data, value, &error_);
   } catch (const std::exception& error) {
     const std::string text =
-        fmt::format("The module failed in {}: {}", CommandName(command), error.what());
+        fmt::format("The module failed in {}: {}", CommandName(command), FailureText(error));
     if (trace_ != nullptr) trace_->End(-1, text);
     throw DriverFailure(text);
   }

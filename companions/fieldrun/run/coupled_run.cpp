@@ -7,6 +7,7 @@
 
 #include "fieldrun/platform/interruption.h"
 #include "fieldrun/run/simulator_start.h"
+#include "text/failure_text.h"
 #include "text/number_text.h"
 
 namespace gantry::fieldrun {
@@ -128,7 +129,7 @@ RunEnd CoupledRun::Run() {
     while (std::optional<StepRecord> step = Next()) Carry(std::move(*step));
   } catch (const std::exception& failure) {
     end_.endedByUser = IsInterrupted();
-    return End(failure.what());
+    return End(FailureText(failure, fmt::format("step {}", end_.steps + 1)));
   }
   return End();
 }
@@ -252,7 +253,7 @@ void CoupledRun::Tell() {
   try {
     listener_.Ended(end_);
   } catch (const std::exception& failure) {
-    if (end_.failure.empty()) end_.failure = failure.what();
+    if (end_.failure.empty()) end_.failure = FailureText(failure, "the results");
   }
 }
 
@@ -268,7 +269,7 @@ void CoupledRun::ReportRest() {
     end_.failure = failure.what();
     end_.endedByUser = IsInterrupted();
   } catch (const std::exception& failure) {
-    if (end_.failure.empty()) end_.failure = failure.what();
+    if (end_.failure.empty()) end_.failure = FailureText(failure, "the last step");
   }
 }
 

@@ -18,6 +18,7 @@
 #include "fieldrun/verbs/run_script.h"
 #include "fieldrun/verbs/verbs.h"
 #include "platform/file_path.h"
+#include "text/failure_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -120,7 +121,8 @@ void RunCase(const Session& session) {
     WriteReport(caseModel, history);
     WriteSummary(caseModel);
   } catch (const std::exception& failure) {
-    if (end.failure.empty()) end.failure = failure.what();  // a full disk has been told of already
+    if (end.failure.empty())
+      end.failure = FailureText(failure, "the report");  // a full disk has been told of already
   }
   if (end.endedByUser) {
     throw EndedByUser(DescribeEnd(end) + "; results: " + caseModel.general.output);

@@ -14,6 +14,7 @@
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "settings/machine_config.h"
+#include "text/failure_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -123,11 +124,9 @@ int RunVerb(const Options& options) {
   } catch (const EndedByUser& end) {
     fmt::print(stderr, "fieldrun: {}\n", end.what());
     return kEndedByUser;
-  } catch (const std::bad_alloc&) {
-    fmt::print(stderr, "fieldrun: there isn't enough memory\n");
-    return kFailed;
   } catch (const std::exception& error) {
-    fmt::print(stderr, "fieldrun: {}\n", error.what());
+    fmt::print(stderr, "fieldrun: {}\n",
+               FailureText(error, fmt::format("fieldrun {}", RowOf(options.verb).name)));
     return kFailed;
   }
 }
