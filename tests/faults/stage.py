@@ -43,6 +43,16 @@ def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (1 << 31, 1 << 31))
 
 
+def status_of(process):
+    """Its exit status; None when it hangs, and is ended."""
+    try:
+        return process.wait(DEADLINE)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+        return None
+
+
 class Stage:
     """A folder in which programs run. Their settings stand in it."""
 
@@ -75,21 +85,15 @@ class Stage:
                                 stderr=subprocess.STDOUT, preexec_fn=limit_memory)
 
     def run(self, command, plan=None):
-        """Its exit status, None when it hangs, and all that it has said."""
-        process = self.start(command, plan)
-        try:
-            status = process.wait(DEADLINE)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            process.wait()
-            status = None
-        return status, (self.place / "output").read_text(errors="replace")
+        """Its status, and all that it has said."""
+        return status_of(self.start(command, plan)), (self.place / "output").read_text(errors="replace")
 
-    def left_behind(self, but=()):
+    @staticmethod
+    def left_behind():
         """What runs on though all that was started has ended, and the locks that are held; what is
         left past the deadline is ended."""
         deadline = time.monotonic() + DEADLINE
-        while (left := strangers(but)) and time.monotonic() < deadline:
+        while (left := strangers()) and time.monotonic() < deadline:
             time.sleep(0.01)
         for process in left:
             os.kill(process, signal.SIGKILL)
@@ -98,13 +102,13 @@ class Stage:
         return [f"process {process}" for process in left] + [f"lock {name}" for name in locks]
 
 
-def strangers(but):
+def strangers():
     """The processes beside this one, where there are no others than its own."""
     if os.getpid() != 1:
         return []
     found = []
     for entry in Path("/proc").iterdir():
-        if not entry.name.isdigit() or int(entry.name) in (1, *but):
+        if not entry.name.isdigit() or entry.name == "1":
             continue
         try:
             state = (entry / "stat").read_text().rpartition(") ")[2][0]

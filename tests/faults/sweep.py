@@ -9,7 +9,6 @@ Prints the number of points of each scenario and family. With --slice, a few poi
 import argparse
 import errno
 import json
-
 import shutil
 import struct
 import subprocess
@@ -73,6 +72,7 @@ SCENARIOS = {
 }
 # The boundary has no result for an inflow library that can't write its part of the state file.
 UNTOLD = {("write", "EIO"): ["state"]}
+JARGON = ("std::", "basic_", "filesystem error")
 TABLES = ("results/wells.csv", "results/inflow.csv", "results/field.csv")
 KEPT = ("block", "state", "equipment.xml")
 REGISTRY = "settings/gantry/registry.reg"
@@ -106,10 +106,17 @@ def rows_of(table):
     return [*rows, []] if text.endswith("\n") else rows
 
 
-def without_totals(rows):
-    """Totals are counted in another way, with a warning, where the simulator's can't be read."""
-    kept = [i for i, name in enumerate(rows[0]) if not name.startswith("total")]
-    return [[row[i] for i in kept if row] for row in rows]
+def is_of_a_run(row, whole, names):
+    """What can't be read from the simulator is left out, or with totals counted in another way, each with a
+    warning."""
+    return len(row) == len(whole) and all(
+        name.startswith("total") or ours in ("", theirs) for name, ours, theirs in zip(names, row, whole))
+
+
+def are_of_a_run(rows, all_rows):
+    """Whether they are whole, and the first ones of all."""
+    return rows[-1] == [] and len(rows) <= len(all_rows) and all(
+        is_of_a_run(row, whole, rows[0]) for row, whole in zip(rows[:-1], all_rows))
 
 
 def files_of(folder):
@@ -132,10 +139,7 @@ def torn(folder, before, after, but):
         if contents.get(name) not in (before[0].get(name), after[0].get(name)) and not is_kept:
             yield f"{name} is neither the old one nor the new one"
     for name, rows in tables.items():
-        if not rows:
-            continue
-        ours, all_rows = without_totals(rows), without_totals(after[1][name])
-        if ours[-1] or ours[:-1] != all_rows[:len(ours) - 1]:
+        if rows and not are_of_a_run(rows, after[1][name]):
             yield f"{name} holds what no run wrote"
     for report in folder.glob("results/report.html"):
         if not report.read_text().rstrip().endswith("</html>"):
@@ -162,11 +166,7 @@ class Service:
     def stop(self):
         """Its exit status and its log."""
         self.process.terminate()
-        try:
-            status = self.process.wait(stage.DEADLINE)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            status = None
+        status = stage.status_of(self.process)
         self.log.close()
         return status, self.read().decode(errors="replace")
 
@@ -228,9 +228,13 @@ class Sweep:
         before = Service(self.place, [PROXY, "7777", "7778"], plan)
         status, said = self.place.run(self.command)
         before.stop()
-        ended, log = service.stop()
-        faults = [f"the service ends with {ended}: {log[-300:]}"] if ended != 0 else []
-        return status, said, faults + self.place.left_behind()
+        return status, said, self.stopped(service)
+
+    def stopped(self, service):
+        """What is wrong when it has ended."""
+        status, log = service.stop()
+        faults = [f"the service ends with {status}: {log[-300:]}"] if status != 0 else []
+        return faults + self.place.left_behind()
 
     def play_with_service(self, plan):
         service = self.service(7777, plan if self.program != "fieldrun" else None)
@@ -242,34 +246,30 @@ class Sweep:
         if status != 0 and self.program != "fieldrun" and plan["GANTRY_FAULT_LASTS"] == "0":
             if self.place.run(self.command)[0] != 0:
                 faults.append("the service doesn't serve the next run")
-        ended, log = service.stop()
-        if ended != 0:
-            faults.append(f"the service ends with {ended}: {log[-300:]}")
-        return status, said, faults + self.place.left_behind()
+        return status, said, faults + self.stopped(service)
 
     def point(self, family, fault, call):
         """The calls of that family until the program's end, and what is wrong there."""
         self.place.reset()
         status, said, faults = self.play(self.plan_of(family, fault, call))
         calls, left_open = self.tallied()
-        if left_open > self.open_at_end:
-            faults.append(f"{left_open - self.open_at_end} descriptors are left open")
-        if status is None or status < 0 or status > 2:
-            faults.append(f"it ends with {status}: {said[-300:]}")
-        if status != 0 and fault.startswith("EINTR"):
-            faults.append(f"a signal makes it fail: {said[-300:]}")
-        if status != 0 and not said.strip():
-            faults.append("it fails without a word")
-        but = UNTOLD.get((family, fault), [])
+        end = said[-300:]
         is_told = self.program != "proxy" or family in HARMLESS  # the wire has no check sums
+        but = UNTOLD.get((family, fault), [])
         if is_told:
             faults += torn(self.place.folder, self.before, self.afters[0], but)
-        if "memory" in said and family != "memory":
-            faults.append(f"it takes a claim for granted: {said[-300:]}")
-        if status != 0 and family in HARMLESS:
-            faults.append(f"it fails though every byte comes: {said[-300:]}")
-        if is_told and status == 0 and "totals" not in said and not but and self.results_now() != self.results[0]:
-            faults.append("it tells of no failure but hasn't done its work")
+        is_idle = (is_told and status == 0 and "totals" not in said and not but and
+                   self.results_now() != self.results[0])
+        faults += [what for is_so, what in (
+            (left_open > self.open_at_end, f"{left_open - self.open_at_end} descriptors are left open"),
+            (status not in (0, 1, 2), f"it ends with {status}: {end}"),
+            (status != 0 and fault.startswith("EINTR"), f"a signal makes it fail: {end}"),
+            (status != 0 and not said.strip(), "it fails without a word"),
+            (any(word in said for word in JARGON), f"it speaks as a program does: {end}"),
+            ("memory" in said and family != "memory", f"it takes a claim for granted: {end}"),
+            (status != 0 and family in HARMLESS, f"it fails though every byte comes: {end}"),
+            (is_idle, "it tells of no failure but hasn't done its work"),
+        ) if is_so]
         if status != 0:
             self.messages[f"{family}: {said.strip().splitlines()[-1] if said.strip() else ''}"] += 1
             faults += self.next_start()
@@ -287,15 +287,16 @@ class Sweep:
         return faults
 
     def calls_to_fail(self, family, fault):
-        """Which calls fail in turn: each, or those of a slice, told beforehand by their number."""
+        """Which calls fail in turn: those of this share, or of a slice, told beforehand by their number."""
+        share, shares = self.arguments.share
         if fault.endswith("always"):
-            return (yield 1)
+            return (yield from range(1, 2 if share == 0 else 1))
         if not self.arguments.slice:
-            return (yield from range(1, 1_000_000))
+            return (yield from range(1 + share, 1_000_000, shares))
         self.place.reset()
         self.play(self.plan_of(family, fault, 0))
         calls = self.tallied()[0]
-        yield from sorted({min(1, calls), calls // 2} - {0})
+        yield from sorted({min(1, calls), calls // 2} - {0})[share::shares]
 
     def sweep(self, family, fault):
         points, faults = 0, []
@@ -308,21 +309,44 @@ class Sweep:
         return points, faults
 
 
-def sweep_scenario(name, arguments):
-    sweep, failed = Sweep(name, arguments), False
-    known = WIRE_FAULTS if sweep.program == "proxy" else FAULTS
+def faults_of(arguments):
+    """The families of a scenario and how each fails."""
+    is_wire = SCENARIOS[arguments.scenario][1] == "proxy"
+    known = WIRE_FAULTS if is_wire else FAULTS
     for family in arguments.families or known:
-        for fault in known[family]:
-            if arguments.slice and fault != known[family][0] and not fault.endswith("always"):
-                continue
-            points, faults = sweep.sweep(family, fault)
-            failed = failed or bool(faults)
-            print(f"{name:27} {family:15} {fault:15} {points:5} points {len(faults):3} faults",
-                  *faults, sep="\n    ", flush=True)
-    for message, count in sweep.messages.most_common() if arguments.messages else ():
-        print(f"  {count:4} x {message}")
+        for fault in known.get(family, []):
+            if not arguments.slice or fault == known[family][0] or fault.endswith("always"):
+                yield family, fault
+
+
+def sweep_share(arguments):
+    """What a share of a scenario has found, told to the sweep that started it."""
+    sweep = Sweep(arguments.scenario, arguments)
+    found = [[family, fault, *sweep.sweep(family, fault)] for family, fault in faults_of(arguments)]
     sweep.place.close()
-    return failed
+    print(json.dumps([found, sweep.messages]))
+
+
+def sweep_scenario(arguments, pool):
+    """Whether it has found faults. The shares run side by side, since programs that fail mostly wait."""
+    def run(share):
+        words = [*sys.argv, "--scenario", arguments.scenario, "--share", str(share), str(arguments.parallel)]
+        return json.loads(subprocess.run([sys.executable, *words], check=True,
+                                         stdout=subprocess.PIPE).stdout)
+
+    shares, messages = list(pool.map(run, range(arguments.parallel))), Counter()
+    for rows in zip(*(found for found, _ in shares)):
+        faults = [fault for row in rows for fault in row[3]]
+        print(f"{arguments.scenario:27} {rows[0][0]:15} {rows[0][1]:15} {sum(row[2] for row in rows):5} points "
+              f"{len(faults):3} faults", *faults, sep="\n    ", flush=True)
+    points = sum(row[2] for found, _ in shares for row in found)
+    failed = sum(len(row[3]) for found, _ in shares for row in found)
+    print(f"{arguments.scenario:27} {'in all':31} {points:5} points {failed:3} faults", flush=True)
+    for _, said in shares:
+        messages.update(said)
+    for message, count in messages.most_common() if arguments.messages else ():
+        print(f"  {count:4} x {message}")
+    return failed > 0
 
 
 def main():
@@ -335,25 +359,20 @@ def main():
     parser.add_argument("--families", nargs="+", choices={**FAULTS, **WIRE_FAULTS})
     parser.add_argument("--slice", action="store_true", help="two calls of each family")
     parser.add_argument("--messages", action="store_true", help="list what was said, by family")
-    parser.add_argument("--parallel", type=int, default=2, metavar="JOBS")
+    parser.add_argument("--parallel", type=int, default=1, metavar="SHARES", help="points at once")
+    parser.add_argument("--share", nargs=2, type=int, help=argparse.SUPPRESS)
     arguments = parser.parse_args()
     arguments.programs = arguments.programs.resolve()
     arguments.library = arguments.library.resolve()
-    if arguments.scenario:
+    if arguments.share:
         stage.enter()
-        sys.exit(sweep_scenario(arguments.scenario, arguments))
-
-    def child(name):
-        return subprocess.run([sys.executable, *sys.argv, "--scenario", name], check=False,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-
+        return sweep_share(arguments)
     failed = False
     with ThreadPoolExecutor(arguments.parallel) as pool:
-        for done in pool.map(child, SCENARIOS):
-            print(done.stdout, end="", flush=True)
-            failed = failed or done.returncode != 0
-    sys.exit(failed)
+        for arguments.scenario in [arguments.scenario] if arguments.scenario else SCENARIOS:
+            failed = sweep_scenario(arguments, pool) or failed
+    return failed
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())
