@@ -27,21 +27,25 @@ double MassRate(double oil, double gas, const _tGetSetData& record) {
          gas * kCubicFeetOfMillion * kAirDensity * record.gasGravity;
 }
 
-void FillPoints(const Source& source, std::span<const IPRPoint> points, _tGetSetData& record) {
-  for (size_t i = 0; i < points.size(); ++i) {
-    SetPoint(record, i, points[i]);
-    record.pointValue[i] = source.PointValue;
+void FillPoints(const Source& source, size_t count, _tGetSetData& record) {
+  const InflowColumns& inflow = source.SimulatorIPR;
+  std::copy_n(inflow.Pressure.begin(), count, record.pressure);
+  std::copy_n(inflow.OilRate.begin(), count, record.oilRate);
+  std::copy_n(inflow.GasRate.begin(), count, record.gasRate);
+  std::copy_n(inflow.WaterRate.begin(), count, record.waterRate);
+  std::fill_n(record.pointValue, count, source.PointValue);
+  for (size_t i = 0; i < count; ++i) {
     record.massRate[i] = MassRate(record.oilRate[i], record.gasRate[i], record);
   }
 }
 
-void FillCompositions(std::span<const IPRPoint> points, _tGetSetData& record) {
-  for (size_t i = 0; i < points.size(); ++i) {
-    const std::vector<double>& composition = points[i].Composition;
+void FillCompositions(const RowTable<double>& compositions, size_t points, _tGetSetData& record) {
+  for (size_t i = 0; i < points; ++i) {
+    const auto composition =
+        i < compositions.RowCount() ? compositions[i] : std::span<const double>();
     const size_t count = std::min(composition.size(), kMaxComponents);
     double* const row = record.moleFractions[i];
-    std::memset(row, 0, sizeof record.moleFractions[i]);
-    std::copy_n(composition.begin(), count, row);
+    std::fill(std::copy_n(composition.begin(), count, row), row + kMaxComponents, 0.0);
   }
 }
 
@@ -65,6 +69,7 @@ void Field::ReadStatic(CExtConnectorBase& connector, std::vector<std::string>& c
   std::vector<ConnectorWellStatus> statuses;
   connector.GetWellStatus(statuses);
   Sources = MakeSources(statuses);
+  sourceOfRecord_.clear();
 }
 
 bool Field::ReadWells(CExtConnectorBase& connector, const std::vector<std::string>& wells) {
@@ -72,7 +77,7 @@ bool Field::ReadWells(CExtConnectorBase& connector, const std::vector<std::strin
   constexpr double kSkewness = 2.5;
   connector.GetWellDataAndIPR(FluidModel.componentCount, wells, wellRecords_,
                               kUseBottomHolePressure, kSkewness);
-  return FillSources(Sources, wellRecords_);
+  return FillSources(Sources, wellRecords_, sourceOfRecord_);
 }
 
 void Field::SendOrders(CExtConnectorBase& connector, const StaticWellDataCollection& wells,
@@ -102,15 +107,14 @@ void Field::FillInflow(const Source& source, _tGetSetData& record) const {
   record.gasGravity = source.GasGravity;
   record.oilGravity = UsableGravity(source.OilGravity, kDefaultOilGravity);
   record.waterGravity = UsableGravity(source.WaterGravity, kDefaultWaterGravity);
-  const auto points =
-      std::span(source.SimulatorIPR).first(std::min(source.SimulatorIPR.size(), kMaxInflowPoints));
-  record.pointCount = static_cast<int32_t>(points.size());
-  record.isShut = points.empty() ? 1 : 0;
+  const size_t points = std::min(source.SimulatorIPR.Pressure.size(), kMaxInflowPoints);
+  record.pointCount = static_cast<int32_t>(points);
+  record.isShut = points == 0 ? 1 : 0;
   FillPoints(source, points, record);
   std::ranges::copy(source.PassThrough, record.passThrough);
   if (!Compositional) return;
   FillFluid(record.fluid);
-  FillCompositions(points, record);
+  FillCompositions(source.SimulatorIPR.Composition, points, record);
 }
 
 void Field::TakeOperatingPoint(const _tGetSetData& record, Source& source) const {

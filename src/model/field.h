@@ -47,6 +47,7 @@ class Field {
  private:
   std::unique_ptr<const FluidModelRecord> fluidRecord_;  ///< null where the host gets none
   std::vector<ConnectorWellRecord> wellRecords_;  ///< of the last read; only for their storage
+  std::vector<size_t> sourceOfRecord_;            ///< where each record's well stands in `Sources`
   StepOrders orders_;                             ///< of the last step; only for their storage
 };
 

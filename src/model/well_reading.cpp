@@ -1,7 +1,9 @@
 #include "model/well_reading.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
+#include <utility>
 
 #include "client/name_index.h"
 #include "client/words.h"
@@ -17,20 +19,16 @@ void FillCurrent(IPRPoint& current, const ConnectorWellRecord& record, bool isPr
   current.WaterRate = isProducer ? record.waterRate : record.waterInjectionRate;
 }
 
-void FillInflow(std::vector<IPRPoint>& points, const ConnectorWellRecord& record) {
-  const auto at = [](const std::vector<double>& rates, size_t i) {
-    return i < rates.size() ? rates[i] : 0.0;
-  };
-  points.resize(record.iprPressure.size());
-  for (size_t i = 0; i < points.size(); ++i) {
-    points[i].Pressure = record.iprPressure[i];
-    points[i].OilRate = at(record.iprOilRate, i);
-    points[i].GasRate = at(record.iprGasRate, i);
-    points[i].WaterRate = at(record.iprWaterRate, i);
-    const bool hasComposition = i < record.iprComposition.RowCount();
-    const auto composition = hasComposition ? record.iprComposition[i] : std::span<const double>();
-    points[i].Composition.assign(composition.begin(), composition.end());
+/// Takes the record's lists over, and leaves it those of the reading before.
+void TakeInflow(InflowColumns& inflow, ConnectorWellRecord& record) {
+  std::swap(inflow.Pressure, record.iprPressure);
+  std::swap(inflow.OilRate, record.iprOilRate);
+  std::swap(inflow.GasRate, record.iprGasRate);
+  std::swap(inflow.WaterRate, record.iprWaterRate);
+  for (std::vector<double>* rates : {&inflow.OilRate, &inflow.GasRate, &inflow.WaterRate}) {
+    rates->resize(inflow.Pressure.size());
   }
+  std::swap(inflow.Composition, record.iprComposition);
 }
 
 /// An open well's density at its present pressure; a shut well's at the middle of its table.
@@ -44,21 +42,30 @@ double DensityOf(const ConnectorWellRecord& record, const std::vector<double>& d
 
 }  // namespace
 
-void FillSource(Source& source, const ConnectorWellRecord& record) {
+void FillSource(Source& source, ConnectorWellRecord& record) {
   source.OnTimeFraction = record.uptimeFraction;
   FillCurrent(source.Current, record, source.SourceType == kProducer);
-  FillInflow(source.SimulatorIPR, record);
   source.GasGravity = DensityOf(record, record.iprGasDensity) / kAirDensity;
   source.OilGravity = DensityOf(record, record.iprOilDensity) / kWaterDensity;
   source.WaterGravity = DensityOf(record, record.iprWaterDensity) / kWaterDensity;
+  TakeInflow(source.SimulatorIPR, record);
 }
 
-bool FillSources(SourceList& sources, const std::vector<ConnectorWellRecord>& records) {
-  const NameIndex index(sources.Items, &Source::Name);
-  for (const ConnectorWellRecord& record : records) {
-    const auto position = index.Find(record.name);
-    if (!position) return false;
-    FillSource(sources.Items[*position], record);
+bool FillSources(SourceList& sources, std::vector<ConnectorWellRecord>& records,
+                 std::vector<size_t>& places) {
+  const auto isAt = [&sources](size_t place, const std::string& name) {
+    return place < sources.Items.size() && sources.Items[place].Name == name;
+  };
+  std::optional<NameIndex> index;
+  places.resize(records.size());
+  for (size_t i = 0; i < records.size(); ++i) {
+    if (!isAt(places[i], records[i].name)) {
+      if (!index) index.emplace(sources.Items, &Source::Name);
+      const auto position = index->Find(records[i].name);
+      if (!position) return false;
+      places[i] = *position;
+    }
+    FillSource(sources.Items[places[i]], records[i]);
   }
   return true;
 }

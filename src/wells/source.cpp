@@ -142,9 +142,9 @@ bool Source::HandleVariable(TagParser& parser, TagContext context) {
 bool Source::IsGasWell() const {
   double gas = 0.0;
   double liquid = 0.0;
-  for (const IPRPoint& point : SimulatorIPR) {
-    gas += point.GasRate;
-    liquid += point.OilRate + point.WaterRate;
+  for (size_t i = 0; i < SimulatorIPR.Pressure.size(); ++i) {
+    gas += SimulatorIPR.GasRate[i];
+    liquid += SimulatorIPR.OilRate[i] + SimulatorIPR.WaterRate[i];
   }
   return liquid > kGasWellLiquid && gas * kCubicFeetOfMillion / liquid > kGasWellRatio;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "boundary/records.h"
+#include "client/query_results.h"
 #include "text/data_server_object.h"
 
 namespace gantry {
@@ -25,6 +26,15 @@ enum WellState : int32_t { kShutCompletions = 0, kShutSurface = 1, kOpen = 2 };
 int32_t ClassifyWellType(const std::string& text);
 /// The name of the fluid source that is made for a gas injector of a compositional run.
 std::string InjectionSourceName(const std::string& well);
+
+/// A well's inflow, list by list, with one entry for each point: psig, STB/d and MMscf/d.
+struct InflowColumns {
+  std::vector<double> Pressure;
+  std::vector<double> OilRate;  ///< each rate as long as the pressures
+  std::vector<double> GasRate;
+  std::vector<double> WaterRate;
+  RowTable<double> Composition;  ///< mole fractions; no rows outside a compositional run
+};
 
 /// One point of an inflow table, or one operating state of a well: psig, STB/d and MMscf/d.
 struct IPRPoint {
@@ -49,8 +59,8 @@ class Source : public CExtDataServerObject {
   int32_t SourceType = 0;
   std::string Name;
   double OnTimeFraction = 1.0;
-  std::vector<IPRPoint> SimulatorIPR;  ///< as last read from the simulator
-  std::vector<IPRPoint> HostIPR;       ///< as last handed to the host
+  InflowColumns SimulatorIPR;     ///< as last read from the simulator
+  std::vector<IPRPoint> HostIPR;  ///< as last handed to the host
   IPRPoint Current;
   IPRPoint OpPoint;  ///< its composition is that of an injected gas
   double PointValue = 0.0;

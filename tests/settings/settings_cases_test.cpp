@@ -59,7 +59,11 @@ const Kinds kKinds = {
      [](const Columns& c) {
        Source source;
        for (std::istringstream points(c[0]); points >> std::ws, !points.eof();) {
-         source.SimulatorIPR.push_back(PointOf(points));
+         const IPRPoint point = PointOf(points);
+         source.SimulatorIPR.Pressure.push_back(point.Pressure);
+         source.SimulatorIPR.OilRate.push_back(point.OilRate);
+         source.SimulatorIPR.GasRate.push_back(point.GasRate);
+         source.SimulatorIPR.WaterRate.push_back(point.WaterRate);
        }
        return Columns{source.IsGasWell() ? "yes" : "no"};
      }},
