@@ -33,7 +33,7 @@ void Sweep(Client& client) {
 void ReadWells(Client& client) {
   std::vector<gantry::ConnectorWellRecord> records;
   gantry::WellDataWorkspace workspace;
-  gantry::QueryWellData(client, kWells, workspace, records);
+  gantry::QueryWellData(client, kWells, workspace, 0, records);
 }
 
 void ReadStartDate(Client& client) {

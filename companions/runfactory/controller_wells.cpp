@@ -52,7 +52,7 @@ void Controller::GetWellStatus(MessageReader&, MessageWriter& results) {
 void Controller::GetWellData(MessageReader& request, MessageWriter& results) {
   const Strings wells = GetTexts(request);
   std::vector<ConnectorWellRecord> records;
-  QueryWellData(Client(), wells, wellDataWorkspace_, records);
+  QueryWellData(Client(), wells, wellDataWorkspace_, 0, records);
   data_ = InOrderOf(wells, std::move(records));
   inflow_.clear();
   next_ = 0;

@@ -1,11 +1,8 @@
 #include "client/connector_base.h"
 
-#include <algorithm>
 #include <locale>
 #include <sstream>
-#include <utility>
 
-#include "client/record_fields.h"
 #include "text/failure_text.h"
 
 namespace gantry {
@@ -19,18 +16,6 @@ std::string VersionMismatch(double version, const char* how, const std::string& 
   text << "The simulator version (" << version << ") is " << how
        << " for the connector being used (" << connectorName << ")";
   return text.str();
-}
-
-/// Gives the record's lists, where they are empty, the storage of one that has served.
-void LendStorage(ConnectorWellRecord& served, ConnectorWellRecord& record) {
-  for (const InflowField& list : kInflowFields) {
-    if (!(record.*list.field).empty()) continue;
-    std::swap(record.*list.field, served.*list.field);
-    (record.*list.field).clear();
-  }
-  if (record.iprComposition.RowCount() != 0) return;
-  std::swap(record.iprComposition, served.iprComposition);
-  record.iprComposition.Clear();
 }
 
 }  // namespace
@@ -51,10 +36,7 @@ void CExtConnectorBase::EstablishSession() {
 void CExtConnectorBase::GetWellDataAndIPR(int32_t componentCount, const Strings& wells,
                                           std::vector<ConnectorWellRecord>& records,
                                           bool useBottomHolePressure, double skewness) {
-  auto served = std::exchange(records, {});
-  GetWellData(wells, records);
-  const size_t lent = std::min(served.size(), records.size());
-  for (size_t i = 0; i < lent; ++i) LendStorage(served[i], records[i]);
+  RenewWellData(wells, records);
   GetWellIPRData(componentCount, wells, records, useBottomHolePressure, skewness);
 }
 

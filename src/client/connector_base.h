@@ -71,13 +71,19 @@ class CExtConnectorBase {
   /// Connects, checks that simulator and connector fit together, and makes the unit converter.
   void EstablishSession();
   /// `GetWellData`, then `GetWellIPRData` on the same records, which take the place of what stands
-  /// in `records`. Those of an earlier call lend the storage of their lists, which with many wells
-  /// takes long to find anew.
+  /// in `records`. The storage of those of an earlier call, which with many wells takes long to
+  /// find anew, is used again where a connector can.
   void GetWellDataAndIPR(int32_t componentCount, const Strings& wells,
                          std::vector<ConnectorWellRecord>& records, bool useBottomHolePressure,
                          double skewness);
 
  protected:
+  /// `GetWellData` in place of what stands in `records`.
+  virtual void RenewWellData(const Strings& wells, std::vector<ConnectorWellRecord>& records) {
+    records.clear();
+    GetWellData(wells, records);
+  }
+
   /// Null until `EstablishSession` has come to its end.
   std::unique_ptr<UnitConverter> unitConverter;
 };

@@ -92,8 +92,21 @@ void CExtConnectorLocalBase::GetWellStatus(std::vector<ConnectorWellStatus>& sta
 
 void CExtConnectorLocalBase::GetWellData(const Strings& wells,
                                          std::vector<ConnectorWellRecord>& records) {
-  const size_t begin = records.size();
-  QueryWellData(Client(), wells, wellDataWorkspace_, records);
+  ReadWellData(wells, records.size(), records);
+}
+
+void CExtConnectorLocalBase::RenewWellData(const Strings& wells,
+                                           std::vector<ConnectorWellRecord>& records) {
+  for (ConnectorWellRecord& record : records) {
+    for (const InflowField& list : kInflowFields) (record.*list.field).clear();
+    record.iprComposition.Clear();
+  }
+  ReadWellData(wells, 0, records);
+}
+
+void CExtConnectorLocalBase::ReadWellData(const Strings& wells, size_t begin,
+                                          std::vector<ConnectorWellRecord>& records) {
+  QueryWellData(Client(), wells, wellDataWorkspace_, begin, records);
   for (ConnectorWellRecord& record : std::span(records).subspan(begin)) {
     for (const WellDataField& field : kWellDataFields) {
       record.*field.field = unitConverter->FromSimulator(record.*field.field, field.code);

@@ -57,6 +57,9 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   std::unique_ptr<PeerConnection> NewConnection() const;
 
  private:
+  void RenewWellData(const Strings& wells, std::vector<ConnectorWellRecord>& records) override;
+  /// The wells' data in the driver's units, from the place `begin` of the records on.
+  void ReadWellData(const Strings& wells, size_t begin, std::vector<ConnectorWellRecord>& records);
   /// A new client of the connector's version, owned by its class until `DestroyClient`.
   virtual IntersectClientBase& CreateClient() = 0;
   virtual void DestroyClient() = 0;

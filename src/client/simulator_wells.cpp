@@ -78,17 +78,17 @@ std::vector<ConnectorWellStatus> QueryWellStatuses(IntersectClientBase& client) 
 }
 
 void QueryWellData(IntersectClientBase& client, const Strings& wells, WellDataWorkspace& workspace,
-                   std::vector<ConnectorWellRecord>& records) {
-  if (wells.empty()) return;
+                   size_t begin, std::vector<ConnectorWellRecord>& records) {
+  if (wells.empty()) return records.resize(begin);
   // A query that fails leaves nothing behind that the next one would go by.
   WellDataWorkspace kept = std::exchange(workspace, {});
   AskForData(client, wells, kept);
   const WellQueryResult& data = kept.data;
-  records.reserve(records.size() + data.wells.size());
+  records.resize(begin + data.wells.size());
   for (size_t i = 0; i < data.wells.size(); ++i) {
     const size_t statusRow = kept.statusRows[i];
     if (statusRow == WellLookup::kMissing) throw std::runtime_error(kBadStatusData);
-    ConnectorWellRecord& record = records.emplace_back();
+    ConnectorWellRecord& record = records[begin + i];
     record.name = data.wells[i];
     record.status = kept.statuses.values[statusRow].front();
     const std::span<const double> row = data.values[i];

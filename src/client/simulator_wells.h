@@ -28,9 +28,10 @@ struct WellDataWorkspace {
   std::vector<size_t> statusRows;  ///< for each well of `data`, its row in `statuses`
 };
 
-/// Appends one record for each well, without its inflow.
+/// One record for each well, without its inflow, from the place `begin` on. Records that stand
+/// there are written over; their inflow stays.
 void QueryWellData(IntersectClientBase& client, const Strings& wells, WellDataWorkspace& workspace,
-                   std::vector<ConnectorWellRecord>& records);
+                   size_t begin, std::vector<ConnectorWellRecord>& records);
 /// One value for each item.
 Doubles QueryWellVariables(IntersectClientBase& client, const std::string& well,
                            const Strings& items);
