@@ -23,7 +23,8 @@ TEST(Schedule, FollowsTheCalendarToTheEndOfTheRunAndToTheDaysOfEvents) {
   const auto event = [](const std::string& date) {
     return "\n[[event]]\ndate = " + date + "\naction = 'open'";
   };
-  const std::string inside = event("2015-02-01") + event("2015-02-11") + event("2015-01-01");
+  const std::string inside = "\n[[event]]\nwhen = 'field total_oil > 1'\naction = 'open'" +
+                             event("2015-02-01") + event("2015-02-11") + event("2015-01-01");
   const struct {
     Date start;
     std::string time;

@@ -99,6 +99,9 @@ TEST_F(ScriptedFlow, IsTakenAtItsWordOfTheStepBeforeWhereItFindsNoSolutionAtAll)
   Start("0.0005,begin");
   Limit(1e6);
   EXPECT_EQ(Oil(), 75);
+  for (const char* ratio : {"GAS_OIL_RATIO", "WATER_CUT", "WATER_OIL_RATIO"}) {
+    EXPECT_EQ(flow_->WellNumber(0, flow_->FindWellNumber(ratio).value()), 0);
+  }
   Limit(20);
   flow_->ContinueUntil(10);
   Limit(1e5);
