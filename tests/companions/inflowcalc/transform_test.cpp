@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -46,21 +47,18 @@ class TestedWell : public ::testing::Test {
   Record state_ = std::make_unique<_tGetSetData>();
 };
 
+/// Before the first step, too, when nothing is known of the well's state.
 TEST_F(TestedWell, GetsTheLineOfItsDrainageRegion) {
-  Read(6000.0);
-  const Record block = std::make_unique<_tGetSetData>(*table_);
-  ASSERT_EQ(Transform(), 0);
-  ASSERT_GE(table_->pointCount, 2);
-  ExpectTheRegionsLine();
-  EXPECT_GT(table_->pressure[table_->pointCount - 1], block->pressure[9]);
-}
-
-TEST_F(TestedWell, IsReadFromTheStaticPressureBeforeTheFirstStep) {
-  Read(0.0);
-  state_->pressure[0] = kMissing;
-  state_->oilRate[0] = -9999.9999;
-  ASSERT_EQ(Transform(), 0);
-  ExpectTheRegionsLine();
+  for (const double rate : {6000.0, 0.0}) {
+    Read(rate);
+    if (rate == 0.0) state_->pressure[0] = kMissing;
+    if (rate == 0.0) state_->oilRate[0] = -9999.9999;
+    const double block = table_->pressure[9];
+    ASSERT_EQ(Transform(), 0);
+    ASSERT_GE(table_->pointCount, 2);
+    ExpectTheRegionsLine();
+    EXPECT_EQ(table_->pressure[table_->pointCount - 1] > block, rate > 0.0);
+  }
 }
 
 TEST_F(TestedWell, KeepsTheLimitOfTheSimulatorAtItsHighestRate) {
@@ -73,7 +71,7 @@ TEST_F(TestedWell, KeepsTheLimitOfTheSimulatorAtItsHighestRate) {
   EXPECT_NEAR(table_->gasRate[0], 0.0005 * Liquid(*table_, 0), 1e-9);
 }
 
-TEST_F(TestedWell, LosesThePointsWithAMissingNumber) {
+TEST_F(TestedWell, LosesThePointsWithAMissingNumberAndThoseBeyondItsTable) {
   Read(6000.0);
   table_->pressure[2] = kMissing;
   table_->oilRate[4] = std::numeric_limits<double>::quiet_NaN();
@@ -81,24 +79,17 @@ TEST_F(TestedWell, LosesThePointsWithAMissingNumber) {
   ASSERT_EQ(Transform(), 0);
   EXPECT_LE(table_->pointCount, 7);
   ExpectTheRegionsLine();
-}
-
-TEST_F(TestedWell, IsMarkedAsHavingNoPointWhenNoneIsLeft) {
+  for (const auto& [count, most] : {std::pair(-2, 0), {14, 10}}) {
+    Read(6000.0);
+    table_->pointCount = count;
+    ASSERT_EQ(Transform(), 0);
+    EXPECT_EQ(std::clamp(table_->pointCount, 0, most), table_->pointCount);
+  }
   Read(6000.0);
   for (double& pressure : table_->pressure) pressure = kMissing;
   ASSERT_EQ(Transform(), 0);
   EXPECT_EQ(table_->pointCount, 0);
   EXPECT_EQ(table_->isShut, 1);
-}
-
-TEST_F(TestedWell, HasNoMorePointsThanItsTableHolds) {
-  for (const int32_t count : {-2, 14}) {
-    Read(6000.0);
-    table_->pointCount = count;
-    ASSERT_EQ(Transform(), 0);
-    EXPECT_GE(table_->pointCount, 0);
-    EXPECT_LE(table_->pointCount, 10);
-  }
 }
 
 TEST_F(TestedWell, LeavesOtherWellsAndWhatIsNoInflowCurveUntouched) {
@@ -115,14 +106,14 @@ TEST_F(TestedWell, LeavesOtherWellsAndWhatIsNoInflowCurveUntouched) {
 TEST(InflowLibrary, RefusesNulls) {
   const InflowHandle handle;
   const Record record = std::make_unique<_tGetSetData>();
-  EXPECT_NE(TransformIPR(nullptr, "P1", record.get(), record.get()), 0);
-  EXPECT_NE(TransformIPR(handle.Get(), nullptr, record.get(), record.get()), 0);
-  EXPECT_NE(TransformIPR(handle.Get(), "P1", nullptr, record.get()), 0);
-  EXPECT_NE(TransformIPR(handle.Get(), "P1", record.get(), nullptr), 0);
-  EXPECT_NE(SetupIPR(nullptr, nullptr), 0);
-  EXPECT_NE(SetupIPR(nullptr, handle.Get()), 0) << "without callbacks";
-  EXPECT_NE(SaveIPR(nullptr, 0), 0);
-  EXPECT_NE(LoadIPR(nullptr, 0), 0);
+  for (const int32_t result :
+       {TransformIPR(nullptr, "P1", record.get(), record.get()),
+        TransformIPR(handle.Get(), nullptr, record.get(), record.get()),
+        TransformIPR(handle.Get(), "P1", nullptr, record.get()),
+        TransformIPR(handle.Get(), "P1", record.get(), nullptr), SetupIPR(nullptr, nullptr),
+        SetupIPR(nullptr, handle.Get()), SaveIPR(nullptr, 0), LoadIPR(nullptr, 0)}) {
+    EXPECT_NE(result, 0);
+  }
   AddIPRWell(handle.Get(), 0, nullptr, true, true);
   StartIPRAddWell(nullptr);
   EndIPRAddWell(nullptr);
