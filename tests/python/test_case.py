@@ -6,6 +6,7 @@ import signal
 import subprocess
 import sys
 import threading
+from pathlib import Path
 
 import gantry
 import numpy as np
@@ -157,23 +158,6 @@ def advance(days):
 peer.main()
 """
 
-CASE = """
-[case]
-title = "waits"
-units = "metric"
-[simulator]
-deck = "{deck}"
-executable = "{program}"
-inflow_model = "block"
-[time]
-step = 10
-duration = 20
-[[well]]
-name = "P1"
-kind = "producer"
-"""
-
-
 @pytest.fixture
 def waiting_case(tmp_path):
     """A simulator that says by the file "busy" that it runs on, and ends its step when "go" is there."""
@@ -182,8 +166,7 @@ def waiting_case(tmp_path):
     program.write_text(f"#!{sys.executable}\n" + WAITING.format(python=python, folder=str(tmp_path)))
     program.chmod(0o755)
     (tmp_path / "deck.afi").write_text("")
-    (tmp_path / "case.toml").write_text(CASE.format(deck=tmp_path / "deck.afi", program=program))
-    return tmp_path / "case.toml"
+    return shutil.copy(Path(__file__).with_name("waiting.toml"), tmp_path)
 
 
 def wait_for(path):

@@ -68,14 +68,5 @@ INSTANTIATE_TEST_SUITE_P(Sample, Talk,
                                          "messages_that_are_refused"),
                          [](const auto& talk) { return std::string(talk.param); });
 
-TEST(Session, EndsWithTheReasonWhenBytesMakeNoMessage) {
-  ServedSimulator simulator(SampleDeck());
-  RawController controller(simulator.Port());
-  controller.Greet();
-  controller.SendBytes(FrameOf(Payload(Entries{"QUERY", "QWELLS"}) +
-                               HeaderBytes("QITEMS", uint64_t{1} << 60, "CSTR")));
-  EXPECT_EQ(Describe(controller.Receive()), "ERROR: Not enough data read from network END ");
-}
-
 }  // namespace
 }  // namespace gantry::simulator::test
