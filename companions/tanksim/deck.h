@@ -55,6 +55,7 @@ struct WellData {
 /// A run as its deck describes it, in field units but for what `units` says about the outside.
 struct Deck {
   std::string file;
+  std::string checksum;  ///< of its text
   std::string title;
   UnitSystem units = UnitSystem::kField;
   std::chrono::sys_days start;

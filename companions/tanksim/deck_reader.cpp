@@ -14,6 +14,7 @@
 #include "platform/text.h"
 #include "simulator_side/well_words.h"
 #include "tanksim/deck_keys.h"
+#include "text/checksum.h"
 
 namespace gantry::simulator {
 
@@ -367,7 +368,9 @@ Deck ReadDeck(const std::filesystem::path& file) {
 }
 
 Deck ReadDeckText(std::string_view text, const std::string& fileName) {
-  return BuildDeck(DescribedTable::ReadText(text, fileName), fileName);
+  Deck deck = BuildDeck(DescribedTable::ReadText(text, fileName), fileName);
+  deck.checksum = Checksum(text);
+  return deck;
 }
 
 }  // namespace gantry::simulator

@@ -8,6 +8,7 @@
 #include "simulator_side/controller_service.h"
 #include "simulator_side/controller_session.h"
 #include "simulator_side/driver_arguments.h"
+#include "simulator_side/state_file.h"
 #include "tanksim/deck_reader.h"
 #include "tanksim/tank_simulator.h"
 #include "text/failure_text.h"
@@ -45,10 +46,26 @@ void TellFaults(const std::string& faults) {
   std::fprintf(stderr, "%s (and %d more)\n", first.c_str(), static_cast<int>(others));
 }
 
+/// Readies the simulator for a host that keeps results, and may want a run to be resumed. One that
+/// can't be is told to the controller, which waits for the first word.
+void GoOn(TankSimulator& simulator, ByteChannel& channel, const std::string& base) {
+  const auto results = ResultsOfHost();
+  if (results) simulator.KeepStates(*results / (platform::PathOf(base).filename() += ".state"));
+  const auto days = DaysToResumeAt();
+  if (!days) return;
+  try {
+    simulator.GoOnAt(*days);
+  } catch (const ResumeRefused& refusal) {
+    RefuseController(channel, refusal.what());
+    throw;
+  }
+}
+
 int Run(const DriverArguments& arguments) {
   try {
     TankSimulator simulator(ReadDeck(platform::PathOf(arguments.base + ".afi")));
     return ServeController(kProgram.name, arguments, [&](ByteChannel& channel) {
+      GoOn(simulator, channel, arguments.base);
       ControllerSession(simulator, channel).Run();
     });
   } catch (const DeckError& error) {

@@ -17,12 +17,10 @@ Tank::Tank(const TankData& data, const ReservoirFluid& fluid, const RockFluid& r
     : data_(&data),
       fluid_(&fluid),
       rockFluid_(&rockFluid),
-      pressure_(data.initial.pressure),
-      aquiferPressure_(data.initial.pressure),
-      contents_(fluid.Fill(data.initial)) {
+      now_({data.initial.pressure, data.initial.pressure, fluid.Fill(data.initial)}) {
   referencePoreVolume_ = data.initial.poreVolume;
-  referencePoreVolume_ *= data.initial.poreVolume / PoreVolume(pressure_);
-  state_ = fluid_->State(contents_, pressure_, Temperature());
+  referencePoreVolume_ *= data.initial.poreVolume / PoreVolume(now_.pressure);
+  state_ = fluid_->State(now_.contents, now_.pressure, Temperature());
   initialWaterSaturation_ = state_.waterVolume / state_.Volume();
   initialGasSaturation_ = state_.gasVolume / state_.Volume();
   referenceOilMobility_ = rockFluid_->LargestOil() / state_.oilViscosity;
@@ -86,7 +84,7 @@ PhaseInflow Tank::MobilityBehindFronts(double waterSaturation, double gasSaturat
 }
 
 void Tank::Refresh() {
-  state_ = fluid_->State(contents_, pressure_, Temperature());
+  state_ = fluid_->State(now_.contents, now_.pressure, Temperature());
   const double waterSaturation = state_.waterVolume / state_.Volume();
   const double gasSaturation = state_.gasVolume / state_.Volume();
   mobility_ = data_->hasFront ? MobilityBehindFronts(waterSaturation, gasSaturation)
@@ -97,7 +95,7 @@ void Tank::Refresh() {
 
 Inflow Tank::InflowAt(double pressure) const {
   if (mobility_.liquid <= 0.0) return {pressure, pressure, Inflow::kDryGasCurvature};
-  const bool isSaturated = state_.bubblePoint >= kBubblePointShare * pressure_;
+  const bool isSaturated = state_.bubblePoint >= kBubblePointShare * now_.pressure;
   const double bend = isSaturated ? pressure : std::min(pressure, state_.bubblePoint);
   return {pressure, bend, Inflow::kVogelCurvature};
 }
@@ -107,12 +105,12 @@ double Tank::AquiferInflux(double days, double pressure) const {
   const AquiferData& aquifer = *data_->aquifer;
   const double capacity = aquifer.volume * aquifer.compressibility;  // rb/psi
   // A step against a constant tank pressure (Fetkovich 1971, equation 12).
-  return capacity * (aquiferPressure_ - pressure) *
+  return capacity * (now_.aquiferPressure - pressure) *
          (1.0 - std::exp(-aquifer.productivityIndex * days / capacity));
 }
 
 Contents Tank::ContentsAfter(const TankFlow& flow, double days, double pressure) const {
-  Contents after = contents_;
+  Contents after = now_.contents;
   for (size_t i = 0; i < after.hydrocarbons.size(); ++i) {
     double& amount = after.hydrocarbons[i];
     amount -= days * flow.liquid * state_.liquid.hydrocarbons[i];
@@ -131,16 +129,22 @@ double Tank::ExcessVolume(const TankFlow& flow, double days, double pressure) co
 }
 
 void Tank::Advance(const TankFlow& flow, double days, double pressure) {
-  contents_ = ContentsAfter(flow, days, pressure);
+  now_.contents = ContentsAfter(flow, days, pressure);
   if (data_->aquifer) {
     const double capacity = data_->aquifer->volume * data_->aquifer->compressibility;
-    aquiferPressure_ -= AquiferInflux(days, pressure) / capacity;
+    now_.aquiferPressure -= AquiferInflux(days, pressure) / capacity;
   }
-  pressure_ = pressure;
+  now_.pressure = pressure;
   Refresh();
   if (!data_->initial.gasRedissolves) {
-    contents_.dissolvedGasLimit = std::min(contents_.dissolvedGasLimit, state_.dissolvedGas);
+    now_.contents.dissolvedGasLimit =
+        std::min(now_.contents.dissolvedGasLimit, state_.dissolvedGas);
   }
+}
+
+void Tank::GoTo(TankMoment moment) {
+  now_ = std::move(moment);
+  Refresh();
 }
 
 }  // namespace gantry::simulator

@@ -17,6 +17,13 @@ struct TankFlow {
   Amounts injectedHydrocarbons;
 };
 
+/// What of a tank its past has made; all else follows from its data.
+struct TankMoment {
+  double pressure = 0.0;         ///< psia
+  double aquiferPressure = 0.0;  ///< psia
+  Contents contents;
+};
+
 /// A volume of rock and fluids at one pressure, which follows from the material balance: the
 /// fluids that are left take just the pore volume (Craft and Hawkins, Applied Petroleum Reservoir
 /// Engineering, chapter 2). Field units.
@@ -25,11 +32,11 @@ class Tank {
   /// The data and models must outlive the tank.
   Tank(const TankData& data, const ReservoirFluid& fluid, const RockFluid& rockFluid);
 
-  double Pressure() const { return pressure_; }
+  double Pressure() const { return now_.pressure; }
   double Temperature() const { return data_->initial.temperature; }
   double PoreVolume(double pressure) const;
   const FluidState& State() const { return state_; }
-  const Contents& Held() const { return contents_; }
+  const Contents& Held() const { return now_.contents; }
   const ReservoirFluid& Fluid() const { return *fluid_; }
 
   /// Relative permeability over viscosity of each phase as the wells see it, 1/cp.
@@ -47,6 +54,9 @@ class Tank {
   /// Takes a step of which `pressure` is the end.
   void Advance(const TankFlow& flow, double days, double pressure);
 
+  const TankMoment& Moment() const { return now_; }
+  void GoTo(TankMoment moment);
+
  private:
   Contents ContentsAfter(const TankFlow& flow, double days, double pressure) const;
   double AquiferInflux(double days, double pressure) const;
@@ -59,9 +69,7 @@ class Tank {
   const ReservoirFluid* fluid_;
   const RockFluid* rockFluid_;
   double referencePoreVolume_ = 0.0;  ///< at the rock's reference pressure
-  double pressure_ = 0.0;
-  double aquiferPressure_ = 0.0;
-  Contents contents_;
+  TankMoment now_;
   FluidState state_;
   PhaseInflow mobility_;
   double initialWaterSaturation_ = 0.0;

@@ -96,6 +96,19 @@ void TankRun::AdvanceTo(double days) {
   days_ = target;
 }
 
+RunMoment TankRun::Moment() const {
+  RunMoment moment{days_, {}, {}};
+  for (const Tank& tank : tanks_) moment.tanks.push_back(tank.Moment());
+  for (const Well& well : wells_) moment.wells.push_back(well.Moment());
+  return moment;
+}
+
+void TankRun::GoTo(RunMoment moment) {
+  days_ = moment.days;
+  for (size_t i = 0; i < tanks_.size(); ++i) tanks_[i].GoTo(std::move(moment.tanks.at(i)));
+  for (size_t i = 0; i < wells_.size(); ++i) wells_[i].GoTo(std::move(moment.wells.at(i)));
+}
+
 void TankRun::AdvanceTank(size_t tank, double days) {
   while (days > kTimeTolerance) days -= StepTank(tank, days);
 }

@@ -6,6 +6,13 @@
 
 namespace gantry::simulator {
 
+/// What of a run its past has made.
+struct RunMoment {
+  double days = 0.0;
+  std::vector<TankMoment> tanks;
+  std::vector<WellMoment> wells;
+};
+
 /// All tanks and wells of a deck, and their way through time. Field units, days.
 class TankRun {
  public:
@@ -20,6 +27,10 @@ class TankRun {
 
   /// Steps on to a time, or to the deck's end if that comes first.
   void AdvanceTo(double days);
+
+  RunMoment Moment() const;
+  /// To a moment of a run of the same deck.
+  void GoTo(RunMoment moment);
 
  private:
   void AdvanceTank(size_t tank, double days);

@@ -6,11 +6,13 @@
 
 #include "described_toml/calendar.h"
 #include "platform/text.h"
+#include "tanksim/moment_text.h"
 
 namespace gantry::simulator {
 
 namespace {
 
+constexpr const char* kStateFormat = "tanksim state 1";
 constexpr double kLastDay = 1e7;
 constexpr std::string_view kController = "USER";
 constexpr std::string_view kDeck = "DECK";
@@ -105,6 +107,25 @@ TankSimulator::TankSimulator(Deck deck)
   for (const WellData& well : deck_.wells) {
     wellNames_.push_back(platform::Utf8ToCodePage(well.name));
   }
+}
+
+void TankSimulator::KeepStates(const std::filesystem::path& file) {
+  states_.emplace(file, kStateFormat, deck_.checksum);
+}
+
+void TankSimulator::GoOnAt(double days) {
+  if (!states_) throw ResumeRefused("the host names no folder that could hold a state");
+  const nlohmann::json state = states_->Take(days);
+  try {
+    TakeState(state);
+  } catch (const std::exception& error) {
+    throw ResumeRefused(std::string("the state isn't one of this deck: ") + error.what());
+  }
+}
+
+void TankSimulator::TakeState(const nlohmann::json& state) {
+  run_.GoTo(RunMomentOf(state.at("run")));
+  wellOfSource_ = state.at("sources").get<std::map<std::string, size_t>>();
 }
 
 RunPosition TankSimulator::Position() const {
@@ -239,6 +260,8 @@ void TankSimulator::ContinueUntil(double days) {
   if (!(days <= kLastDay)) throw RequestRefused("The time to run to is beyond all times");
   isRunning_ = true;
   run_.AdvanceTo(days);
+  if (states_)
+    states_->Keep(run_.Days(), {{"run", ToJson(run_.Moment())}, {"sources", wellOfSource_}});
 }
 
 }  // namespace gantry::simulator

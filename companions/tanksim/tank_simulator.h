@@ -1,8 +1,10 @@
 #pragma once
 
 #include <map>
+#include <optional>
 
 #include "simulator_side/controlled_simulator.h"
+#include "simulator_side/state_file.h"
 #include "tanksim/tank_run.h"
 #include "tanksim/well_items.h"
 
@@ -12,6 +14,12 @@ namespace gantry::simulator {
 class TankSimulator : public ControlledSimulator {
  public:
   explicit TankSimulator(Deck deck);
+
+  /// Keeps the run's state in this file from here on, at each stop.
+  void KeepStates(const std::filesystem::path& file);
+  /// To the state that an earlier run of the deck has kept there at that time, in days. Throws
+  /// ResumeRefused.
+  void GoOnAt(double days);
 
   const ModelDescription& Description() const override { return description_; }
   const Strings& WellNames() const override { return wellNames_; }
@@ -37,6 +45,8 @@ class TankSimulator : public ControlledSimulator {
   void Shutdown() override {}
 
  private:
+  void TakeState(const nlohmann::json& state);
+
   Deck deck_;
   TankRun run_;
   WellItems items_;
@@ -44,6 +54,7 @@ class TankSimulator : public ControlledSimulator {
   Strings wellNames_;
   std::map<std::string, size_t> wellOfSource_;
   bool isRunning_ = false;
+  std::optional<StateFile> states_;
 };
 
 }  // namespace gantry::simulator

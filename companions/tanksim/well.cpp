@@ -33,9 +33,7 @@ double ReferenceMobility(const WellData& data, const Tank& tank) {
 Well::Well(const WellData& data, const Tank& tank)
     : data_(&data),
       tank_(&tank),
-      status_(data.status),
-      uptime_(data.uptime),
-      injectedComposition_(data.injectedComposition) {
+      now_({data.status, data.uptime, {}, data.injectedComposition, {}}) {
   const double reference = ReferenceMobility(data, tank);
   conductance_ = reference > 0.0 ? data.index * FlowEfficiency(data.skin) / reference : 0.0;
   SetInjectedComposition(data.injectedComposition);
@@ -46,22 +44,27 @@ double Well::Temperature() const {
 }
 
 void Well::SetStatus(WellStatus status) {
-  if (IsAbandoned(status_)) return;
-  status_ = status;
+  if (IsAbandoned(now_.status)) return;
+  now_.status = status;
   isSolved_ = false;
 }
 
 void Well::SetControllerLimits(std::vector<WellLimit> limits) {
-  controllerLimits_ = std::move(limits);
+  now_.controllerLimits = std::move(limits);
   isSolved_ = false;
 }
 
 void Well::SetInjectedComposition(std::vector<double> fractions) {
-  injectedComposition_ = std::move(fractions);
+  now_.injectedComposition = std::move(fractions);
   isSolved_ = false;
   if (data_->type != WellType::kGasInjector) return;
   injectedGas_ =
-      tank_->Fluid().Injected(injectedComposition_, tank_->Pressure(), tank_->Temperature());
+      tank_->Fluid().Injected(now_.injectedComposition, tank_->Pressure(), tank_->Temperature());
+}
+
+void Well::GoTo(WellMoment moment) {
+  now_ = std::move(moment);
+  SetInjectedComposition(std::move(now_.injectedComposition));
 }
 
 const WellFlow& Well::Flow() const {
@@ -80,7 +83,7 @@ WellFlow Well::FlowUnder(std::vector<WellLimit> limits) const {
 }
 
 WellFlow Well::FlowAt(double tankPressure) const {
-  if (status_ != WellStatus::kOpen) {
+  if (now_.status != WellStatus::kOpen) {
     WellFlow shut;
     shut.bottomHolePressure = tankPressure;
     return shut;
@@ -102,7 +105,7 @@ PhaseInflow Well::Index() const {
 template <class Visit>
 void Well::ForEachLimit(Visit visit) const {
   for (const WellLimit& limit : data_->limits) visit(limit);
-  for (const WellLimit& limit : controllerLimits_) visit(limit);
+  for (const WellLimit& limit : now_.controllerLimits) visit(limit);
 }
 
 Well::RateIndex Well::IndexOf(LimitItem item, const PhaseInflow& index) const {
@@ -266,15 +269,16 @@ double Well::TubingPressure(const WellFlow& flow) const {
 }
 
 void Well::AddTo(TankFlow& sum, const WellFlow& flow) const {
-  sum.liquid += uptime_ * flow.liquid;
-  sum.vapour += uptime_ * flow.vapour;
-  sum.water += uptime_ * flow.rates.water;
-  sum.injectedWater += uptime_ * flow.rates.injectedWater;
-  sum.injectedVolume += uptime_ * flow.rates.reservoirInjection;
+  sum.liquid += now_.uptime * flow.liquid;
+  sum.vapour += now_.uptime * flow.vapour;
+  sum.water += now_.uptime * flow.rates.water;
+  sum.injectedWater += now_.uptime * flow.rates.injectedWater;
+  sum.injectedVolume += now_.uptime * flow.rates.reservoirInjection;
   if (flow.rates.injectedGas <= 0.0) return;
   sum.injectedHydrocarbons.resize(injectedGas_.hydrocarbons.size());
   for (size_t i = 0; i < sum.injectedHydrocarbons.size(); ++i) {
-    sum.injectedHydrocarbons[i] += uptime_ * flow.rates.injectedGas * injectedGas_.hydrocarbons[i];
+    sum.injectedHydrocarbons[i] +=
+        now_.uptime * flow.rates.injectedGas * injectedGas_.hydrocarbons[i];
   }
 }
 
@@ -286,8 +290,8 @@ void Well::Advance(const WellFlow& flow, double days) {
                                                       &WellVolumes::injectedWater,
                                                       &WellVolumes::reservoirProduction,
                                                       &WellVolumes::reservoirInjection};
-  for (const auto volume : kVolumes) totals_.*volume += uptime_ * days * flow.rates.*volume;
-  SetInjectedComposition(std::move(injectedComposition_));
+  for (const auto volume : kVolumes) now_.totals.*volume += now_.uptime * days * flow.rates.*volume;
+  SetInjectedComposition(std::move(now_.injectedComposition));
 }
 
 double Well::StreamDensity(double PhaseStream::*volume, double PhaseStream::*mass,

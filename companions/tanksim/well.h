@@ -18,6 +18,15 @@ struct WellVolumes {
   double reservoirInjection = 0.0;
 };
 
+/// What of a well its past has made; all else follows from its data and its tank.
+struct WellMoment {
+  WellStatus status = WellStatus::kOpen;
+  double uptime = 1.0;
+  std::vector<WellLimit> controllerLimits;
+  std::vector<double> injectedComposition;
+  WellVolumes totals;
+};
+
 struct WellFlow {
   WellVolumes rates;
   double liquid = 0.0;  ///< rb/d of the reservoir's oil phase
@@ -36,16 +45,16 @@ class Well {
   /// False when its index refers to a phase that the tank doesn't have.
   bool CanFlow() const { return conductance_ > 0.0; }
   const WellData& Data() const { return *data_; }
-  WellStatus Status() const { return status_; }
-  double Uptime() const { return uptime_; }
+  WellStatus Status() const { return now_.status; }
+  double Uptime() const { return now_.uptime; }
   double Temperature() const;
-  std::span<const WellLimit> ControllerLimits() const { return controllerLimits_; }
-  const std::vector<double>& InjectedComposition() const { return injectedComposition_; }
+  std::span<const WellLimit> ControllerLimits() const { return now_.controllerLimits; }
+  const std::vector<double>& InjectedComposition() const { return now_.injectedComposition; }
   const Tank& Reservoir() const { return *tank_; }
 
   /// An abandoned well stays so.
   void SetStatus(WellStatus status);
-  void SetUptime(double fraction) { uptime_ = fraction; }
+  void SetUptime(double fraction) { now_.uptime = fraction; }
   void SetControllerLimits(std::vector<WellLimit> limits);
   void SetInjectedComposition(std::vector<double> fractions);
 
@@ -60,7 +69,11 @@ class Well {
   void AddTo(TankFlow& sum, const WellFlow& flow) const;
   /// After a step of the tank: the flow during the step goes into the totals.
   void Advance(const WellFlow& flow, double days);
-  const WellVolumes& Totals() const { return totals_; }
+  const WellVolumes& Totals() const { return now_.totals; }
+
+  const WellMoment& Moment() const { return now_; }
+  /// Behind its tank.
+  void GoTo(WellMoment moment);
 
   double OilDensity() const;  ///< lb/ft3 at the surface
   double GasDensity() const;
@@ -90,12 +103,8 @@ class Well {
   const WellData* data_;
   const Tank* tank_;
   double conductance_ = 0.0;  ///< rb cp/d/psi of a producer; surface rate/psi of an injector
-  WellStatus status_;
-  double uptime_;
-  std::vector<WellLimit> controllerLimits_;
-  std::vector<double> injectedComposition_;
+  WellMoment now_;
   InjectedGas injectedGas_;  ///< 1 Mscf at the tank's present pressure
-  WellVolumes totals_;
   mutable bool isSolved_ = false;
   mutable WellFlow flow_;
 };

@@ -14,6 +14,14 @@ GrowingTable::GrowingTable(const std::string& path) : path_(path) {
   if (!file_) throw std::runtime_error(WriteFailure(path, errno));
 }
 
+GrowingTable::GrowingTable(const std::string& path, uint64_t size) : path_(path), size_(size) {
+  std::error_code error;
+  std::filesystem::resize_file(platform::PathOf(path), size, error);
+  errno = error.value();
+  if (!error) file_.open(platform::PathOf(path), std::ios::binary | std::ios::app);
+  if (error || !file_) throw std::runtime_error(WriteFailure(path, errno));
+}
+
 void GrowingTable::Write(std::string_view rows) {
   errno = 0;
   file_.write(rows.data(), static_cast<std::streamsize>(rows.size()));

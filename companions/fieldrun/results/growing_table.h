@@ -14,6 +14,8 @@ namespace gantry::fieldrun {
 class GrowingTable {
  public:
   explicit GrowingTable(const std::string& path);
+  /// One that goes on behind this many bytes of what stands there; the rest is cut off.
+  GrowingTable(const std::string& path, uint64_t size);
 
   /// Appends whole rows.
   void Write(std::string_view rows);

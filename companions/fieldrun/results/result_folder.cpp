@@ -15,9 +15,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kResultFiles[] = {kReportFile,  kWatchFile, kSummaryNames, kSummaryValues,
-                                        kProfileFile, kFieldFile, kEventsFile,   kInflowFile,
-                                        kWellsFile,   kRunFile};
+constexpr const char* kResultFiles[] = {kReportFile,  kWatchFile,  kSummaryNames, kSummaryValues,
+                                        kProfileFile, kResumeFile, kFieldFile,    kEventsFile,
+                                        kInflowFile,  kWellsFile,  kRunFile};
 constexpr const char* kAside = ".previous";
 
 platform::NamedMutex::Attempt TryLock(const std::string& folder) {

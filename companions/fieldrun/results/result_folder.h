@@ -17,6 +17,8 @@ inline constexpr const char* kInflowFile = "inflow.csv";
 inline constexpr const char* kFieldFile = "field.csv";
 inline constexpr const char* kEventsFile = "events.csv";
 inline constexpr const char* kProfileFile = "profile.csv";
+/// What a run needs to be resumed.
+inline constexpr const char* kResumeFile = "resume.json";
 inline constexpr const char* kReportFile = "report.html";
 inline constexpr const char* kWatchFile = "report.watch.js";
 /// For post-processors of reservoir simulators; written by a program of its own where that is

@@ -5,8 +5,10 @@
 
 #include <fmt/format.h>
 
+#include "fieldrun/case/input_file.h"
 #include "fieldrun/results/output_file.h"
 #include "fieldrun/results/result_folder.h"
+#include "fieldrun/results/table_rows.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -62,12 +64,20 @@ std::string ResultTables::GroupFields(const std::vector<GroupLimitReport>& group
 void ResultTables::Started(const RunStart& start) {
   wells_ = start.wells;
   run_ = start.id;
-  wellsFile_.emplace(folder_ + "/" + kWellsFile);
-  inflowFile_.emplace(folder_ + "/" + kInflowFile);
-  eventsFile_.emplace(folder_ + "/" + kEventsFile);
-  fieldFile_.emplace(folder_ + "/" + kFieldFile);
-  profileFile_.emplace(folder_ + "/" + kProfileFile);
-  WriteHeadings();
+  OpenTables(start.doneSteps);
+  if (start.doneSteps == 0) WriteHeadings();
+}
+
+void ResultTables::OpenTables(size_t doneSteps) {
+  const std::pair<std::optional<GrowingTable>*, const char*> tables[] = {
+      {&wellsFile_, kWellsFile}, {&inflowFile_, kInflowFile},   {&eventsFile_, kEventsFile},
+      {&fieldFile_, kFieldFile}, {&profileFile_, kProfileFile},
+  };
+  for (const auto& [table, name] : tables) {
+    const std::string path = folder_ + "/" + name;
+    if (doneSteps == 0) table->emplace(path);
+    if (doneSteps > 0) table->emplace(path, LengthOfSteps(ReadInputFile(path), doneSteps));
+  }
 }
 
 void ResultTables::WriteHeadings() {

@@ -10,7 +10,8 @@
 namespace gantry::fieldrun {
 
 /// The tables wells.csv, inflow.csv, events.csv, field.csv and profile.csv in a folder that exists,
-/// in the units of the case. They begin with the run and grow with each step; field.csv has a
+/// in the units of the case. They begin with the run, or go on
+/// behind the steps that are done, and grow with each step; field.csv has a
 /// step's row when the wells, their inflow and events have theirs. Every row ends with the run's
 /// id. docs/fieldrun.md tells the columns.
 class ResultTables : public RunListener {
@@ -29,6 +30,7 @@ class ResultTables : public RunListener {
   std::string TotalFields(const Rates& volumes) const;
   std::string PointFields(const InflowPoint& point) const;
   std::string GroupFields(const std::vector<GroupLimitReport>& groups) const;
+  void OpenTables(size_t doneSteps);
   void WriteHeadings();
   std::string WellRows(const StepRecord& record, const std::string& stepFields) const;
   std::string InflowRows(const StepRecord& record, const std::string& stepFields) const;

@@ -16,6 +16,10 @@ class RunFile : public RunListener {
   /// Both must outlive the object.
   RunFile(const std::string& folder, const CaseModel& model);
 
+  /// In a run that goes on, the warnings of its steps before.
+  void GoOn(const std::vector<RunWarning>& warned) { warnings_ = warned; }
+  const std::vector<RunWarning>& Warnings() const { return warnings_; }
+
   void Started(const RunStart& start) override;
   void StepDone(const StepRecord& record) override;
   void Ended(const RunEnd& end) override;

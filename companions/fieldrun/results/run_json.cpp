@@ -33,6 +33,7 @@ void RunJson::Started(const RunStart& start) {
              {"units", model_.Units() == UnitSystem::kMetric ? "metric" : "field"},
              {"date", ToText(start.start)},
              {"steps", start.stepCount},
+             {"steps_done", start.doneSteps},
              {"days", start.totalDays},
              {"wells", start.wells.size()},
              {"case_warnings", model_.warnings}});

@@ -14,13 +14,16 @@ namespace gantry::fieldrun {
 RunResults::RunResults(const CaseModel& model)
     : folder_(model.general.output),
       file_(model.general.output, model),
-      tables_(model.general.output, model.Units()) {}
+      tables_(model.general.output, model.Units()),
+      resume_(model.general.output, model) {}
 
 void RunResults::Started(const RunStart& start) {
-  folder_.ReplaceBy([&] {
+  program_ = start.program;
+  const auto begin = [&] {
     file_.Started(start);
     tables_.Started(start);
-  });
+  };
+  start.doneSteps > 0 ? begin() : folder_.ReplaceBy(begin);
 }
 
 void RunResults::StepDone(const StepRecord& record) {

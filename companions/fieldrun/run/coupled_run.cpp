@@ -74,27 +74,29 @@ void CoupledRun::Publish() {
   }
 }
 
-void CoupledRun::BeginTotals() {
+void CoupledRun::MakeTotals() {
   const ReadVariable read = [this](int handle) { return ReadDouble(model_.ReadPublished(handle)); };
   totals_ = std::make_unique<WellTotals>(start_.wells, model_.PublishedVariables(), read,
                                          [this](const RunWarning& warning) { Warn(warning); });
-  totals_->Begin(start_.start);
 }
 
-void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
+void CoupledRun::BringUpSimulator() {
   Publish();
-  StepTimes times;
-  stopwatch_.Charge(times.other);
+  stopwatch_.Charge(timesOfStart_.other);
   {
     const DeafToInterruptions simulator;
     StartSimulator(model_, case_);
   }
-  stopwatch_.Charge(times.simulator);
-  start_.id = NewRunId();
+  stopwatch_.Charge(timesOfStart_.simulator);
+}
+
+void CoupledRun::TakeFacts(const std::string& driverName, size_t mostSteps) {
+  start_.program = model_.Get("Intersect.CaseDetails.SimExeName");
   start_.simulator = SimulatorProgram(model_, case_);
   const std::vector<DriverWell> wells = model_.Wells();
   start_.components = model_.ComponentNames();
-  start_.start = FirstDay(case_, model_.SimulationDate());
+  simulatorDay_ = model_.SimulationDate();
+  if (start_.doneSteps == 0) start_.start = FirstDay(case_, simulatorDay_);
   start_.wells = MatchWells(model_, case_, wells);
   start_.unconnectedWells = static_cast<int>(wells.size() - start_.wells.size());
   start_.driver = driverName;
@@ -104,24 +106,99 @@ void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
     CheckComposition(event, event.wellChange.composition);
   }
   schedule_ = PlanSteps(case_, start_.start);
-  if (mostSteps > 0 && mostSteps < schedule_.lengths.size()) schedule_.lengths.resize(mostSteps);
+  const size_t most = start_.doneSteps + mostSteps;
+  if (mostSteps > 0 && most < schedule_.lengths.size()) schedule_.lengths.resize(most);
   start_.stepCount = schedule_.lengths.size();
   start_.totalDays = schedule_.DaysBefore(start_.stepCount);
+  state_ = std::make_unique<FieldState>(case_, start_.wells);
+}
 
+// The simulator is run up to a day that lies ahead of it.
+void CoupledRun::ConnectWells(const Date& day) {
   std::vector<int32_t> connected;
   for (const RunWell& well : start_.wells) connected.push_back(well.handle);
   for (const int32_t handle : connected) model_.Connect(handle, true);
-  stopwatch_.Charge(times.wire);
+  stopwatch_.Charge(timesOfStart_.wire);
   listener_.Started(start_);
-  stopwatch_.Charge(times.writing);
-  model_.StartRun(connected, DayNumber(start_.start),
+  stopwatch_.Charge(timesOfStart_.writing);
+  model_.StartRun(connected, DayNumber(day),
                   [this](const std::string& text) { listener_.Notice(text); });
-  stopwatch_.Charge(times.simulator);
+  stopwatch_.Charge(timesOfStart_.simulator);
+}
 
-  state_ = std::make_unique<FieldState>(case_, start_.wells);
-  BeginTotals();
-  stopwatch_.Charge(times.wire);
-  listener_.Timed(std::nullopt, times);
+void CoupledRun::Start(const std::string& driverName, size_t mostSteps) {
+  BringUpSimulator();
+  start_.id = NewRunId();
+  TakeFacts(driverName, mostSteps);
+  if (simulatorDay_) start_.simulatorDays = DayNumber(start_.start) - DayNumber(*simulatorDay_);
+  ConnectWells(start_.start);
+  MakeTotals();
+  totals_->Begin(start_.start);
+  stopwatch_.Charge(timesOfStart_.wire);
+  listener_.Timed(std::nullopt, timesOfStart_);
+}
+
+void CoupledRun::Resume(const std::string& driverName, size_t mostSteps, const RunMemory& memory,
+                        const std::vector<RunWarning>& warned) {
+  BringUpSimulator();
+  start_.id = memory.id;
+  start_.simulatorDays = memory.simulatorDays;
+  start_.doneSteps = memory.steps;
+  start_.start = memory.start;
+  TakeFacts(driverName, mostSteps);
+  CheckSimulatorStands(schedule_.DateBefore(memory.steps));
+  if (memory.last.size() != start_.wells.size()) {
+    throw CannotResume("The wells of the run aren't those that it has remembered");
+  }
+  for (const RunWarning& warning : warned) warnings_.Add(warning);
+  ConnectWells(*simulatorDay_);
+  MakeTotals();
+  Remember(memory);
+  stopwatch_.Charge(timesOfStart_.wire);
+  listener_.Timed(std::nullopt, timesOfStart_);
+}
+
+// One that stops only at times of its own may stand further on.
+void CoupledRun::CheckSimulatorStands(const Date& day) {
+  if (simulatorDay_ && DayNumber(*simulatorDay_) >= DayNumber(day) - 1) return;
+  throw CannotResume(fmt::format(
+      "{} doesn't go on at {}: it {}. A run can be resumed with tanksim", start_.simulator,
+      ToText(day), simulatorDay_ ? "begins anew at " + ToText(*simulatorDay_) : "tells no date"));
+}
+
+void CoupledRun::Remember(const RunMemory& memory) {
+  end_.steps = memory.steps;
+  for (const WellLast& last : memory.last) {
+    WellStep& well = last_.wells.emplace_back();
+    well.point.isOpen = last.isOpen;
+    well.uptime = last.uptime;
+    well.reported = last.reported;
+    well.total = last.total;
+  }
+  totals_->GoOn(memory.counts);
+  state_->GoOn(memory.happenings);
+  for (size_t i = 0; i < start_.wells.size(); ++i) {
+    const WellSpec& spec = state_->Well(i);
+    if (spec.control != start_.wells[i].spec->control) SetControlMode(model_, spec);
+  }
+}
+
+RunMemory CoupledRun::Memory() const {
+  RunMemory memory{start_.id, start_.start, start_.simulatorDays, last_.step + 1, {}, {}, {}};
+  for (const WellStep& well : last_.wells) {
+    memory.last.push_back({well.point.isOpen, well.uptime, well.reported, well.total});
+  }
+  memory.counts = totals_->Counts();
+  memory.happenings = state_->Happenings();
+  return memory;
+}
+
+// The module counts time on from the day on which the simulator came up, which need not be where
+// the step begins.
+double CoupledRun::LengthForModule(const StepRecord& record) const {
+  if (start_.doneSteps == 0 || record.step != start_.doneSteps) return record.length;
+  const double simulator = DayNumber(*simulatorDay_) - DayNumber(start_.start);
+  return schedule_.DaysBefore(record.step + 1) - simulator;
 }
 
 RunEnd CoupledRun::Run() {
@@ -158,7 +235,7 @@ void CoupledRun::Carry(StepRecord record) {
   SendControls(record);
   if (case_.network.applyEarly) model_.ApplyControls();
   stopwatch_.Charge(record.times.wire);
-  end_.endedBySimulator = !model_.Step(record.length);
+  end_.endedBySimulator = !model_.Step(LengthForModule(record));
   stopwatch_.Charge(record.times.simulator);
   last_ = std::move(record);
   hasLast_ = true;
@@ -222,11 +299,12 @@ void CoupledRun::ReportLast() {
   stopwatch_.Charge(last_.times.other);
   totals_->Count(last_);
   stopwatch_.Charge(last_.times.wire);
-  TellLast();
+  TellLast(true);
 }
 
-void CoupledRun::TellLast() {
+void CoupledRun::TellLast(bool isWhole) {
   listener_.StepDone(last_);
+  if (isWhole) listener_.Remembered(Memory());
   stopwatch_.Charge(last_.times.writing);
   listener_.Timed(last_.step, last_.times);
 }
@@ -239,7 +317,7 @@ void CoupledRun::ReportUnread() {
         fmt::format("nothing tells the rates of step {}, the last: only what the network decided "
                     "stands in wells.csv",
                     last_.step + 1)});
-  TellLast();
+  TellLast(false);
 }
 
 void CoupledRun::FinishLast() {

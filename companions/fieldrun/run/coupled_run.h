@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,12 @@
 
 namespace gantry::fieldrun {
 
+/// A run that can't be resumed, by no fault of the module; what() says why.
+class CannotResume : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// A coupled run: the network of a case and the module's simulator in lock-step. Made for one run.
 class CoupledRun {
  public:
@@ -23,6 +30,11 @@ class CoupledRun {
 
   /// Starts the simulator and readies the wells. Throws CaseError or DriverFailure.
   void Start(const std::string& driverName, size_t mostSteps);
+  /// In place of that, for a run of this case that goes on behind its last whole step; `mostSteps`
+  /// are those from there on, and `warned` what has been warned of. The simulator must have been
+  /// told where it is to go on. Throws CannotResume where it doesn't.
+  void Resume(const std::string& driverName, size_t mostSteps, const RunMemory& memory,
+              const std::vector<RunWarning>& warned);
   /// Runs to the end. A failure of the module ends the run and stands in the result.
   RunEnd Run();
 
@@ -46,7 +58,14 @@ class CoupledRun {
   void CheckComposition(const Located& place, const std::vector<double>& composition) const;
   bool IsInterrupted() const { return isInterrupted && isInterrupted(); }
   void Publish();
-  void BeginTotals();
+  void BringUpSimulator();
+  void TakeFacts(const std::string& driverName, size_t mostSteps);
+  void ConnectWells(const Date& day);
+  void CheckSimulatorStands(const Date& day);
+  void MakeTotals();
+  void Remember(const RunMemory& memory);
+  RunMemory Memory() const;
+  double LengthForModule(const StepRecord& record) const;
   void ReadInflow(StepRecord& record);
   void Bring(StepRecord& record);
   void AskForInflow(StepRecord& record);
@@ -57,7 +76,7 @@ class CoupledRun {
   void Solve(StepRecord& record);
   void SendControls(const StepRecord& record);
   void ReportLast();
-  void TellLast();
+  void TellLast(bool isWhole);
   void ReportUnread();
   void Warn(const RunWarning& warning);
 
@@ -70,9 +89,11 @@ class CoupledRun {
   std::vector<DriverInflow> inflow_;   ///< of this step, by place in start_.wells
   std::unique_ptr<FieldState> state_;  ///< from the beginning of the run on
   LiftTables liftTables_;
-  StepRecord last_;       ///< the step that was run
-  bool hasLast_ = false;  ///< and isn't reported yet
+  StepRecord last_;                   ///< the step that was run
+  bool hasLast_ = false;              ///< and isn't reported yet
+  std::optional<Date> simulatorDay_;  ///< at which the simulator stood when it came up
   Stopwatch stopwatch_;
+  StepTimes timesOfStart_;
   RunWarnings warnings_;
   RunChecks checks_;
   std::unique_ptr<WellTotals> totals_;  ///< from the beginning of the run on

@@ -156,16 +156,36 @@ Standing FieldState::StandingOf(const Condition& condition, const StepRecord& re
 void FieldState::Retire(const Date& date, const StepRecord& before,
                         std::vector<EventReport>& reports) {
   for (size_t i = 0; i < wells_.size(); ++i) {
-    StateOfWell& well = wells_[i];
+    const StateOfWell& well = wells_[i];
     const WellStep& step = before.wells[i];
     const bool isProducer = well.spec.Kind() == WellKind::kProducer;
     if (!isProducer || !step.point.isOpen) continue;
     const Rates made = step.Made();
     const EconomicLimit* limit = LimitPassed(well.spec, {made.oil, made.water, made.gas});
     if (limit == nullptr) continue;
-    well.shutBy = limit->reason;
-    well.isForGood = true;
+    ShutForGood(i, limit->reason);
     reports.push_back({date, "economic limit", "well", well.spec.name, "shut", limit->reason});
+  }
+}
+
+void FieldState::ShutForGood(size_t place, const std::string& reason) {
+  wells_.at(place).shutBy = reason;
+  wells_.at(place).isForGood = true;
+  happenings_.push_back({std::nullopt, place, reason});
+}
+
+void FieldState::GoOn(const std::vector<Happening>& happenings) {
+  std::vector<EventReport> told;
+  for (const Happening& happening : happenings) {
+    if (!happening.event) {
+      ShutForGood(happening.well, happening.reason);
+      continue;
+    }
+    const EventSpec& event = case_.events.at(*happening.event);
+    Apply(event, {}, told);
+    const auto isDone = [&](const Pending& pending) { return pending.event == &event; };
+    std::erase_if(dated_, isDone);
+    std::erase_if(conditional_, isDone);
   }
 }
 
@@ -185,7 +205,7 @@ EventReport FieldState::CauseOf(const Pending& pending, const Date& date,
 std::vector<EventReport> FieldState::Begin(const Date& date, const StepRecord* before) {
   std::vector<EventReport> reports;
   const auto apply = [&](const Pending& pending, bool isDue) {
-    if (isDue) Apply(pending, CauseOf(pending, date, before), reports);
+    if (isDue) Apply(*pending.event, CauseOf(pending, date, before), reports);
     return isDue;
   };
   if (before != nullptr) {
@@ -200,9 +220,9 @@ std::vector<EventReport> FieldState::Begin(const Date& date, const StepRecord* b
   return reports;
 }
 
-void FieldState::Apply(const Pending& pending, const EventReport& cause,
+void FieldState::Apply(const EventSpec& event, const EventReport& cause,
                        std::vector<EventReport>& reports) {
-  const EventSpec& event = *pending.event;
+  happenings_.push_back({static_cast<size_t>(&event - case_.events.data()), 0, {}});
   if (!event.group.empty()) ApplyToGroup(event, cause, reports);
   if (event.IsOfField()) ApplyToField(event, cause, reports);
   for (const std::string& name : case_.WellsOf(event)) {

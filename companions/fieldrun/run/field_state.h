@@ -22,6 +22,10 @@ class FieldState {
   /// is none.
   std::vector<EventReport> Begin(const Date& date, const StepRecord* before);
 
+  /// All that has come about so far, and the same brought about anew in a run that goes on.
+  const std::vector<Happening>& Happenings() const { return happenings_; }
+  void GoOn(const std::vector<Happening>& happenings);
+
   /// A well by its place in the run.
   const WellSpec& Well(size_t place) const { return wells_[place].spec; }
   const std::vector<GroupSpec>& Groups() const { return groups_; }
@@ -44,7 +48,8 @@ class FieldState {
 
   void Plan(const EventSpec& event);
   void Retire(const Date& date, const StepRecord& before, std::vector<EventReport>& reports);
-  void Apply(const Pending& pending, const EventReport& cause, std::vector<EventReport>& reports);
+  void ShutForGood(size_t place, const std::string& reason);
+  void Apply(const EventSpec& event, const EventReport& cause, std::vector<EventReport>& reports);
   void ApplyToField(const EventSpec& event, const EventReport& cause,
                     std::vector<EventReport>& reports);
   void ApplyToGroup(const EventSpec& event, EventReport report, std::vector<EventReport>& reports);
@@ -60,6 +65,7 @@ class FieldState {
   std::map<std::string, size_t> places_;  ///< of wells, by their names
   std::vector<GroupSpec> groups_;
   double manifoldPressure_;
+  std::vector<Happening> happenings_;
   std::vector<Pending> dated_;        ///< in the order of their days, then of the file
   std::vector<Pending> conditional_;  ///< in the order of the file
 };

@@ -29,7 +29,11 @@ void RunHistory::StepDone(const StepRecord& record) {
 }
 
 void RunHistory::Timed(std::optional<size_t> step, const StepTimes& stepTimes) {
-  if (!step) timesOfStart = stepTimes;
+  if (!step) {
+    for (const TimePart& part : kTimeParts) {
+      timesOfStart.*part.seconds += stepTimes.*part.seconds;
+    }
+  }
   if (step) times.resize(std::max(times.size(), *step + 1)), times[*step] = stepTimes;
 }
 

@@ -73,7 +73,7 @@ class RunHistory : public RunListener {
   /// The steps with their curves: all of them, or of a long run with many wells some, evenly
   /// spread, and the last.
   std::vector<StepRecord> curves;
-  StepTimes timesOfStart;
+  StepTimes timesOfStart;        ///< of all starts, where the run was resumed
   std::vector<StepTimes> times;  ///< by step; empty where nobody has measured them
 
  private:

@@ -7,6 +7,7 @@
 
 #include "fieldrun/case/case_model.h"
 #include "fieldrun/network/network.h"
+#include "fieldrun/run/run_memory.h"
 #include "fieldrun/run/run_warnings.h"
 
 namespace gantry::fieldrun {
@@ -21,10 +22,13 @@ struct RunWell {
 struct RunStart {
   std::string id;         ///< that all files of this run carry
   std::string driver;     ///< what the module calls itself
-  std::string simulator;  ///< the program that runs the dataset
+  std::string program;    ///< that runs the dataset, by its path; empty when nobody names it
+  std::string simulator;  ///< the same, or the cluster, in words
   std::string deck;       ///< what the module says of the dataset
   Date start;
+  double simulatorDays = 0;  ///< that the simulator has run before
   size_t stepCount = 0;
+  size_t doneSteps = 0;  ///< before a run that is resumed
   double totalDays = 0;
   std::vector<std::string> components;
   std::vector<RunWell> wells;
@@ -117,8 +121,11 @@ class RunListener {
   virtual void StepBegins(size_t /*step*/, const Date& /*date*/) {}
   virtual void StepDone(const StepRecord& record) = 0;
   /// What a step took, of `StepRecord::step`, when all have been told that it is done. Once before,
-  /// without a step, what came ahead of the first.
+  /// without a step, what came ahead of the first one, and of the first after a resumption.
   virtual void Timed(std::optional<size_t> /*step*/, const StepTimes& /*times*/) {}
+  /// What a run has to remember to go on behind a step, once all have been told that it is done.
+  /// Not called for a step of which nobody tells what it has made.
+  virtual void Remembered(const RunMemory& /*memory*/) {}
   virtual void Ended(const RunEnd& end) = 0;
   virtual void Notice(const std::string& /*text*/) {}
   /// Called once for each topic and well; RunEnd has them all.

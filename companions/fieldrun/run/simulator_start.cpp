@@ -53,7 +53,7 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
   set("Parallel", std::to_string(simulator.parallel));
 }
 
-void ShareWithSimulator(const CaseModel& caseModel) {
+void ShareWithSimulator(const CaseModel& caseModel, std::optional<double> resumeAt) {
   const auto results = std::filesystem::absolute(platform::PathOf(caseModel.general.output));
   platform::WriteEnvironment("GANTRY_RESULTS", results.string());
   std::string days;
@@ -61,6 +61,7 @@ void ShareWithSimulator(const CaseModel& caseModel) {
     if (event.date) days += (days.empty() ? "" : " ") + ToText(*event.date);
   }
   platform::WriteEnvironment("GANTRY_EVENT_DAYS", days);
+  platform::WriteEnvironment("GANTRY_RESUME", resumeAt ? fmt::format("{}", *resumeAt) : "");
 }
 
 void StartSimulator(DriverModel& model, const CaseModel& caseModel) {

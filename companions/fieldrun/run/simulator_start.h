@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,9 @@ void ApplySettings(DriverModel& model, const CaseModel& caseModel,
 
 /// Puts into this program's environment what a simulator of this machine may look for: the folder
 /// of the results (GANTRY_RESULTS), since two runs of one dataset mustn't write to one place, and
-/// the days of dated events (GANTRY_EVENT_DAYS), for one that stops only at times of its own.
-void ShareWithSimulator(const CaseModel& caseModel);
+/// the days of dated events (GANTRY_EVENT_DAYS), for one that stops only at times of its own, and
+/// the days since its start at which it is to go on with an earlier run (GANTRY_RESUME).
+void ShareWithSimulator(const CaseModel& caseModel, std::optional<double> resumeAt = std::nullopt);
 
 /// Starts the simulator of the case. The module's text doesn't name the program that failed to come
 /// up on this machine; it is added here.

@@ -114,6 +114,17 @@ void WellTotals::Begin(const Date& firstDay) {
   for (const Well* well : doubtful) WarnOf(well->spec->name, firstDay, well->doubt);
 }
 
+// What the module doesn't publish any more can't be read.
+void WellTotals::GoOn(const std::vector<WellCount>& counts) {
+  for (size_t i = 0; i < wells_.size(); ++i) {
+    const std::string doubt = wells_[i].doubt;
+    static_cast<WellCount&>(wells_[i]) = counts.at(i);
+    if (!doubt.empty()) wells_[i].doubt = doubt;
+  }
+}
+
+std::vector<WellCount> WellTotals::Counts() const { return {wells_.begin(), wells_.end()}; }
+
 // False when the simulator's count is of no use; `doubt` says why.
 bool WellTotals::Measure(Well& well, const WellStep& step) {
   try {

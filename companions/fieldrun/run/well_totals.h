@@ -28,21 +28,18 @@ class WellTotals {
 
   /// Reads what the simulator has counted before the run's first day.
   void Begin(const Date& firstDay);
+  /// In place of `Begin`, for a run that goes on.
+  void GoOn(const std::vector<WellCount>& counts);
+  std::vector<WellCount> Counts() const;
   /// Sets the totals in a step that has been run. They are no numbers for a well of which nothing
   /// tells what it has made.
   void Count(StepRecord& record);
 
  private:
   static constexpr size_t kPhases = 3;  // oil, water, gas, as in Rates
-  struct Well {
+  struct Well : WellCount {
     const WellSpec* spec;
     std::array<int, kPhases> handles;
-    std::string doubt;   ///< why the well is counted by its rates; empty for the simulator's count
-    Rates before;        ///< the simulator's count when the run began
-    Rates count;         ///< and now
-    Rates total;         ///< since the run began
-    Rates rates;         ///< at the end of the step before
-    double checked = 0;  ///< size of the total at the end of the last step that was reported
   };
 
   Rates Read(const Well& well) const;

@@ -11,6 +11,7 @@ using enum Verb;
 
 constexpr VerbRow kVerbs[] = {
     {kRun, "run", "Run a field model in lock-step with its simulator", RunCase},
+    {kResume, "resume", "Go on with a run behind its last whole step", ResumeCase},
     {kWells, "wells", "Start a case's simulator and list its wells", ListWells},
     {kIdentify, "identify", "Show what the module says of itself", ShowIdentity},
     {kUnits, "units", "List the units of a case, or of the variables that the module reports",
@@ -36,7 +37,11 @@ constexpr VerbRow kVerbs[] = {
 const std::vector<Verb> kWithCase{kRun,  kWells, kGet,       kSet,      kDo,
                                   kSave, kEdit,  kVariables, kDescribe, kExport};
 const std::vector<Verb> kOneShot{kGet, kSet, kDo, kSave, kVariables, kDescribe};
-const std::vector<Verb> kPrinting{kRun, kWells, kIdentify, kUnits, kGet, kLoad, kVariables, kCheck};
+const std::vector<Verb> kPrinting{kRun, kResume, kWells,     kIdentify, kUnits,
+                                  kGet, kLoad,   kVariables, kCheck};
+const std::vector<Verb> kWithSimulator{kRun,  kResume, kWells,     kGet,      kSet,   kDo,
+                                       kSave, kEdit,   kVariables, kDescribe, kExport};
+const std::vector<Verb> kRunning{kRun, kResume};
 
 const std::vector<OptionRow> kOptions{
     {"case", "the case file (see fieldrun reference)", &Options::caseFile, kWithCase},
@@ -50,7 +55,7 @@ const std::vector<OptionRow> kOptions{
     {"value", "what to write", &Options::value, {kSet}},
     {"paths", "paths of properties, like Intersect.IsRunning", &Options::paths, {kGet}},
     {"command", "a command, like \"Intersect.RunToTime(365)\"", &Options::command, {kDo}},
-    {"results", "the folder of a run's results", &Options::results, {kReport}},
+    {"results", "the folder of a run's results", &Options::results, {kReport, kResume}},
     {"file", "the file to write or to load", &Options::file, {kSave, kLoad, kDescribe}},
     {"-m,--module",
      "the driver module, else the one installed with fieldrun",
@@ -58,7 +63,7 @@ const std::vector<OptionRow> kOptions{
      {}},
     {"-t,--trace", "log every call over the module's boundary to this file", &Options::trace, {}},
     {"-s,--simulator", "the simulator to start, before what the case or the machine names",
-     &Options::simulator, kWithCase},
+     &Options::simulator, kWithSimulator},
     {"-s,--simulator",
      "the simulator of the case; without a case, hold this one to the protocol",
      &Options::simulator,
@@ -69,16 +74,12 @@ const std::vector<OptionRow> kOptions{
      {kCheck}},
     {"--limit", "seconds to wait for each of its answers", &Options::limit, {kCheck}},
     {"-o,--output", "folder for the results, in place of the case's own", &Options::output, {kRun}},
-    {"-n,--steps", "stop after so many steps", &Options::steps, {kRun}},
-    {"--script",
-     "commands to run between the steps (see docs/fieldrun.md)",
-     &Options::script,
-     {kRun}},
-    {"--watch",
-     "keep the report up to date while the run goes on: the page shows itself anew",
-     &Options::watch,
-     {kRun}},
-    {"-q,--quiet", "no table and no progress bar", &Options::quiet, {kRun}},
+    {"-n,--steps", "stop after so many steps", &Options::steps, kRunning},
+    {"--script", "commands to run between the steps (see docs/fieldrun.md)", &Options::script,
+     kRunning},
+    {"--watch", "keep the report up to date while the run goes on: the page shows itself anew",
+     &Options::watch, kRunning},
+    {"-q,--quiet", "no table and no progress bar", &Options::quiet, kRunning},
     {"--start", "start the simulator first", &Options::start, kOneShot},
     {"--block", "load this saved block first, in place of the case's settings", &Options::blockFile,
      kOneShot},

@@ -13,6 +13,7 @@ namespace gantry::fieldrun {
 
 enum class Verb {
   kRun,
+  kResume,
   kWells,
   kIdentify,
   kUnits,

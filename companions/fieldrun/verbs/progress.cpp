@@ -44,13 +44,14 @@ std::string Span(double seconds) {
 }  // namespace
 
 std::string ProgressBar(size_t step, size_t stepCount, const Date& date, double before,
-                        double within) {
+                        double within, size_t firstStep) {
   const size_t filled = kBarWidth * step / std::max<size_t>(stepCount, 1);
   std::string text =
       fmt::format("[{:#<{}}{:.<{}}] step {} of {}  {}  {}", "", filled, "", kBarWidth - filled,
                   step + 1, stepCount, ToText(date), Span(before + within));
-  if (step == 0) return text;
-  const double left = before / static_cast<double>(step) * static_cast<double>(stepCount - step);
+  if (step == firstStep) return text;
+  const double left =
+      before / static_cast<double>(step - firstStep) * static_cast<double>(stepCount - step);
   return text + fmt::format(", {} left", Span(left - within));
 }
 
@@ -64,7 +65,7 @@ void Progress::Draw() const {
     return std::chrono::duration<double>(time).count();
   };
   const std::string bar = ProgressBar(step_, stepCount_, date_, seconds(stepBegan_ - runBegan_),
-                                      seconds(Clock::now() - stepBegan_));
+                                      seconds(Clock::now() - stepBegan_), firstStep_);
   std::fputs(("\r" + bar + "\x1b[K").c_str(), stderr);
   std::fflush(stderr);
 }
@@ -93,15 +94,17 @@ void Progress::Aside(const std::function<void()>& action) {
 
 void Progress::Started(const RunStart& start) {
   stepCount_ = start.stepCount;
+  firstStep_ = start.doneSteps;
   wells_ = start.wells;
   if (!showsTable_) return;
-  fmt::print(UserOutput(), "{}\n{}, {} over {:g} days from {}{}\n\n", start.deck,
+  fmt::print(UserOutput(), "{}\n{}, {} over {:g} days from {}{}\n{}\n", start.deck,
              Counted(start.wells.size(), "well"), Counted(start.stepCount, "step"), start.totalDays,
              ToText(start.start),
              start.unconnectedWells == 0
                  ? ""
                  : "; " + Counted(static_cast<size_t>(start.unconnectedWells), "well") +
-                       " left to the simulator");
+                       " left to the simulator",
+             start.doneSteps == 0 ? "" : fmt::format("Going on after step {}\n", start.doneSteps));
   fmt::print(UserOutput(), "{:>5} {:>10} {:>9} {:>10} {:>10} {:>10} {:>10} {:>10} {:>6}\n", "step",
              "date", "days", "oil", "water", "gas", "water inj", "gas inj", "open");
   const std::string_view liquid = UnitName(kLiquidRate, units_);

@@ -15,9 +15,9 @@ namespace gantry::fieldrun {
 
 /// The bar of a run in its step `step` of `stepCount`, from 0, which begins on `date`. `before` and
 /// `within` are the seconds that the run has taken up to this step and in it: by those, the time
-/// that is left is told from the second step on.
+/// that is left is told from the second step on. A run that was resumed begins with `firstStep`.
 std::string ProgressBar(size_t step, size_t stepCount, const Date& date, double before,
-                        double within);
+                        double within, size_t firstStep = 0);
 
 /// What a user sees of a run: one line for each step on standard output and, on a terminal, a bar
 /// below it on standard error, from the first step to the run's end. A thread of its own draws the
@@ -52,6 +52,7 @@ class Progress : public RunListener {
   bool showsTable_;
   bool showsBar_;
   size_t stepCount_ = 0;
+  size_t firstStep_ = 0;
   std::vector<RunWell> wells_;
   size_t warnings_ = 0;
 

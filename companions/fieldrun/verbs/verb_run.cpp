@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <set>
 
 #include <fmt/format.h>
 
@@ -25,6 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kOfSimulator = "simulator";
+
 // Passes what happens in a run on to all who follow it.
 class Listeners : public RunListener {
  public:
@@ -42,6 +45,9 @@ class Listeners : public RunListener {
   void Timed(std::optional<size_t> step, const StepTimes& times) override {
     for (RunListener* listener : all_) listener->Timed(step, times);
   }
+  void Remembered(const RunMemory& memory) override {
+    for (RunListener* listener : all_) listener->Remembered(memory);
+  }
   void Ended(const RunEnd& end) override {
     for (RunListener* listener : all_) listener->Ended(end);
   }
@@ -55,6 +61,38 @@ class Listeners : public RunListener {
  private:
   std::vector<RunListener*> all_;
 };
+
+// Tells the steps that a run has done.
+class DoneSteps : public RunListener {
+ public:
+  DoneSteps(RunHistory& history, size_t steps) : history_(history), steps_(steps) {}
+
+  void Started(const RunStart& start) override { history_.Started(start); }
+  void StepDone(const StepRecord& record) override {
+    if (record.step < steps_) history_.StepDone(record);
+  }
+  void Timed(std::optional<size_t> step, const StepTimes& times) override {
+    if (!step || *step < steps_) history_.Timed(step, times);
+  }
+  void Ended(const RunEnd& /*end*/) override {}
+  void Warned(const RunWarning& warning) override { history_.Warned(warning); }
+
+ private:
+  RunHistory& history_;
+  size_t steps_;
+};
+
+/// Reads what is done into the history, and gives the simulator's warnings that it knows.
+std::set<std::string> TakeUp(const ResumedRun& resumed, const std::string& folder,
+                             RunHistory& history) {
+  DoneSteps done(history, resumed.left.memory.steps);
+  ReplayRun(folder, resumed.stored, done);
+  std::set<std::string> known;
+  for (const RunWarning& warning : resumed.stored.warnings) {
+    if (warning.topic == kOfSimulator) known.insert(warning.text);
+  }
+  return known;
+}
 
 std::string DescribeEnd(const RunEnd& end) {
   std::string text =
@@ -70,9 +108,10 @@ Date DateReached(const RunHistory& history) {
 
 }  // namespace
 
-void RunCase(const Session& session) {
+void RunCase(const Session& session) { ConductRun(session, ReadCaseOf(session.options), nullptr); }
+
+void ConductRun(const Session& session, const CaseModel& caseModel, const ResumedRun* resumed) {
   const Options& options = session.options;
-  const CaseModel caseModel = ReadCaseOf(options);
   const RunScript script = options.script.empty() ? RunScript() : RunScript::Read(options.script);
   const DriverIdentity identity = Identify(session.api, session.trace);
   Units(session.api, session.trace);
@@ -83,11 +122,17 @@ void RunCase(const Session& session) {
   ApplySettings(model, caseModel, DefaultSimulator());
 
   RunResults results(caseModel);
-  ShareWithSimulator(caseModel);
+  ShareWithSimulator(caseModel,
+                     resumed == nullptr ? std::nullopt : std::optional(resumed->simulatorDays));
   const bool showsTable = !options.quiet && !options.json;
   Progress progress(caseModel.Units(), showsTable, !options.quiet && IsTerminal());
   RunJson json(caseModel);
   RunHistory history;
+  std::set<std::string> known;
+  if (resumed != nullptr) {
+    results.GoOn(resumed->stored.warnings);
+    known = TakeUp(*resumed, caseModel.general.output, history);
+  }
   std::vector<RunListener*> all{&history, &progress, &results};
   std::optional<WatchedReport> watched;
   if (options.watch) all.push_back(&watched.emplace(caseModel, history));
@@ -98,7 +143,8 @@ void RunCase(const Session& session) {
   SimulatorWarnings ofSimulator(platform::PathOf(caseModel.general.output));
   const auto takeDownWarnings = [&] {
     ofSimulator.TellNew([&](const std::string& text) {
-      const RunWarning warning{"simulator", "", DateReached(history), text};
+      if (!known.insert(text).second) return;
+      const RunWarning warning{kOfSimulator, "", DateReached(history), text};
       history.Warned(warning);
       results.Warned(warning);
     });
@@ -113,8 +159,13 @@ void RunCase(const Session& session) {
   if (options.watch && showsTable) {
     fmt::print(UserOutput(), "To be watched in {}/{}\n", caseModel.general.output, kReportFile);
   }
-  run.Start(fmt::format("{}, {}", identity.name, identity.description),
-            static_cast<size_t>(options.steps));
+  const std::string driver = fmt::format("{}, {}", identity.name, identity.description);
+  const auto mostSteps = static_cast<size_t>(options.steps);
+  if (resumed == nullptr) {
+    run.Start(driver, mostSteps);
+  } else {
+    run.Resume(driver, mostSteps, resumed->left.memory, resumed->stored.warnings);
+  }
   RunEnd end = run.Run();
   takeDownWarnings();
   try {

@@ -2,6 +2,8 @@
 
 #include "fieldrun/driver/driver_model.h"
 #include "fieldrun/results/json_text.h"
+#include "fieldrun/results/resume_file.h"
+#include "fieldrun/results/run_file.h"
 #include "fieldrun/verbs/options.h"
 
 namespace gantry::fieldrun {
@@ -18,6 +20,7 @@ struct Session {
 int RunVerb(const Options& options);
 
 void RunCase(const Session& session);
+void ResumeCase(const Session& session);
 void ListWells(const Session& session);
 void ShowIdentity(const Session& session);
 void ListUnits(const Session& session);
@@ -53,6 +56,16 @@ std::string DefaultSimulator();
 
 /// Reads the case of the command line, with what the command line puts in place of its words.
 CaseModel ReadCaseOf(const Options& options);
+
+/// A run that is resumed: what it was, and what it knew of itself behind its last whole step.
+struct ResumedRun {
+  StoredRun stored;  ///< its warnings as they were behind that step
+  LeftRun left;
+  double simulatorDays = 0;  ///< of the simulator's own clock, at which it is to go on
+};
+
+/// Runs a case, or goes on with its run, and leaves its results.
+void ConductRun(const Session& session, const CaseModel& caseModel, const ResumedRun* resumed);
 
 /// A model as the one-shot verbs want it: with the case's settings or a saved block, and with the
 /// simulator started when the command line asks for it.
