@@ -42,7 +42,7 @@ FieldPeer::FieldPeer() {
   startDate = date = {2015, 1, 1, 0, 0, 0};
   endOfRun = 1e9;
   valueOf = [this](const auto& well, const auto& item) { return ValueOf(*this, well, item); };
-  peer_.ServeEach([this](const Entries& message) { return Hear(message); });
+  peer_.Serve([this](const Entries& message) { return Hear(message); });
 }
 
 std::vector<Entries> FieldPeer::Hear(const Entries& message) {

@@ -24,9 +24,10 @@ inline std::string Text(std::string_view text) {
   return Int(static_cast<int64_t>(text.size())) + std::string(text);
 }
 
-/// Elements that are written down: 'a text', an integer 7, a double 7.5, a byte b7.
+/// Elements that are written down: 'a text', an integer 7, a double 7.5, a byte b7, and several in
+/// brackets with their length in front.
 inline std::string Elements(const std::string& line) {
-  static const std::regex kElement(R"('([^']*)'|b(\d+)|(-?\d+\.\d+)|(-?\d+))");
+  static const std::regex kElement(R"('([^']*)'|b(\d+)|(-?\d+\.\d+)|(-?\d+)|\[([^\]]*)\])");
   std::string bytes;
   for (std::sregex_iterator at(line.begin(), line.end(), kElement), end; at != end; ++at) {
     const std::smatch& found = *at;
@@ -34,6 +35,7 @@ inline std::string Elements(const std::string& line) {
     if (found[2].matched) bytes += static_cast<char>(std::stoi(found[2]));
     if (found[3].matched) bytes += Double(std::stod(found[3]));
     if (found[4].matched) bytes += Int(std::stoll(found[4]));
+    if (found[5].matched) bytes += Text(Elements(found.str(5)));
   }
   return bytes;
 }

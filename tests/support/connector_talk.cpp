@@ -15,20 +15,28 @@ using Verb = void (*)(C& connector, const Entries& call, Texts& told);
 double NumberOf(const Entries& call, const std::string& name) {
   return Find<Numbers>(call, name).at(0);
 }
-int32_t IntegerOf(const Entries& call, const std::string& name) {
-  return Find<Ints>(call, name).at(0);
-}
 std::string TextOf(const Entries& call, const std::string& name) {
   return Find<Texts>(call, name).at(0);
 }
 
-void TellDate(C& connector, void (C::*get)(int32_t&, int32_t&, int32_t&), Texts& told) {
+template <auto kAct>
+void Do(C& connector, const Entries& /*call*/, Texts& /*told*/) {
+  (connector.*kAct)();
+}
+
+template <auto kRead>
+void Tell(C& connector, const Entries& /*call*/, Texts& told) {
+  told.push_back(Line((connector.*kRead)()));
+}
+
+template <auto kRead>
+void TellDate(C& connector, const Entries& /*call*/, Texts& told) {
   int32_t day = 7, month = 7, year = 7;
-  (connector.*get)(day, month, year);
+  (connector.*kRead)(day, month, year);
   told.push_back(Line(day, month, year));
 }
 
-void TellProperties(C& connector, Texts& told) {
+void TellProperties(C& connector, const Entries& /*call*/, Texts& told) {
   EOSProperties eos;
   eos.parachor = {1.0};
   connector.GetEOSProperties(eos);
@@ -50,16 +58,20 @@ void TellProperties(C& connector, Texts& told) {
   for (const auto& [name, values] : lists) told.push_back(Line(name, LineOf(values)));
 }
 
-void TellStatuses(C& connector, Texts& told) {
+void TellStatuses(C& connector, const Entries& /*call*/, Texts& told) {
   std::vector<ConnectorWellStatus> statuses = {{"old", "", ""}};
   connector.GetWellStatus(statuses);
   for (const auto& well : statuses) told.push_back(Line(well.name, well.type, well.status));
 }
 
-void TellData(const ConnectorWellRecord& r, Texts& told) {
-  told.push_back(Line(r.name, r.status, r.oilRate, r.gasRate, r.waterRate, r.waterInjectionRate,
-                      r.gasInjectionRate, r.bottomHolePressure, r.tubingHeadPressure,
-                      r.uptimeFraction));
+void TellData(C& connector, const Entries& call, Texts& told) {
+  std::vector<ConnectorWellRecord> records;
+  connector.GetWellData(Find<Texts>(call, "WELLS"), records);
+  for (const auto& r : records) {
+    told.push_back(Line(r.name, r.status, r.oilRate, r.gasRate, r.waterRate, r.waterInjectionRate,
+                        r.gasInjectionRate, r.bottomHolePressure, r.tubingHeadPressure,
+                        r.uptimeFraction));
+  }
 }
 
 /// The lists of a record that SHOW names.
@@ -78,53 +90,44 @@ void TellInflow(const ConnectorWellRecord& r, const Entries& call, Texts& told) 
   }
 }
 
-/// The inflow of WELLS, as it comes to a record of each of NAMES.
+/// The inflow of WELLS, as it comes to a record of each of NAMES; without those, to that of its
+/// data.
 void MeasureInflow(C& connector, const Entries& call, Texts& told) {
-  std::vector<ConnectorWellRecord> records;
-  for (const std::string& name : Find<Texts>(call, "NAMES")) {
-    records.emplace_back().name = name;
-    records.back().iprPressure = {42.0};
-  }
+  const Texts wells = Find<Texts>(call, "WELLS"), names = Find<Texts>(call, "NAMES");
   const bool usesBottomHole = Find<Texts>(call, "AT") != Texts{"THP"};
-  connector.GetWellIPRData(IntegerOf(call, "COMPONENTS"), Find<Texts>(call, "WELLS"), records,
-                           usesBottomHole, NumberOf(call, "SKEWNESS"));
-  for (const auto& record : records) TellInflow(record, call, told);
-}
-
-void ReadDataAndInflow(C& connector, const Entries& call, Texts& told) {
-  std::vector<ConnectorWellRecord> records(3);
-  connector.GetWellDataAndIPR(IntegerOf(call, "COMPONENTS"), Find<Texts>(call, "WELLS"), records,
-                              true, NumberOf(call, "SKEWNESS"));
+  const int32_t components = Find<Ints>(call, "COMPONENTS").at(0);
+  const double skewness = NumberOf(call, "SKEWNESS");
+  std::vector<ConnectorWellRecord> records(names.size());
+  for (size_t i = 0; i < names.size(); ++i) {
+    records[i].name = names[i];
+    records[i].iprPressure = {42.0};
+  }
+  if (names.empty()) {
+    connector.GetWellDataAndIPR(components, wells, records, usesBottomHole, skewness);
+  } else {
+    connector.GetWellIPRData(components, wells, records, usesBottomHole, skewness);
+  }
   for (const auto& record : records) TellInflow(record, call, told);
 }
 
 const std::map<std::string, Verb> kVerbs = {
-    {"AdvanceNewton", [](C& c, auto&, auto&) { c.AdvanceNewton(); }},
-    {"Shutdown", [](C& c, auto&, auto&) { c.Shutdown(); }},
+    {"AdvanceNewton", Do<&C::AdvanceNewton>},
+    {"Shutdown", Do<&C::Shutdown>},
+    {"PollWellStatuses", Do<&C::PollWellStatuses>},
+    {"PollWellConstraints", Do<&C::PollWellConstraints>},
     {"RunUntil", [](C& c, auto& call, auto&) { c.RunUntil(NumberOf(call, "DAYS")); }},
-    {"PollWellStatuses", [](C& c, auto&, auto&) { c.PollWellStatuses(); }},
-    {"PollWellConstraints", [](C& c, auto&, auto&) { c.PollWellConstraints(); }},
-    {"Name",
-     [](C& c, auto&, auto& told) {
-       told.push_back(Line(c.GetMinimumSimulatorVersion(), c.GetConnectorVersionName()));
-     }},
-    {"GetVersion", [](C& c, auto&, auto& told) { told.push_back(Line(c.GetVersion())); }},
-    {"GetTimeDays", [](C& c, auto&, auto& told) { told.push_back(Line(c.GetTimeDays())); }},
-    {"GetMetricFlag", [](C& c, auto&, auto& told) { told.push_back(Line(c.GetMetricFlag())); }},
-    {"GetCompositionalFlag",
-     [](C& c, auto&, auto& told) { told.push_back(Line(c.GetCompositionalFlag())); }},
-    {"GetTerminationFlag",
-     [](C& c, auto&, auto& told) { told.push_back(Line(c.GetTerminationFlag())); }},
-    {"GetDate", [](C& c, auto&, auto& told) { TellDate(c, &C::GetDate, told); }},
-    {"GetStartDate", [](C& c, auto&, auto& told) { TellDate(c, &C::GetStartDate, told); }},
-    {"GetEOSProperties", [](C& c, auto&, auto& told) { TellProperties(c, told); }},
-    {"GetWellStatus", [](C& c, auto&, auto& told) { TellStatuses(c, told); }},
-    {"GetWellData",
-     [](C& c, auto& call, auto& told) {
-       std::vector<ConnectorWellRecord> records;
-       c.GetWellData(Find<Texts>(call, "WELLS"), records);
-       for (const auto& record : records) TellData(record, told);
-     }},
+    {"GetMinimumSimulatorVersion", Tell<&C::GetMinimumSimulatorVersion>},
+    {"GetConnectorVersionName", Tell<&C::GetConnectorVersionName>},
+    {"GetVersion", Tell<&C::GetVersion>},
+    {"GetTimeDays", Tell<&C::GetTimeDays>},
+    {"GetMetricFlag", Tell<&C::GetMetricFlag>},
+    {"GetCompositionalFlag", Tell<&C::GetCompositionalFlag>},
+    {"GetTerminationFlag", Tell<&C::GetTerminationFlag>},
+    {"GetDate", TellDate<&C::GetDate>},
+    {"GetStartDate", TellDate<&C::GetStartDate>},
+    {"GetEOSProperties", TellProperties},
+    {"GetWellStatus", TellStatuses},
+    {"GetWellData", TellData},
     {"GetWellVariables",
      [](C& c, auto& call, auto& told) {
        Doubles values = {7.0};
@@ -133,7 +136,7 @@ const std::map<std::string, Verb> kVerbs = {
        told.push_back(LineOf(values));
      }},
     {"GetWellIPRData", MeasureInflow},
-    {"GetWellDataAndIPR", ReadDataAndInflow},
+    {"GetWellDataAndIPR", MeasureInflow},
     {"SetWellStatus",
      [](C& c, auto& call, auto&) {
        c.SetWellStatus(Find<Texts>(call, "WELLS"), Find<Texts>(call, "VALUES"));

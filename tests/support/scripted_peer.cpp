@@ -43,18 +43,6 @@ std::string ReadPayload(tcp::socket& socket) {
   return payload;
 }
 
-void AnswerAll(tcp::socket& socket, const ScriptedPeer::Answering& answer) {
-  try {
-    for (;;) {
-      const std::vector<Entries> messages = answer(Decode(ReadPayload(socket)));
-      if (messages.empty()) return;
-      for (const Entries& message : messages) asio::write(socket, asio::buffer(Frame(message)));
-    }
-  } catch (const boost::system::system_error&) {
-    // The client has gone, which it may do at any time.
-  }
-}
-
 }  // namespace
 
 struct ScriptedPeer::Play {
@@ -71,22 +59,39 @@ struct ScriptedPeer::Play {
     socket.set_option(tcp::no_delay(true));
   }
 
-  void ServeEach(const ScriptedPeer::Answering& answer) {
-    AcceptNext(answer);
-    context.restart();
-    context.run();
-  }
-
   /// One client after the other, until the acceptor is closed.
-  void AcceptNext(const ScriptedPeer::Answering& answer) {
-    acceptor.async_accept([this, &answer](const boost::system::error_code& error, auto client) {
+  void AcceptNext() {
+    acceptor.async_accept([this](const boost::system::error_code& error, auto client) {
       if (error) return;
       boost::system::error_code gone;
       client.set_option(tcp::no_delay(true), gone);
-      AnswerAll(client, answer);
+      Answer(client);
       client.close();
-      AcceptNext(answer);
+      AcceptNext();
     });
+  }
+
+  void Answer(tcp::socket& client) const {
+    try {
+      for (;;) {
+        const std::vector<Entries> messages = answer(Decode(ReadPayload(client)));
+        if (messages.empty()) return;
+        for (const Entries& message : messages) asio::write(client, asio::buffer(Frame(message)));
+      }
+    } catch (const boost::system::system_error&) {
+      // The client has gone, which it may do at any time.
+    }
+  }
+
+  void Serve() {
+    AcceptNext();
+    context.run();
+  }
+
+  void PlayScript() {
+    Accept();
+    for (; step < steps.size(); ++step) steps[step](socket);
+    HearTheClientOut();
   }
 
   /// Half-closes and takes what the client still says, which must be nothing.
@@ -101,11 +106,8 @@ struct ScriptedPeer::Play {
   }
 
   void Run() {
-    size_t step = 0;
     try {
-      if (!servesEach) Accept();
-      for (; step < steps.size(); ++step) steps[step](socket);
-      HearTheClientOut();
+      answer ? Serve() : PlayScript();
     } catch (const std::exception& error) {
       failure = "step " + std::to_string(step + 1) + " of " + std::to_string(steps.size()) + ": " +
                 error.what();
@@ -120,7 +122,8 @@ struct ScriptedPeer::Play {
   tcp::acceptor acceptor;
   tcp::socket socket;
   std::vector<Step> steps;
-  bool servesEach = false;
+  size_t step = 0;
+  ScriptedPeer::Answering answer;
   std::string failure;
   std::thread thread;
 };
@@ -147,11 +150,6 @@ ScriptedPeer& ScriptedPeer::ExpectBytes(std::string bytes) {
   return *this;
 }
 
-ScriptedPeer& ScriptedPeer::ExpectAnyMessage() {
-  play_->steps.emplace_back([](tcp::socket& socket) { ReadPayload(socket); });
-  return *this;
-}
-
 ScriptedPeer& ScriptedPeer::Reply(const Entries& entries) { return ReplyBytes(Frame(entries)); }
 
 ScriptedPeer& ScriptedPeer::ReplyBytes(std::string bytes) {
@@ -162,9 +160,7 @@ ScriptedPeer& ScriptedPeer::ReplyBytes(std::string bytes) {
 }
 
 ScriptedPeer& ScriptedPeer::Greet(const std::string& position) {
-  return Expect({"SETUP", {"VERSION", Texts{"V2"}}, "END"})
-      .Reply({"STARTED", {"ERRORS", Texts{}}, "END"})
-      .Reply(Step(position));
+  return Expect("SETUP VERSION{V2} END").Reply("STARTED ERRORS{} END").Reply(Step(position));
 }
 
 ScriptedPeer& ScriptedPeer::Answer(Entries request, const Entries& reply) {
@@ -173,18 +169,7 @@ ScriptedPeer& ScriptedPeer::Answer(Entries request, const Entries& reply) {
   return Reply({"READY", "END"});
 }
 
-ScriptedPeer& ScriptedPeer::Serve(Answering answer) {
-  play_->steps.emplace_back(
-      [answer = std::move(answer)](tcp::socket& socket) { AnswerAll(socket, answer); });
-  return *this;
-}
-
-ScriptedPeer& ScriptedPeer::ServeEach(Answering answer) {
-  play_->servesEach = true;
-  play_->steps.emplace_back(
-      [play = play_.get(), answer = std::move(answer)](tcp::socket&) { play->ServeEach(answer); });
-  return *this;
-}
+void ScriptedPeer::Serve(Answering answer) { play_->answer = std::move(answer); }
 
 ScriptedPeer& ScriptedPeer::Reconnect() {
   play_->steps.emplace_back([play = play_.get()](tcp::socket& socket) {
@@ -200,8 +185,7 @@ void ScriptedPeer::Start() {
 
 void ScriptedPeer::Finish() {
   if (!play_->thread.joinable()) return;
-  if (play_->servesEach)
-    asio::post(play_->context, [play = play_.get()] { play->acceptor.close(); });
+  if (play_->answer) asio::post(play_->context, [play = play_.get()] { play->acceptor.close(); });
   play_->thread.join();
   if (!play_->failure.empty()) ADD_FAILURE() << "scripted peer, " << play_->failure;
 }

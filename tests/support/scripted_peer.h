@@ -38,8 +38,6 @@ class ScriptedPeer {
   ScriptedPeer& Expect(const char* text) { return Expect(Parse(text)); }
   /// The next bytes on the wire must be these, frame headers and all.
   ScriptedPeer& ExpectBytes(std::string bytes);
-  /// Any frame is taken.
-  ScriptedPeer& ExpectAnyMessage();
   ScriptedPeer& Reply(const Entries& entries);
   ScriptedPeer& Reply(const char* text) { return Reply(Parse(text)); }
   ScriptedPeer& ReplyBytes(std::string bytes);
@@ -50,11 +48,9 @@ class ScriptedPeer {
   ScriptedPeer& Answer(const char* request, const char* reply = "") {
     return Answer(Parse(request), Parse(reply));
   }
-  /// Every further frame is given to `answer`, whose messages go back, until the client closes. No
-  /// message at all hangs up.
-  ScriptedPeer& Serve(Answering answer);
-  /// The same for one client after another, until `Finish`. Hanging up ends with one of them only.
-  ScriptedPeer& ServeEach(Answering answer);
+  /// In place of a script: every frame is given to `answer`, whose messages go back, of one client
+  /// after another, until `Finish`. No message at all hangs up.
+  void Serve(Answering answer);
   /// Closes the connection and waits for another one.
   ScriptedPeer& Reconnect();
 

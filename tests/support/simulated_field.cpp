@@ -68,27 +68,23 @@ Entries TellWells(SimulatedField& field, const Entries& request) {
   return reply;
 }
 
-Entries TellReservoir(const SimulatedField& field, const Entries& request) {
-  const std::map<std::string, std::string> words = {
-      {"IX_VERSION", field.version},
-      {"UNIT_SYSTEM", field.isMetric ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD"},
-      {"FM_FLUID_MODEL", field.components.empty() ? "BLACKOIL" : "COMPOSITIONAL"},
-      {"RES_FLUID_MODEL", "unread"},
-  };
+Entries TellReservoir(SimulatedField& field, const Entries& request) {
+  const std::map<std::string, Entry> answers = {
+      {"START_DATE", {"VALUES", field.startDate}},
+      {"IX_VERSION", {"VALUES", Texts{field.version}}},
+      {"UNIT_SYSTEM", {"VALUES", Texts{field.isMetric ? "ECLIPSE_METRIC" : "ECLIPSE_FIELD"}}},
+      {"FM_FLUID_MODEL",
+       {"VALUES", Texts{field.components.empty() ? "BLACKOIL" : "COMPOSITIONAL"}}},
+      {"RES_FLUID_MODEL", {"VALUES", Texts{"unread"}}}};
   Entries reply = {"REPLY"};
   for (const std::string& item : Find<Texts>(request, "QITEMS")) {
-    reply.emplace_back("QITEM", Texts{item});
-    if (item == "START_DATE") {
-      reply.emplace_back("VALUES", field.startDate);
-    } else {
-      reply.emplace_back("VALUES", Texts{words.at(item)});
-    }
+    reply.insert(reply.end(), {{"QITEM", Texts{item}}, answers.at(item)});
   }
   reply.emplace_back("END");
   return reply;
 }
 
-Entries TellFluid(const SimulatedField& field) {
+Entries TellFluid(SimulatedField& field, const Entries& /*request*/) {
   Entries reply = {"REPLY",
                    {"FLUIDMODELDNAME", Texts{"Fluid"}},
                    {"EOSNAME", Texts{field.eosName}},
@@ -110,16 +106,12 @@ void TakeConstraints(SimulatedField& field, const Entries& request) {
   }
 }
 
-void TakeStatuses(SimulatedField& field, const Entries& request) {
+/// A value for each of the wells that are named.
+template <class T, auto kMember>
+void Take(SimulatedField& field, const Entries& request) {
   const Texts names = Find<Texts>(request, "WELNAMES");
-  const Texts statuses = Find<Texts>(request, "VALUES");
-  for (size_t i = 0; i < names.size(); ++i) field.At(names[i]).status = statuses[i];
-}
-
-void TakeUptimes(SimulatedField& field, const Entries& request) {
-  const Texts names = Find<Texts>(request, "WELNAMES");
-  const Numbers fractions = Find<Numbers>(request, "VALUES");
-  for (size_t i = 0; i < names.size(); ++i) field.At(names[i]).uptime = fractions[i];
+  const auto values = Find<std::vector<T>>(request, "VALUES");
+  for (size_t i = 0; i < names.size(); ++i) field.At(names[i]).*kMember = values[i];
 }
 
 Entries TakeSource(SimulatedField& field, const Entries& request) {
@@ -146,18 +138,6 @@ std::vector<Entries> SayInstead(const Entries& answer, bool thenIsReady) {
   if (answer.empty()) return {};
   if (thenIsReady) return {answer, {"READY", "END"}};
   return {answer};
-}
-
-Entries TellConstraints(SimulatedField& field, const Entries& request) {
-  Entries reply = {"REPLY"};
-  for (const std::string& name : AskedWells(field, request)) {
-    reply.insert(reply.end(), {{"WELLNAME", Texts{name}},
-                               {"ITEMS", Texts{}},
-                               {"VALUES", Numbers{}},
-                               {"SETTERS", Texts{}}});
-  }
-  reply.emplace_back("END");
-  return reply;
 }
 
 }  // namespace
@@ -197,23 +177,24 @@ std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request)
   static const std::map<std::string, Teller> kTellers = {
       {"QWELLS", TellWells},
       {"QWELLS_STR", TellWells},
-      {"QRESVR", [](SimulatedField& f, const Entries& r) { return TellReservoir(f, r); }},
-      {"QRESVR_STR", [](SimulatedField& f, const Entries& r) { return TellReservoir(f, r); }},
-      {"QRFLUIDMODEL", [](SimulatedField& f, const Entries&) { return TellFluid(f); }},
-      {"QWCONSTRAINTS", TellConstraints},
+      {"QRESVR", TellReservoir},
+      {"QRESVR_STR", TellReservoir},
+      {"QRFLUIDMODEL", TellFluid},
+      {"QWCONSTRAINTS", [](SimulatedField&, const Entries&) { return Parse("REPLY END"); }},
       {"CREATE_FLDSRCEXT", TakeSource},
   };
   static const std::map<std::string, Taker> kTakers = {
       {"SETWCONSTRAINTS", TakeConstraints},
-      {"SETWSTATUS", TakeStatuses},
-      {"SETWELLS", TakeUptimes},
+      {"SETWSTATUS", Take<std::string, &SimulatedWell::status>},
+      {"SETWELLS", Take<double, &SimulatedWell::uptime>},
       {"SETWSTRE", [](SimulatedField&, const Entries&) {}},
   };
   const Entries ready = {"READY", "END"};
   ++field.requests;
   const std::string& verb = request[0].name;
-  if (verb == "SETUP")
-    return {{"STARTED", {"ERRORS", Texts{}}, "END"}, Step(field.position, field.days, field.date)};
+  if (verb == "SETUP") {
+    return {Parse("STARTED ERRORS{} END"), Step(field.position, field.days, field.date)};
+  }
   if (verb != "QUERY") Note(field, request);
   const bool isWrapped = verb == "QUERY" || verb == "SET";
   const std::string& name = request[isWrapped ? 1 : 0].name;

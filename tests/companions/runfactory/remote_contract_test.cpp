@@ -4,6 +4,8 @@
 #include <thread>
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include "client/intersect_client.h"
 #include "client/simulator_model.h"
@@ -14,6 +16,7 @@
 #include "runfactory/simulator.h"
 #include "support/connector_talk.h"
 #include "support/free_ports.h"
+#include "support/raised.h"
 #include "support/scripted_peer.h"
 
 namespace gantry::test {
@@ -69,6 +72,14 @@ TEST(RemoteConnector, DoesWhatEveryConnectorMust) {
     PlayWithField("client/talks/contract.talk", version,
                   [&](SimulatedField& field) { return std::make_unique<RemoteRig>(code, field); });
   }
+}
+
+TEST(DriverConnection, TellsThatNobodyTakesWhatItSends) {
+  int ends[2] = {};
+  ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+  cluster::DriverConnection driver{platform::Descriptor(ends[0])};
+  ::close(ends[1]);
+  EXPECT_EQ(Raised([&] { driver.SendText("OK"); }), "exception: cannot send to it: Broken pipe");
 }
 
 }  // namespace

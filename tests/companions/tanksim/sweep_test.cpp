@@ -6,12 +6,10 @@
 #include "client/connector_base.h"
 #include "sample_deck.h"
 #include "served_simulator.h"
-#include "support/row_tables.h"
+#include "support/talk.h"
 
 namespace gantry::simulator::test {
 namespace {
-
-using gantry::test::RowsOf;
 
 constexpr double kReservoirPressure = 3200.0 - 14.696;  // psig, of the sample
 
@@ -87,10 +85,8 @@ TEST(Sweep, GivesMoleFractionsOfWhatACompositionalWellFlows) {
   connector->SetWellInjectionComposition({"GI1_ginj"}, {{0.0, 3.0, 1.0, 0.0, 0.0, 0.0}});
   std::vector<ConnectorWellRecord> records;
   connector->GetWellDataAndIPR(6, {"GP1", "GI1"}, records, true, 2.5);
-  for (const Doubles& point : RowsOf(records[0].iprComposition)) {
-    EXPECT_NEAR(point.at(1), 0.72, 1e-9);
-  }
-  EXPECT_EQ(RowsOf(records[1].iprComposition).at(0), (Doubles{0.0, 0.75, 0.25, 0.0, 0.0, 0.0}));
+  for (size_t i = 0; i < 10; ++i) EXPECT_NEAR(records[0].iprComposition[i][1], 0.72, 1e-9);
+  EXPECT_EQ(gantry::test::LineOf(records[1].iprComposition[0]), "0 0.75 0.25 0 0 0");
   EXPECT_ANY_THROW(connector->SetWellInjectionComposition({"GI1_ginj"}, {Doubles(6, 0.0)}));
   EXPECT_EQ(simulator.Failure(), "The mole fractions of GI1_ginj don't add up");
 }
