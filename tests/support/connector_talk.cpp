@@ -64,8 +64,15 @@ void TellStatuses(C& connector, const Entries& /*call*/, Texts& told) {
   for (const auto& well : statuses) told.push_back(Line(well.name, well.type, well.status));
 }
 
-void TellData(C& connector, const Entries& call, Texts& told) {
+/// A record of each of NAMES.
+std::vector<ConnectorWellRecord> RecordsOf(const Entries& call) {
   std::vector<ConnectorWellRecord> records;
+  for (const std::string& name : Find<Texts>(call, "NAMES")) records.emplace_back().name = name;
+  return records;
+}
+
+void TellData(C& connector, const Entries& call, Texts& told) {
+  std::vector<ConnectorWellRecord> records = RecordsOf(call);
   connector.GetWellData(Find<Texts>(call, "WELLS"), records);
   for (const auto& r : records) {
     told.push_back(Line(r.name, r.status, r.oilRate, r.gasRate, r.waterRate, r.waterInjectionRate,
@@ -93,16 +100,13 @@ void TellInflow(const ConnectorWellRecord& r, const Entries& call, Texts& told) 
 /// The inflow of WELLS, as it comes to a record of each of NAMES; without those, to that of its
 /// data.
 void MeasureInflow(C& connector, const Entries& call, Texts& told) {
-  const Texts wells = Find<Texts>(call, "WELLS"), names = Find<Texts>(call, "NAMES");
+  const Texts wells = Find<Texts>(call, "WELLS");
   const bool usesBottomHole = Find<Texts>(call, "AT") != Texts{"THP"};
   const int32_t components = Find<Ints>(call, "COMPONENTS").at(0);
   const double skewness = NumberOf(call, "SKEWNESS");
-  std::vector<ConnectorWellRecord> records(names.size());
-  for (size_t i = 0; i < names.size(); ++i) {
-    records[i].name = names[i];
-    records[i].iprPressure = {42.0};
-  }
-  if (names.empty()) {
+  std::vector<ConnectorWellRecord> records = RecordsOf(call);
+  for (ConnectorWellRecord& record : records) record.iprPressure = {42.0};
+  if (records.empty()) {
     connector.GetWellDataAndIPR(components, wells, records, usesBottomHole, skewness);
   } else {
     connector.GetWellIPRData(components, wells, records, usesBottomHole, skewness);
@@ -185,9 +189,9 @@ class FieldTalk {
     const Entries call = Parse(turn.call);
     field_.orders.clear();
     Do(call, told);
-    const Texts& orders = field_.orders;
-    const auto count = static_cast<ptrdiff_t>(std::min(orders.size(), turn.wire.size()));
-    EXPECT_EQ(Texts(orders.end() - count, orders.end()), turn.wire) << turn.call;
+    Texts& orders = field_.orders;
+    orders.resize(std::min(orders.size(), turn.wire.size()));
+    EXPECT_EQ(orders, turn.wire) << turn.call;
   }
 
  private:

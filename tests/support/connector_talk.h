@@ -30,7 +30,7 @@ class ConnectorRig {
 ///   Say QWELLS REPLY ... END               its answer to such messages, from now on
 ///   Requests                               how many messages came since this was asked last
 ///
-/// and what stands behind ">>" is what the field was told to do for a call, in the end.
+/// and what stands behind ">>" is what the field was first told to do for a call.
 void PlayWithField(const std::string& file, const std::string& version,
                    const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig);
 

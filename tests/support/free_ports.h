@@ -2,8 +2,8 @@
 
 namespace gantry::test {
 
-/// The first of neighbouring ports that nobody uses and no other call in this process gets. Those of
-/// programs beside it are in other networks, or have their turn later.
+/// The first of neighbouring ports that nobody uses and no other call in this process gets. Those
+/// of programs beside it are in other networks, or have their turn later.
 int FreePorts(int count = 1);
 
 /// Lets the module start its simulators on four such ports: writes them to the registry, which must
