@@ -50,12 +50,9 @@ class RawController {
 
   explicit RawController(uint16_t port) { connection_.Connect("localhost", port, 5); }
 
-  void Send(const Entries& entries) { SendBytes(gantry::test::Frame(entries)); }
-  void SendBytes(const std::string& bytes) { connection_.Write(std::as_bytes(std::span(bytes))); }
-  std::string ReceiveBytes(size_t size) {
-    std::string bytes(size, '\0');
-    connection_.Read(std::as_writable_bytes(std::span(bytes)));
-    return bytes;
+  void Send(const Entries& entries) {
+    const std::string bytes = gantry::test::Frame(entries);
+    connection_.Write(std::as_bytes(std::span(bytes)));
   }
   /// Any frame of one chunk.
   Entries Receive() {
@@ -65,17 +62,14 @@ class RawController {
     ReceiveBytes(8);
     return gantry::test::Decode(ReceiveBytes(total));
   }
-  Entries Ask(const Entries& entries) {
-    Send(entries);
-    return Receive();
-  }
-  /// The handshake to the first position.
-  void Greet() {
-    Ask({"SETUP", {"VERSION", gantry::test::Texts{"V2"}}, "END"});
-    Receive();
-  }
 
  private:
+  std::string ReceiveBytes(size_t size) {
+    std::string bytes(size, '\0');
+    connection_.Read(std::as_writable_bytes(std::span(bytes)));
+    return bytes;
+  }
+
   TcpConnection connection_;
 };
 
