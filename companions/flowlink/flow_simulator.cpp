@@ -9,6 +9,7 @@
 #include "flowlink/link_fault.h"
 #include "flowlink/override_text.h"
 #include "simulator_side/well_words.h"
+#include "text/checksum.h"
 
 namespace gantry::flowlink {
 
@@ -16,10 +17,12 @@ namespace {
 
 using simulator::InflowTable;
 using simulator::RequestRefused;
+using simulator::ResumeRefused;
 using simulator::RunPosition;
 using simulator::WellConstraint;
 using toml_reader::DateAfter;
 
+constexpr const char* kStateFormat = "flowlink state 1";
 constexpr double kSameTimeDays = 2e-5;  // flow counts whole seconds
 
 /// Numbers that are the adapter's own and not flow's; their handles count on from flow's.
@@ -38,22 +41,67 @@ void RequireNumber(double value, std::string_view what, const std::string& well)
 
 }  // namespace
 
-FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
-                             const std::filesystem::path& folder)
+FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName, WorkFolder folder,
+                             const std::string& firstRun)
     : settings_(std::move(settings)),
       caseName_(caseName),
-      folder_(folder),
-      notes_(folder / (caseName + ".warnings")),
+      folder_(std::move(folder)),
+      notes_(folder_.Path() / (caseName + ".warnings")),
       answers_(notes_, settings_.solvesAllRungs) {
-  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), caseName_, RunBegin());
+  run_ = std::make_unique<FlowRun>(settings_, folder_.Path(), firstRun, RunBegin());
   wellNames_ = run_->Link().Wells();
   deckWells_ = DeckWells(wellNames_, run_->Link().DeckChanges(), run_->Deck().wellOrders);
   controls_.resize(wellNames_.size());
   shutByFlow_.resize(wellNames_.size());
   isTold_.resize(wellNames_.size());
-  for (const DeckFinding& warning : run_->Deck().warnings) notes_.Add(warning.Text());
+  if (settings_.keepsWayBack) {
+    states_.emplace(folder_.Path() / (caseName_ + ".state"), kStateFormat,
+                    Checksum(run_->Deck().text.Text()));
+  }
   TakeStop("");
   Describe();
+}
+
+FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
+                             const std::filesystem::path& folder)
+    : FlowSimulator(std::move(settings), caseName, WorkFolder(folder), caseName) {
+  for (const DeckFinding& warning : run_->Deck().warnings) notes_.Add(warning.Text());
+}
+
+// What the deck says of its wells only a run from its start tells.
+FlowSimulator::FlowSimulator(LinkSettings settings, const std::string& caseName,
+                             const std::filesystem::path& folder, double resumeAt)
+    : FlowSimulator(std::move(settings), caseName, WorkFolder(folder, WorkFolder::Content::kKept),
+                    caseName + "_0") {
+  if (!states_) throw ResumeRefused("There is no way to go on: 'way_back' is false");
+  const nlohmann::json state = states_->Take(resumeAt);
+  try {
+    GoOn(FlowMomentOf(state));
+  } catch (const nlohmann::json::exception& error) {
+    throw ResumeRefused(std::string("the state isn't one of this deck: ") + error.what());
+  }
+}
+
+void FlowSimulator::GoOn(const FlowMoment& moment) {
+  if (moment.controls.size() != controls_.size() || moment.stops.empty()) {
+    throw ResumeRefused("the state isn't one of this deck");
+  }
+  controls_ = moment.controls;
+  shutByFlow_ = moment.shutByFlow;
+  isTold_ = moment.isTold;
+  stops_ = moment.stops;
+  runs_ = moment.runs + 1;
+  isResumed_ = true;
+  const std::optional<RestartPoint> way = stops_.back().way;
+  stops_.pop_back();
+  if (way) ResultFile(folder_.Path() / (way->caseName + ".UNRST")).CutToWhole();
+  BeginRun({way, {}});
+  TakeStop("");
+}
+
+void FlowSimulator::KeepState(double days) {
+  if (!states_) return;
+  states_->Keep(days, ToJson({runs_, stops_, controls_, shutByFlow_, isTold_}));
 }
 
 void FlowSimulator::Describe() {
@@ -70,8 +118,8 @@ RunPosition FlowSimulator::Position() const {
   RunPosition position;
   if (isRunning_) {
     position.stop = Stop().isLast ? simulator::Stop::kEndSimulate : simulator::Stop::kBeginNewton;
-    position.days = Stop().days;
   }
+  if (isRunning_ || isResumed_) position.days = Stop().days;
   position.date = DateAfter(run_->Deck().start, position.days);
   return position;
 }
@@ -279,6 +327,7 @@ void FlowSimulator::ContinueUntil(double days) {
     TakeStop(KeywordsOf(controls));
     if (Stop().days < target - kSameTimeDays) ReleaseChanged(before);
   }
+  KeepState(days);
 }
 
 void FlowSimulator::RunUnder(const Question& limits) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "flowlink/deck_wells.h"
+#include "flowlink/flow_moment.h"
 #include "flowlink/flow_run.h"
 #include "flowlink/link_settings.h"
 #include "flowlink/run_notes.h"
@@ -13,6 +14,7 @@
 #include "flowlink/well_controls.h"
 #include "flowlink/work_folder.h"
 #include "simulator_side/controlled_simulator.h"
+#include "simulator_side/state_file.h"
 
 namespace gantry::flowlink {
 
@@ -30,6 +32,10 @@ class FlowSimulator : public simulator::ControlledSimulator {
   /// Throws `LinkFault`.
   FlowSimulator(LinkSettings settings, const std::string& caseName,
                 const std::filesystem::path& folder);
+  /// Goes on where an earlier session in that folder has come to by that day, from flow's restart
+  /// files. Throws `LinkFault` and ResumeRefused.
+  FlowSimulator(LinkSettings settings, const std::string& caseName,
+                const std::filesystem::path& folder, double resumeAt);
 
   const simulator::ModelDescription& Description() const override { return description_; }
   const Strings& WellNames() const override { return wellNames_; }
@@ -55,6 +61,10 @@ class FlowSimulator : public simulator::ControlledSimulator {
   void Shutdown() override { run_->Finish(); }
 
  private:
+  FlowSimulator(LinkSettings settings, const std::string& caseName, WorkFolder folder,
+                const std::string& firstRun);
+  void GoOn(const FlowMoment& moment);
+  void KeepState(double days);
   /// The day of the stop, reached or not, that a run until that day is meant for.
   double TargetOf(double days) const;
   /// Gives those wells back to the deck of which it has said something since that day.
@@ -104,16 +114,14 @@ class FlowSimulator : public simulator::ControlledSimulator {
   std::vector<bool> isTold_;  ///< for each well, whether its overrides have been told
   RunNotes notes_;
 
-  struct PastStop {
-    double days;
-    std::optional<RestartPoint> way;  ///< by which a run comes there; empty for the deck's start
-  };
   std::vector<PastStop> stops_;  ///< up to the present one
 
   std::string ordered_;  ///< the keywords that this run has been given last
   StopAnswers answers_;
   const WellValues* inForce_ = nullptr;  ///< the answer to the present limits, once known
   bool isRunning_ = false;
+  bool isResumed_ = false;
+  std::optional<simulator::StateFile> states_;  ///< none without a way back
 };
 
 }  // namespace gantry::flowlink

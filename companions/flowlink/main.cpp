@@ -9,6 +9,7 @@
 #include "simulator_side/controller_service.h"
 #include "simulator_side/controller_session.h"
 #include "simulator_side/driver_arguments.h"
+#include "simulator_side/state_file.h"
 
 namespace {
 
@@ -38,14 +39,20 @@ const simulator::ProgramDescription kProgram = {
     {{"--settings-keys", "show what the settings in BASE.afi may hold", SettingsReference}},
     Check};
 
+std::unique_ptr<FlowSimulator> MakeFlow(const std::string& base) {
+  const std::string name = std::filesystem::path(base).filename().string();
+  const auto days = simulator::DaysToResumeAt();
+  const LinkSettings settings = ReadLinkSettings(base + ".afi");
+  if (!days) return std::make_unique<FlowSimulator>(settings, name, WorkFolderOf(base));
+  return std::make_unique<FlowSimulator>(settings, name, WorkFolderOf(base), *days);
+}
+
 /// The deck is read and flow started only when the controller is there to hear what is wrong; flow
 /// may take longer to read its deck than the controller would knock.
 void Serve(ByteChannel& channel, const std::string& base) {
   std::unique_ptr<FlowSimulator> flow;
   try {
-    flow = std::make_unique<FlowSimulator>(ReadLinkSettings(base + ".afi"),
-                                           std::filesystem::path(base).filename().string(),
-                                           WorkFolderOf(base));
+    flow = MakeFlow(base);
   } catch (const std::exception& fault) {
     simulator::RefuseController(channel, fault.what());
     throw;

@@ -43,6 +43,11 @@ bool ResultFile::IsWhole() {
   return true;
 }
 
+void ResultFile::CutToWhole() {
+  std::error_code ignored;
+  if (!IsWhole()) std::filesystem::resize_file(path_, static_cast<uint64_t>(checked_), ignored);
+}
+
 bool ResultFile::SkipArray(std::istream& file) {
   if (ReadNumber(file) != kHeaderLength) return false;
   char name[8];

@@ -16,6 +16,8 @@ class ResultFile {
   /// that isn't there. An array is a record of 16 bytes, which counts its elements, and the records
   /// of these; a record stands between two copies of its length, big-endian.
   bool IsWhole();
+  /// Cuts off what a writer that was killed has only begun.
+  void CutToWhole();
 
  private:
   bool SkipArray(std::istream& file);

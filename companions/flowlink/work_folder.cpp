@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -26,11 +28,12 @@ fs::path WorkFolderOf(const std::string& base) {
   return results ? fs::path(*results) / path.filename() : path;
 }
 
-WorkFolder::WorkFolder(fs::path path) : path_(std::move(path)) {
+WorkFolder::WorkFolder(fs::path path, Content content) : path_(std::move(path)) {
   std::error_code error;
   fs::create_directories(path_, error);
   if (error) throw LinkFault("can't make " + path_.string() + ": " + error.message());
-  Lock();
+  Lock(std::chrono::seconds(content == Content::kKept ? 60 : 0));
+  if (content == Content::kKept) return;
   try {
     Empty();
   } catch (...) {
@@ -39,13 +42,23 @@ WorkFolder::WorkFolder(fs::path path) : path_(std::move(path)) {
   }
 }
 
-WorkFolder::~WorkFolder() { ::close(descriptor_); }
+WorkFolder::WorkFolder(WorkFolder&& other) noexcept
+    : path_(other.path_), descriptor_(std::exchange(other.descriptor_, -1)) {}
 
-void WorkFolder::Lock() {
+WorkFolder::~WorkFolder() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+void WorkFolder::Lock(std::chrono::seconds longest) {
   descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor_ < 0) throw LinkFault("can't open " + path_.string() + ": " + strerror(errno));
-  if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0) return;
-  const int reason = errno;
+  const auto latest = std::chrono::steady_clock::now() + longest;
+  int reason = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  while (reason == EWOULDBLOCK && std::chrono::steady_clock::now() < latest) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    reason = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  }
+  if (reason == 0) return;
   ::close(descriptor_);
   if (reason != EWOULDBLOCK)
     throw LinkFault("can't lock " + path_.string() + ": " + strerror(reason));

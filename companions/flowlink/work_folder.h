@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <string>
 
@@ -9,20 +10,24 @@ namespace gantry::flowlink {
 /// host's results (the variable GANTRY_RESULTS), or beside the base where the host names none.
 std::filesystem::path WorkFolderOf(const std::string& base);
 
-/// A folder for one session at a time, empty at its begin. It stays locked as long as the object,
-/// or the process, lives.
+/// A folder for one session at a time, empty at its begin unless it goes on with the one before. It
+/// stays locked as long as the object, or the process, lives.
 class WorkFolder {
  public:
   /// Throws `LinkFault` when the folder can't be made or emptied, or belongs to another session.
-  explicit WorkFolder(std::filesystem::path path);
+  enum class Content { kDropped, kKept };
+  /// The folder of a session that is gone on with may still be in use: it is waited for, a minute
+  /// at most, until what was left of that session has ended.
+  explicit WorkFolder(std::filesystem::path path, Content content = Content::kDropped);
   ~WorkFolder();
+  WorkFolder(WorkFolder&& other) noexcept;
   WorkFolder(const WorkFolder&) = delete;
   WorkFolder& operator=(const WorkFolder&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
 
  private:
-  void Lock();
+  void Lock(std::chrono::seconds longest);
   void Empty() const;
 
   std::filesystem::path path_;

@@ -161,9 +161,10 @@ void CoupledRun::Resume(const std::string& driverName, size_t mostSteps, const R
 // One that stops only at times of its own may stand further on.
 void CoupledRun::CheckSimulatorStands(const Date& day) {
   if (simulatorDay_ && DayNumber(*simulatorDay_) >= DayNumber(day) - 1) return;
-  throw CannotResume(fmt::format(
-      "{} doesn't go on at {}: it {}. A run can be resumed with tanksim", start_.simulator,
-      ToText(day), simulatorDay_ ? "begins anew at " + ToText(*simulatorDay_) : "tells no date"));
+  throw CannotResume(
+      fmt::format("{} doesn't go on at {}: it {}. A run can be resumed with tanksim and flowlink",
+                  start_.simulator, ToText(day),
+                  simulatorDay_ ? "begins anew at " + ToText(*simulatorDay_) : "tells no date"));
 }
 
 void CoupledRun::Remember(const RunMemory& memory) {
