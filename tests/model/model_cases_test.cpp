@@ -37,6 +37,7 @@ const Kinds kKinds = {{"line",
                       {"table",
                        [](const Columns& c) {
                          const IPRTable table = TableOf(c[0]);
+                         EXPECT_EQ(table.Row(0)[IPRTable::kOilColumn], ValuesOf(c[0])[1]);
                          std::string values = FormatInteger(table.Count) + ":";
                          for (const double value : table.Evaluate(std::stod(c[1])))
                            values += " " + FormatDouble(value);
