@@ -39,12 +39,12 @@ TEST_F(RegistryFile, HoldsAKeyOnceItIsOpenedAndAValueOnceItIsWritten) {
 TEST_F(RegistryFile, ReadsTheFormsThatAWindowsMachineExportsAndNoOthers) {
   Put("REGEDIT4\n\"Gone\"=\"of no key\"\n\n[HKEY_CURRENT_USER\\Software\\ACME]\n"
       "\"Long\"=hex(1):41,42,\\\n  43,00\n\"Port\"=DWORD:0000000A\n\"Odd\"=dword:123456789\n"
-      "\"Open\"=\"never closed\n\"Tail\"=\"a\"b\n\"Gone\"=-\n\"Hex\"=hex:41,00\n");
+      "\"Open\"=\"never closed\n\"Tail\"=\"a\"b\n\"Gone\"=-\n\"Hex\"=hex:41,00\n\"Bare\"=xy\"\n");
   const auto key = Open();
   EXPECT_EQ(key->ReadText("Long"), "ABC");
   EXPECT_EQ(key->ReadNumber("Port"), 10u);
   EXPECT_FALSE(key->ReadNumber("Odd"));
-  for (const char* name : {"Open", "Tail", "Gone", "Hex"})
+  for (const char* name : {"Open", "Tail", "Gone", "Hex", "Bare"})
     EXPECT_FALSE(key->ReadText(name)) << name;
 }
 
