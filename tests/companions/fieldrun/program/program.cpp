@@ -15,14 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> Split(const std::string& line) {
-  std::vector<std::string> fields;
-  std::istringstream stream(line);
-  for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
-  if (line.ends_with(',')) fields.emplace_back();
-  return fields;
-}
-
 /// Where something of the build stands, or of a package of it that a variable names.
 std::string Place(const char* variable, const char* built) {
   const char* const packed = std::getenv(variable);
@@ -37,6 +29,17 @@ std::string ReadOutput(const fs::path& file) {
 }
 
 }  // namespace
+
+std::vector<std::string> Split(const std::string& text, const std::string& separator) {
+  std::vector<std::string> parts;
+  size_t begin = 0;
+  for (size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;) {
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + separator.size();
+  }
+  parts.push_back(text.substr(begin));
+  return parts;
+}
 
 std::string ProgramOf(const std::string& name) {
   if (name == "fieldrun") return Place("GANTRY_FIELDRUN", FIELDRUN);
@@ -80,8 +83,8 @@ Table::Table(const fs::path& file) {
   std::istringstream stream(gantry::test::TestFolder::Read(file));
   std::string line;
   std::getline(stream, line);
-  columns_ = Split(line);
-  while (std::getline(stream, line)) rows_.push_back(Split(line));
+  columns_ = Split(line, ",");
+  while (std::getline(stream, line)) rows_.push_back(Split(line, ","));
 }
 
 std::string Table::Text(size_t row, const std::string& column) const {

@@ -19,17 +19,6 @@ fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), u
 /// The first words of the lines that end what the lines before them have told of.
 const std::set<std::string> kBegins = {"$", "=", "copy", "write", "change"};
 
-std::vector<std::string> Split(const std::string& text, const std::string& separator) {
-  std::vector<std::string> parts;
-  size_t begin = 0;
-  for (size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;) {
-    parts.push_back(text.substr(begin, end - begin));
-    begin = end + separator.size();
-  }
-  parts.push_back(text.substr(begin));
-  return parts;
-}
-
 std::vector<std::string> Words(const std::string& text) {
   std::vector<std::string> words;
   bool isQuoted = false;
