@@ -88,6 +88,7 @@ std::unique_ptr<HeldProgram> HeldProgram::Start(const HeldStart& start) {
   std::vector<std::string> words = {start.program};
   words.insert(words.end(), start.arguments.begin(), start.arguments.end());
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
   const SpawnActions actions(start);
