@@ -19,6 +19,7 @@ struct PeerSetting {
   std::vector<std::string> arguments;  ///< behind those that a driver gives
   std::string log;                     ///< the file that takes what it says
   std::chrono::seconds limit{60};      ///< of each wait for it
+  int stepDays = 2;                    ///< of the step that is tried
 };
 
 /// How far a session has come.
@@ -57,6 +58,7 @@ class CheckedSession {
   v2017_2::IntersectClient& Client() { return *client_; }
   LimitedConnection& Wire() { return *wire_; }
   PeerModel& Model() { return model_; }
+  int StepDays() const { return setting_.stepDays; }
 
   /// Leaves the simulator alone, without a word.
   void HangUp();

@@ -232,27 +232,28 @@ double DayOf(const std::array<int32_t, 6>& date) {
 }
 
 void CheckStep(CheckedSession& session) {
-  constexpr double kDays = 2.0;
+  constexpr double kClose = 0.001;  // some simulators count in minutes
+  const double asked = session.StepDays();
   auto& client = session.Client();
   const double before = client.time();
   const auto date = client.date();
-  client.continue_simulation_until(before + kDays);
+  client.continue_simulation_until(before + asked);
   if (client.position() == AlgorithmicPosition::END_SIMULATE) {
     session.SetOver();
-    throw NotAsked("the run ends within two days");
+    throw NotAsked("the run ends within that step");
   }
   Require(client.position() == AlgorithmicPosition::BEGIN_NEWTON,
           "the position " + position_name(client.position()));
-  Require(std::abs(client.time() - before - kDays) < 1e-6,
+  Require(std::abs(client.time() - before - asked) < kClose,
           fmt::format("TIME of {}, from {}", client.time(), before));
   const double days = DayOf(client.date()) - DayOf(date);
-  Require(std::abs(days - kDays) <= 1.0, fmt::format("a DATE that is {} days on", days));
+  Require(std::abs(days - asked) <= 1.0, fmt::format("a DATE that is {} days on", days));
 }
 
 void CheckAfterStep(CheckedSession& session) {
   OpenWells(session);
   FreeWells(session);
-  session.Client().continue_simulation_until(session.Client().time() + 1.0);
+  session.Client().continue_simulation_until(session.Client().time() + session.StepDays());
   if (session.Client().position() == AlgorithmicPosition::END_SIMULATE) {
     session.SetOver();
     throw NotAsked("the run has ended");
@@ -373,8 +374,8 @@ Rules WellRules() {
        {"sweep"},
        CheckLastRung},
       {"step",
-       "CONTINUE_UNTIL TIME[two days on]",
-       "STEP POSITION{BEGIN_NEWTON} with that TIME and the DATE two days on",
+       "CONTINUE_UNTIL TIME[two days on, or as --days says]",
+       "STEP POSITION{BEGIN_NEWTON} with that TIME and a DATE as many days on",
        "host and simulator would drift apart",
        "session",
        kBeginNewton,

@@ -32,6 +32,8 @@ void AddTo(CLI::App& app, const OptionRow& row, Options& options) {
   constexpr int kMostSteps = 1'000'000;
   if (name == "-n,--steps") option->check(CLI::Range(1, kMostSteps));
   constexpr int kMostSeconds = 86400;
+  constexpr int kMostDays = 36500;
+  if (name == "--days") option->check(CLI::Range(1, kMostDays));
   if (name == "--limit") option->check(CLI::Range(1, kMostSeconds));
 }
 

@@ -60,6 +60,7 @@ struct Options {
   std::vector<int> deleteHandles;
   int steps = 0;
   int limit = 60;
+  int days = 2;
   bool start = false;
   bool noVariables = false;
   bool keepDataset = false;

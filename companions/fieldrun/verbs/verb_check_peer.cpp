@@ -67,6 +67,7 @@ PeerSetting SettingOf(const Options& options, const CheckFolder& folder) {
   setting.arguments = options.words;
   setting.log = folder.File("log");
   setting.limit = std::chrono::seconds(options.limit);
+  setting.stepDays = options.days;
   return setting;
 }
 
