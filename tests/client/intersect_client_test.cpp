@@ -41,7 +41,9 @@ TEST(Client, TriesAgainAfterTheSimulatorRefusedTheSetup) {
   peer.Expect("SETUP VERSION{V2} END").Reply("STARTED ERRORS{no licence, and more} END");
   peer.Reconnect().Greet().Start();
   Client2017 client;
-  const auto connect = [&] { client.connect("localhost", peer.Port(), kTimeout); };
+  const auto connect = [&client, port = peer.Port()] {
+    client.connect("localhost", port, kTimeout);
+  };
   EXPECT_EQ(Raised(connect), "invalid_argument: no licence");
   EXPECT_EQ(client.position(), AlgorithmicPosition::UNCONNECTED);
   connect();

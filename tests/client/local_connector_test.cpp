@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "support/connector_talk.h"
-#include "support/scripted_peer.h"
 
 namespace gantry::test {
 namespace {
 
 class LocalRig : public ConnectorRig {
  public:
-  LocalRig(int32_t versionCode, SimulatedField& field) : versionCode_(versionCode) {
-    peer_.Serve([&field](const Entries& request) { return AnswerOnWire(field, request); });
+  LocalRig(int32_t versionCode, ScriptedPeer::Answering answer) : versionCode_(versionCode) {
+    peer_.Serve(std::move(answer));
     peer_.Start();
   }
   std::unique_ptr<CExtConnectorBase> Connect() override {
@@ -23,8 +22,9 @@ class LocalRig : public ConnectorRig {
 
 void PlayLocally(const std::string& file) {
   for (const auto& [code, version] : {std::pair{20171, "2016.2"}, {kVersion2017_2, "2017.2"}}) {
-    PlayWithField(file, version,
-                  [&](SimulatedField& field) { return std::make_unique<LocalRig>(code, field); });
+    PlayWithField(file, version, [&](ScriptedPeer::Answering answer) {
+      return std::make_unique<LocalRig>(code, std::move(answer));
+    });
   }
 }
 

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 #include <utility>
 
 #include <gtest/gtest.h>
+
+#include "support/simulated_field.h"
 
 namespace gantry::test {
 namespace {
@@ -182,14 +185,13 @@ void Change(SimulatedField& field, const Entries& call) {
 
 class FieldTalk {
  public:
-  explicit FieldTalk(const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig)
-      : makeRig_(makeRig) {}
+  explicit FieldTalk(const MakeRig& makeRig) : makeRig_(makeRig) {}
 
   void Act(const Turn& turn, Texts& told) {
     const Entries call = Parse(turn.call);
-    field_.orders.clear();
+    TakeOrders();
     Do(call, told);
-    Texts& orders = field_.orders;
+    Texts orders = TakeOrders();
     orders.resize(std::min(orders.size(), turn.wire.size()));
     EXPECT_EQ(orders, turn.wire) << turn.call;
   }
@@ -198,24 +200,30 @@ class FieldTalk {
   void Do(const Entries& call, Texts& told) {
     const std::string& name = call[0].name;
     if (name == "Connect") return Connect();
+    if (name != "Field" && name != "Say" && name != "Requests") return Ask(*connector_, call, told);
+    const std::lock_guard guard(lock_);
     if (name == "Field") return Change(field_, call);
-    if (name == "Say") {
-      field_.said = {{call[1].name, Entries(call.begin() + 2, call.end())}};
-    } else if (name == "Requests") {
-      told.push_back(Line(std::exchange(field_.requests, 0)));
-    } else {
-      Ask(*connector_, call, told);
-    }
+    if (name == "Requests") return told.push_back(Line(std::exchange(field_.requests, 0)));
+    field_.said = {{call[1].name, Entries(call.begin() + 2, call.end())}};
   }
 
   void Connect() {
     connector_.reset();
     rig_.reset();
-    rig_ = makeRig_(field_);
+    rig_ = makeRig_([this](const Entries& request) {
+      const std::lock_guard guard(lock_);
+      return AnswerOnWire(field_, request);
+    });
     connector_ = rig_->Connect();
   }
 
-  const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig_;
+  Texts TakeOrders() {
+    const std::lock_guard guard(lock_);
+    return std::exchange(field_.orders, {});
+  }
+
+  const MakeRig& makeRig_;
+  std::mutex lock_;  ///< of the field, which answers on the peer's thread
   SimulatedField field_;
   std::unique_ptr<ConnectorRig> rig_;
   std::unique_ptr<CExtConnectorBase> connector_;
@@ -227,8 +235,7 @@ void Ask(CExtConnectorBase& connector, const Entries& call, Texts& told) {
   kVerbs.at(call[0].name)(connector, call, told);
 }
 
-void PlayWithField(const std::string& file, const std::string& version,
-                   const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig) {
+void PlayWithField(const std::string& file, const std::string& version, const MakeRig& makeRig) {
   for (const Talk& talk : TalksIn(file)) {
     const bool isOfOne = talk.name.find(" 20") != std::string::npos;
     if (isOfOne && !talk.name.ends_with(version)) continue;

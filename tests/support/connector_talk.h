@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "client/connector_base.h"
-#include "support/simulated_field.h"
+#include "support/scripted_peer.h"
 #include "support/talk.h"
 
 namespace gantry::test {
@@ -21,6 +21,9 @@ class ConnectorRig {
   virtual std::unique_ptr<CExtConnectorBase> Connect() = 0;
 };
 
+/// Of what the field answers.
+using MakeRig = std::function<std::unique_ptr<ConnectorRig>(ScriptedPeer::Answering)>;
+
 /// Plays the talks of a file with connectors before a simulated field, a new one for each talk;
 /// without those that belong to another version, whose name such a talk ends with. Beyond the
 /// operations of a connector, a call may be
@@ -31,7 +34,6 @@ class ConnectorRig {
 ///   Requests                               how many messages came since this was asked last
 ///
 /// and what stands behind ">>" is what the field was first told to do for a call.
-void PlayWithField(const std::string& file, const std::string& version,
-                   const std::function<std::unique_ptr<ConnectorRig>(SimulatedField&)>& makeRig);
+void PlayWithField(const std::string& file, const std::string& version, const MakeRig& makeRig);
 
 }  // namespace gantry::test

@@ -24,9 +24,9 @@ namespace {
 
 class RemoteRig : public ConnectorRig {
  public:
-  RemoteRig(int32_t versionCode, SimulatedField& field)
+  RemoteRig(int32_t versionCode, ScriptedPeer::Answering answer)
       : versionCode_(versionCode), port_(static_cast<uint16_t>(FreePorts())), listener_(port_, 1) {
-    peer_.Serve([&field](const Entries& request) { return AnswerOnWire(field, request); });
+    peer_.Serve(std::move(answer));
     peer_.Start();
     controller_ = std::thread([this] { Control(); });
   }
@@ -69,8 +69,9 @@ class RemoteRig : public ConnectorRig {
 TEST(RemoteConnector, DoesWhatEveryConnectorMust) {
   for (const auto& [code, version] :
        {std::pair{kVersion2016_2, "2016.2"}, {kVersion2017_2, "2017.2"}}) {
-    PlayWithField("client/talks/contract.talk", version,
-                  [&](SimulatedField& field) { return std::make_unique<RemoteRig>(code, field); });
+    PlayWithField("client/talks/contract.talk", version, [&](ScriptedPeer::Answering answer) {
+      return std::make_unique<RemoteRig>(code, std::move(answer));
+    });
   }
 }
 
