@@ -64,9 +64,6 @@ class Stage:
         (self.folder / "temporary").mkdir()
         (self.folder / "settings/gantry/registry.reg").write_bytes(REGISTRY.encode())
 
-    def close(self):
-        shutil.rmtree(self.place)
-
     def keep(self):
         """What stands in the folder now is what `reset` goes back to."""
         shutil.copytree(self.folder, self.prepared)

@@ -16,6 +16,7 @@ import sys
 import time
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
+from itertools import zip_longest
 from pathlib import Path
 
 import proxy
@@ -46,8 +47,7 @@ RUN = ["fieldrun", "run", "case.toml", "-n", "3", "--output", "results", "--quie
 CLUSTER = [word.replace("case", "cluster") for word in RUN]
 ONE_STEP = [word.replace("3", "1") for word in RUN]
 PROXY = Path(proxy.__file__)
-SERVICE = ["runfactory", "--allow-root", "--ports=9101-9102",
-           "--max-sessions=2"]
+SERVICE = ["runfactory", "--allow-root", "--ports=9101-9102", "--max-sessions=2"]
 ADD = ["fieldrun", "variables", "case.toml", "--add", "P1:Oil production rate"]
 
 # What runs, the program that meets the faults, and what is done beforehand.
@@ -75,12 +75,11 @@ UNTOLD = {("write", "EIO"): ["state"]}
 JARGON = ("std::", "basic_", "filesystem error")
 TABLES = ("results/wells.csv", "results/inflow.csv", "results/field.csv")
 KEPT = ("block", "state", "equipment.xml")
-REGISTRY = "settings/gantry/registry.reg"
 
 
-def prepare(place, examples, steps):
+def prepare(place, steps):
     for name in ("FIVE_SPOT.afi", "case.toml", "cluster.toml"):
-        shutil.copy(examples / "five_spot" / name, place.folder)
+        shutil.copy(PROXY.parents[2] / "examples/five_spot" / name, place.folder)
     case = place.folder / "case.toml"
     case.write_text(case.read_text().replace("[time]", 'store_file = "state"\n\n[time]'))
     for step in steps:
@@ -92,7 +91,7 @@ def prepare(place, examples, steps):
 def values_of(folder):
     """The registry's values, by their keys and names."""
     values, key = {}, ""
-    for line in (folder / REGISTRY).read_text().splitlines():
+    for line in (folder / "settings/gantry/registry.reg").read_text().splitlines():
         key = line if line.startswith("[") else key
         name, _, value = line.partition("=")
         values[key, name] = value
@@ -106,17 +105,12 @@ def rows_of(table):
     return [*rows, []] if text.endswith("\n") else rows
 
 
-def is_of_a_run(row, whole, names):
-    """What can't be read from the simulator is left out, or with totals counted in another way, each with a
-    warning."""
-    return len(row) == len(whole) and all(
-        name.startswith("total") or ours in ("", theirs) for name, ours, theirs in zip(names, row, whole))
-
-
 def are_of_a_run(rows, all_rows):
-    """Whether they are whole, and the first ones of all."""
+    """Whether they are whole, and the first ones of all. What can't be read from the simulator is left out, or
+    with totals counted in another way, each with a warning."""
+    cells = [cell for row, whole in zip(rows[:-1], all_rows) for cell in zip_longest(rows[0], row, whole)]
     return rows[-1] == [] and len(rows) <= len(all_rows) and all(
-        is_of_a_run(row, whole, rows[0]) for row, whole in zip(rows[:-1], all_rows))
+        ours in ("", theirs) or (name and ours and name.startswith("total")) for name, ours, theirs in cells)
 
 
 def files_of(folder):
@@ -177,9 +171,9 @@ class Sweep:
     def __init__(self, name, arguments):
         self.command, self.program, steps = SCENARIOS[name]
         self.arguments = arguments
-        self.place = stage.Stage(arguments.programs)
+        self.place = stage.Stage(arguments.build.resolve() / "bin")
         self.tally = self.place.place / "tally"
-        prepare(self.place, arguments.examples, steps)
+        prepare(self.place, steps)
         self.before, self.afters = files_of(self.place.folder), []
         for _ in range(2):  # a second run may find what the first has left
             status, said, faults = self.play()
@@ -197,16 +191,15 @@ class Sweep:
 
     def plan_of(self, family, fault, call):
         self.tally.write_bytes(bytes(16))
-        if self.program == "proxy":
-            return {"GANTRY_FAULT_FAMILY": family, "GANTRY_FAULT_AT": str(call),
-                    "GANTRY_FAULT_TALLY": str(self.tally),
-                    "GANTRY_FAULT_PROGRAMS": str(self.place.programs)}
-        error, _, lasts = fault.partition(" ")
-        number = HALF if error == "HALF" else getattr(errno, error)
-        return {"LD_PRELOAD": str(self.arguments.library), "GANTRY_FAULT_PROGRAM": self.program,
+        plan = {"GANTRY_FAULT_PROGRAM": self.program, "GANTRY_FAULT_PROGRAMS": str(self.place.programs),
                 "GANTRY_FAULT_TALLY": str(self.tally), "GANTRY_FAULT_FAMILY": family,
-                "GANTRY_FAULT_AT": str(call), "GANTRY_FAULT_LASTS": str(int(lasts != "")),
-                "GANTRY_FAULT_ERROR": str(number)}
+                "GANTRY_FAULT_AT": str(call)}
+        if self.program == "proxy":
+            return plan
+        error, _, lasts = fault.partition(" ")
+        library = self.place.programs.parent / "lib/libfailing_calls.so"
+        return {**plan, "LD_PRELOAD": str(library), "GANTRY_FAULT_LASTS": str(int(lasts != "")),
+                "GANTRY_FAULT_ERROR": str(getattr(errno, error, HALF))}
 
     def play(self, plan=None):
         """Status and words of the scenario's program, and what is wrong apart from them."""
@@ -214,21 +207,12 @@ class Sweep:
             via_proxy = ["--simulator", PROXY] if self.program == "proxy" and plan else []
             status, said = self.place.run([*self.command, *via_proxy], plan)
             return status, said, self.place.left_behind()
-        if self.program == "proxy" and plan:
-            return self.play_before_proxy(plan)
         return self.play_with_service(plan)
 
-    def service(self, port, plan=None):
+    def service(self, port, plan):
         return Service(self.place, [*SERVICE, f"--listen=127.0.0.1:{port}",
                                     f"--simulator={self.place.programs / 'tanksim'}",
                                     f"--root={self.place.folder}"], plan)
-
-    def play_before_proxy(self, plan):
-        service = self.service(7778)
-        before = Service(self.place, [PROXY, "7777", "7778"], plan)
-        status, said = self.place.run(self.command)
-        before.stop()
-        return status, said, self.stopped(service)
 
     def stopped(self, service):
         """What is wrong when it has ended."""
@@ -237,13 +221,19 @@ class Sweep:
         return faults + self.place.left_behind()
 
     def play_with_service(self, plan):
-        service = self.service(7777, plan if self.program != "fieldrun" else None)
+        is_before = self.program == "proxy" and plan is not None
+        of_run = plan if self.program == "fieldrun" else None
+        of_service = plan if self.program in ("runfactory", "tanksim") else None
+        service = self.service(7778 if is_before else 7777, of_service)
+        before = Service(self.place, [PROXY, "7777", "7778"], plan) if is_before else None
         if service.process.poll() is not None:
             status, said = service.stop()
             return status or None, said, self.place.left_behind()
-        status, said = self.place.run(self.command, plan if self.program == "fieldrun" else None)
+        status, said = self.place.run(self.command, of_run)
         faults = []
-        if status != 0 and self.program != "fieldrun" and plan["GANTRY_FAULT_LASTS"] == "0":
+        if before:
+            before.stop()
+        if status != 0 and of_service and plan["GANTRY_FAULT_LASTS"] == "0":
             if self.place.run(self.command)[0] != 0:
                 faults.append("the service doesn't serve the next run")
         return status, said, faults + self.stopped(service)
@@ -259,7 +249,7 @@ class Sweep:
         if is_told:
             faults += torn(self.place.folder, self.before, self.afters[0], but)
         is_idle = (is_told and status == 0 and "totals" not in said and not but and
-                   self.results_now() != self.results[0])
+                   files_of(self.place.folder)[:2] != self.results[0])
         faults += [what for is_so, what in (
             (left_open > self.open_at_end, f"{left_open - self.open_at_end} descriptors are left open"),
             (status not in (0, 1, 2), f"it ends with {status}: {end}"),
@@ -275,14 +265,11 @@ class Sweep:
             faults += self.next_start()
         return calls, faults
 
-    def results_now(self):
-        return files_of(self.place.folder)[:2]
-
     def next_start(self):
         status, said, faults = self.play()
         if status != 0:
             faults.append(f"the next start fails: {said[-300:]}")
-        elif self.results_now() not in self.results:
+        elif files_of(self.place.folder)[:2] not in self.results:
             faults.append("the next start gives other results")
         return faults
 
@@ -323,7 +310,7 @@ def sweep_share(arguments):
     """What a share of a scenario has found, told to the sweep that started it."""
     sweep = Sweep(arguments.scenario, arguments)
     found = [[family, fault, *sweep.sweep(family, fault)] for family, fault in faults_of(arguments)]
-    sweep.place.close()
+    shutil.rmtree(sweep.place.place)
     print(json.dumps([found, sweep.messages]))
 
 
@@ -334,7 +321,7 @@ def sweep_scenario(arguments, pool):
         return json.loads(subprocess.run([sys.executable, *words], check=True,
                                          stdout=subprocess.PIPE).stdout)
 
-    shares, messages = list(pool.map(run, range(arguments.parallel))), Counter()
+    shares = list(pool.map(run, range(arguments.parallel)))
     for rows in zip(*(found for found, _ in shares)):
         faults = [fault for row in rows for fault in row[3]]
         print(f"{arguments.scenario:27} {rows[0][0]:15} {rows[0][1]:15} {sum(row[2] for row in rows):5} points "
@@ -342,8 +329,7 @@ def sweep_scenario(arguments, pool):
     points = sum(row[2] for found, _ in shares for row in found)
     failed = sum(len(row[3]) for found, _ in shares for row in found)
     print(f"{arguments.scenario:27} {'in all':31} {points:5} points {failed:3} faults", flush=True)
-    for _, said in shares:
-        messages.update(said)
+    messages = sum((Counter(said) for _, said in shares), Counter())
     for message, count in messages.most_common() if arguments.messages else ():
         print(f"  {count:4} x {message}")
     return failed > 0
@@ -352,9 +338,7 @@ def sweep_scenario(arguments, pool):
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--programs", type=Path, required=True, help="where fieldrun stands")
-    parser.add_argument("--library", type=Path, required=True, help="what is preloaded")
-    parser.add_argument("--examples", type=Path, default=Path(__file__).parents[2] / "examples")
+    parser.add_argument("--build", type=Path, required=True, help="where bin and lib stand")
     parser.add_argument("--scenario", choices=SCENARIOS)
     parser.add_argument("--families", nargs="+", choices={**FAULTS, **WIRE_FAULTS})
     parser.add_argument("--slice", action="store_true", help="two calls of each family")
@@ -362,8 +346,6 @@ def main():
     parser.add_argument("--parallel", type=int, default=1, metavar="SHARES", help="points at once")
     parser.add_argument("--share", nargs=2, type=int, help=argparse.SUPPRESS)
     arguments = parser.parse_args()
-    arguments.programs = arguments.programs.resolve()
-    arguments.library = arguments.library.resolve()
     if arguments.share:
         stage.enter()
         return sweep_share(arguments)
