@@ -76,10 +76,9 @@ class Stage:
         variables = {**os.environ, "XDG_CONFIG_HOME": str(self.folder / "settings"),
                      "TMPDIR": str(self.folder / "temporary"), **(plan or {})}
         variables.pop("DISPLAY", None)
-        output = output or open(self.place / "output", "wb")
         return subprocess.Popen([self.programs / command[0], *command[1:]], cwd=self.folder,
-                                env=variables, stdin=subprocess.DEVNULL, stdout=output,
-                                stderr=subprocess.STDOUT, preexec_fn=limit_memory)
+                                env=variables, stdin=subprocess.DEVNULL, stderr=subprocess.STDOUT,
+                                stdout=output or open(self.place / "output", "wb"), preexec_fn=limit_memory)
 
     def run(self, command, plan=None):
         """Its status, and all that it has said."""
