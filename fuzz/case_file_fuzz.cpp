@@ -2,6 +2,7 @@
 // another number of processors and another control for its producers, and stays one.
 // Reads: companions/fieldrun/case/case_reader.cpp companions/fieldrun/case/case_check.cpp
 // Reads: companions/fieldrun/case/case_writer.cpp companions/described_toml/described_table.cpp
+// Beyond: ReadCase(
 
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/case/case_writer.h"

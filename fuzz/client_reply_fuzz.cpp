@@ -3,6 +3,8 @@
 // Reads: src/client/intersect_client.cpp src/client/intersect_client_queries.cpp
 // Reads: src/client/simulator_wells.cpp src/client/simulator_model.cpp src/client/inflow_sweep.cpp
 // Reads: src/client/message_stream.cpp
+// Beyond: position_name ::continue_simulation ::shutdown( ::SendRunControl( ConnectToModel
+// Beyond: AdvanceToFirstTimestep LastDate HasEnded RequirePosition
 
 #include <array>
 #include <string>

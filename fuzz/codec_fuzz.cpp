@@ -4,11 +4,11 @@
 // Reads: src/client/message_stream.cpp
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 
 #include "client/message_stream.h"
 #include "support/memory_connection.h"
+#include "support/wire_entries.h"
 #include "target.h"
 
 namespace {
@@ -54,18 +54,12 @@ std::string ReadAndWrite(const std::string& frame) {
   return out.outgoing;
 }
 
-std::string WholeFrame(const std::string& payload) {
-  const uint64_t size = payload.size();
-  const std::string word(reinterpret_cast<const char*>(&size), sizeof size);
-  return word + word + payload;
-}
-
 void Check(const std::string& input) {
   const bool isFrame = input.starts_with('F');
   const std::string bytes = input.substr(std::min<size_t>(1, input.size()));
-  const std::string written = ReadAndWrite(isFrame ? bytes : WholeFrame(bytes));
-  // Up to one chunk, what goes out is what came in.
-  if (!isFrame && bytes.size() <= 65536) gantry::fuzz::Require(written == WholeFrame(bytes));
+  const std::string frame = isFrame ? bytes : gantry::test::FrameOf(bytes);
+  const std::string written = ReadAndWrite(frame);
+  gantry::fuzz::Require(isFrame || written == frame);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // A list of exported variables of either version. What was read is written and read again as the
 // same, and every handle leads into it or nowhere.
 // Reads: src/wells/exported_variables.cpp
+// Beyond: ElementItem ReadValues EvaluationFailed ::Evaluate( ::Assign( ::FindByLabel( ::Remove(
+// Beyond: ::FindWellParent(
 
 #include "settings/case_archive.h"
 #include "target.h"

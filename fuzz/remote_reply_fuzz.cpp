@@ -3,6 +3,9 @@
 // or a result is a fault.
 // Reads: src/remote/remote_connector.cpp src/remote/remote_connector_wells.cpp
 // Reads: src/remote/message_reader.cpp src/remote/remote_message.cpp
+// Beyond: ::RunUntil( ::SetWellStatus( ::SetWellUptime( ::SetWellConstraints(
+// Beyond: ::SetWellInjectionComposition( PutDoubles PutTextRows PutDoubleRows
+// Beyond: ::GetConnectorVersionName(
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,6 @@
 // A run script of any content is read, or refused with the line at fault.
 // Reads: companions/fieldrun/verbs/run_script.cpp src/text/command_arguments.cpp
+// Beyond: ::RunStep(
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 // A deck of any content: it is read, or refused with its place and reason. A deck that is read is
 // started and stepped once, which must leave finite pressures.
 // Reads: companions/tanksim/deck_reader.cpp companions/described_toml/described_table.cpp
+// Beyond: ReadDeck(
 
 #include <cmath>
 #include <cstdint>

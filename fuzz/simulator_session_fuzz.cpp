@@ -4,41 +4,23 @@
 // Reads: companions/simulator_side/session_queries.cpp
 // Reads: companions/simulator_side/session_setters.cpp
 
-#include <cstdint>
 #include <string>
 
-#include "client/message_stream.h"
 #include "simulator_side/controller_session.h"
 #include "support/memory_connection.h"
+#include "support/wire_entries.h"
 #include "tanksim/deck_reader.h"
 #include "tanksim/tank_simulator.h"
 #include "target.h"
 
 using namespace gantry::simulator;
-using gantry::test::MemoryConnection;
-
-namespace {
-
-std::string SetUp() {
-  MemoryConnection connection;
-  gantry::MessageStream(connection)
-      .CreateOutgoingMessage()
-      .AppendMarker("SETUP")
-      .AppendString("VERSION", "V2")
-      .AppendMarker("END")
-      .Send();
-  return connection.outgoing;
-}
-
-std::string Word(uint64_t value) { return {reinterpret_cast<const char*>(&value), sizeof value}; }
-
-}  // namespace
+using namespace gantry::test;
 
 FUZZ_TARGET(simulator_session) {
   static const Deck deck = ReadDeck(GANTRY_SAMPLE_DECK);
   TankSimulator simulator(deck);
-  const std::string size = Word(input.size());
-  MemoryConnection connection(SetUp() + size + size + std::string(input));
+  MemoryConnection connection(Frame({"SETUP", {"VERSION", Texts{"V2"}}, "END"}) +
+                              FrameOf(std::string(input)));
   try {
     ControllerSession(simulator, connection).Run();
   } catch (const std::exception&) {
