@@ -92,11 +92,24 @@ void FlowSimulator::GoOn(const FlowMoment& moment) {
   stops_ = moment.stops;
   runs_ = moment.runs + 1;
   isResumed_ = true;
+  const double days = stops_.back().days;
+  if (!HasWayTo(stops_.back())) stops_.pop_back();
+  if (stops_.empty() || !HasWayTo(stops_.back())) {
+    throw ResumeRefused("flow's restart files don't lead there");
+  }
   const std::optional<RestartPoint> way = stops_.back().way;
   stops_.pop_back();
-  if (way) ResultFile(folder_.Path() / (way->caseName + ".UNRST")).CutToWhole();
   BeginRun({way, {}});
   TakeStop("");
+  RunOn(days);
+}
+
+/// flow writes a stop down only as it goes on from there: not if it was killed at the stop.
+bool FlowSimulator::HasWayTo(const PastStop& stop) const {
+  if (!stop.way) return true;
+  ResultFile file(folder_.Path() / (stop.way->caseName + ".UNRST"));
+  file.CutToWhole();
+  return file.HasReport(stop.way->report);
 }
 
 void FlowSimulator::KeepState(double days) {
@@ -318,6 +331,12 @@ void FlowSimulator::ContinueUntil(double days) {
   const double target = TargetOf(days);
   if (target < Stop().days - kSameTimeDays) GoBackTo(target);
   TellOverrides();
+  RunOn(target);
+  KeepState(days);
+}
+
+/// To the stop at `target` under what the host has decided; nowhere where the run stands there.
+void FlowSimulator::RunOn(double target) {
   NoteWhoWantsMost();
   while (!Stop().isLast && Stop().days < target - kSameTimeDays) {
     const double before = Stop().days;
@@ -327,7 +346,6 @@ void FlowSimulator::ContinueUntil(double days) {
     TakeStop(KeywordsOf(controls));
     if (Stop().days < target - kSameTimeDays) ReleaseChanged(before);
   }
-  KeepState(days);
 }
 
 void FlowSimulator::RunUnder(const Question& limits) {

@@ -64,6 +64,8 @@ class FlowSimulator : public simulator::ControlledSimulator {
   FlowSimulator(LinkSettings settings, const std::string& caseName, WorkFolder folder,
                 const std::string& firstRun);
   void GoOn(const FlowMoment& moment);
+  bool HasWayTo(const PastStop& stop) const;
+  void RunOn(double target);
   void KeepState(double days);
   /// The day of the stop, reached or not, that a run until that day is meant for.
   double TargetOf(double days) const;

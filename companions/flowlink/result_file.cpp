@@ -28,6 +28,35 @@ uint32_t LengthOf(std::string_view type) {
   return length;
 }
 
+struct Array {
+  char name[8];
+  uint32_t first = 0;  ///< its first four bytes as a number
+};
+
+/// Steps over an array. False where it isn't whole.
+bool ReadArray(std::istream& file, Array& array) {
+  if (ReadNumber(file) != kHeaderLength) return false;
+  file.read(array.name, sizeof array.name);
+  const uint64_t count = ReadNumber(file);
+  char type[4];
+  file.read(type, sizeof type);
+  if (ReadNumber(file) != kHeaderLength || !file) return false;
+  const uint64_t size = count * LengthOf({type, sizeof type});
+  for (uint64_t left = size; left > 0;) {
+    const uint32_t length = ReadNumber(file);
+    const auto begin = file.tellg();
+    if (left == size) array.first = ReadNumber(file);
+    file.seekg(begin + static_cast<std::streamoff>(length));
+    if (ReadNumber(file) != length || !file || length == 0 || length > left) return false;
+    left -= length;
+  }
+  return true;
+}
+
+bool IsNamed(const Array& array, std::string_view name) {
+  return std::string_view(array.name, sizeof array.name).starts_with(name);
+}
+
 }  // namespace
 
 bool ResultFile::IsWhole() {
@@ -36,8 +65,9 @@ bool ResultFile::IsWhole() {
   const int64_t end = file.tellg();
   if (end < checked_) checked_ = 0;
   file.seekg(checked_);
+  Array array;
   while (checked_ < end) {
-    if (!SkipArray(file) || file.tellg() > end) return false;
+    if (!ReadArray(file, array) || file.tellg() > end) return false;
     checked_ = file.tellg();
   }
   return true;
@@ -48,22 +78,14 @@ void ResultFile::CutToWhole() {
   if (!IsWhole()) std::filesystem::resize_file(path_, static_cast<uint64_t>(checked_), ignored);
 }
 
-bool ResultFile::SkipArray(std::istream& file) {
-  if (ReadNumber(file) != kHeaderLength) return false;
-  char name[8];
-  file.read(name, sizeof name);
-  const uint64_t count = ReadNumber(file);
-  char type[4];
-  file.read(type, sizeof type);
-  if (ReadNumber(file) != kHeaderLength || !file) return false;
-  uint64_t left = count * LengthOf({type, sizeof type});
-  while (left > 0) {
-    const uint32_t length = ReadNumber(file);
-    file.seekg(length, std::ios::cur);
-    if (ReadNumber(file) != length || !file || length == 0 || length > left) return false;
-    left -= length;
+bool ResultFile::HasReport(int report) const {
+  std::ifstream file(path_, std::ios::binary);
+  bool isWithin = false;
+  for (Array array; ReadArray(file, array);) {
+    if (IsNamed(array, "SEQNUM ")) isWithin = array.first == static_cast<uint32_t>(report);
+    if (isWithin && IsNamed(array, "ENDSOL ")) return true;
   }
-  return true;
+  return false;
 }
 
 }  // namespace gantry::flowlink

@@ -18,10 +18,10 @@ class ResultFile {
   bool IsWhole();
   /// Cuts off what a writer that was killed has only begun.
   void CutToWhole();
+  /// Whether a restart file has the state at the end of this report step, to its end.
+  bool HasReport(int report) const;
 
  private:
-  bool SkipArray(std::istream& file);
-
   std::filesystem::path path_;
   int64_t checked_ = 0;  ///< bytes
 };
