@@ -31,9 +31,11 @@ constexpr UINT kAct = WM_APP + 2;
 constexpr UINT kEnd = WM_APP + 3;
 constexpr UINT_PTR kTimer = 1;
 
-[[noreturn]] void GiveUp(const char* reason) {
+constexpr int kNoDesktop = 2;  // as run-on-desktop knows it
+
+[[noreturn]] void GiveUp(const char* reason, int status = EXIT_FAILURE) {
   std::fprintf(stderr, "%s\n", reason);
-  std::_Exit(EXIT_FAILURE);
+  std::_Exit(status);
 }
 
 void Await(HANDLE event) {
@@ -187,7 +189,7 @@ class WinDesk : public Desk {
   void BeHost(platform::DialogHandler& dialog) {
     host_ = ::CreateWindowExA(0, "Static", "Host", WS_POPUP | WS_VISIBLE, 300, 200, 100, 100,
                               nullptr, nullptr, nullptr, nullptr);
-    if (host_ == nullptr) GiveUp("the display shows no windows");
+    if (host_ == nullptr) GiveUp("the display shows no windows", kNoDesktop);
     ::SetForegroundWindow(host_);
     errands_ =
         ::CreateWindowExA(0, "Static", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
