@@ -9,15 +9,10 @@
 #include "target.h"
 
 using namespace gantry::fieldrun;
-using gantry::fuzz::Folder;
 using gantry::fuzz::Require;
+using gantry::fuzz::TheFolder;
 
 namespace {
-
-const Folder& TheFolder() {
-  static const Folder folder;
-  return folder;
-}
 
 CheckedCase Check(std::string_view text) {
   return ReadAndCheckCase(TheFolder().Write("case.toml", text));

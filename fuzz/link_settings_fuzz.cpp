@@ -9,8 +9,7 @@ using namespace gantry::flowlink;
 using gantry::fuzz::Require;
 
 FUZZ_TARGET(link_settings) {
-  static const gantry::fuzz::Folder folder;
-  const std::string file = folder.Write("CASE.afi", input);
+  const std::string file = gantry::fuzz::TheFolder().Write("CASE.afi", input);
   try {
     const LinkSettings settings = ReadLinkSettings(file);
     Require(settings.secondsForQuestion >= 1 && settings.grid.days >= 0.0);

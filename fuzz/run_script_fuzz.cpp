@@ -11,8 +11,7 @@ using namespace gantry::fieldrun;
 using gantry::fuzz::Require;
 
 FUZZ_TARGET(run_script) {
-  static const gantry::fuzz::Folder folder;
-  const std::string file = folder.Write("script", input);
+  const std::string file = gantry::fuzz::TheFolder().Write("script", input);
   try {
     RunScript::Read(file);
   } catch (const CaseError& error) {

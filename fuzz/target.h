@@ -84,4 +84,10 @@ class Folder {
   std::filesystem::path path_;
 };
 
+/// That of this process.
+inline const Folder& TheFolder() {
+  static const Folder folder;
+  return folder;
+}
+
 }  // namespace gantry::fuzz

@@ -10,15 +10,10 @@
 #include "target.h"
 
 using namespace gantry::fieldrun;
-using gantry::fuzz::Folder;
 using gantry::fuzz::Require;
+using gantry::fuzz::TheFolder;
 
 namespace {
-
-const Folder& TheFolder() {
-  static const Folder folder;
-  return folder;
-}
 
 bool AreFinite(const std::vector<double>& values) {
   return std::ranges::all_of(values, [](double value) { return std::isfinite(value); });
