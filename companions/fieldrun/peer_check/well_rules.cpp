@@ -277,9 +277,8 @@ Rules WellRules() {
       {"well numbers",
        "QUERY QWELLS with four rates, GAS_INJECTION_RATE, UPTIME_FRACTION and two "
        "pressures of all wells by their names",
-       "the same items and wells in the same order, a finite value for each item, a fraction from "
-       "0 "
-       "to 1",
+       "the same items and wells in the same order, a finite value for each item, a "
+       "fraction from 0 to 1",
        "the driver ends the run at any other order; a value that is no number spoils the network",
        "queries",
        kBeginNewton,

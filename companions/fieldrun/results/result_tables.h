@@ -10,10 +10,9 @@
 namespace gantry::fieldrun {
 
 /// The tables wells.csv, inflow.csv, events.csv, field.csv and profile.csv in a folder that exists,
-/// in the units of the case. They begin with the run, or go on
-/// behind the steps that are done, and grow with each step; field.csv has a
-/// step's row when the wells, their inflow and events have theirs. Every row ends with the run's
-/// id. docs/fieldrun.md tells the columns.
+/// in the units of the case. They begin with the run, or go on behind the steps that are done, and
+/// grow with each step; field.csv has a step's row when the wells, their inflow and events have
+/// theirs. Every row ends with the run's id. docs/fieldrun.md tells the columns.
 class ResultTables : public RunListener {
  public:
   ResultTables(const std::string& folder, UnitSystem units);
