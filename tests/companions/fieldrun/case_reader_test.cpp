@@ -1,11 +1,11 @@
 #include "fieldrun/case/case_reader.h"
 
 #include <map>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "support/play.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
@@ -57,11 +57,10 @@ TEST_F(CaseReader, TakesNumbersInTheirUnitsAndPathsFromTheFolderOfTheCase) {
   EXPECT_EQ(model.general.title, "case");
 }
 
-/// The text of each, and how each line of the complaint begins.
-std::vector<std::pair<std::string, std::vector<std::string>>> RefusedCases() {
+TEST_F(CaseReader, RefusesWhatCantRunWithEveryLineAtFault) {
   const std::string start = std::string(kSimulator) + kTime;
   const std::map<std::string, std::string> starts = {
-      {"", ""},
+      {"nothing", ""},
       {"simulator", kSimulator},
       {"start", start},
       {"producer", start + "[[well]]\nname = 'P'\nkind = 'producer'\n"},
@@ -69,32 +68,21 @@ std::vector<std::pair<std::string, std::vector<std::string>>> RefusedCases() {
       {"events", start + "[[well]]\nname = 'P'\nkind = 'producer'\n"
                          "[[well]]\nname = 'I'\nkind = 'gas_injector'\ngas_rate = 1\n"
                          "[[well]]\nname = 'L'\nkind = 'producer'\nconnected = false\n"
-                         "[[group]]\nname = 'plant'\n"}};
-  decltype(RefusedCases()) cases = {
-      {"\xFF\xFE[", {":1: the file is in UTF-16; save it in UTF-8"}},
-      {{"[\0c\0", 4}, {":1: the file is in UTF-16; save it in UTF-8"}},
-      {std::string("\xEF\xBB\xBF") + kSimulator + "[time]\nsteps = 99999\n", {":4: warning: "}},
-      {"simulator.deck = '" + std::string(5000, 'x') + "'\n" + kTime, {":1: no such dataset"}}};
-  std::istringstream lines(test::TestFolder::Read(FIELDRUN_REFUSED_CASES));
-  for (std::string line; std::getline(lines, line);) {
-    auto& [text, complaints] = cases.back();
-    if (line.starts_with("-> "))
-      complaints.push_back(line.substr(3));
-    else if (line.starts_with("=="))
-      cases.push_back({starts.at(line.substr(2)), {}});
-    else if (complaints.empty())
-      text += line + "\n";
-  }
-  return cases;
-}
-
-TEST_F(CaseReader, RefusesWhatCantRunWithEveryLineAtFault) {
-  for (const auto& [text, complaints] : RefusedCases()) {
-    const std::string said = Complaint(text);
-    size_t line = 0;
-    for (const std::string& complaint : complaints) {
-      EXPECT_EQ(said.substr(line, complaint.size()), complaint) << text;
-      line = said.find('\n', line) + 1;
+                         "[[group]]\nname = 'plant'\n"},
+      {"UTF-16", "\xFF\xFE["},
+      {"UTF-16 without a mark", {"[\0c\0", 4}},
+      {"UTF-8 with a mark", std::string("\xEF\xBB\xBF") + kSimulator},
+      {"long name", "simulator.deck = '" + std::string(5000, 'x') + "'\n"}};
+  for (const test::Scene& scene : test::ScenesOf(FIELDRUN_REFUSED_CASES)) {
+    std::string text = starts.at(scene.name);
+    for (const std::string& line : scene.lines) {
+      if (!line.starts_with("-> ")) text += line + "\n";
+    }
+    std::string said = Complaint(text);
+    for (const std::string& line : scene.lines) {
+      if (!line.starts_with("-> ")) continue;
+      EXPECT_TRUE(said.starts_with(line.substr(3))) << text << line << "\nsaid: " << said;
+      said.erase(0, said.find('\n') + 1);
     }
   }
 }

@@ -10,6 +10,7 @@
 
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/run/field_state.h"
+#include "support/play.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
@@ -115,36 +116,21 @@ class NetworkCase {
 };
 
 TEST(Network, ComesToStandAsItIsWrittenDown) {
-  std::istringstream lines(test::TestFolder::Read(FIELDRUN_NETWORK_CASES));
-  std::string name, toml, expected, found;
-  std::optional<NetworkCase> network;
-  const auto finish = [&] {
-    EXPECT_EQ(found, expected) << name;
-    found = expected = "";
-  };
-  for (std::string line; std::getline(lines, line);) {
-    const std::string rest = line.substr(std::min(line.size(), line.find(' ') + 1));
-    if (line.starts_with("== ")) {
-      finish();
-      name = rest;
-      toml.clear();
-      network.reset();
-    } else if (line.starts_with("| ")) {
-      if (!network) network.emplace(toml);
-      network->ReadInflow(std::istringstream(rest));
-    } else if (line.starts_with("@ ")) {
-      finish();
-      name = name.substr(0, name.find('@')) + line;
-      found = network->Step(DateOf(rest));
-    } else if (line.starts_with("lost ")) {
-      network->Lose(rest);
-    } else if (line.starts_with("-> ")) {
-      expected += line + "\n";
-    } else if (!name.empty()) {
-      toml += line + "\n";
+  for (const test::Scene& scene : test::ScenesOf(FIELDRUN_NETWORK_CASES)) {
+    std::string toml, expected, found;
+    std::optional<NetworkCase> network;
+    for (const std::string& line : scene.lines) {
+      const std::string rest = line.substr(std::min(line.size(), line.find(' ') + 1));
+      const bool isInflow = line.starts_with("| "), isStep = line.starts_with("@ ");
+      if (isInflow && !network) network.emplace(toml);
+      if (isInflow) network->ReadInflow(std::istringstream(rest));
+      if (isStep) found += line + "\n" + network->Step(DateOf(rest));
+      if (isStep || line.starts_with("-> ")) expected += line + "\n";
+      if (line.starts_with("lost ")) network->Lose(rest);
+      if (!network) toml += line + "\n";
     }
+    EXPECT_EQ(found, expected) << scene.name;
   }
-  finish();
 }
 
 }  // namespace

@@ -1,51 +1,33 @@
 #include "fieldrun/run/schedule.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gtest/gtest.h>
 
 #include "fieldrun/case/case_reader.h"
+#include "support/cases.h"
 #include "support/test_folder.h"
 
 namespace gantry::fieldrun {
 namespace {
 
-using Lengths = std::vector<double>;
-
-/// The steps of a case with these keys of [time], and whatever follows them.
-Schedule Plan(const std::string& time, const Date& start) {
+test::Columns Plan(const test::Columns& given) {
   const test::TestFolder folder;
   folder.Write("A.afi", "");
-  const auto file = folder.Write("case.toml", "simulator.deck = 'A.afi'\n[time]\n" + time);
-  return PlanSteps(ReadCase(file.string()), start);
+  const auto file = folder.Write(
+      "case.toml", "simulator.deck = 'A.afi'\ntime = {" + given[1] + "}\n" + given[2] + "\n");
+  try {
+    const Schedule schedule = PlanSteps(ReadCase(file.string()), DateOf(given[0]));
+    return {fmt::format("{:.10g}", fmt::join(schedule.lengths, " ")),
+            ToText(schedule.DateBefore(schedule.lengths.size() - 1))};
+  } catch (const CaseError& error) {
+    return {error.Findings[0].In("")};
+  }
 }
 
 TEST(Schedule, FollowsTheCalendarToTheEndOfTheRunAndToTheDaysOfEvents) {
-  const Date newYear{2015, 1, 1};
-  const auto event = [](const std::string& date) {
-    return "\n[[event]]\ndate = " + date + "\naction = 'open'";
-  };
-  const std::string inside = "\n[[event]]\nwhen = 'field total_oil > 1'\naction = 'open'" +
-                             event("2015-02-01") + event("2015-02-11") + event("2015-01-01");
-  const struct {
-    Date start;
-    std::string time;
-    Lengths lengths;
-  } kCases[] = {{{2015, 12, 31}, "steps = 4", {31, 29, 31, 30}},  // 2016 is a leap year
-                {newYear, "duration = 75.5\nstep = 30", {30, 30, 15.5}},
-                {newYear, "duration = 1\nstep = 0.1", Lengths(10, 0.1)},  // which is no binary
-                {newYear, "end = 2015-03-06\nstep = 30", {30, 30, 4}},
-                {newYear, "steps = 2" + inside + event("2015-01-11"), {10, 21, 10, 18}}};
-  for (const auto& [start, time, lengths] : kCases) {
-    const Schedule schedule = Plan(time, start);
-    ASSERT_EQ(schedule.lengths.size(), lengths.size()) << time;
-    for (size_t i = 0; i < lengths.size(); ++i) EXPECT_NEAR(schedule.lengths[i], lengths[i], 1e-9);
-  }
-  EXPECT_EQ(ToText(Plan("steps = 4", {2015, 12, 31}).DateBefore(2)), "2016-02-29");
-  EXPECT_EQ(toml_reader::DayNumber(newYear), 42004) << "as the module counts";
-  for (const std::string& time :
-       {std::string("end = 2015-01-01"), std::string("end = 9999-01-01\nstep = 0.001"),
-        "steps = 2" + event("2014-12-31"), "steps = 2" + event("2015-03-01")}) {
-    EXPECT_THROW(Plan(time, newYear), CaseError) << time;
-  }
+  test::ExpectCases(FIELDRUN_SCHEDULE_CASES, {{"plan", Plan}});
+  EXPECT_EQ(toml_reader::DayNumber({2015, 1, 1}), 42004) << "as the module counts";
 }
 
 }  // namespace

@@ -137,19 +137,5 @@ TEST_F(Vfp, TellsTheLineOfWhatIsBroken) {
   EXPECT_EQ(Complaint(two, 8), ":1: there is no lift table 8 (VFPPROD or VFPINJ)");
 }
 
-TEST_F(Vfp, EndsNoProgramWhateverStandsInTheFile) {
-  const std::string good = Producer("LIQ WCT GOR", "METRIC");
-  std::mt19937 random(5);
-  for (int i = 0; i < 300; ++i) {
-    std::string text = good.substr(0, i % 5 == 0 ? random() % good.size() : good.size());
-    for (size_t n = random() % 4; n > 0 && !text.empty(); --n) {
-      text[random() % text.size()] =
-          "0 /*'-\n\xFF"
-          "9e"[random() % 10];
-    }
-    Complaint(text);
-  }
-}
-
 }  // namespace
 }  // namespace gantry::fieldrun

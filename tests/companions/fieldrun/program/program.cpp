@@ -9,11 +9,13 @@
 #include "platform/dynamic_library.h"
 #include "run_program.h"
 #include "support/free_ports.h"
+#include "support/play.h"
 
 namespace gantry::fieldrun::test {
 namespace {
 
 namespace fs = std::filesystem;
+using gantry::test::Split;
 
 /// Where something of the build stands, or of a package of it that a variable names.
 std::string Place(const char* variable, const char* built) {
@@ -29,17 +31,6 @@ std::string ReadOutput(const fs::path& file) {
 }
 
 }  // namespace
-
-std::vector<std::string> Split(const std::string& text, const std::string& separator) {
-  std::vector<std::string> parts;
-  size_t begin = 0;
-  for (size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;) {
-    parts.push_back(text.substr(begin, end - begin));
-    begin = end + separator.size();
-  }
-  parts.push_back(text.substr(begin));
-  return parts;
-}
 
 std::string ProgramOf(const std::string& name) {
   if (name == "fieldrun") return Place("GANTRY_FIELDRUN", FIELDRUN);

@@ -15,9 +15,6 @@ struct Outcome {
   std::string err;
 };
 
-/// The parts of a text between separators.
-std::vector<std::string> Split(const std::string& text, const std::string& separator);
-
 /// The path of a program of this project, else the name as it stands.
 std::string ProgramOf(const std::string& name);
 

@@ -8,11 +8,13 @@
 
 #include "run_program.h"
 #include "support/free_ports.h"
+#include "support/play.h"
 
 namespace gantry::fieldrun::test {
 namespace {
 
 namespace fs = std::filesystem;
+using gantry::test::Split;
 
 fs::path PathOf(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
