@@ -19,18 +19,19 @@ double Deviation(const PhaseResult& phase, double pressure, double temperature) 
   return pressure * phase.molarVolume / (kGasConstant * (temperature + kFahrenheitToRankine));
 }
 
-class Equation : public testing::TestWithParam<const char*> {};
+class Equation : public testing::TestWithParam<const char*> {
+ protected:
+  const EquationOfState eos{MethanePropaneDecane(GetParam())};
+};
 
 TEST_P(Equation, GivesPropaneItsVapourPressureAtHundredDegrees) {
   // 188.7 psia (Gas Processors Suppliers Association, Engineering Data Book, section 23).
-  const EquationOfState eos(MethanePropaneDecane(GetParam()));
   const std::vector<double> propane = {0.0, 1.0, 0.0};
   EXPECT_GT(eos.Flash(propane, 183.0, 100.0).vapour.moleShare, 0.999);
   EXPECT_GT(eos.Flash(propane, 194.0, 100.0).liquid.moleShare, 0.999);
 }
 
 TEST_P(Equation, GivesMethaneNearlyIdealAtLowPressureAndDenserAbove) {
-  const EquationOfState eos(MethanePropaneDecane(GetParam()));
   const std::vector<double> methane = {1.0, 0.0, 0.0};
   EXPECT_NEAR(Deviation(eos.Flash(methane, 14.7, 60.0).vapour, 14.7, 60.0), 1.0, 0.003);
   // 0.90 by the chart of Standing and Katz at 1000 psia and 100 F.
@@ -38,7 +39,6 @@ TEST_P(Equation, GivesMethaneNearlyIdealAtLowPressureAndDenserAbove) {
 }
 
 TEST_P(Equation, SplitsAMixtureWithoutLosingAnything) {
-  const EquationOfState eos(MethanePropaneDecane(GetParam()));
   const std::vector<double> mixture = {0.5, 0.2, 0.3};
   const FlashResult flash = eos.Flash(mixture, 800.0, 150.0);
   ASSERT_GT(flash.liquid.moleShare, 0.0);
@@ -55,13 +55,8 @@ TEST_P(Equation, SplitsAMixtureWithoutLosingAnything) {
   EXPECT_LT(ratio(1), ratio(0));
   EXPECT_LT(ratio(2), 0.05);
   EXPECT_GT(flash.vapour.molarVolume, 2.0 * flash.liquid.molarVolume);
-}
-
-TEST_P(Equation, PutsAPhaseOfASplitOnItsOwnBackIntoOnePhase) {
-  const EquationOfState eos(MethanePropaneDecane(GetParam()));
-  const FlashResult flash = eos.Flash({0.5, 0.2, 0.3}, 800.0, 150.0);
   const FlashResult gas = eos.Flash(flash.vapour.fractions, 800.0 * 0.98, 150.0);
-  EXPECT_NEAR(gas.vapour.moleShare, 1.0, 0.01);
+  EXPECT_NEAR(gas.vapour.moleShare, 1.0, 0.01) << "a phase on its own is one phase";
   const FlashResult oil = eos.Flash(flash.liquid.fractions, 800.0 * 1.02, 150.0);
   EXPECT_NEAR(oil.liquid.moleShare, 1.0, 0.01);
 }

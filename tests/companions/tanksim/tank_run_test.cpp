@@ -25,6 +25,16 @@ Deck DepletionDeck(const std::string& tank = "") {
   return deck;
 }
 
+TEST(Deck, GivesAKeyThatIsLeftOutItsUsualMeaning) {
+  EXPECT_TRUE(SampleDeck().tanks[0].initial.gasRedissolves);
+  std::string text = gantry::test::TestFolder::Read(GANTRY_EXAMPLES "/gas_cycling/GAS_CYCLING.afi");
+  text += "[[well]]\nname = 'NEW'\ntank = '" + ReadDeckText(text, "").tanks[0].name +
+          "'\ntype = 'gas_injector'\ninjectivity_index = 1.0\n"
+          "maximum_bottom_hole_pressure = 9000.0\n";
+  EXPECT_EQ(ReadDeckText(text, "").wells.back().injectedComposition,
+            (std::vector<double>{1.0, 0.0, 0.0, 0.0, 0.0, 0.0}));
+}
+
 TEST(MaterialBalance, ClosesForOilGasAndWater) {
   const Deck deck = SampleDeck();
   TankRun run(deck);
