@@ -10,22 +10,16 @@ namespace {
 
 using platform::DynamicLibrary;
 
-template <class Function>
-bool Bind(const DynamicLibrary& library, Function*& function, const char* name) {
-  function = reinterpret_cast<Function*>(library.Symbol(name));
-  return function != nullptr;
-}
-
 /// False when an operation is missing.
 bool BindAll(const DynamicLibrary& library, InflowFunctions& to) {
-  return Bind(library, to.CreateIPRModel, "CreateIPRModel") &&
-         Bind(library, to.DestroyIPRModel, "DestroyIPRModel") &&
-         Bind(library, to.SetIPRCallbacks, "SetIPRCallbacks") &&
-         Bind(library, to.StartIPRAddWell, "StartIPRAddWell") &&
-         Bind(library, to.AddIPRWell, "AddIPRWell") &&
-         Bind(library, to.EndIPRAddWell, "EndIPRAddWell") &&
-         Bind(library, to.TransformIPR, "TransformIPR") && Bind(library, to.SetupIPR, "SetupIPR") &&
-         Bind(library, to.SaveIPR, "SaveIPR") && Bind(library, to.LoadIPR, "LoadIPR");
+  return library.Bind(to.CreateIPRModel, "CreateIPRModel") &&
+         library.Bind(to.DestroyIPRModel, "DestroyIPRModel") &&
+         library.Bind(to.SetIPRCallbacks, "SetIPRCallbacks") &&
+         library.Bind(to.StartIPRAddWell, "StartIPRAddWell") &&
+         library.Bind(to.AddIPRWell, "AddIPRWell") &&
+         library.Bind(to.EndIPRAddWell, "EndIPRAddWell") &&
+         library.Bind(to.TransformIPR, "TransformIPR") && library.Bind(to.SetupIPR, "SetupIPR") &&
+         library.Bind(to.SaveIPR, "SaveIPR") && library.Bind(to.LoadIPR, "LoadIPR");
 }
 
 /// The first library that has every operation, with its functions; else null.

@@ -10,10 +10,20 @@ namespace gantry::platform {
 /// A dynamic library, held open for the life of the object.
 class DynamicLibrary {
  public:
-  virtual ~DynamicLibrary() = default;
+  /// Takes over what the system has opened.
+  explicit DynamicLibrary(void* handle) : handle_(handle) {}
+  ~DynamicLibrary();
+  DynamicLibrary(const DynamicLibrary&) = delete;
+  DynamicLibrary& operator=(const DynamicLibrary&) = delete;
 
   /// The address of a symbol, null when the library has none of that name.
-  virtual void* Symbol(const char* name) const = 0;
+  void* Symbol(const char* name) const;
+  /// The same as a function; false when there is none.
+  template <class Function>
+  bool Bind(Function*& function, const char* name) const {
+    function = reinterpret_cast<Function*>(Symbol(name));
+    return function != nullptr;
+  }
 
   /// Opens the library at `path`. Without a directory it is looked for by the loader's own rules on
   /// POSIX, and in the current folder alone on Windows. Null, with the system's reason in `error`
@@ -22,6 +32,9 @@ class DynamicLibrary {
                                               std::string* error = nullptr);
   static std::unique_ptr<DynamicLibrary> OpenAt(const std::filesystem::path& path,
                                                 std::string* error = nullptr);
+
+ private:
+  void* handle_;
 };
 
 /// The folder that holds the binary into which this code is linked, with its closing separator;

@@ -10,19 +10,6 @@ namespace gantry::platform {
 
 namespace {
 
-class PosixLibrary : public DynamicLibrary {
- public:
-  explicit PosixLibrary(void* handle) : handle_(handle) {}
-  ~PosixLibrary() override { ::dlclose(handle_); }
-  PosixLibrary(const PosixLibrary&) = delete;
-  PosixLibrary& operator=(const PosixLibrary&) = delete;
-
-  void* Symbol(const char* name) const override { return ::dlsym(handle_, name); }
-
- private:
-  void* handle_;
-};
-
 std::string FindModuleFolder() {
   Dl_info info{};
   std::error_code error;
@@ -42,6 +29,10 @@ std::string FindModuleFolder() {
 
 }  // namespace
 
+DynamicLibrary::~DynamicLibrary() { ::dlclose(handle_); }
+
+void* DynamicLibrary::Symbol(const char* name) const { return ::dlsym(handle_, name); }
+
 std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, std::string* error) {
   return OpenAt(path, error);
 }
@@ -49,7 +40,7 @@ std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, st
 std::unique_ptr<DynamicLibrary> DynamicLibrary::OpenAt(const std::filesystem::path& path,
                                                        std::string* error) {
   void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (handle != nullptr) return std::make_unique<PosixLibrary>(handle);
+  if (handle != nullptr) return std::make_unique<DynamicLibrary>(handle);
   if (error != nullptr) {
     const char* reason = ::dlerror();
     *error = reason != nullptr ? reason : "";

@@ -45,20 +45,13 @@ struct Xcb {
   xcb_screen_iterator_t (*setup_roots_iterator)(const xcb_setup_t*) = nullptr;
 
   bool Load() {
-    return library != nullptr && Find(connect, "xcb_connect") &&
-           Find(connection_has_error, "xcb_connection_has_error") &&
-           Find(disconnect, "xcb_disconnect") &&
-           Find(get_window_attributes, "xcb_get_window_attributes") &&
-           Find(get_window_attributes_reply, "xcb_get_window_attributes_reply") &&
-           Find(get_setup, "xcb_get_setup") &&
-           Find(setup_roots_iterator, "xcb_setup_roots_iterator");
-  }
-
- private:
-  template <class Function>
-  bool Find(Function& function, const char* name) const {
-    function = reinterpret_cast<Function>(library->Symbol(name));
-    return function != nullptr;
+    return library != nullptr && library->Bind(connect, "xcb_connect") &&
+           library->Bind(connection_has_error, "xcb_connection_has_error") &&
+           library->Bind(disconnect, "xcb_disconnect") &&
+           library->Bind(get_window_attributes, "xcb_get_window_attributes") &&
+           library->Bind(get_window_attributes_reply, "xcb_get_window_attributes_reply") &&
+           library->Bind(get_setup, "xcb_get_setup") &&
+           library->Bind(setup_roots_iterator, "xcb_setup_roots_iterator");
   }
 };
 

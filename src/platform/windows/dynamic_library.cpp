@@ -7,19 +7,6 @@ namespace gantry::platform {
 
 namespace {
 
-class WindowsLibrary : public DynamicLibrary {
- public:
-  explicit WindowsLibrary(HMODULE module) : module_(module) {}
-  ~WindowsLibrary() override { FreeLibrary(module_); }
-
-  void* Symbol(const char* name) const override {
-    return reinterpret_cast<void*>(GetProcAddress(module_, name));
-  }
-
- private:
-  HMODULE module_;
-};
-
 std::string SystemMessage(DWORD error) {
   char text[512];
   const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
@@ -47,6 +34,12 @@ std::filesystem::path SystemFolder() {
 
 }  // namespace
 
+DynamicLibrary::~DynamicLibrary() { FreeLibrary(static_cast<HMODULE>(handle_)); }
+
+void* DynamicLibrary::Symbol(const char* name) const {
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name));
+}
+
 std::unique_ptr<DynamicLibrary> DynamicLibrary::Open(const std::string& path, std::string* error) {
   return OpenAt(PathOf(path), error);
 }
@@ -58,7 +51,7 @@ std::unique_ptr<DynamicLibrary> DynamicLibrary::OpenAt(const std::filesystem::pa
   std::error_code failure;
   const std::filesystem::path file = std::filesystem::absolute(path, failure);
   HMODULE module = failure ? nullptr : LoadLibraryExW(file.c_str(), nullptr, kPlaces);
-  if (module != nullptr) return std::make_unique<WindowsLibrary>(module);
+  if (module != nullptr) return std::make_unique<DynamicLibrary>(module);
   if (error != nullptr) *error = NameOf(path) + ": " + SystemMessage(GetLastError());
   return nullptr;
 }

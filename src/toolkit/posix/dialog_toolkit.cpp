@@ -12,9 +12,9 @@ std::unique_ptr<DynamicLibrary> OpenLibrary() {
 }
 
 DialogToolkit* OpenToolkit(const DynamicLibrary* library) {
-  if (library == nullptr) return nullptr;
-  const auto open = reinterpret_cast<OpenDialogToolkit*>(library->Symbol(kOpenDialogToolkit));
-  return open != nullptr ? open(kDialogToolkitVersion) : nullptr;
+  OpenDialogToolkit* open = nullptr;
+  const bool isThere = library != nullptr && library->Bind(open, kOpenDialogToolkit);
+  return isThere ? open(kDialogToolkitVersion) : nullptr;
 }
 
 }  // namespace
