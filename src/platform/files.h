@@ -39,10 +39,18 @@ class ReplacementFile {
   virtual ~ReplacementFile() = default;  ///< drops the new file unless it was committed
 
   virtual NativeFile& File() = 0;
-  virtual bool
-  Commit() = 0;  ///< flushes and renames over the old file; false leaves that as it was
+  /// Flushes and renames over the old file, once; false leaves that as it was.
+  bool Commit() { return isCommitted_ = isCommitted_ || TakePlace(); }
 
   static std::unique_ptr<ReplacementFile> Create(const std::string& path);
+
+ protected:
+  bool IsCommitted() const { return isCommitted_; }
+
+ private:
+  virtual bool TakePlace() = 0;
+
+  bool isCommitted_ = false;
 };
 
 /// The separator that this platform puts between a directory and a name: '/' or '\\'.

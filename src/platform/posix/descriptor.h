@@ -39,4 +39,16 @@ auto WithoutInterrupts(Call call) {
   return result;
 }
 
+/// Moves all bytes by a call that may move fewer at a time; false where it fails or moves none.
+template <class Byte, class Move>
+bool MoveAll(Byte* next, size_t left, Move move) {
+  while (left > 0) {
+    const ssize_t moved = WithoutInterrupts([&] { return move(next, left); });
+    if (moved <= 0) return false;
+    next += moved;
+    left -= static_cast<size_t>(moved);
+  }
+  return true;
+}
+
 }  // namespace gantry::platform

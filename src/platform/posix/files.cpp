@@ -34,27 +34,15 @@ class PosixFile : public NativeFile {
 };
 
 bool PosixFile::Write(const void* bytes, size_t length) {
-  const char* next = static_cast<const char*>(bytes);
-  while (length > 0) {
-    const ssize_t written =
-        WithoutInterrupts([&] { return ::write(descriptor_.Number(), next, length); });
-    if (written <= 0) return false;
-    next += written;
-    length -= static_cast<size_t>(written);
-  }
-  return true;
+  return MoveAll(static_cast<const char*>(bytes), length, [this](const char* next, size_t left) {
+    return ::write(descriptor_.Number(), next, left);
+  });
 }
 
 bool PosixFile::Read(void* bytes, size_t length) {
-  char* next = static_cast<char*>(bytes);
-  while (length > 0) {
-    const ssize_t got =
-        WithoutInterrupts([&] { return ::read(descriptor_.Number(), next, length); });
-    if (got <= 0) return false;
-    next += got;
-    length -= static_cast<size_t>(got);
-  }
-  return true;
+  return MoveAll(static_cast<char*>(bytes), length, [this](char* next, size_t left) {
+    return ::read(descriptor_.Number(), next, left);
+  });
 }
 
 uint64_t PosixFile::Remaining() const {
@@ -132,8 +120,9 @@ class OverwritingFile : public ReplacementFile {
       : file_(std::move(file)), target_(std::move(target)) {}
 
   NativeFile& File() override { return file_; }
-  bool Commit() override {
-    if (committed_) return true;
+
+ private:
+  bool TakePlace() override {
     const off_t length = LengthOf(file_);
     const off_t old = LengthOf(target_);
     const int target = static_cast<int>(target_.Handle());
@@ -141,13 +130,9 @@ class OverwritingFile : public ReplacementFile {
       (void)!::ftruncate(target, old);
       return false;
     }
-    committed_ = ::lseek(static_cast<int>(file_.Handle()), 0, SEEK_SET) == 0 &&
-                 CopyContent(file_, target_) && ::ftruncate(target, length) == 0 &&
-                 ::fsync(target) == 0;
-    return committed_;
+    return ::lseek(static_cast<int>(file_.Handle()), 0, SEEK_SET) == 0 &&
+           CopyContent(file_, target_) && ::ftruncate(target, length) == 0 && ::fsync(target) == 0;
   }
-
- private:
   static off_t LengthOf(const PosixFile& file) {
     struct stat status {};
     return ::fstat(static_cast<int>(file.Handle()), &status) == 0 ? status.st_size : 0;
@@ -155,7 +140,6 @@ class OverwritingFile : public ReplacementFile {
 
   PosixFile file_;
   PosixFile target_;
-  bool committed_ = false;
 };
 
 std::unique_ptr<ReplacementFile> OpenOver(const std::string& path) {
@@ -170,24 +154,20 @@ class PosixReplacement : public ReplacementFile {
   PosixReplacement(Descriptor file, std::string name, std::string path)
       : file_(std::move(file)), name_(std::move(name)), path_(std::move(path)) {}
   ~PosixReplacement() override {
-    if (!committed_) ::unlink(name_.c_str());
+    if (!IsCommitted()) ::unlink(name_.c_str());
   }
-  PosixReplacement(const PosixReplacement&) = delete;
-  PosixReplacement& operator=(const PosixReplacement&) = delete;
 
   NativeFile& File() override { return file_; }
-  bool Commit() override {
-    if (committed_) return true;
-    committed_ = ::fsync(static_cast<int>(file_.Handle())) == 0 &&
-                 ::rename(name_.c_str(), path_.c_str()) == 0;
-    return committed_;
-  }
 
  private:
+  bool TakePlace() override {
+    return ::fsync(static_cast<int>(file_.Handle())) == 0 &&
+           ::rename(name_.c_str(), path_.c_str()) == 0;
+  }
+
   PosixFile file_;
   std::string name_;
   std::string path_;
-  bool committed_ = false;
 };
 
 }  // namespace

@@ -13,8 +13,6 @@ class LockedFile {
   /// Waits until the lock is free, without a time limit.
   explicit LockedFile(const std::string& path);
   ~LockedFile();
-  LockedFile(const LockedFile&) = delete;
-  LockedFile& operator=(const LockedFile&) = delete;
 
   bool IsHeld() const { return held_; }
 

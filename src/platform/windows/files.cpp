@@ -120,27 +120,24 @@ class WindowsReplacement : public ReplacementFile {
       : file_(handle), aside_(std::move(aside)), path_(std::move(path)), isBeside_(isBeside) {}
   ~WindowsReplacement() override {
     file_.Close();
-    if (!committed_ || !isBeside_) DeleteFileA(aside_.c_str());
+    if (!IsCommitted() || !isBeside_) DeleteFileA(aside_.c_str());
   }
 
   NativeFile& File() override { return file_; }
 
-  bool Commit() override {
-    if (committed_) return true;
+ private:
+  bool TakePlace() override {
     if (!file_.Flush()) return false;
     file_.Close();
     constexpr DWORD kOver = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    committed_ = (isBeside_ ? MoveFileExA(aside_.c_str(), path_.c_str(), kOver)
-                            : CopyFileA(aside_.c_str(), path_.c_str(), FALSE)) != 0;
-    return committed_;
+    return (isBeside_ ? MoveFileExA(aside_.c_str(), path_.c_str(), kOver)
+                      : CopyFileA(aside_.c_str(), path_.c_str(), FALSE)) != 0;
   }
 
- private:
   WindowsFile file_;
   std::string aside_;
   std::string path_;
   bool isBeside_;
-  bool committed_ = false;
 };
 
 }  // namespace

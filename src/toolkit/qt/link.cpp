@@ -1,7 +1,6 @@
 #include "toolkit/qt/link.h"
 
 #include <algorithm>
-#include <cerrno>
 
 #include <sys/socket.h>
 
@@ -10,13 +9,11 @@ namespace gantry::platform {
 namespace {
 
 void SendAll(int socket, const char* bytes, size_t size) {
-  while (size > 0) {
-    const ssize_t sent = ::send(socket, bytes, size, MSG_NOSIGNAL);
-    if (sent < 0 && errno == EINTR) continue;
-    if (sent <= 0) throw LinkFailure("The other end of the link takes nothing any more");
-    bytes += sent;
-    size -= static_cast<size_t>(sent);
-  }
+  const auto send = [socket](const char* next, size_t left) {
+    return ::send(socket, next, left, MSG_NOSIGNAL);
+  };
+  if (MoveAll(bytes, size, send)) return;
+  throw LinkFailure("The other end of the link takes nothing any more");
 }
 
 }  // namespace
@@ -58,13 +55,10 @@ Packet Link::Receive(Kind& kind) {
 }
 
 void Link::ReceiveInto(char* place, size_t size) {
-  while (size > 0) {
-    const ssize_t got = ::recv(socket_.Number(), place, size, 0);
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) throw LinkFailure("The other end of the link has gone");
-    place += got;
-    size -= static_cast<size_t>(got);
-  }
+  const auto receive = [this](char* next, size_t left) {
+    return ::recv(socket_.Number(), next, left, 0);
+  };
+  if (!MoveAll(place, size, receive)) throw LinkFailure("The other end of the link has gone");
 }
 
 }  // namespace gantry::platform
