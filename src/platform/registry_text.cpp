@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 
 #include "platform/text.h"
 
@@ -185,10 +186,9 @@ std::string FormatRegistryText(std::string_view text) {
 }
 
 std::string FormatRegistryNumber(uint32_t number) {
-  char digits[8];
-  const auto end = std::to_chars(digits, digits + sizeof digits, number, 16).ptr;
-  const std::string text(digits, end);
-  return "dword:" + std::string(8 - text.size(), '0') + text;
+  char data[sizeof "dword:12345678"];
+  std::snprintf(data, sizeof data, "dword:%08x", static_cast<unsigned>(number));
+  return data;
 }
 
 std::optional<std::string> ParseRegistryText(std::string_view data) {

@@ -1,5 +1,6 @@
 #include "toolkit/win32/win_dialog_template.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -15,47 +16,41 @@ constexpr int kDropHeight = 100;  ///< of a drop list with its list open, in dia
 
 /// How a kind of control is made.
 struct ControlClass {
+  ControlKind kind;
   const char* name;
   DWORD style;
-  DWORD extendedStyle;
+  DWORD extendedStyle = 0;
 };
 
+constexpr ControlClass kClasses[] = {
+    {ControlKind::kGroup, "Button", BS_GROUPBOX},
+    {ControlKind::kLabel, "Static", SS_NOTIFY | SS_NOPREFIX},
+    {ControlKind::kEdit, "Edit", WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE},
+    {ControlKind::kButton, "Button", WS_TABSTOP | BS_PUSHBUTTON},
+    {ControlKind::kCheckBox, "Button", WS_TABSTOP | BS_AUTOCHECKBOX},
+    {ControlKind::kDropList, "ComboBox", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST},
+    {ControlKind::kListBox, "ListBox",
+     WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_EXTENDEDSEL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+     WS_EX_CLIENTEDGE},
+    {ControlKind::kListView, WC_LISTVIEWA, WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS,
+     WS_EX_CLIENTEDGE},
+    {ControlKind::kTree, WC_TREEVIEWA,
+     WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
+     WS_EX_CLIENTEDGE},
+};
+
+/// What the system calls the styles of a row; a control of each kind has but its own.
+constexpr std::pair<ControlStyle, DWORD> kStyles[] = {{kDefaultButton, BS_DEFPUSHBUTTON},
+                                                      {kDigitsOnly, ES_NUMBER},
+                                                      {kPathLabel, SS_PATHELLIPSIS},
+                                                      {kRightLabel, SS_RIGHT}};
+
 ControlClass ClassOf(const ControlRow& row) {
-  const bool isDefault = (row.style & kDefaultButton) != 0;
-  const bool isDigits = (row.style & kDigitsOnly) != 0;
-  switch (row.kind) {
-    case ControlKind::kGroup:
-      return {"Button", BS_GROUPBOX, 0};
-    case ControlKind::kLabel:
-      return {"Static",
-              SS_NOTIFY | SS_NOPREFIX |
-                  static_cast<DWORD>((row.style & kPathLabel) != 0    ? SS_PATHELLIPSIS
-                                     : (row.style & kRightLabel) != 0 ? SS_RIGHT
-                                                                      : SS_LEFT),
-              0};
-    case ControlKind::kEdit:
-      return {"Edit", WS_TABSTOP | ES_AUTOHSCROLL | static_cast<DWORD>(isDigits ? ES_NUMBER : 0),
-              WS_EX_CLIENTEDGE};
-    case ControlKind::kButton:
-      return {"Button",
-              WS_TABSTOP | static_cast<DWORD>(isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON), 0};
-    case ControlKind::kCheckBox:
-      return {"Button", WS_TABSTOP | BS_AUTOCHECKBOX, 0};
-    case ControlKind::kDropList:
-      return {"ComboBox", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, 0};
-    case ControlKind::kListBox:
-      return {"ListBox",
-              WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_EXTENDEDSEL | LBS_NOTIFY |
-                  LBS_NOINTEGRALHEIGHT,
-              WS_EX_CLIENTEDGE};
-    case ControlKind::kListView:
-      return {WC_LISTVIEWA, WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS, WS_EX_CLIENTEDGE};
-    case ControlKind::kTree:
-      return {WC_TREEVIEWA,
-              WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-              WS_EX_CLIENTEDGE};
+  ControlClass made = *std::ranges::find(kClasses, row.kind, &ControlClass::kind);
+  for (const auto& [style, bits] : kStyles) {
+    if ((row.style & style) != 0) made.style |= bits;
   }
-  return {"Static", 0, 0};
+  return made;
 }
 
 /// The words of a template, one after the other.
