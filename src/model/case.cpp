@@ -104,13 +104,10 @@ int32_t Case::EnumWells(EnumSourcesRow& row, uint32_t mode) const {
   return 0;
 }
 
-bool Case::HasWell(int32_t well) const {
-  return well >= 0 && static_cast<size_t>(well) < Wells.Items.size();
-}
-
 int32_t Case::SetConnection(int32_t well, bool connected, ExtErrorBlock* err) {
-  if (!HasWell(well)) return Fail(err, "Handle passed to SetConnection() out of range");
-  Wells.Items[static_cast<size_t>(well)].Connected = connected;
+  StaticWellData* const found = Wells.At(well);
+  if (found == nullptr) return Fail(err, "Handle passed to SetConnection() out of range");
+  found->Connected = connected;
   return 0;
 }
 
@@ -118,8 +115,7 @@ void Case::MarkConnected(bool allWells, const RunStartRecord& record) {
   for (StaticWellData& well : Wells.Items) well.Connected = allWells;
   if (allWells || record.connectedWells == nullptr) return;
   for (int32_t i = 0; i < record.connectedCount; ++i) {
-    const int32_t well = record.connectedWells[i];
-    if (HasWell(well)) Wells.Items[static_cast<size_t>(well)].Connected = true;
+    if (StaticWellData* const well = Wells.At(record.connectedWells[i])) well->Connected = true;
   }
 }
 

@@ -39,7 +39,6 @@ class Case {
   std::vector<std::string> ComponentNames;  ///< in the simulator's order; empty for black oil
 
  private:
-  bool HasWell(int32_t well) const;
   void PointAtFolder(const std::string& folder, bool onlyIfThere);
   void LookForMovedDataset(const std::string& casePath);
 

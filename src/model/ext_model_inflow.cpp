@@ -47,7 +47,7 @@ std::unique_ptr<_tGetSetData> ImposedPoint(int32_t well, int32_t type, double ra
 
 int32_t CExtModel::GetIPR(_tGetSetData* record, ExtErrorBlock* err) {
   const int32_t well = record->well;
-  Source* source = field_.Find(well);
+  Source* source = field_.Sources.At(well);
   if (source != nullptr) {
     field_.FillInflow(*source, *record);
     if (case_.Settings.IPRModel == kDrainageRegion) {
@@ -55,7 +55,7 @@ int32_t CExtModel::GetIPR(_tGetSetData* record, ExtErrorBlock* err) {
       if (run_.CurrentElapsedDays == 0.0) state.Pressure = EXT_FAILED_NUMBER;
       inflow_.Transform(source->Name, state, *record);
     }
-    source = field_.Find(well);  // the library may have started the simulator anew
+    source = field_.Sources.At(well);  // the library may have started the simulator anew
   }
   if (source == nullptr) return FailNoWell(err, "number", well, " (function call GetIPR).");
   KeepHostInflow(*record, source->HostIPR);
@@ -68,7 +68,7 @@ int32_t CExtModel::GetIPR(_tGetSetData* record, ExtErrorBlock* err) {
 }
 
 int32_t CExtModel::SetOpPt(const _tGetSetData* record, ExtErrorBlock* err) {
-  Source* const source = field_.Find(record->well);
+  Source* const source = field_.Sources.At(record->well);
   if (source == nullptr) return FailNoWell(err, "No.", record->well, " (function call SetOpPt).");
   field_.TakeOperatingPoint(*record, *source);
   return 0;
@@ -80,7 +80,7 @@ int32_t CExtModel::Restart(ExtErrorBlock* err) {
 }
 
 int32_t CExtModel::ImposeRate(int32_t well, double rate, ExtErrorBlock* err) {
-  const Source* const source = field_.Find(well);
+  const Source* const source = field_.Sources.At(well);
   if (source == nullptr) return SetOpPt(ImposedPoint(well, kProducer, rate).get(), err);
   StaticWellData* const kept = case_.Wells.Find(source->Name);
   if (kept == nullptr) return 0;
@@ -104,7 +104,7 @@ int32_t CExtModel::ReadInflow(int32_t well, _tGetSetData& record, ExtErrorBlock*
 }
 
 int32_t CExtModel::ReadCurrent(int32_t well, _tGetSetData& record, ExtErrorBlock* err) {
-  const Source* const source = field_.Find(well);
+  const Source* const source = field_.Sources.At(well);
   if (source == nullptr) return FailNoWell(err, "number", well, "");
   SetPoint(record, 0, source->Current);
   return 0;

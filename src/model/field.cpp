@@ -98,11 +98,6 @@ void Field::SetUpGasInjection(CExtConnectorBase& connector, const StaticWellData
   }
 }
 
-Source* Field::Find(int32_t well) {
-  const bool isThere = well >= 0 && static_cast<size_t>(well) < Sources.Items.size();
-  return isThere ? &Sources.Items[static_cast<size_t>(well)] : nullptr;
-}
-
 void Field::FillInflow(const Source& source, _tGetSetData& record) const {
   record.gasGravity = source.GasGravity;
   record.oilGravity = UsableGravity(source.OilGravity, kDefaultOilGravity);

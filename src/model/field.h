@@ -31,8 +31,6 @@ class Field {
   static void SetUpGasInjection(CExtConnectorBase& connector, const StaticWellDataCollection& wells,
                                 size_t componentCount);
 
-  /// By the host's handle; null when there is none.
-  Source* Find(int32_t well);
   /// Fills the host's record with the inflow of a well as the simulator gave it.
   void FillInflow(const Source& source, _tGetSetData& record) const;
   /// Takes the host's operating point of a well.

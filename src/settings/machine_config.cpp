@@ -1,13 +1,11 @@
 #include "settings/machine_config.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <limits>
 #include <utility>
 
 #include "client/unit_converter.h"
 #include "platform/files.h"
 #include "settings/registry_values.h"
+#include "text/number_text.h"
 #include "text/pieces.h"
 
 namespace gantry {
@@ -30,13 +28,6 @@ void ClearUnlessReadable(std::string& path) {
   if (!platform::CanOpenForReading(path)) path.clear();
 }
 
-/// The number at the text's start, held within its type; 0 when there is none.
-int32_t ToNumber(const std::string& text) {
-  const long long number = std::strtoll(text.c_str(), nullptr, 10);
-  return static_cast<int32_t>(std::clamp<long long>(number, std::numeric_limits<int32_t>::min(),
-                                                    std::numeric_limits<int32_t>::max()));
-}
-
 /// One record of the list; none when it has too few fields. docs/registry-file.md shows the form.
 std::unique_ptr<CIXUserProperty> ParseUserProperty(const std::string& record) {
   const std::vector<std::string> fields = SplitAt(record, "|");
@@ -44,9 +35,9 @@ std::unique_ptr<CIXUserProperty> ParseUserProperty(const std::string& record) {
   auto property = std::make_unique<CIXUserProperty>();
   property->Property = fields[0];
   property->DisplayName = fields[1];
-  property->UnitFamily = ToNumber(fields[2]);
+  property->UnitFamily = ReadInteger(fields[2]);
   property->UnitCode = UnitFamilyUserCode(property->UnitFamily);
-  property->IsScalar = fields.size() == 4 ? ToNumber(fields[3]) : 1;
+  property->IsScalar = fields.size() == 4 ? ReadInteger(fields[3]) : 1;
   return property;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,49 +32,66 @@ class CExtDataServerObject {
   virtual const std::string& GetName() const = 0;
 };
 
-/// What a list of data-server objects must offer to be walked; the walk itself exists once.
-class DataServerItems {
- public:
-  virtual ~DataServerItems() = default;
-  virtual size_t ItemCount() const = 0;
-  virtual CExtDataServerObject& ItemAt(size_t index) = 0;
-  virtual void AppendItem() = 0;
-  virtual void RemoveItem(size_t index) = 0;
-  virtual void RemoveAllItems() = 0;
-};
-
-/// Walks a path into a list: "$Count", "Add", "Reset", "Delete", "[n]" and "[{name}]". The word
-/// that leads into the list has been taken by then.
-bool HandleListItems(DataServerItems& items, TagParser& parser, TagContext context);
-
 /// A list of objects held by value in one contiguous sequence.
 template <class T>
-class CExcStdDataServerObjectList : public DataServerItems {
+class CExcStdDataServerObjectList {
  public:
-  /// Walks into the list. Unless `wordMatched`, first takes `word`, or `GetItemWord` when that is
-  /// empty; no match is false.
+  virtual ~CExcStdDataServerObjectList() = default;
+
+  /// Walks into the list: "$Count", "Add", "Reset", "Delete", "[n]" and "[{name}]". Unless
+  /// `wordMatched`, first takes `word`, or `GetItemWord` when that is empty; no match is false.
   virtual bool Handle(TagParser& parser, bool wordMatched, TagContext context,
                       std::string_view word) {
     const std::string own = GetItemWord();
     if (!wordMatched && !parser.MatchWord(word.empty() ? std::string_view(own) : word)) {
       return false;
     }
-    return HandleListItems(*this, parser, context);
+    auto count = static_cast<int32_t>(Items.size());
+    if (parser.IntProperty(count, "$Count")) return true;
+    if (parser.Mode() == TagMode::kWrite) {
+      if (const std::optional<bool> changed = HandleChange(parser)) return *changed;
+    }
+    const int32_t index = parser.ParseIndex();
+    T* const item = index >= 0 ? At(index) : Named(parser.ParseKey());
+    return item != nullptr && item->Handle(parser, context);
   }
   virtual bool HandleItems(TagParser& parser, TagContext context) {
     return Handle(parser, true, context, {});
   }
   virtual std::string GetItemWord() const { return "Item"; }
 
-  size_t ItemCount() const override { return Items.size(); }
-  CExtDataServerObject& ItemAt(size_t index) override { return Items[index]; }
-  void AppendItem() override { Items.emplace_back(); }
-  void RemoveItem(size_t index) override {
-    Items.erase(Items.begin() + static_cast<std::ptrdiff_t>(index));
+  /// The item at a handle of the host, null when there is none.
+  T* At(int32_t handle) {
+    const bool isThere = handle >= 0 && static_cast<size_t>(handle) < Items.size();
+    return isThere ? &Items[static_cast<size_t>(handle)] : nullptr;
   }
-  void RemoveAllItems() override { Items.clear(); }
+  /// The first of that name, exactly and with case; null when there is none. Linear: a pass over
+  /// many items makes its own `NameIndex`.
+  T* Named(std::string_view name) {
+    const auto found = std::ranges::find(Items, name, &T::GetName);
+    return found == Items.end() ? nullptr : &*found;
+  }
 
   std::vector<T> Items;
+
+ private:
+  /// The words that change the list; none when the path goes on to an item.
+  std::optional<bool> HandleChange(TagParser& parser) {
+    if (parser.MatchWord("Add")) {
+      Items.emplace_back();
+      return true;
+    }
+    if (!parser.Protected() && parser.MatchWord("Reset")) {
+      Items.clear();
+      return true;
+    }
+    int32_t index = -1;
+    if (!parser.IntProperty(index, "Delete")) return std::nullopt;
+    const bool isThere = At(index) != nullptr;
+    if (isThere) Items.erase(Items.begin() + index);
+    if (!isThere) parser.ErrorText = "Attempting to remove an object at an invalid index";
+    return isThere;
+  }
 };
 
 }  // namespace gantry

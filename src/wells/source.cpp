@@ -149,13 +149,6 @@ bool Source::IsGasWell() const {
   return liquid > kGasWellLiquid && gas * kCubicFeetOfMillion / liquid > kGasWellRatio;
 }
 
-Source* SourceList::Find(const std::string& name) {
-  for (Source& source : Items) {
-    if (source.Name == name) return &source;
-  }
-  return nullptr;
-}
-
 void ChooseControl(const Source& source, int32_t opMode, WellControl control) {
   const IPRPoint& point = source.OpPoint;
   if (source.SourceType == kProducer) return ChooseProducerControl(point, opMode, control);

@@ -73,12 +73,7 @@ class Source : public CExtDataServerObject {
   bool HandleVariable(TagParser& parser, TagContext context);
 };
 
-class SourceList : public CExcStdDataServerObjectList<Source> {
- public:
-  /// By name, exactly and with case; null when there is none. Linear: a pass over many wells makes
-  /// its own `NameIndex`.
-  Source* Find(const std::string& name);
-};
+class SourceList : public CExcStdDataServerObjectList<Source> {};
 
 /// The control of a well for one step: a row of the connector's constraint lists.
 struct WellControl {

@@ -28,13 +28,9 @@ bool StaticWellData::Handle(TagParser& parser, TagContext /*context*/) {
 }
 
 StaticWellData* StaticWellDataCollection::Find(const std::string& name, int32_t* index) {
-  for (size_t i = 0; i < Items.size(); ++i) {
-    if (Items[i].Name != name) continue;
-    if (index != nullptr) *index = static_cast<int32_t>(i);
-    return &Items[i];
-  }
-  if (index != nullptr) *index = -1;
-  return nullptr;
+  StaticWellData* const found = Named(name);
+  if (index != nullptr) *index = found != nullptr ? static_cast<int32_t>(found - Items.data()) : -1;
+  return found;
 }
 
 int32_t StaticWellDataCollection::OpMode() const { return Items.empty() ? 0 : Items.back().OpMode; }

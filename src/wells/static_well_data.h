@@ -36,7 +36,7 @@ class StaticWellDataCollection : public CExcStdDataServerObjectList<StaticWellDa
  public:
   std::string GetItemWord() const override { return "StaticWell"; }
 
-  /// By name, exactly and with case; null when there is none. Linear, as in `SourceList`.
+  /// As `Named`, with its place; -1 when there is none.
   StaticWellData* Find(const std::string& name, int32_t* index = nullptr);
   /// The mode of the last well, 0 without wells.
   int32_t OpMode() const;
