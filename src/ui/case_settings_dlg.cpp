@@ -6,6 +6,7 @@
 #include "text/number_text.h"
 #include "ui/advanced_settings_dlg.h"
 #include "ui/browse.h"
+#include "ui/button_actions.h"
 #include "ui/configure_dlg.h"
 #include "ui/dialog_templates.h"
 #include "ui/help.h"
@@ -113,34 +114,17 @@ void CCaseSettingsDlg::OnSelection(DialogWindow& window, int id) {
 }
 
 void CCaseSettingsDlg::OnButton(DialogWindow& window, int id) {
-  switch (id) {
-    case kBrowseDataset:
-      return Browse(window, kFileName, kDatasetFile, live_.FileName);
-    case kBrowseSimulator:
-      return Browse(window, kSimExeName, kSimulatorFile, live_.SimExeName);
-    case kCalculate:
-      return Calculate(window);
-    case kStartStop:
-      return StartOrStop(window);
-    case kHelp:
-      return ShowHelpTopic(window, kHelpTopic);
-    case platform::kOkButton:
-      return Accept(window, false);
-    case platform::kCancelButton:
-      return Cancel(window);
-    case kConfiguration: {
-      CConfigureDlg dialog(config_);
-      window.RunDialog(dialog);
-      return;
-    }
-    case kAdvanced: {
-      CIXAdvancedSettings dialog(live_);
-      window.RunDialog(dialog);
-      return;
-    }
-    default:
-      return;
-  }
+  const auto runOver = [&](DialogHandler&& dialog) { window.RunDialog(dialog); };
+  Press(id,
+        {{kBrowseDataset, [&] { Browse(window, kFileName, kDatasetFile, live_.FileName); }},
+         {kBrowseSimulator, [&] { Browse(window, kSimExeName, kSimulatorFile, live_.SimExeName); }},
+         {kConfiguration, [&] { runOver(CConfigureDlg(config_)); }},
+         {kAdvanced, [&] { runOver(CIXAdvancedSettings(live_)); }},
+         {kCalculate, [&] { Calculate(window); }},
+         {kStartStop, [&] { StartOrStop(window); }},
+         {kHelp, [&] { ShowHelpTopic(window, kHelpTopic); }},
+         {platform::kOkButton, [&] { Accept(window, false); }},
+         {platform::kCancelButton, [&] { Cancel(window); }}});
 }
 
 void CCaseSettingsDlg::Browse(DialogWindow& window, int edit, const platform::FileRequest& request,

@@ -6,6 +6,7 @@
 #include "text/number_text.h"
 #include "ui/add_property_dlg.h"
 #include "ui/browse.h"
+#include "ui/button_actions.h"
 
 namespace gantry {
 
@@ -42,26 +43,15 @@ void CConfigureDlg::OnOpen(DialogWindow& window) {
   ListProperties(window, 0);
 }
 
+// "Help" has nothing to show.
 void CConfigureDlg::OnButton(DialogWindow& window, int id) {
   using namespace configure_id;
-  switch (id) {
-    case kBrowseSimulator:
-      BrowseInto(window, kSimExecutable, kSimulatorFile);
-      return;
-    case kBrowseMpi:
-      BrowseInto(window, kMPIExecutable, kMpiFile);
-      return;
-    case kDelete:
-      return DeleteSelected(window);
-    case kAdd:
-      return AddProperty(window);
-    case platform::kOkButton:
-      return Accept(window);
-    case platform::kCancelButton:
-      return window.Close(platform::kCancelButton);
-    default:
-      return;  // "Help" has nothing to show
-  }
+  Press(id, {{kBrowseSimulator, [&] { BrowseInto(window, kSimExecutable, kSimulatorFile); }},
+             {kBrowseMpi, [&] { BrowseInto(window, kMPIExecutable, kMpiFile); }},
+             {kDelete, [&] { DeleteSelected(window); }},
+             {kAdd, [&] { AddProperty(window); }},
+             {platform::kOkButton, [&] { Accept(window); }},
+             {platform::kCancelButton, [&] { window.Close(platform::kCancelButton); }}});
 }
 
 void CConfigureDlg::ListProperties(DialogWindow& window, size_t first) const {

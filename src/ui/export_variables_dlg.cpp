@@ -6,6 +6,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "ui/button_actions.h"
 #include "ui/dialog_templates.h"
 #include "wells/well_variable_catalogue.h"
 
@@ -106,30 +107,16 @@ void CExportVariablesDlg::OnOpen(DialogWindow& window) {
 }
 
 void CExportVariablesDlg::OnButton(DialogWindow& window, int id) {
-  switch (id) {
-    case kAllWells:
-      return window.SelectAll(kWells);
-    case kInvertWells:
-      return window.InvertSelection(kWells);
-    case kAllProperties:
-      return window.SelectAll(kProperties);
-    case kInvertProperties:
-      return window.InvertSelection(kProperties);
-    case kAdd:
-      return AddSelected(window);
-    case kDelete:
-      return DeleteChecked(window);
-    case kCollapseAll:
-      return window.ExpandTree(kVariables, false);
-    case kExpandAll:
-      return window.ExpandTree(kVariables, true);
-    case platform::kOkButton:
-      return Accept(window);
-    case platform::kCancelButton:
-      return window.Close(platform::kCancelButton);
-    default:
-      return;
-  }
+  Press(id, {{kAllWells, [&] { window.SelectAll(kWells); }},
+             {kInvertWells, [&] { window.InvertSelection(kWells); }},
+             {kAllProperties, [&] { window.SelectAll(kProperties); }},
+             {kInvertProperties, [&] { window.InvertSelection(kProperties); }},
+             {kAdd, [&] { AddSelected(window); }},
+             {kDelete, [&] { DeleteChecked(window); }},
+             {kCollapseAll, [&] { window.ExpandTree(kVariables, false); }},
+             {kExpandAll, [&] { window.ExpandTree(kVariables, true); }},
+             {platform::kOkButton, [&] { Accept(window); }},
+             {platform::kCancelButton, [&] { window.Close(platform::kCancelButton); }}});
 }
 
 void CExportVariablesDlg::AddSelected(DialogWindow& window) {
