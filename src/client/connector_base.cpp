@@ -1,9 +1,7 @@
 #include "client/connector_base.h"
 
-#include <locale>
-#include <sstream>
-
 #include "text/failure_text.h"
+#include "text/number_text.h"
 
 namespace gantry {
 
@@ -11,11 +9,8 @@ namespace {
 
 /// "The simulator version (2016.1) is too old for the connector being used (2017.2->)"
 std::string VersionMismatch(double version, const char* how, const std::string& connectorName) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << "The simulator version (" << version << ") is " << how
-       << " for the connector being used (" << connectorName << ")";
-  return text.str();
+  return "The simulator version (" + FormatDouble(version) + ") is " + how +
+         " for the connector being used (" + connectorName + ")";
 }
 
 }  // namespace

@@ -13,23 +13,10 @@ namespace {
 
 std::string_view TagOf(HeaderType type) { return wire::kTags[static_cast<size_t>(type)]; }
 
-/// A tag's four bytes as one word.
-constexpr uint32_t WordOf(std::string_view tag) {
-  uint32_t word = 0;
-  for (size_t i = 0; i < wire::kTagSize; ++i) {
-    word |= static_cast<uint32_t>(static_cast<uint8_t>(tag[i])) << (8 * i);
-  }
-  return word;
-}
-
 HeaderType TypeOf(std::string_view tag) {
-  constexpr std::array<uint32_t, 4> kWords = {WordOf(wire::kTags[0]), WordOf(wire::kTags[1]),
-                                              WordOf(wire::kTags[2]), WordOf(wire::kTags[3])};
-  const uint32_t word = WordOf(tag);
-  for (size_t type = 0; type < kWords.size(); ++type) {
-    if (word == kWords[type]) return static_cast<HeaderType>(type);
-  }
-  throw std::invalid_argument("Unknown type: " + std::string(tag));
+  const auto* const found = std::ranges::find(wire::kTags, tag);
+  if (found == wire::kTags.end()) throw std::invalid_argument("Unknown type: " + std::string(tag));
+  return static_cast<HeaderType>(found - wire::kTags.begin());
 }
 
 std::string Describe(std::string_view name, uint64_t count, std::string_view type) {
@@ -290,27 +277,15 @@ void IncomingMessage::ReadElements(std::span<std::string> values) {
   for (std::string& value : values) value.assign(TakeText());
 }
 
-std::vector<int32_t> IncomingMessage::ReadInts(std::string_view name) {
-  return TakeArray<int32_t>(ReadHeaderOf(name, HeaderType::INTE).count);
+std::vector<int32_t> IncomingMessage::ReadInts(std::string_view name, OptionalCount count) {
+  return ReadInts(ReadHeaderOf(name, count, HeaderType::INTE));
 }
 
-std::vector<double> IncomingMessage::ReadDoubles(std::string_view name) {
-  return TakeArray<double>(ReadHeaderOf(name, HeaderType::DOUB).count);
+std::vector<double> IncomingMessage::ReadDoubles(std::string_view name, OptionalCount count) {
+  return ReadDoubles(ReadHeaderOf(name, count, HeaderType::DOUB));
 }
 
-std::vector<std::string> IncomingMessage::ReadStrings(std::string_view name) {
-  return ReadStrings(ReadHeaderOf(name, HeaderType::CSTR));
-}
-
-std::vector<int32_t> IncomingMessage::ReadInts(std::string_view name, uint64_t count) {
-  return TakeArray<int32_t>(ReadHeaderOf(name, count, HeaderType::INTE).count);
-}
-
-std::vector<double> IncomingMessage::ReadDoubles(std::string_view name, uint64_t count) {
-  return TakeArray<double>(ReadHeaderOf(name, count, HeaderType::DOUB).count);
-}
-
-std::vector<std::string> IncomingMessage::ReadStrings(std::string_view name, uint64_t count) {
+std::vector<std::string> IncomingMessage::ReadStrings(std::string_view name, OptionalCount count) {
   return ReadStrings(ReadHeaderOf(name, count, HeaderType::CSTR));
 }
 
@@ -336,15 +311,9 @@ std::vector<T> IncomingMessage::TakeArray(uint64_t count) {
   return values;
 }
 
-Header IncomingMessage::ReadHeaderOf(std::string_view name, HeaderType type) {
+Header IncomingMessage::ReadHeaderOf(std::string_view name, OptionalCount count, HeaderType type) {
   const Header header = ReadHeader();
-  CheckHeader(header, name, header.count, type);
-  return header;
-}
-
-Header IncomingMessage::ReadHeaderOf(std::string_view name, uint64_t count, HeaderType type) {
-  const Header header = ReadHeader();
-  CheckHeader(header, name, count, type);
+  CheckHeader(header, name, count.value_or(header.count), type);
   return header;
 }
 

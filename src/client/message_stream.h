@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -124,6 +125,8 @@ class OutgoingMessage {
 /// A received message being read from its stream's buffer, entry by entry.
 class IncomingMessage {
  public:
+  using OptionalCount = std::optional<uint64_t>;
+
   explicit IncomingMessage(MessageStream& stream) : stream_(&stream) {}
 
   Header ReadHeader();
@@ -154,14 +157,10 @@ class IncomingMessage {
   std::vector<int32_t> ReadInts(const Header& header);
   std::vector<double> ReadDoubles(const Header& header);
   std::vector<std::string> ReadStrings(const Header& header);
-  /// The next entry, its name and type checked.
-  std::vector<int32_t> ReadInts(std::string_view name);
-  std::vector<double> ReadDoubles(std::string_view name);
-  std::vector<std::string> ReadStrings(std::string_view name);
-  /// The next entry, its count checked too.
-  std::vector<int32_t> ReadInts(std::string_view name, uint64_t count);
-  std::vector<double> ReadDoubles(std::string_view name, uint64_t count);
-  std::vector<std::string> ReadStrings(std::string_view name, uint64_t count);
+  /// The next entry, its name and type checked, and its count where one is given.
+  std::vector<int32_t> ReadInts(std::string_view name, OptionalCount count = {});
+  std::vector<double> ReadDoubles(std::string_view name, OptionalCount count = {});
+  std::vector<std::string> ReadStrings(std::string_view name, OptionalCount count = {});
   void AppendStrings(const Header& header, std::vector<std::string>& values);
   /// The one string behind a header whose count is known to be 1, as a view into the message.
   std::string_view ReadText(const Header& header);
@@ -200,8 +199,7 @@ class IncomingMessage {
   }
   template <class T>
   std::vector<T> TakeArray(uint64_t count);
-  Header ReadHeaderOf(std::string_view name, HeaderType type);
-  Header ReadHeaderOf(std::string_view name, uint64_t count, HeaderType type);
+  Header ReadHeaderOf(std::string_view name, OptionalCount count, HeaderType type);
 
   MessageStream* stream_;
   uint64_t position_ = 0;
