@@ -50,6 +50,8 @@ using Meanwhile = std::function<void()>;
 /// `v2016_2::IntersectClient` and `v2017_2::IntersectClient` add what differs.
 class IntersectClientBase {
  public:
+  virtual ~IntersectClientBase();
+
   // Session.
   void connect(const std::string& host, uint32_t port, uint32_t timeout_seconds);
   void continue_simulation();
@@ -101,7 +103,6 @@ class IntersectClientBase {
   /// A connection over TCP.
   IntersectClientBase();
   explicit IntersectClientBase(std::unique_ptr<PeerConnection> connection);
-  ~IntersectClientBase();
 
   /// A message of the "SET" family, its name already appended.
   OutgoingMessage BeginSetter(std::string_view name);

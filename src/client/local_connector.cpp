@@ -4,10 +4,7 @@
 #include <span>
 #include <stdexcept>
 
-#include "client/intersect_client.h"
 #include "client/record_fields.h"
-#include "client/simulator_model.h"
-#include "client/simulator_wells.h"
 #include "client/tcp_connection.h"
 #include "client/words.h"
 
@@ -29,12 +26,8 @@ IntersectClientBase& CExtConnectorLocalBase::Client() {
   return *client_;
 }
 
-std::unique_ptr<PeerConnection> CExtConnectorLocalBase::NewConnection() const {
-  return std::make_unique<TcpConnection>(bystanders_);
-}
-
 void CExtConnectorLocalBase::ConnectToSimulator() {
-  client_ = &CreateClient();
+  client_ = NewClient(std::make_unique<TcpConnection>(bystanders_));
   ConnectToModel(*client_, "localhost", port_, kConnectTimeoutSeconds);
 }
 
@@ -46,24 +39,7 @@ void CExtConnectorLocalBase::Shutdown() {
     // The simulator may be gone already, and the session ends all the same.
   }
   client_ = nullptr;
-  DestroyClient();
 }
-
-double CExtConnectorLocalBase::GetTimeDays() { return Client().time(); }
-
-void CExtConnectorLocalBase::GetDate(int32_t& day, int32_t& month, int32_t& year) {
-  LastDate(Client(), day, month, year);
-}
-
-void CExtConnectorLocalBase::GetStartDate(int32_t& day, int32_t& month, int32_t& year) {
-  QueryStartDate(Client(), day, month, year);
-}
-
-double CExtConnectorLocalBase::GetVersion() { return QueryVersion(Client()); }
-
-bool CExtConnectorLocalBase::GetMetricFlag() { return QueryMetricFlag(Client()); }
-
-bool CExtConnectorLocalBase::GetCompositionalFlag() { return QueryCompositionalFlag(Client()); }
 
 void CExtConnectorLocalBase::GetEOSProperties(EOSProperties& properties) {
   properties = {};
@@ -73,17 +49,9 @@ void CExtConnectorLocalBase::GetEOSProperties(EOSProperties& properties) {
   }
 }
 
-void CExtConnectorLocalBase::AdvanceNewton() { AdvanceToFirstTimestep(Client()); }
-
-void CExtConnectorLocalBase::RunUntil(double days) { Client().continue_simulation_until(days); }
-
-bool CExtConnectorLocalBase::GetTerminationFlag() { return HasEnded(Client()); }
-
 void CExtConnectorLocalBase::PollWellStatuses() {
   Client().query_wells_as_strings({"*"}, {words::kStatus});
 }
-
-void CExtConnectorLocalBase::PollWellConstraints() { Client().get_constraints_for_wells({"*"}); }
 
 void CExtConnectorLocalBase::GetWellStatus(std::vector<ConnectorWellStatus>& statuses) {
   statuses.clear();
@@ -136,14 +104,6 @@ void CExtConnectorLocalBase::GetWellVariables(const std::string& well, const Str
   for (size_t i = 0; i < received.size(); ++i) {
     values.push_back(unitConverter->FromSimulator(received[i], codes[i]));
   }
-}
-
-void CExtConnectorLocalBase::SetWellUptime(const Strings& wells, const Doubles& fractions) {
-  SetUptimeOfWells(Client(), wells, fractions);
-}
-
-void CExtConnectorLocalBase::SetWellStatus(const Strings& wells, const Strings& statuses) {
-  SetStatusOfWells(Client(), wells, statuses);
 }
 
 void CExtConnectorLocalBase::SetWellConstraints(const Strings& wells,

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "client/local_connector.h"
 #include "client/v2016_2/intersect_client.h"
 
@@ -10,18 +8,17 @@ namespace gantry::v2016_2 {
 /// The connector for simulators before 2017.2, which know no injection sources.
 class CExtConnectorLocal : public CExtConnectorLocalBase {
  public:
-  explicit CExtConnectorLocal(uint32_t port, platform::Bystanders bystanders = {})
-      : CExtConnectorLocalBase(port, std::move(bystanders)) {}
+  using CExtConnectorLocalBase::CExtConnectorLocalBase;
 
   std::string GetConnectorVersionName() override { return "2016.2 - 2017.1"; }
   bool SetInjectionSource(const std::string&, const std::string&) override { return false; }
   void SetWellInjectionComposition(const Strings&, const std::vector<Doubles>&) override {}
 
  private:
-  IntersectClientBase& CreateClient() override { return client_.emplace(NewConnection()); }
-  void DestroyClient() override { client_.reset(); }
-
-  std::optional<IntersectClient> client_;
+  std::unique_ptr<IntersectClientBase> NewClient(
+      std::unique_ptr<PeerConnection> connection) override {
+    return std::make_unique<IntersectClient>(std::move(connection));
+  }
 };
 
 }  // namespace gantry::v2016_2
