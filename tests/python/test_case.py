@@ -6,7 +6,6 @@ import signal
 import subprocess
 import sys
 import threading
-from pathlib import Path
 
 import gantry
 import numpy as np
@@ -138,35 +137,28 @@ def test_the_example_shares_out_lift_gas_for_more_oil(examples, tmp_path):
 
 
 WAITING = """
-import sys; sys.path.insert(0, {python!r})
-import time, pathlib
-from datetime import date
-from gantry.peer import Peer
-peer = Peer({{"P1": "PRODUCER"}}, date(2025, 1, 1))
-for item in ("OIL_PRODUCTION_RATE", "GAS_PRODUCTION_RATE", "WATER_PRODUCTION_RATE", "GAS_INJECTION_RATE",
-             "WATER_INJECTION_RATE", "TEMPERATURE", "OIL_DENSITY", "GAS_DENSITY", "WATER_DENSITY",
-             "BOTTOM_HOLE_PRESSURE", "TUBING_HEAD_PRESSURE"):
-    peer.well_number(item)(lambda well: 100.0)
+import pathlib, time, original
 
-@peer.advance
+@original.peer.advance
 def advance(days):
-    pathlib.Path({folder!r}, "busy").touch()
-    while not pathlib.Path({folder!r}, "go").exists():
+    pathlib.Path("busy").touch()
+    while not pathlib.Path("go").exists():
         time.sleep(0.01)
     return days
 
-peer.main()
+original.peer.main()
 """
 
+
 @pytest.fixture
-def waiting_case(tmp_path):
-    """A simulator that says by the file "busy" that it runs on, and ends its step when "go" is there."""
-    program = tmp_path / "waiting.py"
-    python = os.path.dirname(os.path.dirname(gantry.__file__))
-    program.write_text(f"#!{sys.executable}\n" + WAITING.format(python=python, folder=str(tmp_path)))
+def waiting_case(examples, tmp_path):
+    """The example's simulator, which says by the file "busy" that it runs on, and ends its step when "go" is there."""
+    shutil.copytree(examples / "python_simulator", tmp_path, dirs_exist_ok=True)
+    program = tmp_path / "tank.py"
+    program.rename(tmp_path / "original.py")
+    program.write_text(f"#!{sys.executable}\n" + WAITING)
     program.chmod(0o755)
-    (tmp_path / "deck.afi").write_text("")
-    return shutil.copy(Path(__file__).with_name("waiting.toml"), tmp_path)
+    return tmp_path / "case.toml"
 
 
 def wait_for(path):
@@ -181,7 +173,7 @@ def test_other_threads_run_while_the_simulator_works(waiting_case, tmp_path):
 
     other = threading.Thread(target=let_go)
     other.start()
-    with gantry.Case(waiting_case, output=tmp_path / "out").run() as run:
+    with gantry.Case(waiting_case, output=tmp_path / "out").run(steps=2) as run:
         assert len(list(run)) == 2
     other.join()
 
