@@ -14,7 +14,6 @@
 #include "model/programs/inflow_probe.h"
 #include "settings/gantry_app.h"
 #include "support/play.h"
-#include "support/talk.h"
 #include "support/test_folder.h"
 
 namespace gantry::test {

@@ -9,7 +9,7 @@
 #include "remote/wire_script.h"
 #include "settings/link_settings.h"
 #include "support/isolation.h"
-#include "support/talk.h"
+#include "support/play.h"
 
 namespace gantry::test {
 namespace {

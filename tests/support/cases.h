@@ -5,13 +5,12 @@
 #include <regex>
 #include <set>
 #include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
+#include "support/play.h"
 
 namespace gantry::test {
 
-using Columns = std::vector<std::string>;
+using Columns = Texts;
 /// What comes of a case: as many columns as there are of it, in the place of the case's last ones.
 using Kinds = std::map<std::string, Columns (*)(const Columns& given)>;
 
@@ -35,12 +34,8 @@ inline void ExpectCases(const std::string& file, const Kinds& kinds) {
     const size_t blank = line.find(' ');
     const auto kind = kinds.find(line.substr(0, blank));
     if (kind == kinds.end()) continue;
-    Columns columns;
-    for (size_t at = blank + 1, end = 0; end != std::string::npos; at = end + 3) {
-      end = line.find(" | ", at);
-      const std::string column = line.substr(at, end - at);
-      columns.push_back(column == "(none)" ? "" : WrittenOut(column));
-    }
+    Columns columns = Split(line.substr(blank + 1), " | ");
+    for (std::string& column : columns) column = column == "(none)" ? "" : WrittenOut(column);
     const Columns outcome = kind->second(columns);
     const auto expected = columns.end() - static_cast<ptrdiff_t>(outcome.size());
     EXPECT_EQ(outcome, Columns(expected, columns.end())) << line;

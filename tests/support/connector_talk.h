@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "client/connector_base.h"
+#include "support/play.h"
 #include "support/scripted_peer.h"
-#include "support/talk.h"
 
 namespace gantry::test {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "support/raised.h"
 #include "support/test_folder.h"
 
 namespace gantry::test {
@@ -51,15 +52,19 @@ std::vector<Scene> ScenesOf(const std::filesystem::path& place) {
   return scenes;
 }
 
+void FillIn(Texts& expected, const Texts& told) {
+  for (size_t i = 0; i < std::min(told.size(), expected.size()); ++i) {
+    const size_t cut = expected[i].find("{...}");
+    if (cut != std::string::npos)
+      expected[i].replace(cut, 5, told[i].substr(std::min(cut, told[i].size())));
+  }
+}
+
 void Player::Play(const Scene& scene) {
   commands_ = scene.commands;
   PlayAll();
   Texts expected = scene.lines;
-  for (size_t i = 0; i < std::min(told_.size(), expected.size()); ++i) {
-    const size_t cut = expected[i].find("{...}");
-    if (cut != std::string::npos)
-      expected[i].replace(cut, 5, told_[i].substr(std::min(cut, told_[i].size())));
-  }
+  FillIn(expected, told_);
   EXPECT_EQ(Joined(told_, "\n"), Joined(expected, "\n"));
 }
 
@@ -81,6 +86,31 @@ void Player::Tell(const std::string& line) {
     told_.back() += told_.back() == line ? " .." : ".";
   } else {
     told_.push_back(line);
+  }
+}
+
+std::vector<Talk> TalksIn(const std::string& file) {
+  std::vector<Talk> talks;
+  for (const Scene& scene : ScenesOf(GANTRY_TEST_FILES + file)) {
+    std::vector<Turn>& turns = talks.emplace_back(Talk{scene.name, {}}).turns;
+    for (const std::string& line : scene.lines) {
+      const bool isCall = line.starts_with("> "), isOutcome = line.starts_with("< ");
+      if (isCall) turns.push_back({line.substr(2), {}, {}});
+      if (isOutcome) turns.back().outcome.push_back(line.substr(2));
+      if (!isCall && !isOutcome) turns.back().wire.push_back(line);
+    }
+  }
+  EXPECT_FALSE(talks.empty()) << file;
+  return talks;
+}
+
+void Play(const Talk& talk, const std::function<void(const Turn& turn, Texts& told)>& act) {
+  for (const Turn& turn : talk.turns) {
+    Texts told, expected = turn.outcome;
+    const std::string failure = Raised([&] { act(turn, told); });
+    if (failure != "nothing raised") told.push_back(failure);
+    FillIn(expected, told);
+    EXPECT_EQ(told, expected) << talk.name << ": " << turn.call;
   }
 }
 
