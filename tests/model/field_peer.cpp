@@ -1,7 +1,10 @@
 #include "model/field_peer.h"
 
 #include <algorithm>
+#include <regex>
 #include <utility>
+
+#include "support/play.h"
 
 namespace gantry::test {
 
@@ -53,29 +56,21 @@ std::vector<Entries> FieldPeer::Hear(const Entries& message) {
   if (heed) heed(name);
   const std::lock_guard guard(lock_);
   if (name == cutAt) return {};
-  Note(name, message);
   eosProperties = {{"Molecular weight", Numbers(components.size(), 16.0)}};
   return AnswerOnWire(*this, message);
 }
 
-/// A sweep forces the wells open, asks for their types, and constrains them ten times.
-void FieldPeer::Note(const std::string& name, const Entries& message) {
-  const std::string text = Describe(message);
-  if (name == "QWELLS_STR" && text.find("QITEMS{TYPE} ") != std::string::npos) {
-    sweepRungs_ = 10;
-    if (!orders_.empty() && orders_.back().starts_with("SET SETWSTATUS")) orders_.pop_back();
-  }
-  if (name == "SETUP" || message[0].name == "QUERY") return;
-  if (name == "SETWCONSTRAINTS" && sweepRungs_ > 0) {
-    --sweepRungs_;
-    return;
-  }
-  orders_.push_back(text.substr(0, text.rfind(" END ")));
-}
-
 Texts FieldPeer::TakeOrders() {
-  const std::lock_guard guard(lock_);
-  return std::exchange(orders_, {});
+  static const std::regex kSweep("SET SETWSTATUS[^\n]*\n(SET SETWCONSTRAINTS[^\n]*\n){10}");
+  std::string text;
+  Change([&] {
+    for (const std::string& order : std::exchange(orders, {})) {
+      text += order.substr(3, order.rfind(" END") - 3) + "\n";
+    }
+  });
+  Texts lines = Split(std::regex_replace(text, kSweep, ""), "\n");
+  lines.pop_back();
+  return lines;
 }
 
 void FieldPeer::Change(const std::function<void()>& change) {

@@ -28,7 +28,7 @@ class FieldPeer : public SimulatedField {
   void Start() { peer_.Start(); }
 
   /// What the peer was told to do since the last call, one line each: run controls and setters, but
-  /// not those of an inflow sweep.
+  /// not those of an inflow sweep, which forces the wells open and constrains them ten times.
   Texts TakeOrders();
   /// The field may be changed between two messages.
   void Change(const std::function<void()>& change);
@@ -45,12 +45,9 @@ class FieldPeer : public SimulatedField {
 
  private:
   std::vector<Entries> Hear(const Entries& message);
-  void Note(const std::string& name, const Entries& message);
 
   std::mutex lock_;
-  Texts orders_;
   Heed heed_;
-  int sweepRungs_ = 0;
   platform::IgnoredBystanders counted_;  ///< it listens before the simulator's process is started
   ScriptedPeer peer_;
 };
