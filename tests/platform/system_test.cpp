@@ -1,3 +1,5 @@
+// The services that take no more than a test or two each.
+
 #include <filesystem>
 #include <thread>
 
@@ -7,8 +9,11 @@
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/module_state.h"
+#include "platform/named_mutex.h"
+#include "platform/registry.h"
 #include "platform/user.h"
 #include "support/isolation.h"
+#include "support/test_folder.h"
 
 namespace gantry::platform {
 namespace {
@@ -36,6 +41,36 @@ TEST(Environment, AValueThatFillsTheReadersBufferCountsAsNotSet) {
   EXPECT_EQ(ReadEnvironment("GANTRY_TEST", 16), "fifteen letters");
   EXPECT_FALSE(ReadEnvironment("GANTRY_TEST", 15));
   EXPECT_FALSE(ReadEnvironment("GANTRY_NO_SUCH_VARIABLE", 16));
+}
+
+TEST(Mutex, IsHeldForItsLifeAndSeenAsHeldByItsOwnProcess) {
+  using Outcome = NamedMutex::Outcome;
+  auto first = NamedMutex::TryAcquire("GantryTest0");
+  EXPECT_EQ(first.outcome, Outcome::kTaken);
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest0").outcome, Outcome::kHeldElsewhere);
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest1").outcome, Outcome::kTaken);
+  first.mutex.reset();
+  EXPECT_EQ(NamedMutex::TryAcquire("GantryTest0").outcome, Outcome::kTaken);
+}
+
+TEST(Registry, KeepsWhatIsWrittenUnderAKeyWhoeverOpensIt) {
+  const test::TestFolder folder;
+  std::string bytes;
+  for (int c = 1; c < 256; ++c) bytes += static_cast<char>(c);
+  const auto key = RegistryKey::Create(kCurrentUser, "Software\\Acme");
+  const auto again = RegistryKey::Create(~uintptr_t{0} << 32 | kCurrentUser, "SOFTWARE\\acme\\");
+  ASSERT_NE(key, nullptr);
+  ASSERT_NE(again, nullptr);
+  EXPECT_FALSE(key->ReadText("Text"));
+  for (const std::string& text :
+       {std::string(), std::string("\\"), std::string("a\r\nb\\"), bytes, std::string(9000, '"')}) {
+    ASSERT_TRUE(key->WriteText("Text", text));
+    EXPECT_EQ(again->ReadText("TEXT"), text);
+  }
+  EXPECT_FALSE(key->ReadNumber("Text")) << "of another type";
+  EXPECT_TRUE(key->WriteNumber("Text", 0xFFFFFFFF));
+  EXPECT_EQ(again->ReadNumber("Text"), 0xFFFFFFFFu);
+  EXPECT_FALSE(key->ReadText("Text"));
 }
 
 TEST(User, HasALogInName) { EXPECT_NE(LogInName().value_or(""), ""); }
