@@ -31,16 +31,5 @@ TEST(UnitConverter, LeavesValuesWithoutAUnitAlone) {
   }
 }
 
-TEST(UnitFamilies, CarryTheHostsNamesAndNumbers) {
-  EXPECT_STREQ(UnitFamilyName(-1), "None");
-  EXPECT_EQ(UnitFamilyUserCode(-1), 60051u);
-  EXPECT_STREQ(UnitFamilyName(kPressureDifference), "Pressure difference");
-  const std::array<uint32_t, 13> codes = {60052, 60053, 60061, 60059, 60062, 60063, 60054,
-                                          60058, 60056, 60055, 60057, 60060, 60064};
-  for (int32_t code = 0; code < kUnitFamilyCount; ++code) {
-    EXPECT_EQ(UnitFamilyUserCode(code), codes[static_cast<size_t>(code)]);
-  }
-}
-
 }  // namespace
 }  // namespace gantry

@@ -1,4 +1,3 @@
-#include <array>
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -9,34 +8,16 @@
 namespace gantry::test {
 namespace {
 
-MessageReader ReaderOf(const std::string& bytes) {
-  return MessageReader(std::as_bytes(std::span(bytes)));
-}
-
-TEST(MessageReader, ReadsWhatAWriterPutsOneBehindTheOther) {
-  const std::string cut("cut\0here", 8);
+// What both make of each kind of element stands in routines.talk.
+TEST(MessageWriter, HasMoreRoomThanItUsesAndItsTextsAreReadUpToAZero) {
   MessageWriter writer;
-  writer.PutInt(-2);
-  writer.PutDouble(1.5);
-  writer.PutByte(7);
-  writer.PutText(cut);
-  writer.PutIntArray(std::vector<int32_t>{1, 2});
-  writer.PutDoubleArray(std::vector<double>{3.0});
-  const std::string bytes(reinterpret_cast<const char*>(writer.Bytes().data()),
-                          writer.Bytes().size());
-  EXPECT_EQ(bytes, Int(-2) + Double(1.5) + "\7" + Text(cut) + Int(1) + Int(2) + Double(3.0));
-  EXPECT_EQ(writer.Capacity(), 100);
-  writer.PutBytes(std::vector<std::byte>(100 - bytes.size()));
-  EXPECT_EQ(writer.Capacity(), 200) << "always greater than what is used";
-  MessageReader reader = ReaderOf(bytes);
-  EXPECT_EQ(reader.GetInt(), -2);
-  EXPECT_EQ(reader.GetDouble(), 1.5);
-  EXPECT_EQ(reader.GetByte(), 7);
+  writer.PutText(std::string("cut\0here", 8));
+  MessageReader reader(writer.Bytes());
   EXPECT_EQ(reader.GetText(), "cut");
-  std::array<int32_t, 2> ints{};
-  reader.GetIntArray(ints);
-  EXPECT_EQ(ints, (std::array<int32_t, 2>{1, 2}));
-  EXPECT_EQ(reader.Remaining(), sizeof(double));
+  EXPECT_EQ(reader.Remaining(), 0u);
+  EXPECT_EQ(writer.Capacity(), 100);
+  writer.PutBytes(std::vector<std::byte>(100 - writer.Bytes().size()));
+  EXPECT_EQ(writer.Capacity(), 200);
 }
 
 TEST(MessageReader, NeverLeavesItsBytes) {
@@ -53,7 +34,7 @@ TEST(MessageReader, NeverLeavesItsBytes) {
       {Int(0x7fffffff), [](MessageReader& reader) { GetDoubleRows(reader); }},
   };
   for (const auto& [bytes, read] : cases) {
-    MessageReader reader = ReaderOf(bytes);
+    MessageReader reader(std::as_bytes(std::span(bytes)));
     EXPECT_THROW(read(reader), MessageOverrun) << bytes.size();
   }
 }
