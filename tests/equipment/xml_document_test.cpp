@@ -3,7 +3,6 @@
 #include <sstream>
 
 #include "equipment/date_stamp.h"
-#include "equipment/golden_file.h"
 #include "support/cases.h"
 #include "support/test_folder.h"
 
@@ -39,7 +38,7 @@ TEST(XmlDocument, IsWrittenToTheByte) {
   AddOther(document, CXMLElement::kInstruction, "go \"now\"");
   std::ostringstream out;
   EXPECT_TRUE(document.WriteStream(out, false));
-  EXPECT_EQ(out.str(), Golden("shapes.xml"));
+  EXPECT_EQ(out.str(), TestFolder::Read(GANTRY_EQUIPMENT_GOLDEN "/shapes.xml"));
 }
 
 TEST(XmlDocument, IndentsNoDeeperThan128TabsThatItKeeps) {

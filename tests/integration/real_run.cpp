@@ -8,24 +8,12 @@
 
 #include "platform/dynamic_library.h"
 #include "platform/registry.h"
+#include "settings/machine_config.h"
 #include "support/free_ports.h"
 
 namespace gantry::test {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-constexpr const char* kMachineKey = R"(Software\Orvale\Tessel\ExtensionDlls100_64\Intersect)";
-
-void WriteMachineSettings(const fs::path& simulator, int firstPort, int ports) {
-  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kMachineKey);
-  key->WriteText("SimExecutable", simulator.string());
-  key->WriteNumber("StartPort", static_cast<uint32_t>(firstPort));
-  key->WriteNumber("EndPort", static_cast<uint32_t>(firstPort + ports - 1));
-}
-
-}  // namespace
 
 RealRun::RealRun(const std::string& version, int ports) : firstPort_(FreePorts(ports)) {
   const fs::path simulator = folder_ / version / "bin" / platform::ProgramFileName("tanksim");
@@ -33,7 +21,10 @@ RealRun::RealRun(const std::string& version, int ports) : firstPort_(FreePorts(p
   std::error_code unknownHere;
   fs::create_symlink(GANTRY_TANKSIM, simulator, unknownHere);
   if (unknownHere) fs::copy_file(GANTRY_TANKSIM, simulator);
-  WriteMachineSettings(simulator, firstPort_, ports);
+  const auto key = platform::RegistryKey::Create(platform::kCurrentUser, kRegistryKey);
+  key->WriteText("SimExecutable", simulator.string());
+  key->WriteNumber("StartPort", static_cast<uint32_t>(firstPort_));
+  key->WriteNumber("EndPort", static_cast<uint32_t>(firstPort_ + ports - 1));
   module_ = fieldrun::ModuleApi::Load(GANTRY_MODULE);
 }
 

@@ -19,8 +19,6 @@ class RealRun {
   /// connector. The module has `ports` ports for its sessions.
   explicit RealRun(const std::string& version = "2017.2", int ports = 1);
 
-  const fieldrun::ModuleApi& Module() const { return *module_; }
-  const TestFolder& Folder() const { return folder_; }
   int FirstPort() const { return firstPort_; }
 
   /// A deck of the examples that ends after `endDays`, in a folder of its own.

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/command_line.h"
+
 namespace gantry::platform {
 namespace {
 
@@ -35,6 +37,15 @@ TEST(Text, TellsUtf8FromOtherBytes) {
   for (const char* text : {"\xE9", "d\xE9p\xF4t", "\xE2\x82", "\x80", "\xC3(", "\xFF"}) {
     EXPECT_FALSE(IsUtf8(text)) << text;
   }
+}
+
+TEST(CommandLine, IsSplitAtBlanksOutsideQuotes) {
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(SplitCommandLine(R"("/opt/a b/ix"  base	--dopt=x:1 )"),
+            (Words{"/opt/a b/ix", "base", "--dopt=x:1"}));
+  EXPECT_EQ(SplitCommandLine(R"(a"b c"d "" $HOME;* \x)"), (Words{"ab cd", "", "$HOME;*", "\\x"}));
+  EXPECT_EQ(SplitCommandLine(R"(x "never closed )"), (Words{"x", "never closed "}));
+  EXPECT_EQ(SplitCommandLine("  "), Words{});
 }
 
 }  // namespace

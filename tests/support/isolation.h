@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -16,7 +17,11 @@ void SetEnvironment(const char* name, const std::optional<std::string>& value);
 /// While it lives, a variable of the environment has another value, or none.
 class ScopedVariable {
  public:
-  explicit ScopedVariable(const char* name, const std::optional<std::string>& value = {});
+  explicit ScopedVariable(const char* name, const std::optional<std::string>& value = {})
+      : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    Set(value);
+  }
   ~ScopedVariable() { SetEnvironment(name_, before_); }
   ScopedVariable(const ScopedVariable&) = delete;
   ScopedVariable& operator=(const ScopedVariable&) = delete;

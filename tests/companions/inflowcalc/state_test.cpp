@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "open_file.h"
+#include "platform/files.h"
 #include "scripted_reservoir.h"
 #include "support/test_folder.h"
 
@@ -11,41 +11,42 @@ class StoredState : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(SetupIPR(nullptr, saved_.Handle()), 0);
-    const OpenFile file(path_);
-    file.MoveTo(kBefore);
-    ASSERT_EQ(SaveIPR(saved_.Handle(), file.Handle()), 0);
-    end_ = file.Position();
+    const auto file = platform::ReplacementFile::Create(path_);
+    ASSERT_TRUE(file->File().Write("module's own", kBefore));
+    ASSERT_EQ(SaveIPR(saved_.Handle(), file->File().Handle()), 0);
+    ASSERT_TRUE(file->File().Write("|", 1) && file->Commit());
     content_ = TestFolder::Read(path_);
-    ASSERT_EQ(content_.size(), static_cast<size_t>(end_));
+    ASSERT_TRUE(content_.starts_with("module's own") && content_.ends_with("|"));
+    content_.pop_back();
   }
 
   /// Loads `content` from the place where the block began, into a library that knows no ratio.
   struct Outcome {
     int32_t result;
-    int64_t position;
+    size_t position;
     double answer;
   };
   Outcome Load(const std::string& content) {
     ScriptedReservoir fresh({{"P1", 4000.0, 10.0, 5.0}});
-    const OpenFile file(folder_.Write("copy", content));
-    file.MoveTo(kBefore);
-    const int32_t result = LoadIPR(fresh.Handle(), file.Handle());
-    return {result, file.Position(), fresh.PressureOfLowestRate()};
+    const auto file = platform::NativeFile::OpenForReading(folder_.Write("copy", content).string());
+    char before[kBefore];
+    EXPECT_TRUE(file->Read(before, kBefore));
+    const int32_t result = LoadIPR(fresh.Handle(), file->Handle());
+    return {result, content.size() - file->Remaining(), fresh.PressureOfLowestRate()};
   }
 
-  static constexpr int64_t kBefore = 12;
+  static constexpr size_t kBefore = 12;
   TestFolder folder_;
-  std::filesystem::path path_ = folder_ / "store";
+  std::string path_ = (folder_ / "store").string();
   ScriptedReservoir saved_{{{"P1", 4000.0, 10.0, 5.0}}};
   const double unknown_ = ScriptedReservoir({{"P1", 4000.0, 10.0, 5.0}}).PressureOfLowestRate();
-  int64_t end_ = 0;
   std::string content_;
 };
 
 TEST_F(StoredState, ComesBackFromTheMiddleOfAFile) {
   const Outcome loaded = Load(content_ + "what the module keeps behind it");
   EXPECT_EQ(loaded.result, 0);
-  EXPECT_EQ(loaded.position, end_);
+  EXPECT_EQ(loaded.position, content_.size());
   EXPECT_NE(loaded.answer, unknown_);
   EXPECT_DOUBLE_EQ(loaded.answer, saved_.PressureOfLowestRate());
   EXPECT_NE(SaveIPR(saved_.Handle(), -1), 0) << "no file";
@@ -60,7 +61,8 @@ TEST_F(StoredState, ThatIsDamagedOrCutChangesNothing) {
     for (const std::string& content : {damaged, content_.substr(0, at)}) {
       const Outcome loaded = Load(content);
       EXPECT_TRUE(loaded.result != 0 && loaded.answer == unknown_) << "byte " << at;
-      EXPECT_TRUE(loaded.position == kBefore || (loaded.position == end_ && content == damaged))
+      EXPECT_TRUE(loaded.position == kBefore ||
+                  (loaded.position == content_.size() && content == damaged))
           << "byte " << at;
     }
   }

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "settings/machine_config.h"
 #include "support/test_folder.h"
 
 namespace gantry::platform {
@@ -105,6 +106,13 @@ TEST_F(RegistryFile, AStoreThatCannotBeReadIsRefusedAndNotWrittenOver) {
   fs::remove(folder_ / kFile);
   fs::create_directories(folder_ / kFile);
   EXPECT_EQ(Open(), nullptr);
+  {
+    const CIXConfig config;
+    fs::remove(folder_ / kFile);
+  }
+  EXPECT_FALSE(fs::exists(folder_ / kFile)) << "nor by a configuration that could not be read";
+  { const CIXConfig config; }
+  EXPECT_TRUE(fs::exists(folder_ / kFile)) << "one that there is none of isn't unread";
 }
 
 TEST_F(RegistryFile, ALinkedStoreStaysALinkAndKeepsItsMode) {
