@@ -1,10 +1,8 @@
 #include "model/talk.h"
 
-#include <cstddef>
 #include <cstring>
 #include <map>
 
-#include "client/unit_converter.h"
 #include "platform/dynamic_library.h"
 #include "platform/files.h"
 
@@ -83,43 +81,6 @@ int32_t HostTalk::StartRun(double hostDate, std::vector<int32_t> connected) {
 Texts& HostTalk::Told() {
   static Texts texts;
   return texts;
-}
-
-void HostTalk::Publish(const std::string& well, uint32_t kind, bool isWriteable,
-                       const std::string& label) {
-  CExportedVariables& variables = Model().ExportedVariables();
-  CExportedVariableWellParent* parent = variables.FindWellParent(well);
-  if (parent == nullptr) {
-    parent = &variables.Add(std::make_unique<CExportedVariableWellParent>());
-    parent->WellName = well;
-  }
-  auto& variable = parent->Variables.Add(std::make_unique<CExportedVariable>());
-  variable.Key = "OIL_PRODUCTION_RATE";
-  variable.SimulatorItem = isWriteable ? variable.Key : "";
-  variable.Label = label;
-  variable.Code = 30801;
-  variable.UnitFamily = kLiquidRate;
-  variable.Kind = kind;
-}
-
-void HostTalk::TellPublished() {
-  PublishedVariableRow row = {};
-  row.handle = -1;
-  while (Command(EXT_ENUM_PUBLISHED_VARIABLES, &row) == 0) {
-    EXPECT_EQ(row.fullName, std::string(row.wellName) + ":" + row.shortName);
-    Tell(Line(row.fullName, row.isWriteable == 0 ? "read-only" : "writeable", row.code));
-  }
-}
-
-void HostTalk::Evaluate(int32_t handle, const std::string& text) {
-  std::vector<char> space(sizeof(EvalPublishedRequest) + text.size());
-  auto& request = *new (space.data()) EvalPublishedRequest;
-  request.handle = handle;
-  request.isWrite = text.empty() ? 0 : 1;
-  request.value[0] = '?';
-  text.copy(space.data() + offsetof(EvalPublishedRequest, value), text.size());
-  const int32_t result = Command(EXT_EVAL_PUBLISHED_VARIABLES, &request);
-  if (Hear(result) && text.empty()) Tell(request.value);
 }
 
 void HostTalk::AskByLibrary(const std::string& question, Words& words) {

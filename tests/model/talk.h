@@ -89,13 +89,8 @@ class HostTalk : public testing::TestWithParam<Scene>, public Player {
   /// With these wells connected; the host's callbacks are given what `Told` holds.
   int32_t StartRun(double hostDate, std::vector<int32_t> connected);
   static Texts& Told();
-  /// Publishes a variable of a well, as the export dialog does.
-  void Publish(const std::string& well, uint32_t kind, bool isWriteable, const std::string& label);
-  void TellPublished();
   void TellFluid();
   void TellPart(const std::string& part);
-  /// Writes the text into an element of a published variable, or reads it where there is none.
-  void Evaluate(int32_t handle, const std::string& text);
   void AskByLibrary(const std::string& question, Words& words);
 
   TestFolder folder;

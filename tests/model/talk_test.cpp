@@ -5,8 +5,11 @@
 #include "model/talk.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <future>
 #include <thread>
+
+#include "client/unit_converter.h"
 
 namespace gantry::test {
 namespace {
@@ -298,24 +301,48 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
        t.Tell(std::filesystem::exists(file) ? Line(place) : "no file");
      }},
     // Published variables.
-    {"publish",  // WELL KIND writeable|read-only LABEL
+    {"publish",  // WELL KIND writeable|read-only LABEL, as the export dialog does
      [](HostTalk& t, Words& w) {
+       CExportedVariables& variables = t.Model().ExportedVariables();
        const std::string well = w.Next();
+       CExportedVariableWellParent* parent = variables.FindWellParent(well);
+       if (parent == nullptr) {
+         parent = &variables.Add(std::make_unique<CExportedVariableWellParent>());
+         parent->WellName = well;
+       }
        const auto kind = w.Next(0u);
-       const bool isWriteable = w.Next() == "writeable";
-       t.Publish(well, kind, isWriteable, w.Rest());
+       const char* const item = w.Next() == "writeable" ? "OIL_PRODUCTION_RATE" : "";
+       const std::string label = w.Rest();
+       parent->Variables.Add(std::make_unique<CExportedVariable>(
+           WellVariable{"OIL_PRODUCTION_RATE", item, label.c_str(), 30801, kLiquidRate, kind}));
      }},
-    {"published", [](HostTalk& t, Words&) { t.TellPublished(); }},
+    {"published",
+     [](HostTalk& t, Words&) {
+       PublishedVariableRow row = {};
+       row.handle = -1;
+       while (t.Command(EXT_ENUM_PUBLISHED_VARIABLES, &row) == 0) {
+         EXPECT_EQ(row.fullName, std::string(row.wellName) + ":" + row.shortName);
+         t.Tell(Line(row.fullName, row.isWriteable == 0 ? "read-only" : "writeable", row.code));
+       }
+     }},
     {"published-behind",
      [](HostTalk& t, Words& w) {
        PublishedVariableRow row = {};
        row.handle = w.Next(0);
        t.Tell(Line(t.Command(EXT_ENUM_PUBLISHED_VARIABLES, &row), row.handle));
      }},
-    {"evaluate",  // HANDLE [TEXT]
+    {"evaluate",  // HANDLE [TEXT], which is written into the element; it is read without one
      [](HostTalk& t, Words& w) {
        const int32_t handle = w.Next(0);
-       t.Evaluate(handle, w.Rest());
+       const std::string text = w.Rest();
+       std::vector<char> space(sizeof(EvalPublishedRequest) + text.size());
+       auto& request = *new (space.data()) EvalPublishedRequest;
+       request.handle = handle;
+       request.isWrite = text.empty() ? 0 : 1;
+       request.value[0] = '?';
+       text.copy(space.data() + offsetof(EvalPublishedRequest, value), text.size());
+       const int32_t result = t.Command(EXT_EVAL_PUBLISHED_VARIABLES, &request);
+       if (t.Hear(result) && text.empty()) t.Tell(request.value);
      }},
     {"delete",
      [](HostTalk& t, Words& w) {
