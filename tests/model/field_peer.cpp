@@ -55,7 +55,6 @@ std::vector<Entries> FieldPeer::Hear(const Entries& message) {
   Change([&] { heed = heed_; });
   if (heed) heed(name);
   const std::lock_guard guard(lock_);
-  if (name == cutAt) return {};
   eosProperties = {{"Molecular weight", Numbers(components.size(), 16.0)}};
   return AnswerOnWire(*this, message);
 }

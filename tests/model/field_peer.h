@@ -39,8 +39,6 @@ class FieldPeer : public SimulatedField {
     Change([&] { heed_ = std::move(heed); });
   }
 
-  std::string cutAt;  ///< the message at which the connection is cut; empty: none
-
   std::map<std::string, double> variables;  ///< further items of every well
 
  private:

@@ -46,7 +46,10 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kFieldVerbs = {
      }},
     {"metric", [](HostTalk& t, Words&) { t.peer.isMetric = true; }},
     {"tell-of-all-wells", [](HostTalk& t, Words&) { t.peer.tellsOfAllWells = true; }},
-    {"cut-at", [](HostTalk& t, Words& w) { t.peer.cutAt = w.Next(); }}};
+    {"cut-at",  // MESSAGE, or nowhere
+     [](HostTalk& t, Words& w) {
+       t.peer.said = {{w.Next<std::string>("none"), {}}};
+     }}};
 
 const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
     {"orders", [](HostTalk& t, Words&) { t.TellAll(t.peer.TakeOrders()); }},

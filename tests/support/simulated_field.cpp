@@ -192,15 +192,15 @@ std::vector<Entries> AnswerOnWire(SimulatedField& field, const Entries& request)
   const Entries ready = {"READY", "END"};
   ++field.requests;
   const std::string& verb = request[0].name;
-  if (verb == "SETUP") {
-    return {Parse("STARTED ERRORS{} END"), Step(field.position, field.days, field.date)};
-  }
-  if (verb != "QUERY") Note(field, request);
   const bool isWrapped = verb == "QUERY" || verb == "SET";
   const std::string& name = request[isWrapped ? 1 : 0].name;
   if (const auto other = field.said.find(name); other != field.said.end()) {
     return SayInstead(other->second, isWrapped);
   }
+  if (verb == "SETUP") {
+    return {Parse("STARTED ERRORS{} END"), Step(field.position, field.days, field.date)};
+  }
+  if (verb != "QUERY") Note(field, request);
   if (name == "SHUTDOWN") return {{"FINISHED", "END"}};
   if (!isWrapped) return {Run(field, request)};
   if (const auto taker = kTakers.find(name); taker != kTakers.end()) {

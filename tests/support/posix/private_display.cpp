@@ -36,7 +36,7 @@ std::unique_ptr<PrivateDisplay> PrivateDisplay::Start(std::string& reason) {
   std::string number = ":";
   for (char c = 0; ::read(ends[0], &c, 1) == 1 && c != '\n';) number += c;
   ::close(ends[0]);
-  std::unique_ptr<PrivateDisplay> display(new PrivateDisplay(process, number));
+  std::unique_ptr<PrivateDisplay> display(new PrivateDisplay(process));
   reason = "Xvfb gave no display";
   if (number == ":") return nullptr;
   ::setenv("DISPLAY", number.c_str(), 1);

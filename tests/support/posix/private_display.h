@@ -15,15 +15,13 @@ class PrivateDisplay {
 
   /// Null, with the reason, where there can be none.
   static std::unique_ptr<PrivateDisplay> Start(std::string& reason);
-  const std::string& Name() const { return name_; }
   /// Takes the display away from whoever uses it.
   void End();
 
  private:
-  PrivateDisplay(int process, std::string name) : process_(process), name_(std::move(name)) {}
+  explicit PrivateDisplay(int process) : process_(process) {}
 
   int process_;
-  std::string name_;
 };
 
 }  // namespace gantry::test
