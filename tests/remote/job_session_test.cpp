@@ -1,35 +1,22 @@
-#include "sessions/job_session.h"
+// The sessions of jobs, on this machine and on a cluster, and what they take from their
+// environment.
 
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/algorithm/string/replace.hpp>
 #include <gtest/gtest.h>
 
-#include "platform/files.h"
+#include "platform/user.h"
+#include "remote/passing_calls.h"
+#include "remote/wire_script.h"
 #include "sessions/job_slot.h"
-#include "sessions/version_code.h"
+#include "sessions/linux_job_session.h"
 #include "settings/link_settings.h"
 #include "support/isolation.h"
+#include "support/play.h"
 #include "support/test_folder.h"
 
 namespace gantry::test {
 namespace {
-
-TEST(VersionCode, ComesFromTheFirstTokenOfThePathThatHasOne) {
-  for (const auto& [path, code] :
-       {std::pair{"C:\\IX\\2017.2\\bin\\ix.exe", 20172},
-        {"/opt/2016.2/ix", platform::kPathSeparator == '/' ? 20162 : 100000},
-        {"C:\\IX\\v2016a\\ix.exe", 20161},
-        {"C:\\V2017B-extra\\ix", 20172},
-        {"C:\\v2017c\\2018.1\\ix", 20181},
-        {"C:\\v20x7a\\ix", 100000},
-        {"C:\\ 2017 .2 \\ix", 20172},
-        {"C:\\2e3\\ix", 20000},
-        {"C:\\e3\\ix", 100000},
-        {"C:\\2017_2\\ix", 100000},
-        {"C:\\1e300\\ix", 2147483647},
-        {"2016.1", 20161},
-        {"//\\\\", 100000}}) {
-    EXPECT_EQ(VersionCodeFromPath(path), code) << path;
-  }
-}
 
 class JobSlot : public ::testing::Test {
  protected:
@@ -77,6 +64,67 @@ TEST(JobSession, KnowsItsScenarioInABatchJob) {
     EXPECT_EQ(SessionOfNothing(settings).ScenarioNumber, number) << text;
   }
   EXPECT_FALSE(SessionOfNothing(settings).StopIfRunning());
+}
+
+LinkSettings SettingsFor(uint16_t port) {
+  LinkSettings settings;
+  settings.HeadNode = "127.0.0.1";
+  settings.HeadNodePort = port;
+  settings.FileName = "/fields/north/NORTH.v2.afi";
+  settings.Parallel = 4;
+  settings.LinuxIXVersion = 20172;
+  settings.StdLogging = true;
+  return settings;
+}
+
+std::string Filled(std::string line) {
+  const std::string user = boost::to_lower_copy(platform::LogInName().value_or(""));
+  boost::replace_all(line, "{user}", user);
+  boost::replace_all(line, "\\n", "\n");
+  boost::replace_all(line, "\\t", "\t");
+  return line;
+}
+
+void Start(CLinuxJobSession& session, Texts& told) {
+  const bool ranBefore = session.IsRunning();
+  std::string message;
+  const int32_t result = session.Start(message);
+  if (result != 0) told.push_back(message);
+  EXPECT_EQ(session.IsRunning(), ranBefore || result == 0);
+  if (!session.IsRunning()) return;
+  const double days = session.Connector->GetTimeDays();
+  told.push_back("runs on " + session.GetHostDescription() + Line(",", days));
+}
+
+TEST(LinuxJobSession, StartsASimulatorAsItIsWritten) {
+  for (const Talk& talk : TalksIn("remote/factory.talk")) {
+    ScriptedPeer peer;
+    for (const Turn& turn : talk.turns) {
+      for (const std::string& line : turn.wire) Script(peer, line[0], Elements(Filled(line)));
+    }
+    peer.Start();
+    LinkSettings settings = SettingsFor(peer.Port());
+    const bool isInScenario = talk.turns.front().call == "start in scenario 4";
+    settings.StdLogging = !isInScenario;
+    const ScopedVariable job("LSB_JOBID", isInScenario ? std::optional("77") : std::nullopt);
+    const ScopedVariable scenario("LSF_TESSEL_SCENARIO", "4");
+    CLinuxJobSession session(settings);
+    EXPECT_EQ(session.GetHostDescription(), "");
+    Play(talk, [&session](const Turn&, Texts& told) { Start(session, told); });
+  }
+}
+
+TEST(LinuxJobSession, SaysThatNobodyListensAndNamesAnIntegerThatIsThrown) {
+  const LinkSettings settings = SettingsFor(1);
+  const std::string nobody =
+      "Error connecting to run factory on host 127.0.0.1, port 1. Is it running?";
+  std::string message;
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message, nobody);
+  PassingCalls calls;
+  calls.findHost = [](const std::string&) -> std::optional<uint32_t> { throw 10061; };
+  EXPECT_EQ(CLinuxJobSession(settings).Start(message), 1);
+  EXPECT_EQ(message, nobody + " Error number: 10061");
 }
 
 }  // namespace

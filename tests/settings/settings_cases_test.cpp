@@ -3,7 +3,9 @@
 #include <sstream>
 
 #include "client/query_results.h"
+#include "platform/files.h"
 #include "platform/registry.h"
+#include "sessions/version_code.h"
 #include "settings/link_settings.h"
 #include "settings/machine_config.h"
 #include "support/cases.h"
@@ -40,6 +42,8 @@ const Kinds kKinds = {
        EXPECT_EQ(settings.GetScriptFileName(), directory + name + "_py.py");
        return Columns{directory, name};
      }},
+    {"version",
+     [](const Columns& c) { return Columns{std::to_string(VersionCodeFromPath(c[0]))}; }},
     {"exposed",
      [](const Columns& c) {
        const TestFolder folder;
@@ -88,6 +92,8 @@ const Kinds kKinds = {
 
 TEST(SettingsAndWells, AreAsTheCasesSay) {
   ExpectCases(GANTRY_SETTINGS_FILES "/settings.cases", kKinds);
+  const int32_t code = platform::kPathSeparator == '/' ? 20162 : 100000;
+  EXPECT_EQ(VersionCodeFromPath("/opt/2016.2/ix"), code) << "by this system's separator";
 }
 
 TEST(StaticWells, ShowTheModeOfTheLastTakeOneForAllAndAreFoundByName) {
