@@ -75,18 +75,16 @@ TEST(Client, ReadsConstraintsInflowAndFluidModels) {
   {
     Client2016 client;
     client.connect("localhost", peer.Port(), kTimeout);
-    const WellConstraintsResult constraints = client.get_constraints_for_wells({"*"});
-    EXPECT_EQ(constraints.wells, Strings{"P1"});
-    EXPECT_EQ(constraints.items[0], (Strings{"A", "B"}));
-    EXPECT_EQ(constraints.values[0], (Doubles{1, 2}));
-    EXPECT_EQ(constraints.setters[0], (Strings{"USER", "DECK"}));
+    const WellConstraintsResult found = client.get_constraints_for_wells({"*"});
+    EXPECT_EQ(Line(LineOf(found.wells), LineOf(found.items.at(0)), LineOf(found.values.at(0)),
+                   LineOf(found.setters.at(0))),
+              "P1 A B 1 2 USER DECK");
     const auto measure = [&] {
       return client.get_ipr_data_for_wells({"P1", "P2"}, {"BHP", "THP"}, 2, 2.5);
     };
     const IPRQueryResult inflow = measure();
-    EXPECT_EQ(inflow.wells, (Strings{"P1", "P2"}));
     EXPECT_EQ(inflow.items, (std::vector<Strings>{{"OIL", "GAS"}, {}}));
-    EXPECT_EQ(inflow.values[0][1], (Doubles{3, 4}));
+    EXPECT_EQ(Line(LineOf(inflow.wells), LineOf(inflow.values.at(0).at(1))), "P1 P2 3 4");
     EXPECT_TRUE(client.get_ipr_data_for_wells({"P1"}, {"BHP"}, 0, 1).wells.empty()) << "unasked";
     EXPECT_TRUE(client.get_ipr_data_for_wells({}, {}, 5, 1).wells.empty()) << "unasked";
     EXPECT_EQ(client.get_fm_fluid_model(), Strings{"C1"}) << "under any name";

@@ -98,7 +98,7 @@ void ExpectReadWhole(const CIXConfig& config, int times,
   }
 }
 
-TEST_F(Registry, IsReadWholeByAStartWhileTheHostCopiesAnother) {
+TEST_F(Registry, IsReadWholeByAStartWhileTheHostCopiesAnotherOrTheDialogChangesIt) {
   for (const int port : {'A', 'B'}) {
     const auto key = Key(OptionsOf(port).substr(0, 1));
     key->WriteText("CmdLine", OptionsOf(port));
@@ -108,10 +108,6 @@ TEST_F(Registry, IsReadWholeByAStartWhileTheHostCopiesAnother) {
   ExpectReadWhole(config, 500, [&](int port) {
     config.Load(platform::kCurrentUser, OptionsOf(port).substr(0, 1));
   });
-}
-
-TEST_F(Registry, IsNeverSeenHalfDoneByAStartWhileTheDialogChangesIt) {
-  CIXConfig config;
   CConfigureDlg dialog(config);
   MemoryWindow window(dialog);
   const auto accept = [&](int port) {
