@@ -16,36 +16,32 @@ typedef struct RecordOf {
   int pointers[3]; /* offsets of what is another address in each run */
 } RecordOf;
 
-#define PLAIN(command, type)            \
-  {                                     \
-    command, #type, sizeof(type), { 0 } \
-  }
 #define RECORD(command, type, ...)                \
   {                                               \
     command, #type, sizeof(type), { __VA_ARGS__ } \
   }
 static const RecordOf kRecords[] = {
-    PLAIN(0, ExtErrorBlock),
-    PLAIN(0, ExtIdentifyRecord),
-    PLAIN(0, ExtUnitRecord),
-    PLAIN(EXT_ENUM_SOURCES, EnumSourcesRow),
-    PLAIN(EXT_SET_CONNECTION, SetConnectionRequest),
-    PLAIN(EXT_ENUM_DATA_FILES, EnumDataFilesRow),
-    PLAIN(EXT_SET_DATA_FILE, SetDataFileRecord),
-    PLAIN(EXT_START_SIMULATOR, SimulatorStartRecord),
+    RECORD(0, ExtErrorBlock, 0),
+    RECORD(0, ExtIdentifyRecord, 0),
+    RECORD(0, ExtUnitRecord, 0),
+    RECORD(EXT_ENUM_SOURCES, EnumSourcesRow, 0),
+    RECORD(EXT_SET_CONNECTION, SetConnectionRequest, 0),
+    RECORD(EXT_ENUM_DATA_FILES, EnumDataFilesRow, 0),
+    RECORD(EXT_SET_DATA_FILE, SetDataFileRecord, 0),
+    RECORD(EXT_START_SIMULATOR, SimulatorStartRecord, 0),
     RECORD(EXT_START_RUN, RunStartRecord, offsetof(RunStartRecord, connectedWells),
            offsetof(RunStartRecord, logCallback), offsetof(RunStartRecord, statusCallback)),
-    PLAIN(EXT_GET_SIMULATION_DATE, DateRecord),
-    PLAIN(EXT_GET_FLUID_MODEL, FluidModelRecord),
-    PLAIN(EXT_TIMESTEP, TimestepRecord),
-    PLAIN(EXT_GET_IPR, _tGetSetData),
-    PLAIN(EXT_SET_OP_PT, _tGetSetData),
+    RECORD(EXT_GET_SIMULATION_DATE, DateRecord, 0),
+    RECORD(EXT_GET_FLUID_MODEL, FluidModelRecord, 0),
+    RECORD(EXT_TIMESTEP, TimestepRecord, 0),
+    RECORD(EXT_GET_IPR, _tGetSetData, 0),
+    RECORD(EXT_SET_OP_PT, _tGetSetData, 0),
     RECORD(EXT_GET_PROPERTY, GetPropertyRequest, offsetof(GetPropertyRequest, path)),
     RECORD(EXT_SET_PROPERTY, SetPropertyRequest, offsetof(SetPropertyRequest, path),
            offsetof(SetPropertyRequest, value)),
-    PLAIN(EXT_ENUM_PUBLISHED_VARIABLES, PublishedVariableRow),
-    PLAIN(EXT_EVAL_PUBLISHED_VARIABLES, EvalPublishedRequest),
-    PLAIN(EXT_GET_VARIABLE_NAMES, VariableNamesRecord),
+    RECORD(EXT_ENUM_PUBLISHED_VARIABLES, PublishedVariableRow, 0),
+    RECORD(EXT_EVAL_PUBLISHED_VARIABLES, EvalPublishedRequest, 0),
+    RECORD(EXT_GET_VARIABLE_NAMES, VariableNamesRecord, 0),
     RECORD(EXT_LOAD_CASE_DATA, CaseDataRecord, offsetof(CaseDataRecord, casePath)),
 };
 enum { RECORDS = sizeof kRecords / sizeof kRecords[0] };

@@ -36,15 +36,6 @@ TEST(Tubing, WeighsGasByTheRealGasLaw) {
   EXPECT_NEAR(foot + 14.696, expected, 0.01 * expected);
 }
 
-TEST(Tubing, IsLighterWithMoreGasUntilFrictionTakesOver) {
-  const TubingSpec tubing = Tubing(8000, 3);
-  const auto foot = [&](double gas) {
-    return TubingFootPressure(tubing, {}, 200, {1000, 200, gas});
-  };
-  EXPECT_LT(foot(1.0), foot(0.2));
-  EXPECT_GT(foot(30.0), foot(5.0));
-}
-
 TEST(LiftTable, KeepsCloseToTheTubingThatItStandsFor) {
   const struct {
     double depth, diameter, head;
