@@ -1,3 +1,4 @@
+#include <array>
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -12,8 +13,12 @@ namespace {
 TEST(MessageWriter, HasMoreRoomThanItUsesAndItsTextsAreReadUpToAZero) {
   MessageWriter writer;
   writer.PutText(std::string("cut\0here", 8));
+  writer.PutIntArray(std::array{1, 2});
   MessageReader reader(writer.Bytes());
   EXPECT_EQ(reader.GetText(), "cut");
+  std::array<int32_t, 2> numbers{};
+  reader.GetIntArray(numbers);
+  EXPECT_EQ(numbers, (std::array{1, 2}));
   EXPECT_EQ(reader.Remaining(), 0u);
   EXPECT_EQ(writer.Capacity(), 100);
   writer.PutBytes(std::vector<std::byte>(100 - writer.Bytes().size()));
