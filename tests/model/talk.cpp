@@ -83,21 +83,6 @@ Texts& HostTalk::Told() {
   return texts;
 }
 
-void HostTalk::AskByLibrary(const std::string& question, Words& words) {
-  char text[IPR_TEXT_SIZE] = {};
-  if (question == "elapsed") return Tell(Line(probe.elapsedDays(model)));
-  const double first = words.Next(0.0);
-  const auto well = static_cast<int32_t>(first);
-  int32_t result = 0;
-  if (question == "restart") result = probe.restart(model, text);
-  if (question == "advance") result = probe.advance(model, first, text);
-  if (question == "rate") result = probe.imposeRate(model, well, words.Next(0.0), text);
-  if (question == "inflow") result = probe.readInflow(model, well, inflow.get(), text);
-  if (question == "current") result = probe.readCurrent(model, well, inflow.get(), text);
-  if (result != 0) return Tell(text);
-  for (const std::string& part : words.All()) TellPart(part);
-}
-
 void HostTalk::TellFluid() {
   auto fluid = std::make_unique<FluidModelRecord>();
   std::memset(fluid.get(), 0x55, sizeof *fluid);

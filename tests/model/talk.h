@@ -91,7 +91,6 @@ class HostTalk : public testing::TestWithParam<Scene>, public Player {
   static Texts& Told();
   void TellFluid();
   void TellPart(const std::string& part);
-  void AskByLibrary(const std::string& question, Words& words);
 
   TestFolder folder;
   FieldPeer peer;

@@ -291,7 +291,22 @@ const std::map<std::string, HostTalk::Verb> HostTalk::kVerbs = {
        int32_t& place = *places.at(w.Next());
        place = w.Next(0);
      }},
-    {"library-asks", [](HostTalk& t, Words& w) { t.AskByLibrary(w.Next(), w); }},
+    {"library-asks",  // QUESTION [WELL OR DAYS [RATE] PART...]
+     [](HostTalk& t, Words& w) {
+       const std::string question = w.Next();
+       if (question == "elapsed") return t.Tell(Line(t.probe.elapsedDays(t.model)));
+       char text[IPR_TEXT_SIZE] = {};
+       const double first = w.Next(0.0);
+       const auto well = static_cast<int32_t>(first);
+       int32_t result = 0;
+       if (question == "restart") result = t.probe.restart(t.model, text);
+       if (question == "advance") result = t.probe.advance(t.model, first, text);
+       if (question == "rate") result = t.probe.imposeRate(t.model, well, w.Next(0.0), text);
+       if (question == "inflow") result = t.probe.readInflow(t.model, well, t.inflow.get(), text);
+       if (question == "current") result = t.probe.readCurrent(t.model, well, t.inflow.get(), text);
+       if (result != 0) return t.Tell(text);
+       for (const std::string& part : w.All()) t.TellPart(part);
+     }},
     {"points-for-host",
      [](HostTalk& t, Words& w) {
        const auto& sources = t.Model().Sources().Items;
