@@ -1,4 +1,4 @@
-// What a person does in the dialogs, and all that changes in them: the plays in the files *.play,
+// What a person does in the dialogs, and all that changes in them: the plays in the folder plays,
 // of which docs/testing.md tells.
 
 #include <algorithm>
@@ -315,13 +315,7 @@ class DialogPlay : public ::testing::TestWithParam<Scene> {};
 
 TEST_P(DialogPlay, GoesAsItIsWritten) { DialogPlayer().Play(GetParam()); }
 
-INSTANTIATE_TEST_SUITE_P(CaseSettings, DialogPlay,
-                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/case_settings.play")),
-                         SceneName);
-INSTANTIATE_TEST_SUITE_P(Configure, DialogPlay,
-                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/configure.play")), SceneName);
-INSTANTIATE_TEST_SUITE_P(ExportVariables, DialogPlay,
-                         ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/export_variables.play")),
+INSTANTIATE_TEST_SUITE_P(Plays, DialogPlay, ::testing::ValuesIn(ScenesOf(GANTRY_PLAYS "/plays")),
                          SceneName);
 
 }  // namespace

@@ -1,5 +1,5 @@
 // What every toolkit does for a dialog, with real windows, keys and clicks: the plays of
-// plays/toolkit.play, of which docs/testing.md tells.
+// toolkit.play, of which docs/testing.md tells.
 
 #include <algorithm>
 #include <map>
