@@ -1,37 +1,16 @@
 #include "remote/routine_table.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 namespace gantry {
 
 namespace {
 
-constexpr std::array<RoutineEntry, 23> kRoutines = {{
-    {Routine::kConnectToSimulator, "ConnectToSimulator", "IX_CONNECTTOSIM", false},
-    {Routine::kGetDate, "GetDate", "IX_GETDATE"},
-    {Routine::kGetMetricFlag, "GetMetricFlag", "IX_GETMETRICFLAG"},
-    {Routine::kGetTimeDays, "GetTimeDays", "IX_GETTIMEDAYS"},
-    {Routine::kGetCompositionalFlag, "GetCompositionalFlag", "IX_GETCOMPFLAG"},
-    {Routine::kGetWellStatus, "GetWellStatus", "IX_GETWELLSTATUS"},
-    {Routine::kAdvanceNewton, "AdvanceNewton", "IX_NEWTON"},
-    {Routine::kRunUntil, "RunUntil", "IX_RUNUNTIL"},
-    {Routine::kGetTerminationFlag, "GetTerminationFlag", "IX_GETTERMFLAG"},
-    {Routine::kGetWellData, "GetWellData", "IX_GETWELLDATA"},
-    {Routine::kGetWellDataOfOne, "GetWellData", "IX_GETWELLDATA_SUB"},
-    {Routine::kSetWellStatus, "SetWellStatus", "IX_SETWELLSTATUS"},
-    {Routine::kSetWellUptime, "SetWellUptime", "IX_SETWELLUPTIME"},
-    {Routine::kSetWellConstraints, "SetWellConstraints", "IX_SETWELLCON"},
-    {Routine::kGetEOSProperties, "GetEOSProperties", "IX_GETEOSPROPS"},
-    {Routine::kGetWellVariables, "GetWellVariables", "IX_GETWELLVAR"},
-    {Routine::kGetWellIPRData, "GetWellIPRData", "IX_GETWELLIPRDATA"},
-    {Routine::kGetWellIPRDataOfOne, "GetWellIPRData", "IX_GETWELLIPRDATA_SUB"},
-    {Routine::kGetVersion, "GetVersion", "IX_GETVERSION"},
-    {Routine::kSetInjectionSource, "SetInjectionSource", "IX_SETINJSRC"},
-    {Routine::kSetWellInjectionComposition, "SetWellInjectionComposition", "IX_SETINJCOMP"},
-    {Routine::kGetStartDate, "GetStartDate", "IX_GETSTDATE"},
-    {Routine::kShutdown, "Shutdown", "IX_SHUTDOWN"},
-}};
+constexpr RoutineEntry kRoutines[] = {
+#define ROUTINE(Name, Number, WireName) {Routine::k##Name, WireName},
+#include "remote/routines.inc"
+};
 
 const RoutineEntry& EntryOf(Routine routine) {
   return *FindRoutine(static_cast<uint32_t>(routine));
@@ -42,10 +21,9 @@ const RoutineEntry& EntryOf(Routine routine) {
 std::span<const RoutineEntry> RoutineTable() { return kRoutines; }
 
 const RoutineEntry* FindRoutine(uint32_t number) {
-  const auto* found = std::find_if(
-      kRoutines.begin(), kRoutines.end(),
-      [number](const RoutineEntry& entry) { return entry.number == static_cast<Routine>(number); });
-  return found == kRoutines.end() ? nullptr : found;
+  const auto* const found =
+      std::ranges::find(kRoutines, static_cast<Routine>(number), &RoutineEntry::number);
+  return found == std::end(kRoutines) ? nullptr : found;
 }
 
 std::string CommunicationError(Routine routine) {
@@ -55,8 +33,8 @@ std::string CommunicationError(Routine routine) {
 
 std::string AcknowledgementError(Routine routine) {
   const std::string text = "Unexpected acknowledgement from Intersect controller";
-  const RoutineEntry& entry = EntryOf(routine);
-  return entry.namedInRefusal ? text + " (Routine: " + entry.name + ")." : text;
+  if (routine == Routine::kConnectToSimulator) return text;  // which names none
+  return text + " (Routine: " + EntryOf(routine).name + ").";
 }
 
 }  // namespace gantry

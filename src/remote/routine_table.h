@@ -6,40 +6,16 @@
 
 namespace gantry {
 
-/// The routines of the remote controller by their numbers on the wire. Frozen:
-/// docs/remote-protocol.md.
+/// The routines of the remote controller by their numbers on the wire.
 enum class Routine : uint32_t {
-  kConnectToSimulator = 1,
-  kGetDate = 2,
-  kGetMetricFlag = 3,
-  kGetTimeDays = 4,
-  kGetCompositionalFlag = 5,
-  kGetWellStatus = 6,
-  kAdvanceNewton = 7,
-  kRunUntil = 8,
-  kGetTerminationFlag = 9,
-  kGetWellData = 10,
-  kSetWellStatus = 11,
-  kSetWellUptime = 12,
-  kSetWellConstraints = 13,
-  kGetEOSProperties = 14,
-  kGetWellVariables = 15,
-  kGetWellIPRData = 16,
-  kGetVersion = 17,
-  kSetInjectionSource = 18,
-  kSetWellInjectionComposition = 19,
-  kGetStartDate = 20,
-  kGetWellDataOfOne = 4096,
-  kGetWellIPRDataOfOne = 4097,
-  kShutdown = 65520,
+#define ROUTINE(Name, Number, WireName) k##Name = (Number),
+#include "remote/routines.inc"
 };
 
-/// One routine: the connector's operation, its name on the wire and in messages.
+/// One routine: its number, and its name on the wire and in messages.
 struct RoutineEntry {
   Routine number{};
-  const char* operation = nullptr;
   const char* name = nullptr;
-  bool namedInRefusal = true;  ///< whether the error for a refused acknowledgement names it
 };
 
 /// Every routine, once.
