@@ -36,7 +36,7 @@ class CExtConnectorRemote : public CExtConnectorBase {
   void PollWellConstraints() override {}
 
   double GetMinimumSimulatorVersion() override;
-  double GetMaximumSimulatorVersion() override;
+  double GetMaximumSimulatorVersion() override { return 10000.0; }
   std::string GetConnectorVersionName() override;
 
   double GetVersion() override { return AskDouble(Routine::kGetVersion); }
@@ -51,7 +51,7 @@ class CExtConnectorRemote : public CExtConnectorBase {
     AskDate(Routine::kGetStartDate, day, month, year);
   }
 
-  void RunUntil(double days) override;
+  void RunUntil(double days) override { Do(Routine::kRunUntil, MessageWriter().PutDouble(days)); }
   void GetWellStatus(std::vector<ConnectorWellStatus>& statuses) override;
   void GetWellData(const Strings& wells, std::vector<ConnectorWellRecord>& records) override;
   void GetWellIPRData(int32_t componentCount, const Strings& wells,

@@ -20,14 +20,14 @@ class MessageReader {
  public:
   explicit MessageReader(std::span<const std::byte> bytes) : bytes_(bytes) {}
 
-  int32_t GetInt();
-  double GetDouble();
-  uint8_t GetByte();
+  int32_t GetInt() { return Get<int32_t>(); }
+  double GetDouble() { return Get<double>(); }
+  uint8_t GetByte() { return Get<uint8_t>(); }
   void GetBytes(std::span<std::byte> target);
   /// Cut at its first zero byte, while the cursor moves past all of it.
   std::string GetText();
-  void GetIntArray(std::span<int32_t> target);
-  void GetDoubleArray(std::span<double> target);
+  void GetIntArray(std::span<int32_t> target) { GetBytes(std::as_writable_bytes(target)); }
+  void GetDoubleArray(std::span<double> target) { GetBytes(std::as_writable_bytes(target)); }
 
   /// The next int as the count of elements that take `leastSize` bytes each. A count below zero or
   /// of more elements than there are bytes left for is an overrun.
@@ -37,6 +37,12 @@ class MessageReader {
   size_t Remaining() const { return bytes_.size() - position_; }
 
  private:
+  template <class Value>
+  Value Get() {
+    Value value{};
+    GetBytes(std::as_writable_bytes(std::span(&value, 1)));
+    return value;
+  }
   std::span<const std::byte> Take(size_t size);
 
   std::span<const std::byte> bytes_;

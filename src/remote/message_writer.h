@@ -9,18 +9,22 @@
 namespace gantry {
 
 /// The growing body of one remote message: values in the machine's byte order, one behind the
-/// other, without tags. Owns its bytes.
+/// other, without tags. Owns its bytes. What is put can be chained.
 class MessageWriter {
  public:
-  void PutInt(int32_t value);
-  void PutDouble(double value);
-  void PutByte(uint8_t value);
-  void PutBytes(std::span<const std::byte> bytes);
+  MessageWriter& PutInt(int32_t value) { return PutIntArray(std::span(&value, 1)); }
+  MessageWriter& PutDouble(double value) { return PutDoubleArray(std::span(&value, 1)); }
+  MessageWriter& PutByte(uint8_t value) { return PutBytes(std::as_bytes(std::span(&value, 1))); }
+  MessageWriter& PutBytes(std::span<const std::byte> bytes);
   /// A 4-byte length and the characters, without a terminator.
-  void PutText(std::string_view text);
+  MessageWriter& PutText(std::string_view text);
   /// Without a count.
-  void PutIntArray(std::span<const int32_t> values);
-  void PutDoubleArray(std::span<const double> values);
+  MessageWriter& PutIntArray(std::span<const int32_t> values) {
+    return PutBytes(std::as_bytes(values));
+  }
+  MessageWriter& PutDoubleArray(std::span<const double> values) {
+    return PutBytes(std::as_bytes(values));
+  }
 
   std::span<const std::byte> Bytes() const { return bytes_; }
   int32_t Used() const { return static_cast<int32_t>(bytes_.size()); }

@@ -10,7 +10,6 @@ namespace {
 constexpr size_t kRoutineNumberSize = sizeof(uint32_t);
 constexpr double kVersion2016 = 2016.2;
 constexpr double kVersion2017 = 2017.2;
-constexpr double kNoUpperLimit = 10000.0;
 
 }  // namespace
 
@@ -37,8 +36,6 @@ double CExtConnectorRemote::GetMinimumSimulatorVersion() {
   return VersionCode == kVersion2016_2 ? kVersion2016 : kVersion2017;
 }
 
-double CExtConnectorRemote::GetMaximumSimulatorVersion() { return kNoUpperLimit; }
-
 std::string CExtConnectorRemote::GetConnectorVersionName() {
   return VersionCode >= kVersion2017_2 ? "2017.2->" : "2016.2 - 2017.1";
 }
@@ -63,12 +60,6 @@ void CExtConnectorRemote::AskDate(Routine routine, int32_t& day, int32_t& month,
   });
 }
 
-void CExtConnectorRemote::RunUntil(double days) {
-  MessageWriter request;
-  request.PutDouble(days);
-  Do(Routine::kRunUntil, request);
-}
-
 void CExtConnectorRemote::GetEOSProperties(EOSProperties& properties) {
   properties = {};
   Ask(Routine::kGetEOSProperties, {}, [&](MessageReader& reply) {
@@ -85,11 +76,8 @@ void CExtConnectorRemote::GetEOSProperties(EOSProperties& properties) {
 }
 
 bool CExtConnectorRemote::SetInjectionSource(const std::string& well, const std::string& source) {
-  MessageWriter request;
-  request.PutText(well);
-  request.PutText(source);
   uint8_t result = 0;
-  Ask(Routine::kSetInjectionSource, request,
+  Ask(Routine::kSetInjectionSource, MessageWriter().PutText(well).PutText(source),
       [&](MessageReader& reply) { result = reply.GetByte(); });
   return result != 0;
 }

@@ -16,8 +16,7 @@ int32_t Send(const MessageWriter& writer, Socket& socket, Routine routine) {
   try {
     const auto number = static_cast<int32_t>(routine);
     MessageWriter body;
-    body.PutInt(number);
-    body.PutBytes(writer.Bytes());
+    body.PutInt(number).PutBytes(writer.Bytes());
     if (writer.Used() == 0) body.PutInt(number);
     return socket.SendFrame(body.Bytes());
   } catch (...) {
