@@ -12,21 +12,12 @@ namespace {
 
 constexpr int32_t kPresentVersion = 2;  // frozen: the one with the kind of a variable
 
-void WriteAll(platform::NativeFile& file, const InflowStateTransfer& saveInflow,
-              CExportedVariables& variables) {
-  CaseArchive archive(file, CaseArchive::Direction::kWrite);
+void TransferAll(platform::NativeFile& file, CaseArchive::Direction direction,
+                 const InflowStateTransfer& transferInflow, CExportedVariables& variables) {
+  CaseArchive archive(file, direction);
   int32_t version = kPresentVersion;
   archive.Transfer(version);
-  saveInflow(file.Handle());
-  variables.Serialize(archive, version);
-}
-
-void ReadAll(platform::NativeFile& file, const InflowStateTransfer& loadInflow,
-             CExportedVariables& variables) {
-  CaseArchive archive(file, CaseArchive::Direction::kRead);
-  int32_t version = 0;
-  archive.Transfer(version);
-  loadInflow(file.Handle());
+  transferInflow(file.Handle());
   variables.Serialize(archive, version);
 }
 
@@ -38,7 +29,7 @@ void WriteStateFile(const std::string& path, const InflowStateTransfer& saveInfl
   const auto replacement = platform::ReplacementFile::Create(path);
   if (replacement == nullptr) return;
   try {
-    WriteAll(replacement->File(), saveInflow, variables);
+    TransferAll(replacement->File(), CaseArchive::Direction::kWrite, saveInflow, variables);
     replacement->Commit();
   } catch (const ArchiveError&) {
     return;
@@ -53,7 +44,7 @@ bool ReadStateFile(const std::string& path, const InflowStateTransfer& loadInflo
   if (file->Remaining() == 0) return true;
   CExportedVariables read;
   try {
-    ReadAll(*file, loadInflow, read);
+    TransferAll(*file, CaseArchive::Direction::kRead, loadInflow, read);
   } catch (const ArchiveError&) {
     return false;
   }

@@ -117,10 +117,6 @@ class IntersectClientBase {
   Strings RequestFluidModel(std::optional<std::string_view> entryName);
 
  private:
-  /// `appendSetters` appends those of one well.
-  template <class AppendSetters>
-  void SendConstraints(const Strings& wells, const std::vector<Strings>& items,
-                       const std::vector<Doubles>& values, AppendSetters appendSetters);
   void SendSetup();
   void SendRunControl(OutgoingMessage message);
   void ReceiveStep(IncomingMessage& message);

@@ -21,6 +21,14 @@ void CheckLists(const Strings& wells, const std::vector<Strings>& items, int num
   }
 }
 
+/// The constraints of one well, up to who sets them.
+OutgoingMessage& AppendConstraints(OutgoingMessage& message, const std::string& well,
+                                   const Strings& items, const Doubles& values) {
+  return message.AppendString("WELLNAME", well)
+      .AppendStrings("ITEMS", items)
+      .AppendDoubles("VALUES", values);
+}
+
 }  // namespace
 
 OutgoingMessage IntersectClientBase::BeginSetter(std::string_view name) {
@@ -32,38 +40,29 @@ void IntersectClientBase::SendAndAwaitReady(OutgoingMessage message) {
   receive_ready();
 }
 
-template <class AppendSetters>
-void IntersectClientBase::SendConstraints(const Strings& wells, const std::vector<Strings>& items,
-                                          const std::vector<Doubles>& values,
-                                          AppendSetters appendSetters) {
-  OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
-  for (size_t i = 0; i < wells.size(); ++i) {
-    message.AppendString("WELLNAME", wells[i])
-        .AppendStrings("ITEMS", items[i])
-        .AppendDoubles("VALUES", values[i]);
-    appendSetters(message, i);
-  }
-  SendAndAwaitReady(message);
-}
-
 void IntersectClientBase::set_constraints_for_wells(const Strings& wells,
                                                     const std::vector<Strings>& items,
                                                     const std::vector<Doubles>& values,
                                                     const std::vector<Strings>& setters) {
   CheckLists(wells, items, 3, values);
   CheckLists(wells, items, 4, setters);
-  SendConstraints(wells, items, values, [&](OutgoingMessage& message, size_t well) {
-    message.AppendStrings("SETTERS", setters[well]);
-  });
+  OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
+  for (size_t i = 0; i < wells.size(); ++i) {
+    AppendConstraints(message, wells[i], items[i], values[i]).AppendStrings("SETTERS", setters[i]);
+  }
+  SendAndAwaitReady(message);
 }
 
 void IntersectClientBase::set_user_constraints_for_wells(const Strings& wells,
                                                          const std::vector<Strings>& items,
                                                          const std::vector<Doubles>& values) {
   CheckLists(wells, items, 3, values);
-  SendConstraints(wells, items, values, [&](OutgoingMessage& message, size_t well) {
-    message.AppendRepeated("SETTERS", items[well].size(), words::kUser);
-  });
+  OutgoingMessage message = BeginSetter("SETWCONSTRAINTS");
+  for (size_t i = 0; i < wells.size(); ++i) {
+    AppendConstraints(message, wells[i], items[i], values[i])
+        .AppendRepeated("SETTERS", items[i].size(), words::kUser);
+  }
+  SendAndAwaitReady(message);
 }
 
 void IntersectClientBase::encode_user_constraints(const Strings& wells,
@@ -75,9 +74,7 @@ void IntersectClientBase::encode_user_constraints(const Strings& wells,
   Doubles values;
   for (size_t i = 0; i < wells.size(); ++i) {
     values.resize(items[i]->size());
-    message.AppendString("WELLNAME", wells[i])
-        .AppendStrings("ITEMS", *items[i])
-        .AppendDoubles("VALUES", values);
+    AppendConstraints(message, wells[i], *items[i], values);
     constraints.values_.push_back(message.Size() - values.size() * sizeof(double));
     message.AppendRepeated("SETTERS", values.size(), words::kUser);
   }
