@@ -11,12 +11,7 @@
 namespace gantry {
 namespace {
 
-using std::chrono::day;
-using std::chrono::days;
-using std::chrono::month;
-using std::chrono::sys_days;
-using std::chrono::year;
-using std::chrono::year_month_day;
+using namespace std::chrono;
 
 constexpr double kSecondsOfDay = 86400.0;
 constexpr double kForgivenSeconds = 0.1;
@@ -27,8 +22,8 @@ constexpr sys_days kLastDate{year(9999) / 12 / 31};
 }  // namespace
 
 double PresentTime() {
-  const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(sinceEpoch).count();
+  const auto sinceEpoch = system_clock::now().time_since_epoch();
+  const auto seconds = duration_cast<std::chrono::seconds>(sinceEpoch).count();
   return static_cast<double>(seconds) / kSecondsOfDay + DayNumber(kUnixEpoch);
 }
 

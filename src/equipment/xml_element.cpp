@@ -48,20 +48,8 @@ CXMLElement& CXMLElement::AddChild(std::unique_ptr<CXMLElement> child) {
   return *list.emplace_back(std::move(child));
 }
 
-CXMLElement& CXMLElement::AddElement(std::string name) {
-  return AddElement(std::move(name), std::string());
-}
-
 CXMLElement& CXMLElement::AddElement(std::string name, std::string value) {
   return AddChild(std::make_unique<CXMLElement>(kElement, std::move(name), std::move(value)));
-}
-
-CXMLElement& CXMLElement::AddElement(std::string name, const char* value) {
-  return AddElement(std::move(name), std::string(value));
-}
-
-CXMLElement& CXMLElement::AddElement(std::string name, bool value) {
-  return AddChild(std::make_unique<CXMLElement>(kElement, std::move(name), value));
 }
 
 CXMLElement& CXMLElement::AddAttribute(std::string name, std::string value) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gantry {
@@ -20,8 +22,6 @@ class CXMLElement {
 
   CXMLElement(int32_t type, std::string name, std::string value);
   CXMLElement(int32_t type, std::string name, bool value);
-  CXMLElement(const CXMLElement&) = delete;
-  CXMLElement& operator=(const CXMLElement&) = delete;
 
   /// The stamp of the document that the node stands in; empty outside one.
   virtual std::string GetDateStamp() const;
@@ -33,10 +33,10 @@ class CXMLElement {
 
   /// A new node below this one: an element that is to hold children, one with a value, an
   /// attribute.
-  CXMLElement& AddElement(std::string name);
-  CXMLElement& AddElement(std::string name, std::string value);
-  CXMLElement& AddElement(std::string name, const char* value);
-  CXMLElement& AddElement(std::string name, bool value);
+  CXMLElement& AddElement(std::string name, std::string value = {});
+  CXMLElement& AddElement(std::string name, std::same_as<bool> auto value) {
+    return AddChild(std::make_unique<CXMLElement>(kElement, std::move(name), value));
+  }
   CXMLElement& AddAttribute(std::string name, std::string value);
 
   int32_t Type;

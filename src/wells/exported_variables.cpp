@@ -33,20 +33,6 @@ std::string ElementItem(const std::string& item, uint32_t kind, uint32_t element
   return kind == kOneValue ? item : item + "[" + std::to_string(uint64_t{element} + 1) + "]";
 }
 
-Doubles ReadValues(CExtConnectorBase& connector, const std::string& well, const Strings& items,
-                   const std::vector<int32_t>& families) {
-  Doubles values;
-  connector.GetWellVariables(well, items, families, values);
-  if (values.size() < items.size()) throw std::runtime_error("the simulator gave too few values");
-  return values;
-}
-
-int32_t EvaluationFailed(const std::string& well, const std::exception& failure,
-                         std::string& error) {
-  error = "Could not evaluate exported variables for " + well + ", " + failure.what();
-  return 1;
-}
-
 }  // namespace
 
 CExportedVariable::CExportedVariable(const WellVariable& row)
@@ -104,10 +90,14 @@ int32_t CExportedVariableWellParent::Evaluate(CExtConnectorBase& connector,
                                               double& value, std::string& error) const {
   try {
     const std::string item = ElementItem(variable.Key, variable.Kind, element);
-    value = ReadValues(connector, WellName, {item}, {variable.UnitFamily}).front();
+    Doubles values;
+    connector.GetWellVariables(WellName, {item}, {variable.UnitFamily}, values);
+    if (values.empty()) throw std::runtime_error("the simulator gave too few values");
+    value = values.front();
     return 0;
   } catch (const std::exception& failure) {
-    return EvaluationFailed(WellName, failure, error);
+    error = "Could not evaluate exported variables for " + WellName + ", " + failure.what();
+    return 1;
   }
 }
 
