@@ -33,8 +33,6 @@ class CExtModel : public CExtInterface, public EditedCase, public InflowDriver {
  public:
   explicit CExtModel(DialogsOver dialogsOver);
   ~CExtModel() override;
-  CExtModel(const CExtModel&) = delete;
-  CExtModel& operator=(const CExtModel&) = delete;
 
   // Lifecycle and the wells of the case.
   int32_t EnumSources(EnumSourcesRow* row, uint32_t mode, ExtErrorBlock*) override {

@@ -17,8 +17,6 @@ class InflowModel {
   /// `model` is what the library hands to the callbacks.
   InflowModel(void* model, const InflowCallbacks& callbacks);
   ~InflowModel();
-  InflowModel(const InflowModel&) = delete;
-  InflowModel& operator=(const InflowModel&) = delete;
 
   void RegisterWells(const SourceList& sources);
   /// Lets the library rewrite the inflow points of the record, by the well's state.

@@ -27,9 +27,6 @@ class CJobSession {
   /// 0 on success; 1 with the reason in `message`.
   virtual int32_t Start(std::string& message) = 0;
 
-  CJobSession(const CJobSession&) = delete;
-  CJobSession& operator=(const CJobSession&) = delete;
-
   /// Null until a start has succeeded.
   std::unique_ptr<CExtConnectorBase> Connector;
 

@@ -11,8 +11,6 @@ class CGantryApp {
  public:
   CGantryApp();
   ~CGantryApp();
-  CGantryApp(const CGantryApp&) = delete;
-  CGantryApp& operator=(const CGantryApp&) = delete;
 
   /// The one object; there must be one.
   static CGantryApp& Instance();

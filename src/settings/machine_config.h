@@ -40,8 +40,6 @@ class CIXConfig : public LaunchSettings {
   CIXConfig();                                            ///< from the standard key
   CIXConfig(uintptr_t root, const std::string& keyPath);  ///< from another place
   ~CIXConfig();                                           ///< saves
-  CIXConfig(const CIXConfig&) = delete;
-  CIXConfig& operator=(const CIXConfig&) = delete;
 
   /// Appends to the user properties; these are always read under the current user.
   void Load(uintptr_t root, const std::string& keyPath);
