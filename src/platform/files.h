@@ -58,6 +58,9 @@ extern const char kPathSeparator;
 
 /// Cuts the path at its last separator of this platform ("/" on POSIX): the directory without its
 /// closing separator, or an empty text when there is none.
-std::string DirectoryOf(const std::string& path);
+inline std::string DirectoryOf(const std::string& path) {
+  const size_t cut = path.rfind(kPathSeparator);
+  return cut == std::string::npos ? std::string() : path.substr(0, cut);
+}
 
 }  // namespace gantry::platform

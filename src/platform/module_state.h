@@ -13,9 +13,6 @@ class ModuleStateScope {
 
   /// How many scopes the calling thread is in; 0 outside the module.
   static int Depth();
-
- private:
-  [[maybe_unused]] void* previous_ = nullptr;
 };
 
 }  // namespace gantry::platform

@@ -208,9 +208,4 @@ std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path
   return std::make_unique<PosixReplacement>(std::move(file), name, target);
 }
 
-std::string DirectoryOf(const std::string& path) {
-  const size_t cut = path.rfind(kPathSeparator);
-  return cut == std::string::npos ? std::string() : path.substr(0, cut);
-}
-
 }  // namespace gantry::platform

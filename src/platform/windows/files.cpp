@@ -175,9 +175,4 @@ std::unique_ptr<ReplacementFile> ReplacementFile::Create(const std::string& path
   return std::make_unique<WindowsReplacement>(handle, aside, path, isBeside);
 }
 
-std::string DirectoryOf(const std::string& path) {
-  const size_t cut = path.rfind('\\');
-  return cut == std::string::npos ? std::string() : path.substr(0, cut);
-}
-
 }  // namespace gantry::platform

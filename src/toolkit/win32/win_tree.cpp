@@ -103,10 +103,8 @@ void WinTree::InsertChildren(size_t parent) {
   }
 }
 
-bool WinTree::IsOpen(HTREEITEM item) const {
-  return (::SendMessageA(control_, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item),
-                         TVIS_EXPANDED) &
-          TVIS_EXPANDED) != 0;
+LRESULT WinTree::StateOf(HTREEITEM item, LPARAM bits) const {
+  return bits & ::SendMessageA(control_, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), bits);
 }
 
 void WinTree::Branch(HTREEITEM parent) const {
@@ -122,9 +120,7 @@ void WinTree::Expand(bool isExpanded, HIMAGELIST pictures) {
 }
 
 bool WinTree::IsBoxChecked(HTREEITEM item) const {
-  return (::SendMessageA(control_, TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item),
-                         TVIS_STATEIMAGEMASK) &
-          TVIS_STATEIMAGEMASK) == CheckState(true);
+  return StateOf(item, TVIS_STATEIMAGEMASK) == LPARAM{CheckState(true)};
 }
 
 void WinTree::SetBox(HTREEITEM box, bool isChecked) {

@@ -47,7 +47,8 @@ class WinTree {
   void InsertParents();
   void InsertChildren(size_t parent);
   void Choose(UINT which, uintptr_t data) const;
-  bool IsOpen(HTREEITEM item) const;
+  LRESULT StateOf(HTREEITEM item, LPARAM bits) const;
+  bool IsOpen(HTREEITEM item) const { return StateOf(item, TVIS_EXPANDED) != 0; }
   void Branch(HTREEITEM parent) const;
   void Fill(std::vector<TreeItem> items, HIMAGELIST pictures);
   bool IsBoxChecked(HTREEITEM item) const;
