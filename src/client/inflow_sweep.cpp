@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ranges>
 #include <span>
 #include <stdexcept>
 #include <utility>
@@ -251,10 +252,7 @@ void Sweep::FindRows() {
   if (std::ranges::find(kept_.replyRows, WellLookup::kMissing) != kept_.replyRows.end()) {
     FailInflow();
   }
-  kept_.inOrder = true;
-  for (size_t i = 0; i < kept_.replyRows.size(); ++i) {
-    kept_.inOrder = kept_.inOrder && kept_.replyRows[i] == i;
-  }
+  kept_.inOrder = std::ranges::equal(kept_.replyRows, std::views::iota(size_t{0}, records_.size()));
 }
 
 /// The reply as it would be with its rows in the order of the records and its columns in that of

@@ -95,23 +95,13 @@ void AppendRow(IncomingMessage& reply, RowTable<std::string>& table) {
   table.EndRow();
 }
 
-/// The items of one well, each with its `pointCount` values; gives the header behind them.
-Header ReadIPRItems(IncomingMessage& reply, uint64_t pointCount, Strings& items,
-                    std::vector<Doubles>& values) {
+/// The entries of one name, each with its values in the next; gives the header behind them.
+Header ReadNamedValues(IncomingMessage& reply, std::string_view entry, uint64_t valueCount,
+                       Strings& names, std::vector<Doubles>& values) {
   Header header = reply.ReadHeader();
-  while (header.name == "ITEM") {
-    AppendOneString(reply, header, "ITEM", items);
-    values.push_back(reply.ReadDoubles("VALUES", pointCount));
-    header = reply.ReadHeader();
-  }
-  return header;
-}
-
-Header ReadFluidProperties(IncomingMessage& reply, ReservoirFluidRecord& record) {
-  Header header = reply.ReadHeader();
-  while (header.name == "EOSPROPNAME") {
-    AppendOneString(reply, header, "EOSPROPNAME", record.propertyNames);
-    record.propertyValues.push_back(reply.ReadDoubles("VALUES", record.componentNames.size()));
+  while (header.name == entry) {
+    AppendOneString(reply, header, entry, names);
+    values.push_back(reply.ReadDoubles("VALUES", valueCount));
     header = reply.ReadHeader();
   }
   return header;
@@ -126,7 +116,8 @@ ReservoirFluidRecord ReadFluidRecord(IncomingMessage& reply, Header& header) {
   record.eosName = ReadOneString(reply, "EOSNAME");
   record.componentNames = reply.ReadStrings("NCOMPS");
   record.binaryInteraction = reply.ReadDoubles("BIC");
-  header = ReadFluidProperties(reply, record);
+  header = ReadNamedValues(reply, "EOSPROPNAME", record.componentNames.size(), record.propertyNames,
+                           record.propertyValues);
   return record;
 }
 
@@ -266,8 +257,8 @@ IPRQueryResult IntersectClientBase::get_ipr_data_for_wells(const Strings& wells,
   while (!IsEnd(header)) {
     AppendOneString(reply, header, "WELLNAME", result.wells);
     const auto pointCount = static_cast<uint64_t>(reply.ReadInts("NPOINTS", 1).front());
-    header =
-        ReadIPRItems(reply, pointCount, result.items.emplace_back(), result.values.emplace_back());
+    header = ReadNamedValues(reply, "ITEM", pointCount, result.items.emplace_back(),
+                             result.values.emplace_back());
   }
   FinishReply(reply);
   return result;
