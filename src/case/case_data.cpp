@@ -15,17 +15,12 @@ constexpr int32_t kFirstWithClusterVersion = 2;
 constexpr int32_t kFirstWithComponents = 3;
 constexpr int32_t kFirstWithLogging = 4;
 
+/// A flag in the low byte of a number; other bytes are written as 0 and not looked at.
+template <class Number>
 void TransferFlag(CaseArchive& archive, bool& flag) {
-  uint8_t byte = flag ? 1 : 0;
-  archive.Transfer(byte);
-  flag = byte != 0;
-}
-
-/// A flag in the low byte of a number; the other bytes are written as 0 and not looked at.
-void TransferWideFlag(CaseArchive& archive, bool& flag) {
-  uint32_t word = flag ? 1 : 0;
-  archive.Transfer(word);
-  flag = (word & 0xFF) != 0;
+  Number number = flag ? 1 : 0;
+  archive.Transfer(number);
+  flag = (number & 0xFF) != 0;
 }
 
 void TransferFileName(CaseArchive& archive, std::string& name) {
@@ -44,7 +39,7 @@ void TransferFields(CaseArchive& archive, int32_t version, CaseData& data) {
   if (version >= kFirstWithClusterVersion) archive.Transfer(settings.LinuxIXVersion);
   archive.Transfer(settings.Parallel);
   data.wells.Serialize(archive);
-  TransferFlag(archive, settings.CloseUnconnectedWells);
+  TransferFlag<uint8_t>(archive, settings.CloseUnconnectedWells);
   archive.Transfer(settings.ConnectionMode);
   archive.Transfer(settings.IPRModel);
   archive.Transfer(settings.UpTimeMode);
@@ -52,7 +47,7 @@ void TransferFields(CaseArchive& archive, int32_t version, CaseData& data) {
     archive.TransferList(data.componentNames, [&](std::string& name) { archive.Transfer(name); });
   }
   if (version >= kFirstWithLogging) {
-    TransferWideFlag(archive, settings.StdLogging);
+    TransferFlag<uint32_t>(archive, settings.StdLogging);
   } else {
     settings.StdLogging = false;
   }

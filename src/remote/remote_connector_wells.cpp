@@ -128,8 +128,7 @@ void CExtConnectorRemote::GetWellVariables(const std::string& well, const String
 
 void CExtConnectorRemote::SetWellStatus(const Strings& wells, const Strings& statuses) {
   MessageWriter request;
-  request.PutInt(static_cast<int32_t>(wells.size()));
-  request.PutInt(static_cast<int32_t>(statuses.size()));
+  request.PutInt(static_cast<int32_t>(wells.size())).PutInt(static_cast<int32_t>(statuses.size()));
   for (const std::string& well : wells) request.PutText(well);
   for (const std::string& status : statuses) request.PutText(status);
   Do(Routine::kSetWellStatus, request);
@@ -137,8 +136,7 @@ void CExtConnectorRemote::SetWellStatus(const Strings& wells, const Strings& sta
 
 void CExtConnectorRemote::SetWellUptime(const Strings& wells, const Doubles& fractions) {
   MessageWriter request;
-  request.PutInt(static_cast<int32_t>(wells.size()));
-  request.PutInt(static_cast<int32_t>(fractions.size()));
+  request.PutInt(static_cast<int32_t>(wells.size())).PutInt(static_cast<int32_t>(fractions.size()));
   for (const std::string& well : wells) request.PutText(well);
   request.PutDoubleArray(fractions);
   Do(Routine::kSetWellUptime, request);

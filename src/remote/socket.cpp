@@ -101,13 +101,11 @@ void Socket::Close() {
   connection_->ahead.Clear();
 }
 
-int32_t Socket::SendFrame(std::span<const std::byte> bytes) { return SendWithLength(bytes); }
-
 int32_t Socket::SendText(const std::string& text) {
-  return SendWithLength(std::as_bytes(std::span(text)));
+  return SendFrame(std::as_bytes(std::span(text)));
 }
 
-int32_t Socket::SendWithLength(std::span<const std::byte> bytes) {
+int32_t Socket::SendFrame(std::span<const std::byte> bytes) {
   std::vector<std::byte> message(kLengthSize + bytes.size());
   const auto length = static_cast<uint32_t>(bytes.size());
   std::memcpy(message.data(), &length, kLengthSize);

@@ -88,7 +88,6 @@ class Socket {
   };
   enum class Outcome { kByte, kWouldBlock, kNothing };
 
-  int32_t SendWithLength(std::span<const std::byte> bytes);
   /// As the system's call, but for bytes that have been read ahead: those come first.
   int64_t Receive(std::span<std::byte> bytes);
   /// The same, and reads ahead. The result is what was moved into `bytes`.
