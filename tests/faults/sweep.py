@@ -255,7 +255,7 @@ class Sweep:
             (status not in (0, 1, 2) and (status, self.command, self.program) != (None, CLUSTER, "proxy"),
              f"it ends with {status}: {end}"),
             (status != 0 and fault.startswith("EINTR"), f"a signal makes it fail: {end}"),
-            (status != 0 and not said.strip(), "it fails without a word"),
+            (status and not said.strip(), "it fails without a word"),
             (any(word in said for word in JARGON), f"it speaks as a program does: {end}"),
             ("memory" in said and family != "memory", f"it takes a claim for granted: {end}"),
             (status != 0 and family in HARMLESS, f"it fails though every byte comes: {end}"),
