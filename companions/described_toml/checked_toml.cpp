@@ -32,34 +32,36 @@ size_t LineOfParserFault(std::string_view text) {
 
 /// What a text or a comment that begins here ends with; empty where neither begins.
 std::string_view EndOf(std::string_view rest) {
-  for (const std::string_view quote : {"\"\"\"", "'''", "\"", "'"}) {
+  if (rest[0] == '#') return "\n";
+  if (rest[0] != '"' && rest[0] != '\'') return "";
+  for (const std::string_view quote : {"\"\"\"", "'''"}) {
     if (rest.starts_with(quote)) return quote;
   }
-  return rest.starts_with('#') ? "\n" : "";
+  return rest.substr(0, 1);
+}
+
+/// The place behind a text or a comment that goes on here and ends so. One of a single line ends
+/// with that at the latest.
+size_t Behind(std::string_view end, std::string_view text, size_t at) {
+  for (; at < text.size(); ++at) {
+    const char letter = text[at];
+    if (letter == '\n' && end.size() == 1) return at + 1;
+    if (letter == end[0] && text.substr(at).starts_with(end)) return at + end.size();
+    if (letter == '\\' && end[0] == '"') ++at;
+  }
+  return text.size();
 }
 
 /// Blanks beyond ASCII lead the parser astray, and such letters mean nothing outside of texts and
 /// comments.
 void RequirePlainKeys(std::string_view text) {
-  size_t line = 1;
-  std::string_view end;
   for (size_t i = 0; i < text.size();) {
-    const std::string_view rest = text.substr(i);
-    if (end.empty() && static_cast<unsigned char>(rest[0]) >= 0x80) {
-      throw TomlError(line, "only texts and comments may go beyond ASCII");
+    if (static_cast<unsigned char>(text[i]) >= 0x80) {
+      const auto line = std::ranges::count(text.substr(0, i), '\n') + 1;
+      throw TomlError(static_cast<size_t>(line), "only texts and comments may go beyond ASCII");
     }
-    size_t taken = 1;
-    if (end.empty()) {
-      end = EndOf(rest);
-      taken = end == "\n" ? 1 : std::max<size_t>(end.size(), 1);
-    } else if (rest[0] == '\\' && end[0] == '"') {
-      taken = std::min<size_t>(2, rest.size());
-    } else if (rest.starts_with(end) || (rest[0] == '\n' && end.size() == 1)) {
-      taken = rest[0] == '\n' ? 1 : end.size();
-      end = {};
-    }
-    line += static_cast<size_t>(std::ranges::count(rest.substr(0, taken), '\n'));
-    i += taken;
+    const std::string_view end = EndOf(text.substr(i));
+    i = end.empty() ? i + 1 : Behind(end, text, i + (end == "\n" ? 1 : end.size()));
   }
 }
 

@@ -30,7 +30,7 @@ size_t FindUnquoted(std::string_view text, std::string_view mark) {
       if (text[i] == quote) quote = 0;
     } else if (text[i] == '\'' || text[i] == '"') {
       quote = text[i];
-    } else if (text.substr(i).starts_with(mark)) {
+    } else if (text[i] == mark[0] && text.substr(i).starts_with(mark)) {
       return i;
     }
   }

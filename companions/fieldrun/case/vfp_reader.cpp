@@ -45,12 +45,13 @@ constexpr AxisWord kGasRatios[] = {
     {"GLR", "gas-liquid ratio", [](Flow f) { return Ratio(f.gas, f.oil + f.water); }},
     {"OGR", "oil-gas ratio", [](Flow f) { return Ratio(f.oil, f.gas); }}};
 
-/// A keyword's items up to the slash; those that are left at their default are empty.
+/// A keyword's items up to the slash, within the file's text; those that are left at their default
+/// are empty.
 struct Record {
-  std::vector<std::string> items;
+  std::vector<std::string_view> items;
   int line = 0;  ///< on which it begins
 
-  std::string At(size_t place) const { return place < items.size() ? items[place] : ""; }
+  std::string_view At(size_t place) const { return place < items.size() ? items[place] : ""; }
 };
 
 /// A line without its remark and what stands behind the end of a record.
@@ -59,13 +60,14 @@ std::string_view Stripped(std::string_view line) {
   for (size_t i = 0; i < line.size(); ++i) {
     if (line[i] == '\'' || line[i] == '"')
       quote = quote == 0 ? line[i] : quote == line[i] ? 0 : quote;
-    if (quote == 0 && line.substr(i).starts_with("--")) return line.substr(0, i);
+    if (quote == 0 && line[i] == '-' && line.substr(i).starts_with("--")) return line.substr(0, i);
     if (quote == 0 && line[i] == '/') return line.substr(0, i + 1);
   }
   return line;
 }
 
-std::string InCapitals(std::string text) {
+std::string InCapitals(std::string_view word) {
+  std::string text(word);
   std::ranges::transform(text, text.begin(), [](char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   });
@@ -90,7 +92,7 @@ class VfpReader {
   bool NextLine();
   Record NextRecord();
   void AddItems(std::string_view text, Record& record) const;
-  void AddItem(const std::string& item, Record& record) const;
+  void AddItem(std::string_view item, Record& record) const;
   double Number(const Record& record, size_t place) const;
   int WholeNumber(const Record& record, size_t place, size_t most) const;
   void ReadHead(VfpTable& table);
@@ -122,7 +124,7 @@ bool VfpReader::NextLine() {
 
 bool VfpReader::FindKeyword() {
   while (NextLine()) {
-    keyword_ = InCapitals(std::string(line_.substr(0, line_.find_first_of(" \t\r"))));
+    keyword_ = InCapitals(line_.substr(0, line_.find_first_of(" \t\r")));
     keywordLine_ = lineNumber_;
     if (keyword_ == "VFPPROD" || keyword_ == "VFPINJ") return true;
   }
@@ -130,11 +132,11 @@ bool VfpReader::FindKeyword() {
 }
 
 // "3*1.5" stands for three items, "2*" for two that are left at their default.
-void VfpReader::AddItem(const std::string& item, Record& record) const {
+void VfpReader::AddItem(std::string_view item, Record& record) const {
   size_t count = 1;
-  std::string value = item;
+  std::string_view value = item;
   const size_t star = item.find('*');
-  if (star != std::string::npos) {
+  if (star != std::string_view::npos) {
     const auto [end, error] = std::from_chars(item.data(), item.data() + star, count);
     if (error != std::errc() || end != item.data() + star) {
       Fail(lineNumber_, fmt::format("\"{}\" can't be read", item));
@@ -162,7 +164,7 @@ void VfpReader::AddItems(std::string_view text, Record& record) const {
       continue;
     }
     end = std::min(end, text.size());
-    AddItem(std::string(text.substr(at, end - at)), record);
+    AddItem(text.substr(at, end - at), record);
     at = end;
   }
 }
@@ -179,8 +181,8 @@ Record VfpReader::NextRecord() {
 }
 
 double VfpReader::Number(const Record& record, size_t place) const {
-  std::string text = record.At(place);
-  const std::string shown = text;
+  const std::string_view shown = record.At(place);
+  std::string text(shown);
   std::ranges::replace_if(
       text, [](char c) { return c == 'D' || c == 'd'; }, 'e');
   const size_t sign = text.starts_with('+') ? 1 : 0;
