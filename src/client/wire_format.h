@@ -17,7 +17,7 @@ inline constexpr uint64_t kTagSize = 4;
 inline constexpr uint64_t kHeaderSizeWithoutName = 13;  ///< name length, count, tag
 
 /// What a reader finds storage for on the word of a frame's header alone. Not part of the format.
-inline constexpr uint64_t kLargestUnprovenFrame = uint64_t{1} << 20;
+inline constexpr uint64_t kLargestUnprovenFrame = kChunkSize;
 
 /// The tags by the values of `HeaderType`.
 inline constexpr std::array<std::string_view, 4> kTags = {"MESS", "DOUB", "INTE", "CSTR"};

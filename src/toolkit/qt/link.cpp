@@ -41,7 +41,7 @@ void Link::Send(Kind kind, const Packet& packet) {
 }
 
 Packet Link::Receive(Kind& kind) {
-  constexpr size_t kStep = 1 << 20;  // no more memory at a time than has nearly come
+  constexpr size_t kStep = 1 << 16;  // no more memory at a time than has nearly come
   Head head{};
   ReceiveInto(reinterpret_cast<char*>(&head), sizeof head);
   kind = head.kind;
