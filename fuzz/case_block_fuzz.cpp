@@ -8,7 +8,7 @@
 #include "wells/static_well_data.h"
 
 using namespace gantry;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 namespace {
 

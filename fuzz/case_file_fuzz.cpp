@@ -9,21 +9,15 @@
 #include "target.h"
 
 using namespace gantry::fieldrun;
-using gantry::fuzz::Require;
-using gantry::fuzz::TheFolder;
+using namespace gantry::fuzz;
 
 namespace {
 
-CheckedCase Check(std::string_view text) {
-  return ReadAndCheckCase(TheFolder().Write("case.toml", text));
-}
+CheckedCase Check(std::string_view text) { return ReadAndCheckCase(WriteFile("case.toml", text)); }
 
 void CheckControl(const std::string& text, const CaseModel& model) {
-  try {
-    Require(!Check(WithControl(text, model, "\"gas\"")).HasErrors());
-  } catch (const CaseError& error) {
-    Require(error.Findings.size() == 1 && error.Findings[0].line > 0);
-  }
+  MayTellOfALine<CaseError>(
+      [&] { Require(!Check(WithControl(text, model, "\"gas\"")).HasErrors()); }, text);
 }
 
 }  // namespace

@@ -6,9 +6,6 @@
 // Beyond: position_name ::continue_simulation ::shutdown( ::SendRunControl( ConnectToModel
 // Beyond: AdvanceToFirstTimestep LastDate HasEnded RequirePosition
 
-#include <array>
-#include <string>
-
 #include "client/inflow_sweep.h"
 #include "client/simulator_model.h"
 #include "client/simulator_wells.h"
@@ -16,6 +13,8 @@
 #include "client/v2017_2/intersect_client.h"
 #include "support/memory_connection.h"
 #include "target.h"
+
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -66,11 +65,7 @@ constexpr std::array<void (*)(Client&), 15> kOperations = {
 }  // namespace
 
 FUZZ_TARGET(client_reply) {
-  const auto operation = kOperations[gantry::fuzz::TakeByte(input) % kOperations.size()];
+  const auto operation = kOperations[TakeByte(input) % kOperations.size()];
   Client client(std::make_unique<gantry::test::MemoryConnection>(std::string(input)));
-  try {
-    operation(client);
-  } catch (const std::exception&) {
-    // Refused, as it should be.
-  }
+  MayRefuse<std::exception>([&] { operation(client); });
 }

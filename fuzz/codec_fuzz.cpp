@@ -3,13 +3,12 @@
 // rest is a whole frame ("F") or the payload of one.
 // Reads: src/client/message_stream.cpp
 
-#include <algorithm>
-#include <string>
-
 #include "client/message_stream.h"
 #include "support/memory_connection.h"
 #include "support/wire_entries.h"
 #include "target.h"
+
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -59,17 +58,12 @@ void Check(const std::string& input) {
   const std::string bytes = input.substr(std::min<size_t>(1, input.size()));
   const std::string frame = isFrame ? bytes : gantry::test::FrameOf(bytes);
   const std::string written = ReadAndWrite(frame);
-  gantry::fuzz::Require(isFrame || written == frame);
+  Require(isFrame || written == frame);
 }
 
 }  // namespace
 
 FUZZ_TARGET(codec) {
-  try {
-    Check(std::string(input));
-  } catch (const std::logic_error&) {
-    // Refused as the codec refuses: length_error and invalid_argument are its kinds.
-  } catch (const boost::system::system_error&) {
-    // The frame ended too early.
-  }
+  // The codec refuses with length_error and invalid_argument; a frame may end too early.
+  MayRefuse<std::logic_error, boost::system::system_error>([&] { Check(std::string(input)); });
 }

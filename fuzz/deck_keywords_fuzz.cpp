@@ -4,41 +4,35 @@
 // Reads: companions/flowlink/report_times.cpp companions/flowlink/deck_rules.cpp
 // Reads: companions/flowlink/well_orders.cpp
 
-#include <algorithm>
-
 #include "flowlink/deck_composer.h"
 #include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
 #include "target.h"
 
 using namespace gantry::flowlink;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 namespace {
 
-void Compose(const LinkSettings& settings, const RunBegin& begin,
-             const gantry::fuzz::Folder& folder) {
+void Compose(const LinkSettings& settings, const RunBegin& begin) {
   const ComposedDeck deck = ComposeDeck(settings, "link.py", {"WOPR"}, begin);
   Require(std::ranges::is_sorted(deck.ends) && std::ranges::is_sorted(deck.orders));
   for (const WellOrder& order : deck.wellOrders) order.Means("P1");
-  ReadDeckKeywords(folder.Write("COMPOSED.DATA", deck.text.Text()));
+  ReadDeckKeywords(WriteFile("COMPOSED.DATA", deck.text.Text()));
   deck.text.PlaceOf(static_cast<size_t>(std::ranges::count(deck.text.Text(), '\n')));
 }
 
 }  // namespace
 
 FUZZ_TARGET(deck_keywords) {
-  static const gantry::fuzz::Folder folder;
   LinkSettings settings;
-  settings.grid.kind = static_cast<ReportGrid::Kind>(gantry::fuzz::TakeByte(input) % 3);
+  settings.grid.kind = static_cast<ReportGrid::Kind>(TakeByte(input) % 3);
   settings.grid.days = 10.0;
-  settings.deck = folder.Write("A.DATA", gantry::fuzz::TakeUpTo('\f', input));
-  folder.Write("B", input);
+  settings.deck = WriteFile("A.DATA", TakeUpTo('\f', input));
+  WriteFile("B", input);
   CheckDeck(settings);
-  try {
-    Compose(settings, {}, folder);
-    Compose(settings, {RestartPoint{"A_2", 2, 31.0}, "UDQ\n/\n"}, folder);
-  } catch (const LinkFault& fault) {
-    Require(fault.what()[0] != '\0');
-  }
+  MayRefuse<LinkFault>([&] {
+    Compose(settings, {});
+    Compose(settings, {RestartPoint{"A_2", 2, 31.0}, "UDQ\n/\n"});
+  });
 }

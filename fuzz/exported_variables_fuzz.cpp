@@ -9,7 +9,7 @@
 #include "wells/exported_variables.h"
 
 using namespace gantry;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -30,13 +30,10 @@ void Read(std::string block, int32_t version, CExportedVariables& variables) {
 }  // namespace
 
 FUZZ_TARGET(exported_variables) {
-  const int32_t version = gantry::fuzz::TakeByte(input);
+  const int32_t version = TakeByte(input);
   CExportedVariables variables;
-  try {
-    Read(std::string(input), version, variables);
-  } catch (const ArchiveError&) {
-    // What came before the fault is there.
-  }
+  // What came before a fault is there.
+  MayRefuse<ArchiveError>([&] { Read(std::string(input), version, variables); });
   const size_t room = 4 * input.size() + 1024;
   const std::string written = Written(variables, room);
   CExportedVariables again;

@@ -1,9 +1,6 @@
 // What anybody may say to the run factory: in one piece and byte by byte it must come to the same.
 // Reads: companions/runfactory/dialogue.cpp
 
-#include <cstdlib>
-#include <string_view>
-
 #include "runfactory/dialogue.h"
 #include "target.h"
 

@@ -9,8 +9,7 @@
 #include "gantry/inflow.h"
 #include "target.h"
 
-using gantry::fuzz::Folder;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -49,7 +48,7 @@ class Library {
     const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     Require(SaveIPR(handle_, file) == 0);
     ::close(file);
-    return Folder::Read(path);
+    return ReadFile(path);
   }
 
  private:
@@ -59,10 +58,9 @@ class Library {
 }  // namespace
 
 FUZZ_TARGET(inflow_state) {
-  static const Folder folder;
-  const bool isSound = (gantry::fuzz::TakeByte(input) & 1) != 0;
+  const bool isSound = (TakeByte(input) & 1) != 0;
   const std::string block = isSound ? SoundBlock(input) : std::string(input);
-  const std::string file = folder.Write("state", "..." + block + "behind");
+  const std::string file = WriteFile("state", "..." + block + "behind");
   Library library;
   off_t end = 0;
   const bool isTaken = library.Load(file, end);
@@ -71,6 +69,6 @@ FUZZ_TARGET(inflow_state) {
   const std::string saved = library.Saved(file + ".2");
   if (!isTaken) Require(saved == SoundBlock(std::string(4, '\0')));
   if (isTaken) Require(saved.size() <= block.size() && saved.size() >= kHead + 4);
-  folder.Write("state", "..." + saved);
+  WriteFile("state", "..." + saved);
   Require(library.Load(file, end));
 }

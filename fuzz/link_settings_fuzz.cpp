@@ -6,10 +6,10 @@
 #include "target.h"
 
 using namespace gantry::flowlink;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 FUZZ_TARGET(link_settings) {
-  const std::string file = gantry::fuzz::TheFolder().Write("CASE.afi", input);
+  const std::string file = WriteFile("CASE.afi", input);
   try {
     const LinkSettings settings = ReadLinkSettings(file);
     Require(settings.secondsForQuestion >= 1 && settings.grid.days >= 0.0);

@@ -8,8 +8,7 @@
 #include "target.h"
 
 using namespace gantry::platform;
-using gantry::fuzz::Require;
-using gantry::fuzz::TakeUpTo;
+using namespace gantry::fuzz;
 
 FUZZ_TARGET(registry_text) {
   const std::string_view key = TakeUpTo('\n', input), name = TakeUpTo('\n', input);

@@ -7,16 +7,13 @@
 // Beyond: ::SetWellInjectionComposition( PutDoubles PutTextRows PutDoubleRows
 // Beyond: ::GetConnectorVersionName(
 
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <string>
-
 #include "remote/passing_calls.h"
 #include "remote/remote_connector.h"
 #include "remote/socket.h"
 #include "remote/wire_bytes.h"
 #include "target.h"
+
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -86,7 +83,7 @@ constexpr std::array<void (*)(CExtConnectorBase&), 8> kOperations = {
 }  // namespace
 
 FUZZ_TARGET(remote_reply) {
-  const auto operation = kOperations[gantry::fuzz::TakeByte(input) % kOperations.size()];
+  const auto operation = kOperations[TakeByte(input) % kOperations.size()];
   using gantry::test::Double;
   using gantry::test::kAccepted;
   MemorySockets sockets(Message(1, kAccepted) + Message(17, Double(2017.2) + kAccepted) +
@@ -97,9 +94,5 @@ FUZZ_TARGET(remote_reply) {
   session.VersionCode = gantry::kVersion2017_2;
   session.Socket = &socket;
   const auto connector = gantry::CreateRemoteConnector(session);
-  try {
-    operation(*connector);
-  } catch (const std::runtime_error&) {
-    // Refused, as it should be.
-  }
+  MayRefuse<std::runtime_error>([&] { operation(*connector); });
 }

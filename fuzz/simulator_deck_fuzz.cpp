@@ -3,17 +3,12 @@
 // Reads: companions/tanksim/deck_reader.cpp companions/described_toml/described_table.cpp
 // Beyond: ReadDeck(
 
-#include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "tanksim/deck_reader.h"
 #include "tanksim/tank_run.h"
 #include "target.h"
 
 using namespace gantry::simulator;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 FUZZ_TARGET(simulator_deck) {
   try {

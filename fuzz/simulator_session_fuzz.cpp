@@ -4,8 +4,6 @@
 // Reads: companions/simulator_side/session_queries.cpp
 // Reads: companions/simulator_side/session_setters.cpp
 
-#include <string>
-
 #include "simulator_side/controller_session.h"
 #include "support/memory_connection.h"
 #include "support/wire_entries.h"
@@ -21,9 +19,5 @@ FUZZ_TARGET(simulator_session) {
   TankSimulator simulator(deck);
   MemoryConnection connection(Frame({"SETUP", {"VERSION", Texts{"V2"}}, "END"}) +
                               FrameOf(std::string(input)));
-  try {
-    ControllerSession(simulator, connection).Run();
-  } catch (const std::exception&) {
-    // What ends a session has a text.
-  }
+  gantry::fuzz::MayRefuse<std::exception>([&] { ControllerSession(simulator, connection).Run(); });
 }

@@ -10,8 +10,7 @@
 #include "wells/exported_variables.h"
 
 using namespace gantry;
-using gantry::fuzz::Folder;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -27,7 +26,7 @@ class State {
   std::string Written(const std::string& file) {
     WriteStateFile(
         file, [&](intptr_t handle) { SaveIPR(inflow_, handle); }, variables_);
-    return Folder::Read(file);
+    return ReadFile(file);
   }
   bool IsEmpty() const { return variables_.Size() == 0; }
 
@@ -39,17 +38,16 @@ class State {
 }  // namespace
 
 FUZZ_TARGET(state_file) {
-  static const Folder folder;
-  const std::string file = folder.Write("state", input);
+  const std::string file = WriteFile("state", input);
   State read;
   const bool isUnderstood = read.Read(file);
-  Require(Folder::Read(file) == input);
+  Require(ReadFile(file) == input);
   const std::string written = read.Written(file + ".2");
   State again;
   Require(again.Read(file + ".2"));
   Require(again.IsEmpty() == read.IsEmpty());
   Require(again.Written(file + ".2").size() == written.size());
   if (isUnderstood) return;
-  Require(KeepStateFile(file) && Folder::Read(file + ".backup") == input);
+  Require(KeepStateFile(file) && ReadFile(file + ".backup") == input);
   std::filesystem::remove(file + ".backup");
 }

@@ -4,12 +4,7 @@
 // Reads: src/text/tag_parser.cpp src/text/command_arguments.cpp src/text/number_text.cpp
 // Reads: src/text/data_server_object.cpp
 
-#include <array>
 #include <bit>
-#include <cmath>
-#include <cstdlib>
-#include <cstring>
-#include <string>
 
 #include "settings/link_settings.h"
 #include "target.h"
@@ -20,7 +15,7 @@
 namespace {
 
 using namespace gantry;
-using gantry::fuzz::Require;
+using namespace gantry::fuzz;
 
 constexpr size_t kReplySize = 512;
 constexpr char kGuard = '#';

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -9,8 +12,12 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#ifdef GANTRY_REPLAY
+#include <gtest/gtest.h>
+#endif
 
-// What the targets share. A target is a function that plays one input:
+// What the targets share, the standard library's headers among it. A target is a function that
+// plays one input:
 //
 //   FUZZ_TARGET(registry_text) { ... input ... }
 //
@@ -18,7 +25,6 @@
 // target plays what lies in corpus/NAME, the seeds and what was found once.
 
 #ifdef GANTRY_REPLAY
-#include "replay.h"
 #define FUZZ_PLAYER(name) \
   TEST(Replay, name) { gantry::fuzz::ReplayAll(#name, Play); }
 #else
@@ -42,6 +48,32 @@ inline void Require(bool holds, const char* file = __builtin_FILE(), int line = 
   std::abort();
 }
 
+/// Plays what may end with one of these exceptions, as a reader refuses, but with no other.
+template <class Refusal, class... Others>
+void MayRefuse(const auto& play) {
+  try {
+    if constexpr (sizeof...(Others) == 0) {
+      play();
+    } else {
+      MayRefuse<Others...>(play);
+    }
+  } catch (const Refusal& refusal) {
+    Require(refusal.what()[0] != '\0');
+  }
+}
+
+/// The same for a reader that tells one finding, with its line.
+template <class FileError>
+void MayTellOfALine(const auto& play, std::string_view input) {
+  try {
+    play();
+  } catch (const FileError& error) {
+    Require(error.Findings.size() == 1 && !error.Findings[0].reason.empty());
+    const int line = error.Findings[0].line;
+    Require(line > 0 && line <= std::ranges::count(input, '\n') + 1);
+  }
+}
+
 /// Takes the text up to the mark, and the mark, off the front; all of it when there is none.
 inline std::string_view TakeUpTo(char mark, std::string_view& input) {
   const std::string_view part = input.substr(0, input.find(mark));
@@ -57,37 +89,37 @@ inline uint8_t TakeByte(std::string_view& input) {
   return static_cast<uint8_t>(byte);
 }
 
-/// A folder for the files of this process, gone with it.
-class Folder {
- public:
-  Folder() : path_(std::filesystem::temp_directory_path() / "gantry-fuzz-XXXXXX") {
-    std::string name = path_.string();
-    Require(::mkdtemp(name.data()) != nullptr);
-    path_ = name;
-  }
-  ~Folder() { std::filesystem::remove_all(path_); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  std::string Write(const char* name, std::string_view content) const {
-    const std::string file = path_ / name;
-    std::ofstream(file, std::ios::binary) << content;
-    return file;
-  }
-  static std::string Read(const std::string& file) {
-    std::ostringstream content;
-    content << std::ifstream(file, std::ios::binary).rdbuf();
-    return content.str();
-  }
-
- private:
-  std::filesystem::path path_;
-};
-
-/// That of this process.
-inline const Folder& TheFolder() {
+/// Writes a file into a folder of this process, which is gone with it, and returns its path.
+inline std::string WriteFile(const char* name, std::string_view content) {
+  struct Folder {
+    Folder() { Require(::mkdtemp(path.data()) != nullptr); }
+    ~Folder() { std::filesystem::remove_all(path); }
+    std::string path = std::filesystem::temp_directory_path() / "gantry-fuzz-XXXXXX";
+  };
   static const Folder folder;
-  return folder;
+  std::string file = folder.path + "/" + name;
+  std::ofstream(file, std::ios::binary) << content;
+  return file;
 }
+
+inline std::string ReadFile(const std::string& file) {
+  std::ostringstream content;
+  content << std::ifstream(file, std::ios::binary).rdbuf();
+  return content.str();
+}
+
+#ifdef GANTRY_REPLAY
+/// Plays each file of corpus/NAME, and of NAME below the folder that GANTRY_GROWN_CORPUS names.
+inline void ReplayAll(const std::string& name, void (*play)(std::string_view)) {
+  const char* grown = std::getenv("GANTRY_GROWN_CORPUS");
+  for (const std::string corpus : {GANTRY_CORPUS, grown == nullptr ? "" : grown}) {
+    if (!std::filesystem::is_directory(corpus + "/" + name)) continue;
+    for (const auto& entry : std::filesystem::directory_iterator(corpus + "/" + name)) {
+      SCOPED_TRACE(entry.path().string());
+      play(ReadFile(entry.path()));
+    }
+  }
+}
+#endif
 
 }  // namespace gantry::fuzz

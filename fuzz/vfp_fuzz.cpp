@@ -2,16 +2,12 @@
 // gives a finite pressure for all that lies within its axes.
 // Reads: companions/fieldrun/case/vfp_reader.cpp companions/fieldrun/case/vfp_table.cpp
 
-#include <algorithm>
-#include <cmath>
-
 #include "fieldrun/case/case_model.h"
 #include "fieldrun/case/vfp_table.h"
 #include "target.h"
 
 using namespace gantry::fieldrun;
-using gantry::fuzz::Require;
-using gantry::fuzz::TheFolder;
+using namespace gantry::fuzz;
 
 namespace {
 
@@ -42,13 +38,9 @@ void Check(const VfpTable& table) {
 }  // namespace
 
 FUZZ_TARGET(vfp) {
-  const std::string file = TheFolder().Write("P.VFP", input);
+  const std::string file = WriteFile("P.VFP", input);
   for (const std::optional<int> number : {std::optional<int>(), std::optional<int>(2)}) {
-    try {
-      Check(ReadVfpTable(file, number, gantry::toml_reader::UnitSystem::kField));
-    } catch (const CaseError& error) {
-      Require(error.Findings.size() == 1 && error.Findings[0].line > 0);
-      Require(!error.Findings[0].reason.empty());
-    }
+    MayTellOfALine<CaseError>(
+        [&] { Check(ReadVfpTable(file, number, gantry::toml_reader::UnitSystem::kField)); }, input);
   }
 }

@@ -3,17 +3,13 @@
 // Reads: src/equipment/xml_element.cpp src/equipment/xml_document.cpp
 // Reads: src/equipment/date_stamp.cpp
 
-#include <cmath>
-
 #include "equipment/date_stamp.h"
 #include "equipment/xml_document.h"
 #include "platform/text.h"
 #include "target.h"
 
 using namespace gantry;
-using gantry::fuzz::Require;
-using gantry::fuzz::TakeByte;
-using gantry::fuzz::TakeUpTo;
+using namespace gantry::fuzz;
 
 namespace {
 
