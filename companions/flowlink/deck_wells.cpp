@@ -8,14 +8,14 @@ namespace {
 
 constexpr double kSameTimeDays = 2e-5;
 
-WellKind KindIn(const WellOrder& order) {
-  if (order.phase.empty()) return WellKind::kProducer;
-  return order.phase.starts_with("GAS") ? WellKind::kGasInjector : WellKind::kWaterInjector;
+WellType KindIn(const WellOrder& order) {
+  if (order.phase.empty()) return WellType::kProducer;
+  return order.phase.starts_with("GAS") ? WellType::kGasInjector : WellType::kWaterInjector;
 }
 
 /// The rate that goes with a well's mode; for a history well the others are only observations.
 std::string HeldBy(const DeckWell& well) {
-  if (well.kind != WellKind::kProducer) return well.mode == "RATE" ? "surf_inj_rate" : "";
+  if (well.kind != WellType::kProducer) return well.mode == "RATE" ? "surf_inj_rate" : "";
   static const std::map<std::string, std::string> kRates = {
       {"ORAT", "oil_rate"}, {"WRAT", "water_rate"}, {"GRAT", "gas_rate"}, {"LRAT", "liquid_rate"}};
   const auto rate = kRates.find(well.mode);
@@ -74,8 +74,8 @@ void DeckWells::Take(const DeckChange& change) {
     well.isDrilled = true;
     well.status = state.status;
     told_[place] = state.limits;
-    const bool isKnown = state.isProducer == (well.kind == WellKind::kProducer);
-    if (!isKnown) well.kind = state.isProducer ? WellKind::kProducer : WellKind::kWaterInjector;
+    const bool isKnown = state.isProducer == (well.kind == WellType::kProducer);
+    if (!isKnown) well.kind = state.isProducer ? WellType::kProducer : WellType::kWaterInjector;
   }
 }
 

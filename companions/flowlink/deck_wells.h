@@ -7,15 +7,16 @@
 #include <vector>
 
 #include "flowlink/well_orders.h"
+#include "simulator_side/well_words.h"
 
 namespace gantry::flowlink {
 
-enum class WellKind { kProducer, kWaterInjector, kGasInjector };
+using simulator::WellType;
 
 /// A well as the deck has it at a time of its schedule.
 struct DeckWell {
   bool isDrilled = false;
-  WellKind kind = WellKind::kProducer;
+  WellType kind = WellType::kProducer;
   std::string status;                    ///< flow's word
   std::map<std::string, double> limits;  ///< by flow's names, in the deck's units
   bool isHistory = false;                ///< held at observed rates

@@ -17,6 +17,7 @@ namespace {
 
 using simulator::InflowTable;
 using simulator::RequestRefused;
+using simulator::RequireNumber;
 using simulator::RunPosition;
 using simulator::WellConstraint;
 using toml_reader::DateAfter;
@@ -26,17 +27,9 @@ constexpr double kSameTimeDays = 2e-5;  // flow counts whole seconds
 
 /// Numbers that are the adapter's own and not flow's; their handles count on from flow's.
 constexpr size_t kOwnItems = 1000;
-enum OwnItem : size_t { kUptime, kTemperature, kOilDensity, kGasDensity, kWaterDensity };
 constexpr std::array<std::string_view, 5> kOwnItemNames = {
     words::kUptimeFraction, words::kTemperature, words::kOilDensity, words::kGasDensity,
     words::kWaterDensity};
-
-constexpr std::array<std::string_view, 2> kTexts = {words::kType, words::kStatus};
-
-void RequireNumber(double value, std::string_view what, const std::string& well) {
-  if (std::isfinite(value)) return;
-  throw RequestRefused(std::string(what) + " of well " + well + " is not a number");
-}
 
 }  // namespace
 
@@ -93,12 +86,6 @@ std::optional<size_t> FlowSimulator::FindWellNumber(std::string_view item) const
   return kOwnItems + static_cast<size_t>(own - kOwnItemNames.begin());
 }
 
-std::optional<size_t> FlowSimulator::FindWellText(std::string_view item) const {
-  const auto text = std::ranges::find(kTexts, item);
-  if (text == kTexts.end()) return std::nullopt;
-  return static_cast<size_t>(text - kTexts.begin());
-}
-
 double FlowSimulator::WellNumber(size_t well, size_t item) {
   if (item >= kOwnItems) return OwnNumber(well, item - kOwnItems);
   return FlowItemValue(item, Values()[well]);
@@ -109,11 +96,6 @@ double FlowSimulator::OwnNumber(size_t well, size_t item) const {
   const double numbers[] = {controls_[well].uptime.value_or(1.0), settings_.temperature,
                             deck.oilDensity, deck.gasDensity, deck.waterDensity};
   return numbers[item];
-}
-
-std::string FlowSimulator::WellText(size_t well, size_t item) {
-  if (kTexts[item] == words::kStatus) return std::string(StatusOf(well));
-  return std::string(simulator::kTypeWords[static_cast<size_t>(KindOf(well))]);
 }
 
 std::string_view FlowSimulator::StatusOf(size_t well) const {

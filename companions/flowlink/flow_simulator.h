@@ -42,9 +42,9 @@ class FlowSimulator : public simulator::ControlledSimulator {
   simulator::RunPosition Position() const override;
 
   std::optional<size_t> FindWellNumber(std::string_view item) const override;
-  std::optional<size_t> FindWellText(std::string_view item) const override;
   double WellNumber(size_t well, size_t item) override;
-  std::string WellText(size_t well, size_t item) override;
+  std::string_view TypeOf(size_t well) const override { return WordOf(KindOf(well)); }
+  std::string_view StatusOf(size_t well) const override;
   simulator::InflowTable MeasureInflow(size_t well, std::string_view pressureType,
                                        int32_t pointCount, double skewness) override;
 
@@ -99,8 +99,7 @@ class FlowSimulator : public simulator::ControlledSimulator {
   void NoteWhoWantsMost();
   std::string UptimeKeywords() const;
   HeldByDeck DeckLimits(size_t well, const HostControls& host) const;
-  WellKind KindOf(size_t well) const { return deckWells_[well].kind; }
-  std::string_view StatusOf(size_t well) const;
+  WellType KindOf(size_t well) const { return deckWells_[well].kind; }
   HostControls& Take(size_t well);
 
   LinkSettings settings_;

@@ -46,9 +46,9 @@ constexpr Limit kGasInjectorLimits[] = {
     {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
 };
 
-std::span<const Limit> LimitsOf(WellKind kind) {
-  if (kind == WellKind::kProducer) return kProducerLimits;
-  if (kind == WellKind::kWaterInjector) return kWaterInjectorLimits;
+std::span<const Limit> LimitsOf(WellType kind) {
+  if (kind == WellType::kProducer) return kProducerLimits;
+  if (kind == WellType::kWaterInjector) return kWaterInjectorLimits;
   return kGasInjectorLimits;
 }
 
@@ -66,15 +66,15 @@ std::string Format(double value) {
 }
 
 /// A producer's pressure bounds from below, everything else from above.
-double Tighter(const Limit& limit, WellKind kind, double one, double other) {
-  const bool isFloor = IsPressure(limit) && kind == WellKind::kProducer;
+double Tighter(const Limit& limit, WellType kind, double one, double other) {
+  const bool isFloor = IsPressure(limit) && kind == WellType::kProducer;
   return isFloor ? std::max(one, other) : std::min(one, other);
 }
 
 /// The limits of a well in the columns of its keyword.
 class Columns {
  public:
-  Columns(WellKind kind, const HostControls& host, const HeldByDeck& kept)
+  Columns(WellType kind, const HostControls& host, const HeldByDeck& kept)
       : kind_(kind), limits_(LimitsOf(kind)), values_(limits_.size()) {
     for (const WellConstraint& constraint : host.constraints) Take(constraint, true);
     for (const WellConstraint& constraint : kept.limits) Take(constraint, false);
@@ -117,7 +117,7 @@ class Columns {
     if (mode_.empty() || isBetterMode) mode_ = found->mode;
   }
 
-  WellKind kind_;
+  WellType kind_;
   std::span<const Limit> limits_;
   std::vector<std::optional<double>> values_;
   std::string mode_;
@@ -156,7 +156,7 @@ std::vector<WellConstraint> InFluids(std::span<const WellConstraint> constraints
   return inFluids;
 }
 
-void CheckConstraint(const std::string& item, WellKind kind, const std::string& well) {
+void CheckConstraint(const std::string& item, WellType kind, const std::string& well) {
   const auto limits = LimitsOf(kind);
   const auto limit = std::ranges::find(limits, item, &Limit::item);
   if (limit != limits.end() && !IsTubing(*limit)) return;
@@ -199,21 +199,21 @@ std::vector<HostControls> BeyondMost(std::vector<HostControls> controls) {
   return controls;
 }
 
-bool IsHeldOpen(WellKind kind, const HostControls& host) {
+bool IsHeldOpen(WellType kind, const HostControls& host) {
   const bool isOpen = host.status.empty() || host.status == words::kOpen;
   return isOpen && !Columns(kind, host, {}).AreAllZero();
 }
 
-std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
+std::string ControlKeyword(const std::string& well, WellType kind, const HostControls& host,
                            const HeldByDeck& kept, NamedLimits* named) {
   const Columns columns(kind, host, kept);
   const std::string mode = columns.Mode().empty() ? "BHP" : columns.Mode();
   const std::string name = "'" + well + "' ";
   const std::string status = IsHeldOpen(kind, host) ? "OPEN " : "SHUT ";
-  if (kind == WellKind::kProducer) {
+  if (kind == WellType::kProducer) {
     return "WCONPROD\n" + name + status + mode + columns.Text(well, named) + " /\n/\n";
   }
-  const std::string phase = kind == WellKind::kGasInjector ? "GAS " : "WATER ";
+  const std::string phase = kind == WellType::kGasInjector ? "GAS " : "WATER ";
   return "WCONINJE\n" + name + phase + status + mode + columns.Text(well, named) + " /\n/\n";
 }
 

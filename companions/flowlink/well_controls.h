@@ -41,7 +41,7 @@ bool AreMost(std::span<const simulator::WellConstraint> constraints,
 std::vector<HostControls> BeyondMost(std::vector<HostControls> controls);
 
 /// Throws `RequestRefused` for a limit that flow can't hold.
-void CheckConstraint(const std::string& item, WellKind kind, const std::string& well);
+void CheckConstraint(const std::string& item, WellType kind, const std::string& well);
 
 /// What of the deck's own control of a well holds beside the host's.
 struct HeldByDeck {
@@ -66,11 +66,11 @@ struct NamedLimit {
 using NamedLimits = std::vector<NamedLimit>;
 
 /// Whether the well is to flow: the host may have shut it, or want nothing of it.
-bool IsHeldOpen(WellKind kind, const HostControls& host);
+bool IsHeldOpen(WellType kind, const HostControls& host);
 
 /// The well's WCONPROD or WCONINJE. Of two limits on the same thing the tighter one holds. With
 /// `named`, names stand in the keyword for the limits, which are added there.
-std::string ControlKeyword(const std::string& well, WellKind kind, const HostControls& host,
+std::string ControlKeyword(const std::string& well, WellType kind, const HostControls& host,
                            const HeldByDeck& kept, NamedLimits* named = nullptr);
 
 /// The word of flow's for the limit that the name stands for.

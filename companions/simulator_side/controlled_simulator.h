@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -18,6 +19,12 @@ class RequestRefused : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+/// Refuses to set a well to what is no number.
+inline void RequireNumber(double value, std::string_view what, const std::string& well) {
+  if (std::isfinite(value)) return;
+  throw RequestRefused(std::string(what) + " of well " + well + " is not a number");
+}
 
 /// The places at which a run stops and hears its controller.
 enum class Stop { kModelDefinition, kBeginNewton, kEndSimulate };
@@ -63,13 +70,14 @@ class ControlledSimulator {
   virtual const Strings& WellNames() const = 0;
   virtual RunPosition Position() const = 0;
 
-  /// The handle of a number or a text that every well has, for the two reads below; empty for an
-  /// item that this simulator doesn't know.
+  /// The handle of a number that every well has, for the read below; empty for an item that this
+  /// simulator doesn't know.
   virtual std::optional<size_t> FindWellNumber(std::string_view item) const = 0;
-  virtual std::optional<size_t> FindWellText(std::string_view item) const = 0;
   /// Answers for the well as it flows under its present limits, without advancing the run.
   virtual double WellNumber(size_t well, size_t item) = 0;
-  virtual std::string WellText(size_t well, size_t item) = 0;
+  /// The protocol's words.
+  virtual std::string_view TypeOf(size_t well) const = 0;
+  virtual std::string_view StatusOf(size_t well) const = 0;
   virtual InflowTable MeasureInflow(size_t well, std::string_view pressureType, int32_t pointCount,
                                     double skewness) = 0;
 

@@ -18,11 +18,6 @@ const char* NameOf(Stop stop) {
   return kNames[static_cast<size_t>(stop)];
 }
 
-void FinishRequest(IncomingMessage& message) {
-  message.ExpectMarker("END");
-  message.EndOfMessage();
-}
-
 /// A fault is the one error of the answer; an empty text is none.
 void AnswerSetUp(ByteChannel& channel, const std::string& fault) {
   Strings errors;
@@ -186,6 +181,11 @@ OutgoingMessage ControllerSession::StartReply() {
 
 void ControllerSession::FinishReply(OutgoingMessage& reply) {
   reply.AppendMarker("END").SendAheadOf(ready_);
+}
+
+void FinishRequest(IncomingMessage& message) {
+  message.ExpectMarker("END");
+  message.EndOfMessage();
 }
 
 void RefuseController(ByteChannel& channel, const std::string& reason) {

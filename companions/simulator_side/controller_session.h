@@ -61,6 +61,9 @@ class ControllerSession {
   void CreateFluidSource(IncomingMessage& message);
   void SetFluidSource(IncomingMessage& message);
 
+  /// Answers for some items of some wells, as `find` and `valueOf` tell them.
+  template <class Value, class Find, class ValueOf>
+  void AnswerWells(IncomingMessage& message, Find find, ValueOf valueOf);
   /// Positions of the wells that are known; the one name "*" stands for all.
   std::vector<size_t> KnownWells(const Strings& names) const;
   size_t WellNamed(const std::string& name) const;
@@ -74,6 +77,9 @@ class ControllerSession {
   NameIndex wells_;
   bool running_ = true;
 };
+
+/// Takes the end of a request that has been read.
+void FinishRequest(IncomingMessage& message);
 
 /// Answers the set-up of a controller whose run can't begin with the reason, as its reader shows
 /// it; the session is over then.

@@ -1,46 +1,39 @@
+#include <algorithm>
+#include <array>
+
+#include "client/words.h"
 #include "simulator_side/controller_session.h"
 
 namespace gantry::simulator {
 
 namespace {
 
-/// Items that the simulator knows, with their handles; the others are left out of the answer.
-struct KnownItems {
-  Strings names;
-  std::vector<size_t> handles;
-};
-
-template <class Find>
-KnownItems SelectItems(const Strings& asked, Find find) {
-  KnownItems known;
-  for (const std::string& item : asked) {
-    const std::optional<size_t> handle = find(item);
-    if (!handle) continue;
-    known.names.push_back(item);
-    known.handles.push_back(*handle);
-  }
-  return known;
-}
-
-struct WellRequest {
-  Strings items;
-  Strings wells;
-};
-
-WellRequest ReadWellRequest(IncomingMessage& message) {
-  WellRequest request;
-  request.items = message.ReadStrings("QITEMS");
-  request.wells = message.ReadStrings("WELNAMES");
-  message.ExpectMarker("END");
-  message.EndOfMessage();
-  return request;
-}
-
 Strings ReadItems(IncomingMessage& message) {
   Strings items = message.ReadStrings("QITEMS");
-  message.ExpectMarker("END");
-  message.EndOfMessage();
+  FinishRequest(message);
   return items;
+}
+
+void AppendValues(OutgoingMessage& reply, const Doubles& values) {
+  reply.AppendDoubles("VALUES", values);
+}
+void AppendValues(OutgoingMessage& reply, const Strings& values) {
+  reply.AppendStrings("VALUES", values);
+}
+
+struct WellText {
+  std::string_view item;
+  std::string_view (ControlledSimulator::*of)(size_t well) const;
+};
+constexpr auto kWellTexts = std::to_array<WellText>({
+    {words::kType, &ControlledSimulator::TypeOf},
+    {words::kStatus, &ControlledSimulator::StatusOf},
+});
+
+std::optional<size_t> FindWellText(std::string_view item) {
+  const auto found = std::ranges::find(kWellTexts, item, &WellText::item);
+  if (found == kWellTexts.end()) return std::nullopt;
+  return static_cast<size_t>(found - kWellTexts.begin());
 }
 
 struct ReservoirText {
@@ -56,36 +49,41 @@ constexpr ReservoirText kReservoirTexts[] = {
 
 }  // namespace
 
-void ControllerSession::QueryWells(IncomingMessage& message) {
-  const WellRequest request = ReadWellRequest(message);
-  const KnownItems items = SelectItems(
-      request.items, [this](std::string_view item) { return simulator_.FindWellNumber(item); });
-  Doubles values(items.handles.size());
+/// Items that nobody knows are left out of the answer.
+template <class Value, class Find, class ValueOf>
+void ControllerSession::AnswerWells(IncomingMessage& message, Find find, ValueOf valueOf) {
+  const Strings asked = message.ReadStrings("QITEMS");
+  const Strings wells = message.ReadStrings("WELNAMES");
+  FinishRequest(message);
+  Strings items;
+  std::vector<size_t> handles;
+  for (const std::string& item : asked) {
+    const std::optional<size_t> handle = find(item);
+    if (!handle) continue;
+    items.push_back(item);
+    handles.push_back(*handle);
+  }
+  std::vector<Value> values(handles.size());
   OutgoingMessage reply = StartReply();
-  reply.AppendStrings("QITEMS", items.names);
-  for (const size_t well : KnownWells(request.wells)) {
-    for (size_t i = 0; i < values.size(); ++i) {
-      values[i] = simulator_.WellNumber(well, items.handles[i]);
-    }
-    reply.AppendString("WELLNAME", simulator_.WellNames()[well]).AppendDoubles("VALUES", values);
+  reply.AppendStrings("QITEMS", items);
+  for (const size_t well : KnownWells(wells)) {
+    for (size_t i = 0; i < values.size(); ++i) values[i] = valueOf(well, handles[i]);
+    reply.AppendString("WELLNAME", simulator_.WellNames()[well]);
+    AppendValues(reply, values);
   }
   FinishReply(reply);
 }
 
+void ControllerSession::QueryWells(IncomingMessage& message) {
+  AnswerWells<double>(
+      message, [this](std::string_view item) { return simulator_.FindWellNumber(item); },
+      [this](size_t well, size_t item) { return simulator_.WellNumber(well, item); });
+}
+
 void ControllerSession::QueryWellTexts(IncomingMessage& message) {
-  const WellRequest request = ReadWellRequest(message);
-  const KnownItems items = SelectItems(
-      request.items, [this](std::string_view item) { return simulator_.FindWellText(item); });
-  Strings values(items.handles.size());
-  OutgoingMessage reply = StartReply();
-  reply.AppendStrings("QITEMS", items.names);
-  for (const size_t well : KnownWells(request.wells)) {
-    for (size_t i = 0; i < values.size(); ++i) {
-      values[i] = simulator_.WellText(well, items.handles[i]);
-    }
-    reply.AppendString("WELLNAME", simulator_.WellNames()[well]).AppendStrings("VALUES", values);
-  }
-  FinishReply(reply);
+  AnswerWells<std::string>(message, FindWellText, [this](size_t well, size_t item) {
+    return (simulator_.*kWellTexts[item].of)(well);
+  });
 }
 
 void ControllerSession::QueryReservoir(IncomingMessage& message) {
@@ -113,8 +111,7 @@ void ControllerSession::QueryReservoirTexts(IncomingMessage& message) {
 
 void ControllerSession::QueryConstraints(IncomingMessage& message) {
   const Strings wells = message.ReadStrings("WELNAMES");
-  message.ExpectMarker("END");
-  message.EndOfMessage();
+  FinishRequest(message);
   OutgoingMessage reply = StartReply();
   for (const size_t well : KnownWells(wells)) {
     Strings items;
@@ -138,8 +135,7 @@ void ControllerSession::QueryInflow(IncomingMessage& message) {
   const Strings pressureTypes = message.ReadStrings("PRESSURETYPES", wells.size());
   const int32_t pointCount = message.ReadInts("NPOINTS", 1).front();
   const double skewness = message.ReadDoubles("SKEWNESS", 1).front();
-  message.ExpectMarker("END");
-  message.EndOfMessage();
+  FinishRequest(message);
   OutgoingMessage reply = StartReply();
   for (size_t i = 0; i < wells.size(); ++i) {
     const InflowTable table =
@@ -153,8 +149,7 @@ void ControllerSession::QueryInflow(IncomingMessage& message) {
 }
 
 void ControllerSession::QueryFluidModel(IncomingMessage& message) {
-  message.ExpectMarker("END");
-  message.EndOfMessage();
+  FinishRequest(message);
   OutgoingMessage reply = StartReply();
   const Strings& components = simulator_.Description().componentNames;
   if (!components.empty()) reply.AppendStrings("NCOMPS", components);
@@ -162,8 +157,7 @@ void ControllerSession::QueryFluidModel(IncomingMessage& message) {
 }
 
 void ControllerSession::QueryReservoirFluids(IncomingMessage& message) {
-  message.ExpectMarker("END");
-  message.EndOfMessage();
+  FinishRequest(message);
   OutgoingMessage reply = StartReply();
   for (const ReservoirFluidRecord& fluid : simulator_.Description().fluids) {
     reply.AppendString("FLUIDMODELDNAME", fluid.name)

@@ -4,11 +4,6 @@ namespace gantry::simulator {
 
 namespace {
 
-void FinishRequest(IncomingMessage& message) {
-  message.ExpectMarker("END");
-  message.EndOfMessage();
-}
-
 void ExpectItem(IncomingMessage& message, const std::string& expected) {
   const std::string item = message.ReadStrings("SETITEM", 1).front();
   if (item != expected) throw RequestRefused("Unknown well item to set: " + item);

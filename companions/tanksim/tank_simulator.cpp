@@ -17,15 +17,6 @@ constexpr double kLastDay = 1e7;
 constexpr std::string_view kController = "USER";
 constexpr std::string_view kDeck = "DECK";
 
-struct TextItem {
-  std::string_view name;
-  std::string_view (*word)(const Well&);
-};
-constexpr TextItem kTextItems[] = {
-    {"TYPE", [](const Well& well) { return WordOf(well.Data().type); }},
-    {"STATUS", [](const Well& well) { return WordOf(well.Status()); }},
-};
-
 struct EosProperty {
   std::string_view name;
   Quantity quantity;
@@ -77,11 +68,6 @@ ModelDescription Describe(const Deck& deck) {
     description.componentNames = description.fluids.front().componentNames;
   }
   return description;
-}
-
-void RequireNumber(double value, std::string_view what, const std::string& well) {
-  if (std::isfinite(value)) return;
-  throw RequestRefused(std::string(what) + " of well " + well + " is not a number");
 }
 
 /// The limits under which a well flows as much as its other limits let it.
@@ -140,19 +126,8 @@ std::optional<size_t> TankSimulator::FindWellNumber(std::string_view item) const
   return items_.Find(item);
 }
 
-std::optional<size_t> TankSimulator::FindWellText(std::string_view item) const {
-  for (size_t i = 0; i < std::size(kTextItems); ++i) {
-    if (kTextItems[i].name == item) return i;
-  }
-  return std::nullopt;
-}
-
 double TankSimulator::WellNumber(size_t well, size_t item) {
   return items_.Value(run_.Wells()[well], item);
-}
-
-std::string TankSimulator::WellText(size_t well, size_t item) {
-  return std::string(kTextItems[item].word(run_.Wells()[well]));
 }
 
 InflowTable TankSimulator::MeasureInflow(size_t well, std::string_view pressureType,

@@ -26,9 +26,11 @@ class TankSimulator : public ControlledSimulator {
   RunPosition Position() const override;
 
   std::optional<size_t> FindWellNumber(std::string_view item) const override;
-  std::optional<size_t> FindWellText(std::string_view item) const override;
   double WellNumber(size_t well, size_t item) override;
-  std::string WellText(size_t well, size_t item) override;
+  std::string_view TypeOf(size_t well) const override { return WordOf(deck_.wells[well].type); }
+  std::string_view StatusOf(size_t well) const override {
+    return WordOf(run_.Wells()[well].Status());
+  }
   InflowTable MeasureInflow(size_t well, std::string_view pressureType, int32_t pointCount,
                             double skewness) override;
 

@@ -1,10 +1,7 @@
 #include "tanksim/well_words.h"
 
+#include <algorithm>
 #include <array>
-#include <cstddef>
-
-#include "simulator_side/well_words.h"
-
 namespace gantry::simulator {
 
 namespace {
@@ -31,24 +28,18 @@ constexpr std::array<LimitWord, 13> kLimits = {{
 
 }  // namespace
 
-std::string_view WordOf(WellType type) { return kTypeWords[static_cast<size_t>(type)]; }
-
-std::string_view WordOf(WellStatus status) { return kStatusWords[static_cast<size_t>(status)]; }
-
 std::string_view WordOf(LimitItem item) { return kLimits[static_cast<size_t>(item)].word; }
 
 std::optional<WellStatus> FindStatus(std::string_view word) {
-  for (size_t i = 0; i < kStatusWords.size(); ++i) {
-    if (kStatusWords[i] == word) return static_cast<WellStatus>(i);
-  }
-  return std::nullopt;
+  const auto found = std::ranges::find(kStatusWords, word);
+  if (found == kStatusWords.end()) return std::nullopt;
+  return static_cast<WellStatus>(found - kStatusWords.begin());
 }
 
 std::optional<LimitItem> FindLimitItem(std::string_view word) {
-  for (size_t i = 0; i < kLimits.size(); ++i) {
-    if (kLimits[i].word == word) return static_cast<LimitItem>(i);
-  }
-  return std::nullopt;
+  const auto found = std::ranges::find(kLimits, word, &LimitWord::word);
+  if (found == kLimits.end()) return std::nullopt;
+  return static_cast<LimitItem>(found - kLimits.begin());
 }
 
 Quantity QuantityOf(LimitItem item) { return kLimits[static_cast<size_t>(item)].quantity; }

@@ -4,19 +4,11 @@
 #include <string_view>
 
 #include "described_toml/quantity.h"
+#include "simulator_side/well_words.h"
 
 namespace gantry::simulator {
 
 using toml_reader::Quantity;
-
-enum class WellType { kProducer, kWaterInjector, kGasInjector };
-enum class WellStatus {
-  kOpen,
-  kSurfaceShut,
-  kCompletionsShut,
-  kSurfaceAbandoned,
-  kCompletionsAbandoned
-};
 
 /// What a limit can be set on. The pressures bound from below for a producer and from above for an
 /// injector; the rates and drawdowns from above.
@@ -42,8 +34,6 @@ struct WellLimit {
 };
 
 /// The words of the external controller for these.
-std::string_view WordOf(WellType type);
-std::string_view WordOf(WellStatus status);
 std::string_view WordOf(LimitItem item);
 std::optional<WellStatus> FindStatus(std::string_view word);
 std::optional<LimitItem> FindLimitItem(std::string_view word);

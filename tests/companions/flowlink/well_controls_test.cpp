@@ -54,7 +54,7 @@ TEST(WellControls, PutTheTighterOfHostAndDeckInItsColumn) {
        "ORAT 20000 1* 1* 1* 1* 1*"},
   };
   for (const auto& [kept, held, columns] : cases) {
-    EXPECT_EQ(ControlKeyword("W1", WellKind::kProducer, held, kept),
+    EXPECT_EQ(ControlKeyword("W1", WellType::kProducer, held, kept),
               "WCONPROD\n'W1' OPEN " + std::string(columns) + " /\n/\n");
   }
 }
@@ -63,7 +63,7 @@ TEST(WellControls, HoldAnInjectorFromAbove) {
   const HeldByDeck kept{{{"BOTTOM_HOLE_PRESSURE", 9014, "DECK"}}, "", "", ""};
   const HostControls host =
       Held({{"GAS_INJECTION_RATE", 1e5, "USER"}, {"BOTTOM_HOLE_PRESSURE", 9500, "USER"}});
-  EXPECT_EQ(ControlKeyword("I", WellKind::kGasInjector, host, kept),
+  EXPECT_EQ(ControlKeyword("I", WellType::kGasInjector, host, kept),
             "WCONINJE\n'I' GAS OPEN RATE 100000 1* 9014 /\n/\n");
   const std::string rates[] = {"gas_rate"};
   const DeckWell stopped = WellAfter({"WCONINJE\n W1 GAS OPEN RATE 0 1* 4000 /"},
@@ -81,13 +81,13 @@ TEST(WellControls, FollowWhatTheDeckMakesOfAWell) {
                   {at(0, "WCONINJE", "W WATER /"), at(5, "WECON", "W 10 /"),
                    at(10, "WELOPEN", "W OPEN /"), at(20, "WCONINJE", "W GAS /")});
   wells.GoTo(12);
-  EXPECT_EQ(wells[0].kind, WellKind::kWaterInjector);
+  EXPECT_EQ(wells[0].kind, WellType::kWaterInjector);
   EXPECT_TRUE(wells[0].hasEconomicLimit);
   EXPECT_EQ(wells.ChangeOfKind(0)->days, 20);
   EXPECT_EQ(wells.LastOrder(0, 5, 12)->keyword, "WELOPEN");
   EXPECT_EQ(wells.LastOrder(0, 0, 9), nullptr) << "an economic limit holds no well";
   wells.GoTo(25);
-  EXPECT_EQ(wells[0].kind, WellKind::kGasInjector);
+  EXPECT_EQ(wells[0].kind, WellType::kGasInjector);
   EXPECT_EQ(wells.ChangeOfKind(0), nullptr);
   wells.GoTo(1);
   EXPECT_FALSE(wells[0].hasEconomicLimit);
@@ -97,7 +97,7 @@ TEST(WellControls, FollowWhatTheDeckMakesOfAWell) {
 
 TEST(WellControls, ShutAWellOnlyWhenTheHostWantsNothingOfIt) {
   const auto keyword = [](const HostControls& host) {
-    return ControlKeyword("P", WellKind::kProducer, host, {});
+    return ControlKeyword("P", WellType::kProducer, host, {});
   };
   const WellConstraint noGas{"GAS_PRODUCTION_RATE", 0, "USER"};
   const WellConstraint noLiquid{"LIQUID_PRODUCTION_RATE", 0, "USER"};
@@ -113,7 +113,7 @@ TEST(WellControls, ShutAWellOnlyWhenTheHostWantsNothingOfIt) {
 }
 
 TEST(WellControls, RefuseALimitThatFlowCantHold) {
-  EXPECT_THROW(CheckConstraint("OIL_PRODUCTION_RATE", WellKind::kGasInjector, "I"),
+  EXPECT_THROW(CheckConstraint("OIL_PRODUCTION_RATE", WellType::kGasInjector, "I"),
                simulator::RequestRefused);
 }
 
