@@ -1,10 +1,8 @@
 #include "flowlink/flow_items.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
-#include <utility>
 
 #include "client/words.h"
 
@@ -36,65 +34,49 @@ enum Vector : size_t {
 };
 using Values = std::vector<double>;
 
-constexpr std::pair<Vector, const char*> kVectorNames[] = {
-    {kOil, "WOPR"},
-    {kGas, "WGPR"},
-    {kWater, "WWPR"},
-    {kReservoir, "WVPR"},
-    {kInjectedWater, "WWIR"},
-    {kInjectedGas, "WGIR"},
-    {kInjectedOil, "WOIR"},
-    {kInjectedReservoir, "WVIR"},
-    {kBottomHole, "WBHP"},
-    {kTubingHead, "WTHP"},
-    {kOilTotal, "WOPT"},
-    {kGasTotal, "WGPT"},
-    {kWaterTotal, "WWPT"},
-    {kReservoirTotal, "WVPT"},
-    {kInjectedWaterTotal, "WWIT"},
-    {kInjectedGasTotal, "WGIT"},
-    {kInjectedOilTotal, "WOIT"},
-    {kInjectedReservoirTotal, "WVIT"},
-    {kStatus, "WSTAT"},
+/// A summary vector, and the protocol's name for its number; flow's status has none.
+struct VectorRow {
+  Vector vector;
+  const char* name;
+  std::string_view item;
 };
-static_assert(std::size(kVectorNames) == kVectorCount);
+constexpr VectorRow kVectors[] = {
+    {kOil, "WOPR", words::kOilProductionRate},
+    {kGas, "WGPR", words::kGasProductionRate},
+    {kWater, "WWPR", words::kWaterProductionRate},
+    {kReservoir, "WVPR", words::kReservoirProductionRate},
+    {kInjectedWater, "WWIR", words::kWaterInjectionRate},
+    {kInjectedGas, "WGIR", words::kGasInjectionRate},
+    {kInjectedOil, "WOIR", words::kOilInjectionRate},
+    {kInjectedReservoir, "WVIR", words::kReservoirInjectionRate},
+    {kBottomHole, "WBHP", words::kBottomHolePressure},
+    {kTubingHead, "WTHP", words::kTubingHeadPressure},
+    {kOilTotal, "WOPT", "OIL_PRODUCTION_CUML"},
+    {kGasTotal, "WGPT", "GAS_PRODUCTION_CUML"},
+    {kWaterTotal, "WWPT", "WATER_PRODUCTION_CUML"},
+    {kReservoirTotal, "WVPT", "RES_VOLUME_PRODUCTION_CUML"},
+    {kInjectedWaterTotal, "WWIT", "WATER_INJECTION_CUML"},
+    {kInjectedGasTotal, "WGIT", "GAS_INJECTION_CUML"},
+    {kInjectedOilTotal, "WOIT", "OIL_INJECTION_CUML"},
+    {kInjectedReservoirTotal, "WVIT", "RES_VOLUME_INJECTION_CUML"},
+    {kStatus, "WSTAT", {}},
+};
+static_assert(std::size(kVectors) == kVectorCount);
 
 double Ratio(double part, double whole) { return whole > 0.0 ? part / whole : 0.0; }
 
-template <Vector vector>
-double Plain(const Values& values) {
-  return values[vector];
-}
-
-struct Item {
+/// What is made of several vectors; the handles count on from theirs.
+struct ComputedItem {
   std::string_view name;
   double (*value)(const Values&);
 };
-constexpr auto kItems = std::to_array<Item>({
-    {words::kOilProductionRate, Plain<kOil>},
-    {words::kGasProductionRate, Plain<kGas>},
-    {words::kWaterProductionRate, Plain<kWater>},
+constexpr ComputedItem kComputed[] = {
     {words::kLiquidProductionRate, [](const Values& v) { return v[kOil] + v[kWater]; }},
-    {words::kReservoirProductionRate, Plain<kReservoir>},
-    {words::kWaterInjectionRate, Plain<kInjectedWater>},
-    {words::kGasInjectionRate, Plain<kInjectedGas>},
-    {words::kOilInjectionRate, Plain<kInjectedOil>},
-    {words::kReservoirInjectionRate, Plain<kInjectedReservoir>},
-    {words::kBottomHolePressure, Plain<kBottomHole>},
-    {words::kTubingHeadPressure, Plain<kTubingHead>},
-    {"OIL_PRODUCTION_CUML", Plain<kOilTotal>},
-    {"GAS_PRODUCTION_CUML", Plain<kGasTotal>},
-    {"WATER_PRODUCTION_CUML", Plain<kWaterTotal>},
     {"LIQUID_PRODUCTION_CUML", [](const Values& v) { return v[kOilTotal] + v[kWaterTotal]; }},
-    {"RES_VOLUME_PRODUCTION_CUML", Plain<kReservoirTotal>},
-    {"WATER_INJECTION_CUML", Plain<kInjectedWaterTotal>},
-    {"GAS_INJECTION_CUML", Plain<kInjectedGasTotal>},
-    {"OIL_INJECTION_CUML", Plain<kInjectedOilTotal>},
-    {"RES_VOLUME_INJECTION_CUML", Plain<kInjectedReservoirTotal>},
     {"GAS_OIL_RATIO", [](const Values& v) { return Ratio(v[kGas], v[kOil]); }},
     {"WATER_CUT", [](const Values& v) { return Ratio(v[kWater], v[kOil] + v[kWater]); }},
     {"WATER_OIL_RATIO", [](const Values& v) { return Ratio(v[kWater], v[kOil]); }},
-});
+};
 
 constexpr double kLeastSpan = 0.01;   // of a pressure
 constexpr double kLeastWhole = 1e-3;  // in any unit: less is the solver's noise
@@ -108,17 +90,19 @@ double Share(double difference, double whole) {
 const std::vector<std::string>& SummaryVectors() {
   static const std::vector<std::string> kNames = [] {
     std::vector<std::string> names(kVectorCount);
-    for (const auto& [vector, name] : kVectorNames) names[vector] = name;
+    for (const VectorRow& row : kVectors) names[row.vector] = row.name;
     return names;
   }();
   return kNames;
 }
 
 std::optional<size_t> FindFlowItem(std::string_view item) {
-  for (size_t i = 0; i < kItems.size(); ++i) {
-    if (kItems[i].name == item) return i;
-  }
-  return std::nullopt;
+  if (item.empty()) return std::nullopt;
+  const auto* const row = std::ranges::find(kVectors, item, &VectorRow::item);
+  if (row != std::end(kVectors)) return row->vector;
+  const auto* const computed = std::ranges::find(kComputed, item, &ComputedItem::name);
+  if (computed == std::end(kComputed)) return std::nullopt;
+  return kVectorCount + static_cast<size_t>(computed - kComputed);
 }
 
 bool IsShutInFlow(const std::vector<double>& vectors) {
@@ -127,7 +111,7 @@ bool IsShutInFlow(const std::vector<double>& vectors) {
 }
 
 double FlowItemValue(size_t handle, const std::vector<double>& vectors) {
-  return kItems[handle].value(vectors);
+  return handle < kVectorCount ? vectors[handle] : kComputed[handle - kVectorCount].value(vectors);
 }
 
 double MissOf(const Values& guess, const Values& found, const Values& top, const Values& bottom) {
