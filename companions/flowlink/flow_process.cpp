@@ -80,31 +80,33 @@ FlowProcess::FlowProcess(const std::vector<std::string>& arguments,
                          PlaceOf placeOf)
     : log_(folder / log), placeOf_(std::move(placeOf)) {
   int ends[2];
-  int faults[2];
+  int faultEnds[2];
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0 ||
-      ::pipe2(faults, O_CLOEXEC) != 0) {
+      ::pipe2(faultEnds, O_CLOEXEC) != 0) {
     throw LinkFault(std::string("no socket for flow: ") + std::strerror(errno));
   }
+  socket_ = platform::Descriptor(ends[0]);
+  platform::Descriptor socketOfFlow(ends[1]);
+  const platform::Descriptor faults(faultEnds[0]);
+  platform::Descriptor faultsOfFlow(faultEnds[1]);
   std::vector<std::string> texts = arguments;
-  std::vector<std::string> variables = Environment(ends[1]);
-  const Launch launch = {Pointers(texts), Pointers(variables), folder.string(), log_.string(),
-                         ends[1],         faults[1],           ::getpid()};
+  std::vector<std::string> variables = Environment(socketOfFlow.Number());
+  const Launch launch = {Pointers(texts), Pointers(variables),   folder.string(),
+                         log_.string(),   socketOfFlow.Number(), faultsOfFlow.Number(),
+                         ::getpid()};
   process_ = ::fork();
   if (process_ == 0) BecomeProgram(launch);
-  ::close(ends[1]);
-  ::close(faults[1]);
-  socket_ = ends[0];
   int reason = process_ < 0 ? errno : 0;
-  if (process_ > 0) (void)!::read(faults[0], &reason, sizeof reason);
-  ::close(faults[0]);
+  socketOfFlow.Reset();
+  faultsOfFlow.Reset();
+  if (process_ > 0) (void)!::read(faults.Number(), &reason, sizeof reason);
   if (reason == 0) return;
-  ::close(socket_);
   if (process_ > 0) ::waitpid(process_, nullptr, 0);
   throw LinkFault("can't start " + arguments.front() + ": " + std::strerror(reason));
 }
 
 FlowProcess::~FlowProcess() {
-  ::close(socket_);
+  socket_.Reset();
   ::kill(-process_, SIGKILL);
   WaitForEnd();
 }
@@ -112,8 +114,9 @@ FlowProcess::~FlowProcess() {
 bool FlowProcess::WriteLine(const std::string& line) {
   const std::string text = line + "\n";
   for (size_t sent = 0; sent < text.size();) {
-    const ssize_t part = ::send(socket_, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-    if (part < 0 && errno == EINTR) continue;
+    const ssize_t part = platform::WithoutInterrupts([&] {
+      return ::send(socket_.Number(), text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
+    });
     if (part < 0) return false;
     sent += static_cast<size_t>(part);
   }
@@ -131,16 +134,16 @@ bool FlowProcess::ReadLine(std::string& line) {
     }
     searched = received_.size();
     char part[65536];
-    const ssize_t got = ::recv(socket_, part, sizeof part, 0);
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got =
+        platform::WithoutInterrupts([&] { return ::recv(socket_.Number(), part, sizeof part, 0); });
     if (got <= 0) return false;
     received_.append(part, static_cast<size_t>(got));
   }
 }
 
 void FlowProcess::WaitForEnd() {
-  while (!hasEnded_ && ::waitpid(process_, &status_, 0) < 0 && errno == EINTR) {
-  }
+  if (hasEnded_) return;
+  platform::WithoutInterrupts([this] { return ::waitpid(process_, &status_, 0); });
   hasEnded_ = true;
 }
 

@@ -7,6 +7,8 @@
 
 #include <sys/types.h>
 
+#include "platform/posix/descriptor.h"
+
 namespace gantry::flowlink {
 
 /// flow, running in a process group of its own with one end of a socket. The object's end is the
@@ -38,7 +40,7 @@ class FlowProcess {
   std::filesystem::path log_;
   PlaceOf placeOf_;
   pid_t process_ = -1;
-  int socket_ = -1;
+  platform::Descriptor socket_;
   int status_ = 0;
   bool hasEnded_ = false;
   std::string received_;

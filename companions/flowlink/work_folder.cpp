@@ -3,29 +3,21 @@
 #include <cerrno>
 #include <cstring>
 #include <thread>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include "flowlink/link_fault.h"
-#include "platform/environment.h"
+#include "simulator_side/state_file.h"
 
 namespace gantry::flowlink {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-constexpr size_t kLongestPath = 4096;
-
-}  // namespace
-
 fs::path WorkFolderOf(const std::string& base) {
-  const auto results = platform::ReadEnvironment("GANTRY_RESULTS", kLongestPath);
+  const auto results = simulator::ResultsOfHost();
   const fs::path path = fs::absolute(base + ".flow");
-  return results ? fs::path(*results) / path.filename() : path;
+  return results ? *results / path.filename() : path;
 }
 
 WorkFolder::WorkFolder(fs::path path, Content content) : path_(std::move(path)) {
@@ -33,33 +25,22 @@ WorkFolder::WorkFolder(fs::path path, Content content) : path_(std::move(path)) 
   fs::create_directories(path_, error);
   if (error) throw LinkFault("can't make " + path_.string() + ": " + error.message());
   Lock(std::chrono::seconds(content == Content::kKept ? 60 : 0));
-  if (content == Content::kKept) return;
-  try {
-    Empty();
-  } catch (...) {
-    ::close(descriptor_);
-    throw;
-  }
-}
-
-WorkFolder::WorkFolder(WorkFolder&& other) noexcept
-    : path_(other.path_), descriptor_(std::exchange(other.descriptor_, -1)) {}
-
-WorkFolder::~WorkFolder() {
-  if (descriptor_ >= 0) ::close(descriptor_);
+  if (content == Content::kDropped) Empty();
 }
 
 void WorkFolder::Lock(std::chrono::seconds longest) {
-  descriptor_ = ::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor_ < 0) throw LinkFault("can't open " + path_.string() + ": " + strerror(errno));
+  lock_ = platform::Descriptor(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!lock_.IsOpen()) throw LinkFault("can't open " + path_.string() + ": " + strerror(errno));
+  const auto tryToLock = [this] {
+    return ::flock(lock_.Number(), LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  };
   const auto latest = std::chrono::steady_clock::now() + longest;
-  int reason = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+  int reason = tryToLock();
   while (reason == EWOULDBLOCK && std::chrono::steady_clock::now() < latest) {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    reason = ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+    reason = tryToLock();
   }
   if (reason == 0) return;
-  ::close(descriptor_);
   if (reason != EWOULDBLOCK)
     throw LinkFault("can't lock " + path_.string() + ": " + strerror(reason));
   throw LinkFault("another run is using " + path_.string() +

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/posix/descriptor.h"
+
 namespace gantry::flowlink {
 
 /// Where a session of this base, "FOLDER/NAME", keeps flow's files: NAME.flow in the folder of the
@@ -19,10 +21,6 @@ class WorkFolder {
   /// The folder of a session that is gone on with may still be in use: it is waited for, a minute
   /// at most, until what was left of that session has ended.
   explicit WorkFolder(std::filesystem::path path, Content content = Content::kDropped);
-  ~WorkFolder();
-  WorkFolder(WorkFolder&& other) noexcept;
-  WorkFolder(const WorkFolder&) = delete;
-  WorkFolder& operator=(const WorkFolder&) = delete;
 
   const std::filesystem::path& Path() const { return path_; }
 
@@ -31,7 +29,7 @@ class WorkFolder {
   void Empty() const;
 
   std::filesystem::path path_;
-  int descriptor_ = -1;
+  platform::Descriptor lock_;
 };
 
 }  // namespace gantry::flowlink
