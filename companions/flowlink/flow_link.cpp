@@ -48,90 +48,85 @@ json SetOf(const NamedLimits& limits) {
   return set;
 }
 
-}  // namespace
+/// Takes out of a message what has to be there.
+template <class Take>
+void TakeFrom(const char* what, Take take) {
+  try {
+    take();
+  } catch (const json::exception& error) {
+    throw LinkFault(std::string("flow's script gave no ") + what + ": " + error.what());
+  }
+}
 
-class FlowLink::Message : public json {
- public:
-  explicit Message(json content) : json(std::move(content)) {}
-  bool Is(const char* event) const { return at("event") == event; }
-};
+}  // namespace
 
 FlowLink::FlowLink(FlowProcess& process, const std::vector<std::string>& vectors,
                    const std::string& units, int secondsForQuestion)
     : process_(process), vectorCount_(vectors.size()) {
-  Send(Message(json::object(
-      {{"vectors", vectors}, {"units", units}, {"secondsForQuestion", secondsForQuestion}})));
-  const Message model = Receive();
-  try {
+  Send({{"vectors", vectors}, {"units", units}, {"secondsForQuestion", secondsForQuestion}});
+  const json model = Receive();
+  TakeFrom("model", [&] {
     wells_ = model.at("wells").get<Names>();
     start_ = model.at("start").get<std::array<int32_t, 6>>();
     changes_ = ChangesOf(model.at("deck"), wells_);
-  } catch (const json::exception& error) {
-    throw LinkFault(std::string("flow's script gave no model: ") + error.what());
-  }
+  });
   AwaitStop();
 }
 
 std::vector<FlowAnswer> FlowLink::Ask(const std::string& keywords, double days,
                                       std::span<const NamedLimits> sets) {
-  json order = json::object(
-      {{"do", "ask"}, {"keywords", keywords}, {"days", days}, {"sets", json::array()}});
+  json order = {{"do", "ask"}, {"keywords", keywords}, {"days", days}, {"sets", json::array()}};
   for (const NamedLimits& limits : sets) order["sets"].push_back(SetOf(limits));
-  Send(Message(std::move(order)));
-  const Message message = Receive();
-  try {
-    std::vector<FlowAnswer> answers;
+  Send(order);
+  const json message = Receive();
+  std::vector<FlowAnswer> answers;
+  TakeFrom("answer", [&] {
     for (const json& found : message.at("answers")) {
       FlowAnswer& answer = answers.emplace_back();
       answer.said = found.at("said").get<std::string>();
       const json& values = found.at("values");
       if (!values.is_null()) answer.values = ValuesOf(values, wells_, vectorCount_);
     }
-    if (answers.size() == sets.size()) return answers;
-  } catch (const json::exception& error) {
-    throw LinkFault(std::string("flow's script gave no answer: ") + error.what());
-  }
-  throw LinkFault("flow's script answered another question");
+  });
+  if (answers.size() != sets.size()) throw LinkFault("flow's script answered another question");
+  return answers;
 }
 
 void FlowLink::Advance(const std::string& keywords, const NamedLimits& numbers) {
-  Send(Message(
-      json::object({{"do", "advance"}, {"keywords", keywords}, {"numbers", SetOf(numbers)}})));
+  Send({{"do", "advance"}, {"keywords", keywords}, {"numbers", SetOf(numbers)}});
   AwaitStop();
 }
 
 void FlowLink::Finish() {
-  Send(Message(json::object({{"do", "finish"}})));
+  Send(json::object({{"do", "finish"}}));
   process_.WaitForEnd();
 }
 
-void FlowLink::Send(const Message& order) {
+void FlowLink::Send(const json& order) {
   if (!process_.WriteLine(order.dump())) throw LinkFault(process_.DescribeEnd());
 }
 
-FlowLink::Message FlowLink::Receive() {
+json FlowLink::Receive() {
   std::string line;
   if (!process_.ReadLine(line)) throw LinkFault(process_.DescribeEnd());
-  Message message(json::parse(line, nullptr, false));
+  json message = json::parse(line, nullptr, false);
   if (!message.is_object() || !message.contains("event")) {
     throw LinkFault("flow's script sent something else than a message");
   }
-  if (message.Is("failed")) {
+  if (message["event"] == "failed") {
     throw LinkFault("flow's script failed: " + message.value("reason", std::string()));
   }
   return message;
 }
 
 void FlowLink::AwaitStop() {
-  const Message message = Receive();
-  try {
+  const json message = Receive();
+  TakeFrom("stop", [&] {
     stop_.days = message.at("days").get<double>();
     stop_.report = message.at("report").get<int>();
     stop_.isLast = message.at("last").get<bool>();
     stop_.values = ValuesOf(message.at("values"), wells_, vectorCount_);
-  } catch (const json::exception& error) {
-    throw LinkFault(std::string("flow's script gave no stop: ") + error.what());
-  }
+  });
 }
 
 }  // namespace gantry::flowlink

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "flowlink/deck_wells.h"
 #include "flowlink/flow_process.h"
 #include "flowlink/well_controls.h"
@@ -56,9 +58,8 @@ class FlowLink {
   void Finish();
 
  private:
-  class Message;
-  void Send(const Message& order);
-  Message Receive();
+  void Send(const nlohmann::json& order);
+  nlohmann::json Receive();
   void AwaitStop();
 
   FlowProcess& process_;
