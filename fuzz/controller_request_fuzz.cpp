@@ -11,8 +11,8 @@
 
 FUZZ_TARGET(controller_request) {
   using namespace gantry::cluster;
-  const std::unique_ptr<Simulator> simulator = MakeSimulator(20172);
-  Controller controller(*simulator, [](const std::string&) {});
+  Simulator simulator(20172);
+  Controller controller(simulator, [](const std::string&) {});
   std::span<const std::byte> rest = std::as_bytes(std::span(input));
   gantry::fuzz::MayRefuse<DriverBroken>([&] {
     while (rest.size() > 2) {

@@ -25,7 +25,10 @@ constexpr std::chrono::milliseconds kPlacementInterval{500};
 
 class Session {
  public:
-  explicit Session(SessionTask task) : task_(std::move(task)), driver_(std::move(task_.driver)) {}
+  explicit Session(SessionTask task)
+      : task_(std::move(task)),
+        driver_(std::move(task_.driver)),
+        simulator_(task_.request.versionCode) {}
 
   int Run() {
     try {
@@ -64,7 +67,6 @@ class Session {
                      location.baseName, request.parallel, request.versionCode));
     const std::unique_ptr<Job> job = task_.launcher.Start(location, request, port);
     ReportJob(job->Name());
-    simulator_ = MakeSimulator(request.versionCode);
     const Clock::time_point deadline =
         Clock::now() + std::chrono::seconds(task_.options.startSeconds);
     std::string node = AwaitNode(*job, deadline);
@@ -111,25 +113,25 @@ class Session {
   /// Knocks for about a second; false when nobody has answered.
   bool TryToConnect(Job& job, const std::string& node, uint16_t port) {
     try {
-      ConnectToModel(simulator_->Client(), node, port, 0);
+      ConnectToModel(simulator_.Client(), node, port, 0);
       return true;
     } catch (const boost::system::system_error& failure) {
       job.Check();
       FailToConnect(node, port, failure.what());
     } catch (const std::runtime_error& failure) {
-      if (simulator_->Client().position() == AlgorithmicPosition::UNCONNECTED) return false;
+      if (simulator_.Client().position() == AlgorithmicPosition::UNCONNECTED) return false;
       FailToConnect(node, port, failure.what());
     }
   }
 
   void Serve() {
-    Controller controller(*simulator_, [this](const std::string& text) { Note(text); });
+    Controller controller(simulator_, [this](const std::string& text) { Note(text); });
     if (!controller.Serve(driver_)) Note("the driver has closed its connection");
   }
 
   SessionTask task_;
   DriverConnection driver_;
-  std::unique_ptr<Simulator> simulator_;
+  Simulator simulator_;
 };
 
 }  // namespace

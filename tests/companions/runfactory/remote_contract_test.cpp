@@ -47,9 +47,9 @@ class RemoteRig : public ConnectorRig {
   void Control() {
     cluster::DriverConnection driver(
         platform::Descriptor(static_cast<int>(platform::Sockets().Accept(listener_.Listening()))));
-    const std::unique_ptr<cluster::Simulator> simulator = cluster::MakeSimulator(versionCode_);
-    ConnectToModel(simulator->Client(), "127.0.0.1", peer_.Port(), 10);
-    cluster::Controller controller(*simulator, [](const std::string&) {});
+    cluster::Simulator simulator(versionCode_);
+    ConnectToModel(simulator.Client(), "127.0.0.1", peer_.Port(), 10);
+    cluster::Controller controller(simulator, [](const std::string&) {});
     controller.Serve(driver);
   }
 
