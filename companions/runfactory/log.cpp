@@ -6,19 +6,14 @@
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <fmt/chrono.h>
 #include <fmt/format.h>
 
 namespace gantry::cluster {
 
 namespace {
 
-std::string Now() {
-  const std::time_t now = std::time(nullptr);
-  std::tm parts{};
-  ::gmtime_r(&now, &parts);
-  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", parts.tm_year + 1900, parts.tm_mon + 1,
-                     parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
-}
+std::string Now() { return fmt::format("{:%FT%TZ}", fmt::gmtime(std::time(nullptr))); }
 
 }  // namespace
 

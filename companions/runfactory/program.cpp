@@ -154,6 +154,11 @@ Outcome RunProgram(const std::vector<std::string>& arguments, int limitSeconds) 
   return outcome;
 }
 
+std::string HowItEnded(int status) {
+  if (WIFSIGNALED(status)) return "signal " + std::to_string(WTERMSIG(status));
+  return "exit status " + std::to_string(WEXITSTATUS(status));
+}
+
 bool WaitForExit(pid_t process, int limitMilliseconds) {
   const platform::Descriptor handle(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
   if (!handle.IsOpen()) return true;

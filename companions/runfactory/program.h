@@ -32,6 +32,9 @@ struct Outcome {
 /// Runs a program to its end, or ends it when it takes longer than that.
 Outcome RunProgram(const std::vector<std::string>& arguments, int limitSeconds);
 
+/// "exit status 1" or "signal 9", by what `waitpid` tells.
+std::string HowItEnded(int status);
+
 /// Waits until the process is gone, whoever's child it is; false when it isn't after that time.
 bool WaitForExit(pid_t process, int limitMilliseconds);
 

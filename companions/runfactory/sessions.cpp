@@ -13,6 +13,7 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
+#include "runfactory/program.h"
 #include "runfactory/session.h"
 #include "text/failure_text.h"
 
@@ -41,11 +42,6 @@ void BecomeChild(std::vector<int> kept) {
   ::sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-}
-
-std::string HowItEnded(int status) {
-  if (WIFSIGNALED(status)) return fmt::format("signal {}", WTERMSIG(status));
-  return fmt::format("exit status {}", WEXITSTATUS(status));
 }
 
 }  // namespace
