@@ -235,26 +235,13 @@ std::vector<DeckRecord> RecordsOf(const DeckKeyword& keyword) {
 }
 
 double DeckNumber(const DeckKeyword& keyword, const std::string& item) {
-  std::string text = item.starts_with('+') ? item.substr(1) : item;
-  std::ranges::replace_if(
-      text, [](char letter) { return letter == 'D' || letter == 'd'; }, 'E');
-  double number = 0.0;
-  const char* end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, number);
-  if (read.ec == std::errc() && read.ptr == end) return number;
+  if (const auto number = ParseDeckNumber(item)) return *number;
   throw LinkFault(keyword.place.Text() + ": " + keyword.name + " holds '" + item +
                   "' for a number");
 }
 
 std::string ItemAt(const DeckRecord& record, size_t column) {
   return column < record.size() ? record[column] : "";
-}
-
-std::string InCapitals(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char letter) {
-    return static_cast<char>(std::toupper(letter));
-  });
-  return text;
 }
 
 }  // namespace gantry::flowlink

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "text/deck_text.h"
+
 namespace gantry::flowlink {
 
 /// Where something stands in the user's files.
@@ -44,7 +46,5 @@ double DeckNumber(const DeckKeyword& keyword, const std::string& item);
 
 /// The item at a column, empty when the record is shorter.
 std::string ItemAt(const DeckRecord& record, size_t column);
-
-std::string InCapitals(std::string text);
 
 }  // namespace gantry::flowlink

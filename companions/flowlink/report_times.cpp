@@ -1,13 +1,13 @@
 #include "flowlink/report_times.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 
 #include "described_toml/calendar.h"
 #include "flowlink/deck_keywords.h"
 #include "flowlink/link_fault.h"
+#include "text/number_text.h"
 
 namespace gantry::flowlink {
 
@@ -28,11 +28,7 @@ unsigned MonthOf(const std::string& name) {
   return 0;
 }
 
-int NumberOf(const std::string& text) {
-  int number = 0;
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-  return read.ec == std::errc() && read.ptr == text.data() + text.size() ? number : 0;
-}
+int NumberOf(const std::string& text) { return ParseNumber<int>(text).value_or(0); }
 
 std::vector<double> MonthTimes(DeckTime start, double endDays) {
   using namespace std::chrono;

@@ -1,13 +1,13 @@
 #include "runfactory/dialogue.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
-#include <optional>
-#include <span>
+#include <type_traits>
+#include <variant>
 
 #include "boundary/parallel_range.h"
 #include "remote/factory_version.h"
+#include "text/number_text.h"
 
 namespace gantry::cluster {
 
@@ -15,75 +15,59 @@ namespace {
 
 constexpr size_t kLengthSize = 4;
 
-std::optional<int32_t> Number(const std::string& text) {
-  int32_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || rest != end) return std::nullopt;
-  return number;
-}
-
-bool ReadNumber(const std::string& text, int32_t least, int32_t most, int32_t& number) {
-  const std::optional<int32_t> value = Number(text);
-  if (!value || *value < least || *value > most) return false;
+bool Read(const std::string& text, int32_t most, int32_t& number) {
+  const auto value = ParseNumber<int32_t>(text);
+  if (!value || *value < 0 || *value > most) return false;
   number = *value;
   return true;
 }
 
-bool ReadFlag(const std::string& text, bool& flag) {
+bool Read(const std::string& text, int32_t /*most*/, bool& flag) {
   flag = text == "1";
   return text == "0" || text == "1";
 }
 
-bool IsPlain(const std::string& text) {
+bool Read(const std::string& text, int32_t /*most*/, std::string& value) {
+  value = text;
   return std::none_of(text.begin(), text.end(), [](char character) {
     const auto code = static_cast<unsigned char>(character);
     return code < 0x20 || code == 0x7f;
   });
 }
 
-bool ReadPlain(const std::string& text, std::string& value) {
-  value = text;
-  return IsPlain(text);
-}
-
 }  // namespace
 
-/// One line that a driver says: how long it may be, and where it goes.
+/// One line that a driver says: how long it may be, where it goes, and the largest number.
 struct Dialogue::Line {
   const char* what;
   size_t longest;
-  bool (*read)(const std::string& text, RunRequest& request);
+  std::variant<std::monostate, int32_t RunRequest::*, bool RunRequest::*, std::string RunRequest::*>
+      field;
+  int32_t most = INT32_MAX;
+  bool isNeeded = false;
+
+  bool ReadInto(RunRequest& request, const std::string& text) const {
+    if (isNeeded && text.empty()) return false;
+    return std::visit(
+        [&]<class Field>(Field target) {
+          if constexpr (std::is_same_v<Field, std::monostate>)
+            return true;
+          else
+            return Read(text, most, request.*target);
+        },
+        field);
+  }
 };
 
 const Dialogue::Line Dialogue::kLines[] = {
-    {"version word", 1, [](const std::string&, RunRequest&) { return true; }},
-    {"scenario number", 11,
-     [](const std::string& text, RunRequest& request) {
-       return ReadNumber(text, 0, INT32_MAX, request.scenario);
-     }},
-    {"case directory", 4096,
-     [](const std::string& text, RunRequest& request) {
-       return ReadPlain(text, request.directory);
-     }},
-    {"case name", 255,
-     [](const std::string& text, RunRequest& request) {
-       return ReadPlain(text, request.baseName);
-     }},
-    {"number of processors", 11,
-     [](const std::string& text, RunRequest& request) {
-       return ReadNumber(text, 0, kMostParallel, request.parallel);
-     }},
-    {"version code", 11,
-     [](const std::string& text, RunRequest& request) {
-       return ReadNumber(text, 0, INT32_MAX, request.versionCode);
-     }},
-    {"user name", 256,
-     [](const std::string& text, RunRequest& request) {
-       return ReadPlain(text, request.user) && !text.empty();
-     }},
-    {"logging flag", 1,
-     [](const std::string& text, RunRequest& request) { return ReadFlag(text, request.logging); }},
+    {.what = "version word", .longest = 1, .field = {}},
+    {.what = "scenario number", .longest = 11, .field = &RunRequest::scenario},
+    {.what = "case directory", .longest = 4096, .field = &RunRequest::directory},
+    {.what = "case name", .longest = 255, .field = &RunRequest::baseName},
+    {"number of processors", 11, &RunRequest::parallel, kMostParallel},
+    {.what = "version code", .longest = 11, .field = &RunRequest::versionCode},
+    {.what = "user name", .longest = 256, .field = &RunRequest::user, .isNeeded = true},
+    {.what = "logging flag", .longest = 1, .field = &RunRequest::logging},
 };
 
 std::string FramedText(std::string_view text) {
@@ -129,7 +113,7 @@ void Dialogue::TakeLine() {
     }
     return;
   }
-  if (!line.read(text, request_) && refusal_.empty()) {
+  if (!line.ReadInto(request_, text) && refusal_.empty()) {
     refusal_ = std::string("The run factory can't read the ") + line.what;
   }
   if (++line_ == std::size(kLines)) state_ = State::kComplete;

@@ -1,11 +1,11 @@
 #include <cerrno>
-#include <charconv>
 
 #include <fcntl.h>
 #include <sys/wait.h>
 
 #include "runfactory/launcher.h"
 #include "runfactory/program.h"
+#include "text/number_text.h"
 
 namespace gantry::cluster {
 
@@ -38,10 +38,9 @@ class LocalJob : public Job {
   void Check() override {
     int status = 0;
     if (::waitpid(process_, &status, WNOHANG) != process_) return;
-    const std::string how = WIFEXITED(status) ? "exit status " + std::to_string(WEXITSTATUS(status))
-                                              : "signal " + std::to_string(WTERMSIG(status));
     const std::string said = output_.IsOpen() ? LastLine(output_.Number()) : "";
-    throw LaunchFailed("The simulator has ended (" + how + ")" + (said.empty() ? "" : ": " + said));
+    throw LaunchFailed("The simulator has ended (" + HowItEnded(status) + ")" +
+                       (said.empty() ? "" : ": " + said));
   }
 
  private:
@@ -73,8 +72,7 @@ class LocalLauncher : public Launcher {
   }
 
   void End(const std::string& name) override {
-    pid_t process = 0;
-    std::from_chars(name.data(), name.data() + name.size(), process);
+    const pid_t process = ReadInteger(name);
     if (process > 0) EndProgram(process, kPatienceMilliseconds);
   }
 

@@ -1,12 +1,12 @@
 #include "runfactory/options.h"
 
-#include <charconv>
 #include <filesystem>
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
 
 #include "runfactory/program.h"
+#include "text/number_text.h"
 
 namespace gantry::cluster {
 
@@ -16,13 +16,9 @@ constexpr int kUsageError = 2;
 constexpr int kMostSessions = 256;
 
 int ParsePort(const std::string& text) {
-  int port = -1;
-  const char* end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, port);
-  if (error != std::errc() || rest != end || port < 0 || port > 65535) {
-    throw CLI::ValidationError("'" + text + "' is no port");
-  }
-  return port;
+  const int port = ParseNumber<int>(text).value_or(-1);
+  if (port >= 0 && port <= 65535) return port;
+  throw CLI::ValidationError("'" + text + "' is no port");
 }
 
 void ParseListen(const std::string& text, Options& options) {

@@ -1,11 +1,12 @@
 #include "simulator_side/driver_arguments.h"
 
-#include <charconv>
 #include <cstdio>
 #include <optional>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
+
+#include "text/number_text.h"
 
 namespace gantry::simulator {
 
@@ -13,11 +14,8 @@ namespace {
 
 /// A whole number within a range, or nothing.
 std::optional<int> ReadNumber(const std::string& text, int least, int most) {
-  int number = 0;
-  const char* end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, number);
-  if (read.ec != std::errc() || read.ptr != end || number < least || number > most) return {};
-  return number;
+  const auto number = ParseNumber<int>(text);
+  return number && *number >= least && *number <= most ? number : std::nullopt;
 }
 
 /// Takes one "NAME" or "NAME:VALUE" of --dopt; names that it doesn't know are for others. Returns

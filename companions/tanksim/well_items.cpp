@@ -1,11 +1,11 @@
 #include "tanksim/well_items.h"
 
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <numeric>
 
 #include "simulator_side/well_words.h"
+#include "text/number_text.h"
 
 namespace gantry::simulator {
 
@@ -125,12 +125,9 @@ constexpr std::array kComponentItems = std::to_array<ComponentItem>({
 std::optional<std::pair<std::string_view, size_t>> SplitElement(std::string_view item) {
   const size_t bracket = item.find('[');
   if (bracket == std::string_view::npos || item.back() != ']') return std::nullopt;
-  const char* begin = item.data() + bracket + 1;
-  const char* end = item.data() + item.size() - 1;
-  size_t element = 0;
-  const auto read = std::from_chars(begin, end, element);
-  if (read.ec != std::errc() || read.ptr != end || element == 0) return std::nullopt;
-  return std::pair(item.substr(0, bracket), element - 1);
+  const auto element = ParseNumber<size_t>(item.substr(bracket + 1, item.size() - bracket - 2));
+  if (!element || *element == 0) return std::nullopt;
+  return std::pair(item.substr(0, bracket), *element - 1);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "text/number_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 namespace gantry {

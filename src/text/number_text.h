@@ -1,6 +1,8 @@
 #pragma once
 
+#include <charconv>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +16,16 @@ namespace gantry {
 double ReadDouble(std::string_view text);
 /// As `strtol` to the base 10, kept within 32 bits.
 int32_t ReadInteger(std::string_view text);
+
+/// A text that is a number and nothing else, as `from_chars` takes it; none for any other.
+template <class Number>
+std::optional<Number> ParseNumber(std::string_view text) {
+  Number number{};
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || rest != end) return std::nullopt;
+  return number;
+}
 
 /// As printf's "%g".
 std::string FormatDouble(double value);

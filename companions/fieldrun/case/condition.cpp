@@ -1,15 +1,15 @@
 #include "fieldrun/case/condition.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
-#include <sstream>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "described_toml/near_word.h"
+#include "text/number_text.h"
+#include "text/pieces.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -43,13 +43,6 @@ constexpr Measure kMeasures[] = {
     {"total_gas_injection", kGasVolume, [](const Standing& s) { return s.totalGasInjected; }},
     {"bottom_hole_pressure", kGaugePressure, [](const Standing& s) { return s.pressure; }, true},
 };
-
-std::vector<std::string> SplitWords(const std::string& text) {
-  std::istringstream stream(text);
-  std::vector<std::string> words;
-  for (std::string word; stream >> word;) words.push_back(word);
-  return words;
-}
 
 /// Whom a condition is about, as far as the case knows it.
 void FindSubject(const CaseModel& model, int line, const std::string& name, Condition& condition) {
@@ -99,14 +92,11 @@ bool Condition::Holds(const Standing& standing) const {
 Condition ParseCondition(const CaseModel& model, const EventSpec& event) {
   constexpr size_t kAfterSubject = 3;  // what is measured, the comparison, the number
   const int line = event.LineOf("when");
-  std::vector<std::string> words = SplitWords(event.when);
+  std::vector<std::string> words = SplitAt(event.when, " \t\n\v\f\r");
   const size_t subject = words.size() < kAfterSubject ? 0 : words.size() - kAfterSubject;
   Condition condition;
-  const std::string number = words.empty() ? "" : words.back();
-  const auto [end, error] =
-      std::from_chars(number.data(), number.data() + number.size(), condition.limit);
-  if (subject == 0 || error != std::errc() || end != number.data() + number.size() ||
-      !std::isfinite(condition.limit) || (words[subject + 1] != "<" && words[subject + 1] != ">")) {
+  condition.limit = subject == 0 ? HUGE_VAL : ParseNumber<double>(words.back()).value_or(HUGE_VAL);
+  if (!std::isfinite(condition.limit) || (words[subject + 1] != "<" && words[subject + 1] != ">")) {
     model.Fail(line,
                fmt::format("when must be like \"P1 water_cut > 0.8\", not \"{}\"", event.when));
   }

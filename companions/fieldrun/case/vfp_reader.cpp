@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <span>
 #include <vector>
@@ -9,6 +8,8 @@
 #include "fieldrun/case/case_model.h"
 #include "fieldrun/case/input_file.h"
 #include "fieldrun/case/vfp_table.h"
+#include "text/deck_text.h"
+#include "text/number_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -64,14 +65,6 @@ std::string_view Stripped(std::string_view line) {
     if (quote == 0 && line[i] == '/') return line.substr(0, i + 1);
   }
   return line;
-}
-
-std::string InCapitals(std::string_view word) {
-  std::string text(word);
-  std::ranges::transform(text, text.begin(), [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
-  return text;
 }
 
 /// Reads the lift tables of one file, one after the other.
@@ -133,20 +126,14 @@ bool VfpReader::FindKeyword() {
 
 // "3*1.5" stands for three items, "2*" for two that are left at their default.
 void VfpReader::AddItem(std::string_view item, Record& record) const {
-  size_t count = 1;
-  std::string_view value = item;
   const size_t star = item.find('*');
-  if (star != std::string_view::npos) {
-    const auto [end, error] = std::from_chars(item.data(), item.data() + star, count);
-    if (error != std::errc() || end != item.data() + star) {
-      Fail(lineNumber_, fmt::format("\"{}\" can't be read", item));
-    }
-    value = item.substr(star + 1);
-  }
-  if (count > kMostItems - std::min(record.items.size(), kMostItems)) {
+  const bool isRepeated = star != std::string_view::npos;
+  const auto count = ParseNumber<size_t>(isRepeated ? item.substr(0, star) : "1");
+  if (!count) Fail(lineNumber_, fmt::format("\"{}\" can't be read", item));
+  if (*count > kMostItems - std::min(record.items.size(), kMostItems)) {
     Fail(lineNumber_, fmt::format("a record has no more than {} items", kMostItems));
   }
-  record.items.insert(record.items.end(), count, value);
+  record.items.insert(record.items.end(), *count, isRepeated ? item.substr(star + 1) : item);
 }
 
 void VfpReader::AddItems(std::string_view text, Record& record) const {
@@ -181,19 +168,11 @@ Record VfpReader::NextRecord() {
 }
 
 double VfpReader::Number(const Record& record, size_t place) const {
-  const std::string_view shown = record.At(place);
-  std::string text(shown);
-  std::ranges::replace_if(
-      text, [](char c) { return c == 'D' || c == 'd'; }, 'e');
-  const size_t sign = text.starts_with('+') ? 1 : 0;
-  double number = 0;
-  const char* const last = text.data() + text.size();
-  const auto [end, error] = std::from_chars(text.data() + sign, last, number);
-  if (text.empty() || error != std::errc() || end != last || !std::isfinite(number)) {
-    Fail(record.line, shown.empty() ? fmt::format("number {} of the record is missing", place + 1)
-                                    : fmt::format("\"{}\" is no number", shown));
-  }
-  return number;
+  const std::string_view text = record.At(place);
+  const auto number = ParseDeckNumber(std::string(text));
+  if (number && std::isfinite(*number)) return *number;
+  Fail(record.line, text.empty() ? fmt::format("number {} of the record is missing", place + 1)
+                                 : fmt::format("\"{}\" is no number", text));
 }
 
 int VfpReader::WholeNumber(const Record& record, size_t place, size_t most) const {

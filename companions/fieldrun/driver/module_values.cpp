@@ -2,25 +2,21 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <optional>
 
 #include <fmt/format.h>
 
 #include "platform/text.h"
+#include "text/number_text.h"
 
 namespace gantry::fieldrun {
 namespace {
 
 constexpr std::array<std::string_view, 3> kCommands{"StartIX", "StopIX", "RunToTime"};
 
-std::optional<double> NumberOf(const std::string& text) {
-  double number = 0;
-  const char* const end = text.data() + text.size();
-  const auto parsed = std::from_chars(text.data() + (text.starts_with('+') ? 1 : 0), end, number);
-  if (parsed.ec != std::errc() || parsed.ptr != end) return std::nullopt;
-  return number;
+std::optional<double> NumberOf(std::string_view text) {
+  return ParseNumber<double>(text.substr(text.starts_with('+') ? 1 : 0));
 }
 
 /// None for what can only be written.

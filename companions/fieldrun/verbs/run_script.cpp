@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <sstream>
 #include <utility>
 
@@ -12,6 +11,7 @@
 #include "fieldrun/case/case_model.h"
 #include "fieldrun/case/input_file.h"
 #include "fieldrun/driver/module_values.h"
+#include "text/number_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -33,10 +33,8 @@ RunScript::Line RunScript::Parse(const std::string& text, const std::string& fil
   std::string rest = text.substr(0, text.find_last_not_of(kBlanks) + 1);
   Line line;
   const std::string step = TakeWord(rest);
-  const char* end = step.data() + step.size();
-  const auto parsed = std::from_chars(step.data(), end, line.step);
-  const bool isNumber = parsed.ec == std::errc() && parsed.ptr == end && line.step > 0;
-  if (step != "*" && !isNumber) {
+  line.step = ParseNumber<size_t>(step).value_or(0);
+  if (step != "*" && line.step == 0) {
     throw CaseError(file, number, "a line begins with the number of a step, or with *");
   }
   const std::string action = TakeWord(rest);

@@ -1,4 +1,3 @@
-#include <charconv>
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -14,6 +13,7 @@
 #include "fieldrun/run/start_watch.h"
 #include "fieldrun/verbs/verbs.h"
 #include "platform/file_path.h"
+#include "text/number_text.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -35,20 +35,16 @@ void SaveIfAsked(DriverModel& model, const Options& options) {
 
 std::pair<int, std::string> ParseWrite(const std::string& text) {
   const size_t equals = text.find('=');
-  int handle = 0;
-  const char* end = text.data() + std::min(equals, text.size());
-  const auto parsed = std::from_chars(text.data(), end, handle);
-  if (equals == std::string::npos || parsed.ec != std::errc() || parsed.ptr != end) {
+  const auto handle = ParseNumber<int>(std::string_view(text).substr(0, equals));
+  if (equals == std::string::npos || !handle) {
     throw CommandLineError("--write " + text + ": must be HANDLE=VALUE");
   }
   // The module would take the value 0 from any other text.
-  double value = 0;
-  const char* last = text.data() + text.size();
-  const auto number = std::from_chars(end + 1, last, value);
-  if (number.ec != std::errc() || number.ptr != last || !std::isfinite(value)) {
+  const std::string value = text.substr(equals + 1);
+  if (!std::isfinite(ParseNumber<double>(value).value_or(HUGE_VAL))) {
     throw CommandLineError("--write " + text + ": the value must be a number");
   }
-  return {handle, text.substr(equals + 1)};
+  return {*handle, value};
 }
 
 /// Whether the state file holds the model's variables. The module tells nobody when it can't be
