@@ -15,6 +15,7 @@
 
 #include "flowlink/flow_log.h"
 #include "flowlink/link_fault.h"
+#include "platform/posix/spawn.h"
 
 namespace gantry::flowlink {
 
@@ -50,14 +51,6 @@ struct Launch {
   ::_exit(kNoSuchProgram);
 }
 
-std::vector<char*> Pointers(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  pointers.reserve(texts.size() + 1);
-  for (std::string& text : texts) pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
 /// The environment of this process, with what the script and flow need. A fork of flow lacks the
 /// helper threads of the message-passing library, so that its end mustn't wait for them. A run on
 /// one processor needs no daemon of that library, nor the displays of this machine that it looks
@@ -91,9 +84,9 @@ FlowProcess::FlowProcess(const std::vector<std::string>& arguments,
   platform::Descriptor faultsOfFlow(faultEnds[1]);
   std::vector<std::string> texts = arguments;
   std::vector<std::string> variables = Environment(socketOfFlow.Number());
-  const Launch launch = {Pointers(texts), Pointers(variables),   folder.string(),
-                         log_.string(),   socketOfFlow.Number(), faultsOfFlow.Number(),
-                         ::getpid()};
+  const Launch launch = {
+      platform::PointersTo(texts), platform::PointersTo(variables), folder.string(), log_.string(),
+      socketOfFlow.Number(),       faultsOfFlow.Number(),           ::getpid()};
   process_ = ::fork();
   if (process_ == 0) BecomeProgram(launch);
   int reason = process_ < 0 ? errno : 0;

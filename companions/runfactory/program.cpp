@@ -13,12 +13,12 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/posix/descriptor.h"
+#include "platform/posix/spawn.h"
 
 namespace gantry::cluster {
 
@@ -35,43 +35,19 @@ bool IsProgram(const fs::path& path) {
   return fs::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
 }
 
-class SpawnActions {
- public:
-  SpawnActions() { ::posix_spawn_file_actions_init(&actions_); }
-  ~SpawnActions() { ::posix_spawn_file_actions_destroy(&actions_); }
-  SpawnActions(const SpawnActions&) = delete;
-  SpawnActions& operator=(const SpawnActions&) = delete;
-
-  posix_spawn_file_actions_t* Get() { return &actions_; }
-
- private:
-  posix_spawn_file_actions_t actions_{};
-};
-
-class SpawnAttributes {
- public:
-  explicit SpawnAttributes(bool ownGroup) {
-    ::posix_spawnattr_init(&attributes_);
-    sigset_t none;
-    sigset_t all;
-    ::sigemptyset(&none);
-    ::sigfillset(&all);
-    ::posix_spawnattr_setsigmask(&attributes_, &none);
-    ::posix_spawnattr_setsigdefault(&attributes_, &all);
-    const int group = ownGroup ? POSIX_SPAWN_SETPGROUP : 0;
-    ::posix_spawnattr_setpgroup(&attributes_, 0);
-    ::posix_spawnattr_setflags(
-        &attributes_, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | group));
-  }
-  ~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes_); }
-  SpawnAttributes(const SpawnAttributes&) = delete;
-  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
-
-  const posix_spawnattr_t* Get() const { return &attributes_; }
-
- private:
-  posix_spawnattr_t attributes_{};
-};
+/// The program takes signals as one of its own does, whatever the service blocks or ignores.
+void TakeSignalsAnew(posix_spawnattr_t* attributes, bool ownGroup) {
+  sigset_t none;
+  sigset_t all;
+  ::sigemptyset(&none);
+  ::sigfillset(&all);
+  ::posix_spawnattr_setsigmask(attributes, &none);
+  ::posix_spawnattr_setsigdefault(attributes, &all);
+  const int group = ownGroup ? POSIX_SPAWN_SETPGROUP : 0;
+  ::posix_spawnattr_setpgroup(attributes, 0);
+  ::posix_spawnattr_setflags(
+      attributes, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | group));
+}
 
 int MillisecondsUntil(Clock::time_point deadline) {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
@@ -110,26 +86,22 @@ std::string FindProgram(const std::string& name) {
 }
 
 pid_t StartProgram(const Program& program) {
-  std::vector<char*> arguments;
-  for (const std::string& argument : program.arguments) {
-    arguments.push_back(const_cast<char*>(argument.c_str()));
-  }
-  arguments.push_back(nullptr);
-  SpawnActions actions;
-  ::posix_spawn_file_actions_addopen(actions.Get(), STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  std::vector<std::string> words = program.arguments;
+  const std::vector<char*> arguments = platform::PointersTo(words);
+  platform::SpawnActions actions;
+  posix_spawn_file_actions_t* const files = actions.Files();
+  ::posix_spawn_file_actions_addopen(files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   if (program.output >= 0) {
-    ::posix_spawn_file_actions_adddup2(actions.Get(), program.output, STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(files, program.output, STDOUT_FILENO);
   } else {
-    ::posix_spawn_file_actions_addopen(actions.Get(), STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_addopen(files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   }
-  ::posix_spawn_file_actions_adddup2(actions.Get(), STDOUT_FILENO, STDERR_FILENO);
-  if (program.directory >= 0) {
-    ::posix_spawn_file_actions_addfchdir_np(actions.Get(), program.directory);
-  }
-  ::posix_spawn_file_actions_addclosefrom_np(actions.Get(), STDERR_FILENO + 1);
-  const SpawnAttributes attributes(program.ownGroup);
+  ::posix_spawn_file_actions_adddup2(files, STDOUT_FILENO, STDERR_FILENO);
+  if (program.directory >= 0) ::posix_spawn_file_actions_addfchdir_np(files, program.directory);
+  ::posix_spawn_file_actions_addclosefrom_np(files, STDERR_FILENO + 1);
+  TakeSignalsAnew(actions.Attributes(), program.ownGroup);
   pid_t process = -1;
-  const int error = ::posix_spawn(&process, arguments.front(), actions.Get(), attributes.Get(),
+  const int error = ::posix_spawn(&process, arguments.front(), files, actions.Attributes(),
                                   arguments.data(), environ);
   if (error == 0) return process;
   throw std::runtime_error("cannot start " + program.arguments.front() + ": " +

@@ -7,12 +7,12 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/posix/descriptor.h"
+#include "platform/posix/spawn.h"
 
 namespace gantry::fieldrun {
 namespace {
@@ -50,51 +50,31 @@ class SpawnedProgram : public HeldProgram {
   std::optional<HeldEnd> end_;
 };
 
-/// What is done between the fork and the program.
-class SpawnActions {
- public:
-  explicit SpawnActions(const HeldStart& start) {
-    ::posix_spawn_file_actions_init(&files_);
-    ::posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    ::posix_spawn_file_actions_addopen(&files_, STDOUT_FILENO, start.log.c_str(),
-                                       O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    ::posix_spawn_file_actions_adddup2(&files_, STDOUT_FILENO, STDERR_FILENO);
-    ::posix_spawn_file_actions_addchdir_np(&files_, start.folder.c_str());
-    ::posix_spawnattr_init(&attributes_);
-    sigset_t restored;
-    ::sigemptyset(&restored);
-    ::sigaddset(&restored, SIGPIPE);
-    ::posix_spawnattr_setsigdefault(&attributes_, &restored);
-    ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF);
-  }
-  ~SpawnActions() {
-    ::posix_spawn_file_actions_destroy(&files_);
-    ::posix_spawnattr_destroy(&attributes_);
-  }
-  SpawnActions(const SpawnActions&) = delete;
-  SpawnActions& operator=(const SpawnActions&) = delete;
-
-  const posix_spawn_file_actions_t* Files() const { return &files_; }
-  const posix_spawnattr_t* Attributes() const { return &attributes_; }
-
- private:
-  posix_spawn_file_actions_t files_{};
-  posix_spawnattr_t attributes_{};
-};
+void Prepare(const HeldStart& start, platform::SpawnActions& actions) {
+  posix_spawn_file_actions_t* const files = actions.Files();
+  ::posix_spawn_file_actions_addopen(files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  ::posix_spawn_file_actions_addopen(files, STDOUT_FILENO, start.log.c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  ::posix_spawn_file_actions_adddup2(files, STDOUT_FILENO, STDERR_FILENO);
+  ::posix_spawn_file_actions_addchdir_np(files, start.folder.c_str());
+  sigset_t restored;
+  ::sigemptyset(&restored);
+  ::sigaddset(&restored, SIGPIPE);
+  ::posix_spawnattr_setsigdefault(actions.Attributes(), &restored);
+  ::posix_spawnattr_setflags(actions.Attributes(), POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF);
+}
 
 }  // namespace
 
 std::unique_ptr<HeldProgram> HeldProgram::Start(const HeldStart& start) {
   std::vector<std::string> words = {start.program};
   words.insert(words.end(), start.arguments.begin(), start.arguments.end());
-  std::vector<char*> argv;
-  argv.reserve(words.size() + 1);
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  const SpawnActions actions(start);
+  platform::SpawnActions actions;
+  Prepare(start, actions);
   pid_t number = 0;
-  const int error = ::posix_spawnp(&number, start.program.c_str(), actions.Files(),
-                                   actions.Attributes(), argv.data(), environ);
+  const int error =
+      ::posix_spawnp(&number, start.program.c_str(), actions.Files(), actions.Attributes(),
+                     platform::PointersTo(words).data(), environ);
   if (error == 0) return std::make_unique<SpawnedProgram>(number);
   throw std::runtime_error(fmt::format("{} couldn't be started: {}", start.program,
                                        std::generic_category().message(error)));
