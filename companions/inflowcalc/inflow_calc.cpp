@@ -57,7 +57,7 @@ void SetIPRCallbacks(void* handle, IPRElapsedDays elapsedDays, IPRRestart restar
                      IPRImposeRate imposeRate, IPRAdvance advance, IPRReadInflow readInflow,
                      IPRReadCurrent readCurrent) {
   OnModel(handle, [&](InflowModel& model) {
-    model.Callbacks().Set(elapsedDays, restart, imposeRate, advance, readInflow, readCurrent);
+    model.Callbacks().Set({elapsedDays, restart, imposeRate, advance, readInflow, readCurrent});
     return true;
   });
 }

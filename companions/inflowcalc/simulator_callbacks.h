@@ -13,17 +13,26 @@ class CallbackError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// The six callbacks, as the module gives them.
+struct CallbackSet {
+  IPRElapsedDays elapsedDays = nullptr;
+  IPRRestart restart = nullptr;
+  IPRImposeRate imposeRate = nullptr;
+  IPRAdvance advance = nullptr;
+  IPRReadInflow readInflow = nullptr;
+  IPRReadCurrent readCurrent = nullptr;
+};
+
 /// The simulator as the library can drive it: the six callbacks with the model that they are for.
 /// All but `ElapsedDays` throw `CallbackError`.
 class SimulatorCallbacks {
  public:
   explicit SimulatorCallbacks(void* model) : model_(model) {}
 
-  void Set(IPRElapsedDays elapsedDays, IPRRestart restart, IPRImposeRate imposeRate,
-           IPRAdvance advance, IPRReadInflow readInflow, IPRReadCurrent readCurrent);
+  void Set(const CallbackSet& calls) { calls_ = calls; }
   bool AreComplete() const;
 
-  double ElapsedDays() const { return elapsedDays_(model_); }
+  double ElapsedDays() const { return calls_.elapsedDays(model_); }
   void Restart() const;
   /// The rate is of oil for a producer, of gas for a gas injector, of water for another; 0 shuts.
   void ImposeRate(int32_t well, double rate) const;
@@ -35,12 +44,7 @@ class SimulatorCallbacks {
 
  private:
   void* model_;
-  IPRElapsedDays elapsedDays_ = nullptr;
-  IPRRestart restart_ = nullptr;
-  IPRImposeRate imposeRate_ = nullptr;
-  IPRAdvance advance_ = nullptr;
-  IPRReadInflow readInflow_ = nullptr;
-  IPRReadCurrent readCurrent_ = nullptr;
+  CallbackSet calls_;
 };
 
 }  // namespace gantry::inflow
