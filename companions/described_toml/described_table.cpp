@@ -303,11 +303,10 @@ void DescribedTable::Take(const Key& key, const Target& target) const {
   }
 }
 
-std::vector<std::vector<double>> DescribedTable::Columns(
-    std::string_view key, size_t leastRows, const std::vector<ColumnKey>& columns) const {
+void DescribedTable::ReadColumns(std::string_view key, size_t leastRows,
+                                 const std::vector<ColumnKey>& columns) const {
   const toml::array& rows = node_->Array(node_->Get(key), key);
   if (rows.size() < leastRows) Fail(key, fmt::format("'{}' needs {} rows", key, leastRows));
-  std::vector<std::vector<double>> values(columns.size());
   for (const node& row : rows) {
     const toml::array& cells = node_->Array(row, key);
     if (cells.size() != columns.size()) {
@@ -315,18 +314,18 @@ std::vector<std::vector<double>> DescribedTable::Columns(
     }
     for (size_t i = 0; i < columns.size(); ++i) {
       const ColumnKey& column = columns[i];
+      std::vector<double>& values = *column.target;
       const double value = node_->InField(node_->Finite(cells[i], column.name), column.quantity);
-      if (!values[i].empty() && !IsInOrder(column.order, values[i].back(), value)) {
+      if (!values.empty() && !IsInOrder(column.order, values.back(), value)) {
         Node::Fail(cells[i], fmt::format("the {} of '{}' must {} from row to row", column.name, key,
                                          WordOf(column.order)));
       }
       if (value < 0.0) {
         Node::Fail(cells[i], fmt::format("the {} of '{}' is below zero", column.name, key));
       }
-      values[i].push_back(value);
+      values.push_back(value);
     }
   }
-  return values;
 }
 
 DescribedTable DescribedTable::Table(std::string_view key) const {

@@ -34,6 +34,7 @@ struct ColumnKey {
   std::string_view name;
   Quantity quantity;
   enum class Order { kFree, kRising, kNotFalling, kFalling, kNotRising } order;
+  std::vector<double>* target;
 };
 
 /// One table of a file, read key by key; every fault is reported with its place in the file. A copy
@@ -64,9 +65,9 @@ class DescribedTable {
   Date Day(std::string_view key) const;
   double Number(const Key& key) const;
   std::vector<double> Numbers(const Key& key) const;
-  /// The columns of an array of rows of numbers.
-  std::vector<std::vector<double>> Columns(std::string_view key, size_t leastRows,
-                                           const std::vector<ColumnKey>& columns) const;
+  /// Appends the columns of an array of rows of numbers to their targets.
+  void ReadColumns(std::string_view key, size_t leastRows,
+                   const std::vector<ColumnKey>& columns) const;
   /// Reads every key of a list of rows. Faults are kept; the answer is whether there were none.
   template <class Rows, class Spec>
   bool Read(const Rows& rows, Spec& spec) const {

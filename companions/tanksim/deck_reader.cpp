@@ -1,5 +1,6 @@
 #include "tanksim/deck_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iterator>
@@ -36,28 +37,21 @@ WaterData ReadWater(const DescribedTable& fluid) {
 }
 
 void ReadOil(const DescribedTable& table, BlackOilData& data) {
-  auto oil = table.Columns("oil", 2,
-                           {{"pressure", kPressure, Order::kRising},
-                            {"dissolved gas", kGasPerLiquid, Order::kRising},
-                            {"formation factor", kNone, Order::kNotFalling},
-                            {"viscosity", kNone, Order::kNotRising}});
-  data.oilPressure = std::move(oil[0]);
-  data.dissolvedGas = std::move(oil[1]);
-  data.oilFactor = std::move(oil[2]);
-  data.oilViscosity = std::move(oil[3]);
+  table.ReadColumns("oil", 2,
+                    {{"pressure", kPressure, Order::kRising, &data.oilPressure},
+                     {"dissolved gas", kGasPerLiquid, Order::kRising, &data.dissolvedGas},
+                     {"formation factor", kNone, Order::kNotFalling, &data.oilFactor},
+                     {"viscosity", kNone, Order::kNotRising, &data.oilViscosity}});
   if (data.oilFactor.front() <= 0.0 || data.oilViscosity.back() <= 0.0) {
     table.Fail("oil", "the formation factor and the viscosity of 'oil' must be above zero");
   }
 }
 
 void ReadGas(const DescribedTable& table, BlackOilData& data) {
-  auto gas = table.Columns("gas", 2,
-                           {{"pressure", kPressure, Order::kRising},
-                            {"formation factor", kGasVolumeFactor, Order::kFalling},
-                            {"viscosity", kNone, Order::kNotFalling}});
-  data.gasPressure = std::move(gas[0]);
-  data.gasFactor = std::move(gas[1]);
-  data.gasViscosity = std::move(gas[2]);
+  table.ReadColumns("gas", 2,
+                    {{"pressure", kPressure, Order::kRising, &data.gasPressure},
+                     {"formation factor", kGasVolumeFactor, Order::kFalling, &data.gasFactor},
+                     {"viscosity", kNone, Order::kNotFalling, &data.gasViscosity}});
   if (data.gasFactor.back() <= 0.0 || data.gasViscosity.front() <= 0.0) {
     table.Fail("gas", "the formation factor and the viscosity of 'gas' must be above zero");
   }
@@ -136,38 +130,31 @@ void ReadFluid(const DescribedTable& table, Deck& deck) {
   table.RejectUnknownKeys();
 }
 
-void RequireSaturations(const DescribedTable& table, std::string_view key,
-                        const std::vector<std::vector<double>>& columns) {
-  for (const std::vector<double>& column : columns) {
-    for (const double value : column) {
-      if (value > 1.0) table.Fail(key, fmt::format("'{}' has a number above 1", key));
-    }
+void RequireShares(const DescribedTable& table, std::string_view key,
+                   std::initializer_list<const std::vector<double>*> columns) {
+  for (const std::vector<double>* column : columns) {
+    if (std::ranges::max(*column) <= 1.0) continue;
+    table.Fail(key, fmt::format("'{}' has a number above 1", key));
   }
 }
 
 void ReadWaterOil(const DescribedTable& table, RockFluidData& data) {
-  auto water = table.Columns("water_oil", 2,
-                             {{"water saturation", kNone, Order::kRising},
-                              {"water permeability", kNone, Order::kNotFalling},
-                              {"oil permeability", kNone, Order::kNotRising}});
-  RequireSaturations(table, "water_oil", water);
-  if (water[2].front() <= 0.0) {
+  table.ReadColumns("water_oil", 2,
+                    {{"water saturation", kNone, Order::kRising, &data.waterSaturation},
+                     {"water permeability", kNone, Order::kNotFalling, &data.water},
+                     {"oil permeability", kNone, Order::kNotRising, &data.oilInWater}});
+  RequireShares(table, "water_oil", {&data.waterSaturation, &data.water, &data.oilInWater});
+  if (data.oilInWater.front() <= 0.0) {
     table.Fail("water_oil", "oil doesn't flow at the connate water of 'water_oil'");
   }
-  data.waterSaturation = std::move(water[0]);
-  data.water = std::move(water[1]);
-  data.oilInWater = std::move(water[2]);
 }
 
 void ReadGasOil(const DescribedTable& table, RockFluidData& data) {
-  auto gas = table.Columns("gas_oil", 2,
-                           {{"gas saturation", kNone, Order::kRising},
-                            {"gas permeability", kNone, Order::kNotFalling},
-                            {"oil permeability", kNone, Order::kNotRising}});
-  RequireSaturations(table, "gas_oil", gas);
-  data.gasSaturation = std::move(gas[0]);
-  data.gas = std::move(gas[1]);
-  data.oilInGas = std::move(gas[2]);
+  table.ReadColumns("gas_oil", 2,
+                    {{"gas saturation", kNone, Order::kRising, &data.gasSaturation},
+                     {"gas permeability", kNone, Order::kNotFalling, &data.gas},
+                     {"oil permeability", kNone, Order::kNotRising, &data.oilInGas}});
+  RequireShares(table, "gas_oil", {&data.gasSaturation, &data.gas, &data.oilInGas});
 }
 
 RockFluidData ReadRockFluid(const DescribedTable& table) {

@@ -9,20 +9,6 @@ namespace {
 
 using nlohmann::json;
 
-struct VolumeKey {
-  const char* name;
-  double WellVolumes::*volume;
-};
-constexpr VolumeKey kTotals[] = {
-    {"oil", &WellVolumes::oil},
-    {"gas", &WellVolumes::gas},
-    {"water", &WellVolumes::water},
-    {"injected_gas", &WellVolumes::injectedGas},
-    {"injected_water", &WellVolumes::injectedWater},
-    {"reservoir_production", &WellVolumes::reservoirProduction},
-    {"reservoir_injection", &WellVolumes::reservoirInjection},
-};
-
 /// JSON has no number for what is without limit.
 json Limitless(double value) { return std::isfinite(value) ? json(value) : json(nullptr); }
 
@@ -58,7 +44,7 @@ json ToJson(const WellMoment& well) {
     limits.push_back(json::array({WordOf(limit.item), limit.value}));
   }
   json totals;
-  for (const VolumeKey& key : kTotals) totals[key.name] = well.totals.*key.volume;
+  for (const WellVolume& key : kWellVolumes) totals[key.name] = well.totals.*key.volume;
   return {{"status", WordOf(well.status)},
           {"uptime", well.uptime},
           {"limits", limits},
@@ -76,7 +62,8 @@ WellMoment WellOf(const json& text) {
     well.controllerLimits.push_back({Known(FindLimitItem(item), item), limit.at(1)});
   }
   well.injectedComposition = text.at("injected_composition").get<std::vector<double>>();
-  for (const VolumeKey& key : kTotals) well.totals.*key.volume = text.at("totals").at(key.name);
+  for (const WellVolume& key : kWellVolumes)
+    well.totals.*key.volume = text.at("totals").at(key.name);
   return well;
 }
 

@@ -283,14 +283,9 @@ void Well::AddTo(TankFlow& sum, const WellFlow& flow) const {
 }
 
 void Well::Advance(const WellFlow& flow, double days) {
-  static constexpr double WellVolumes::*kVolumes[] = {&WellVolumes::oil,
-                                                      &WellVolumes::gas,
-                                                      &WellVolumes::water,
-                                                      &WellVolumes::injectedGas,
-                                                      &WellVolumes::injectedWater,
-                                                      &WellVolumes::reservoirProduction,
-                                                      &WellVolumes::reservoirInjection};
-  for (const auto volume : kVolumes) now_.totals.*volume += now_.uptime * days * flow.rates.*volume;
+  for (const auto& [name, volume] : kWellVolumes) {
+    now_.totals.*volume += now_.uptime * days * flow.rates.*volume;
+  }
   SetInjectedComposition(std::move(now_.injectedComposition));
 }
 

@@ -18,6 +18,21 @@ struct WellVolumes {
   double reservoirInjection = 0.0;
 };
 
+/// Each of them, by the name under which a run's state keeps it.
+struct WellVolume {
+  const char* name;
+  double WellVolumes::*volume;
+};
+inline constexpr WellVolume kWellVolumes[] = {
+    {"oil", &WellVolumes::oil},
+    {"gas", &WellVolumes::gas},
+    {"water", &WellVolumes::water},
+    {"injected_gas", &WellVolumes::injectedGas},
+    {"injected_water", &WellVolumes::injectedWater},
+    {"reservoir_production", &WellVolumes::reservoirProduction},
+    {"reservoir_injection", &WellVolumes::reservoirInjection},
+};
+
 /// What of a well its past has made; all else follows from its data and its tank.
 struct WellMoment {
   WellStatus status = WellStatus::kOpen;
