@@ -1,7 +1,6 @@
 #include "flowlink/override_text.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "described_toml/calendar.h"
 
@@ -9,10 +8,9 @@ namespace gantry::flowlink {
 
 std::string OverrideText(const WellOrder& order, DeckTime start, const std::string& wells,
                          std::span<const std::string> kept) {
-  const auto [year, month, day, hour, minute, second] = toml_reader::DateAfter(start, order.days);
-  char date[32];
-  std::snprintf(date, sizeof date, "%04d-%02d-%02d", year, month, day);
-  std::string text = order.place.Text() + ": " + order.keyword + " of " + date +
+  const auto date = toml_reader::DateAfter(start, order.days);
+  std::string text = order.place.Text() + ": " + order.keyword + " of " +
+                     toml_reader::ToText({date[0], date[1], date[2]}) +
                      " gives way to the host's limits for " + wells;
   if (order.isWhole && !kept.empty()) {
     text += "; kept:";

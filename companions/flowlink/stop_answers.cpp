@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <utility>
 
 #include "flowlink/deck_composer.h"
 #include "flowlink/flow_items.h"
 #include "flowlink/flow_log.h"
 #include "flowlink/solved_rungs.h"
+#include "text/number_text.h"
 
 namespace gantry::flowlink {
 
@@ -22,12 +22,6 @@ constexpr const char* kReadOff = "read off the limits of the inflow curve that f
 constexpr const char* kStopBefore = "the answer of the step before stands in";
 constexpr const char* kPresent = "what the wells make now stands in";
 
-std::string Short(double value) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.6g", value);
-  return text;
-}
-
 /// The limits of the well that flow speaks of, or else of the first.
 std::string Describe(const NamedLimits& limits, const std::string& said) {
   if (limits.empty()) return "the deck's own limits";
@@ -39,7 +33,7 @@ std::string Describe(const NamedLimits& limits, const std::string& said) {
   std::string text;
   for (const NamedLimit& other : limits) {
     if (other.well != limit->well) continue;
-    text += (text.empty() ? "" : ", ") + LimitName(other) + " " + Short(other.value);
+    text += (text.empty() ? "" : ", ") + LimitName(other) + " " + FormatDouble(other.value);
   }
   const bool isAlone = limits.front().well == limits.back().well;
   return "well " + limit->well + " at " + text + (isAlone ? "" : ", the others at theirs");
@@ -145,8 +139,9 @@ StopAnswers::Answers StopAnswers::Solve(FlowLink& link, std::span<const Question
     }
     if (days == stepDays_ || solved.empty()) continue;
     stepDays_ = days;
-    Note(questions[solved.front()], solved.size(),
-         "answered with a step of " + Short(days) + " days, as are others of this day first");
+    Note(
+        questions[solved.front()], solved.size(),
+        "answered with a step of " + FormatDouble(days) + " days, as are others of this day first");
   }
   return answers;
 }
@@ -163,7 +158,7 @@ void StopAnswers::Note(const Question& question, size_t count, const std::string
   const std::string reason = LastErrorIn(said_);
   const std::string more =
       count > 1 ? ", and for " + std::to_string(count - 1) + " other sets of limits" : "";
-  notes_->Add("warning: day " + Short(stop_.days) + ": flow found no solution for " +
+  notes_->Add("warning: day " + FormatDouble(stop_.days) + ": flow found no solution for " +
               Describe(question.numbers, said_) + more +
               (reason.empty() ? "" : " (" + reason + ")") + "; " + outcome);
 }
