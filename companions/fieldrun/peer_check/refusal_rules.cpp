@@ -197,15 +197,14 @@ Rules RefusalRules() {
        "REPLY and READY",
        "a receiver takes chunks of any length",
        "frames",
-       kModelDefinition,
        {"version"},
-       CheckSmallChunks},
+       CheckSmallChunks,
+       kModelDefinition},
       {"unknown item",
        "QUERY QWELLS QITEMS{NO_SUCH_ITEM} WELNAMES{*}",
        "a reply without it, or a refusal",
        made,
        "queries",
-       kBeginNewton,
        {"well numbers"},
        [](CheckedSession& session) { CheckUnknownName(session, {"*"}, {"NO_SUCH_ITEM"}); }},
       {"unknown well",
@@ -213,7 +212,6 @@ Rules RefusalRules() {
        "a reply without it, or a refusal",
        made,
        "queries",
-       kBeginNewton,
        {"well numbers"},
        [](CheckedSession& session) {
          CheckUnknownName(session, {"NO SUCH WELL"}, {"BOTTOM_HOLE_PRESSURE"});
@@ -223,9 +221,9 @@ Rules RefusalRules() {
        "STARTED with an error, or the connection is closed",
        "a later protocol mustn't be half understood",
        "session",
-       kConnected,
        {"greeting"},
-       CheckWrongVersion},
+       CheckWrongVersion,
+       kConnected},
   };
   for (Refusal& refusal : Refusals()) {
     rules.push_back({refusal.name,
@@ -233,11 +231,11 @@ Rules RefusalRules() {
                      kRefusalDue,
                      kRefusalReason,
                      refusal.section,
-                     kModelDefinition,
                      {"greeting"},
                      [bytes = std::move(refusal.bytes)](CheckedSession& session) {
                        CheckRefused(session, bytes);
-                     }});
+                     },
+                     kModelDefinition});
   }
   return rules;
 }
@@ -254,7 +252,6 @@ Rules EndRules() {
        "FINISHED, or STEP POSITION{END_SIMULATE}; then the program ends",
        reason,
        "session",
-       kBeginNewton,
        {"first step"},
        CheckShutdown},
       {"controller gone",
@@ -262,15 +259,14 @@ Rules EndRules() {
        due,
        reason,
        section,
-       kModelDefinition,
        {"greeting"},
-       [](CheckedSession& session) { CheckGone(session, ""); }},
+       [](CheckedSession& session) { CheckGone(session, ""); },
+       kModelDefinition},
       {"controller gone in a step",
        "the connection is closed behind CONTINUE",
        due,
        reason,
        section,
-       kBeginNewton,
        {"first step"},
        [](CheckedSession& session) { CheckGone(session, ""); }},
       {"frame beyond all memory",
@@ -278,9 +274,9 @@ Rules EndRules() {
        due,
        "memory is taken as bytes arrive, not on a header's word",
        "frames",
-       kModelDefinition,
        {"greeting"},
-       [endless](CheckedSession& session) { CheckGone(session, endless); }},
+       [endless](CheckedSession& session) { CheckGone(session, endless); },
+       kModelDefinition},
   };
 }
 

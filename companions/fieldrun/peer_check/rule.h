@@ -27,12 +27,12 @@ class NotAsked : public std::runtime_error {
 struct Rule {
   std::string_view name;
   std::string_view sent;
-  std::string_view due;      ///< what must follow
-  std::string_view reason;   ///< why it matters
-  std::string_view section;  ///< of docs/wire-protocol.md
-  Stand needs;
+  std::string_view due;                 ///< what must follow
+  std::string_view reason;              ///< why it matters
+  std::string_view section;             ///< of docs/wire-protocol.md
   std::vector<std::string_view> bases;  ///< rules without which this one can't be tried
   std::function<void(CheckedSession&)> hold;
+  Stand needs = Stand::kBeginNewton;  ///< wells can be asked for from there on
 };
 
 using Rules = std::vector<Rule>;
