@@ -11,8 +11,7 @@ namespace gantry::fieldrun {
 namespace {
 
 bool Takes(const OptionRow& row, Verb verb) {
-  if (row.verbs.empty()) return RowOf(verb).NeedsModule();
-  return std::find(row.verbs.begin(), row.verbs.end(), verb) != row.verbs.end();
+  return row.verbs == 0 ? RowOf(verb).NeedsModule() : (row.verbs & In(verb)) != 0;
 }
 
 void AddTo(CLI::App& app, const OptionRow& row, Options& options) {
@@ -29,12 +28,7 @@ void AddTo(CLI::App& app, const OptionRow& row, Options& options) {
       },
       row.target);
   if (isPositional && row.isRequired) option->required();
-  constexpr int kMostSteps = 1'000'000;
-  if (name == "-n,--steps") option->check(CLI::Range(1, kMostSteps));
-  constexpr int kMostSeconds = 86400;
-  constexpr int kMostDays = 36500;
-  if (name == "--days") option->check(CLI::Range(1, kMostDays));
-  if (name == "--limit") option->check(CLI::Range(1, kMostSeconds));
+  if (row.most > 0) option->check(CLI::Range(1, row.most));
 }
 
 std::vector<std::string_view> VerbNames() {

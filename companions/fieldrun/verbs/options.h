@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -73,13 +74,22 @@ struct Options {
 using OptionTarget = std::variant<std::string Options::*, std::vector<std::string> Options::*,
                                   std::vector<int> Options::*, int Options::*, bool Options::*>;
 
+/// Some verbs, a bit for each.
+using VerbSet = uint32_t;
+
+template <class... Verbs>
+constexpr VerbSet In(Verbs... verbs) {
+  return ((VerbSet{1} << static_cast<unsigned>(verbs)) | ...);
+}
+
 /// One option or, without dashes, one positional argument; and the verbs that take it.
 struct OptionRow {
   std::string_view name;
   std::string_view meaning;
   OptionTarget target;
-  std::vector<Verb> verbs;  ///< empty: every verb that loads the module
-  bool isRequired = true;   ///< of a positional
+  VerbSet verbs;           ///< none: every verb that loads the module
+  bool isRequired = true;  ///< of a positional
+  int most = 0;            ///< of a number, which is 1 at least
 };
 
 struct Session;
