@@ -81,11 +81,10 @@ void Check::Time() {
 }
 
 void Check::KeysFitKind(const WellSpec& well) {
-  static constexpr const char* kKindWords[] = {"producer", "water injector", "gas injector"};
   for (const auto& [key, target] : WellKeys()) {
     const auto line = well.keyLines.find(std::string(key.name));
     if (line == well.keyLines.end() || (key.kinds >> well.kind & 1U) != 0) continue;
-    Fail(line->second, fmt::format("{} means nothing for a {}", key.name, kKindWords[well.kind]));
+    Fail(line->second, fmt::format("{} means nothing for a {}", key.name, KindName(well.Kind())));
   }
 }
 
@@ -98,8 +97,8 @@ void Check::Tubing(const WellSpec& well) {
   if (!CanTake(well, *tubing)) {
     Fail(well.LineOf("tubing"),
          fmt::format("tubing \"{}\" isn't for {}: {}", tubing->name, well.name,
-                     well.Kind() == WellKind::kProducer ? "its lift table is an injector's"
-                                                        : "an injector needs a lift table VFPINJ"));
+                     well.IsProducer() ? "its lift table is an injector's"
+                                       : "an injector needs a lift table VFPINJ"));
   }
   if (!well.manifoldPressure && !model_.network.manifoldPressure) {
     Fail(well.LineOf("tubing"),
@@ -176,7 +175,7 @@ void Check::All() {
     if (!well.isSound) continue;
     KeysFitKind(well);
     Tubing(well);
-    if (well.Kind() != WellKind::kProducer) Injector(well);
+    if (!well.IsProducer()) Injector(well);
   }
   Groups();
   for (const EventSpec& event : model_.events) {

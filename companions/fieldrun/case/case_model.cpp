@@ -9,16 +9,18 @@ int Located::LineOf(const std::string& key) const {
   return found == keyLines.end() ? line : found->second;
 }
 
+std::string_view KindName(WellKind kind) {
+  static constexpr std::string_view kNames[] = {"producer", "water injector", "gas injector"};
+  return kNames[static_cast<size_t>(kind)];
+}
+
 bool CanTake(const WellSpec& well, const TubingSpec& tubing) {
-  const bool isProducer = well.Kind() == WellKind::kProducer;
-  if (!tubing.table) return isProducer || !tubing.vfp.empty();
-  return tubing.table->isProducer == isProducer;
+  if (!tubing.table) return well.IsProducer() || !tubing.vfp.empty();
+  return tubing.table->isProducer == well.IsProducer();
 }
 
 const TubingSpec* CaseModel::TubingOf(const WellSpec& well) const {
-  const auto found = std::find_if(tubings.begin(), tubings.end(), [&](const TubingSpec& tubing) {
-    return tubing.name == well.tubing;
-  });
+  const auto found = std::ranges::find(tubings, well.tubing, &TubingSpec::name);
   return found == tubings.end() ? nullptr : &*found;
 }
 

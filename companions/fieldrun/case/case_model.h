@@ -85,6 +85,9 @@ struct TubingSpec : Located {
 
 enum class WellKind { kProducer, kWaterInjector, kGasInjector };
 
+/// "producer", "water injector", "gas injector".
+std::string_view KindName(WellKind kind);
+
 struct WellSpec : Located {
   std::string name;
   int kind = 0;  ///< a WellKind
@@ -104,6 +107,7 @@ struct WellSpec : Located {
   std::vector<double> composition;
 
   WellKind Kind() const { return static_cast<WellKind>(kind); }
+  bool IsProducer() const { return Kind() == WellKind::kProducer; }
 };
 
 /// Whether a lift table is of the well's kind; an injector needs one.

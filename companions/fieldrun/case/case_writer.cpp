@@ -112,7 +112,7 @@ std::string WithControl(const std::string& text, const CaseModel& caseModel,
   // From the last well to the first: a line that comes in moves none that is still to be found.
   for (auto spec = caseModel.wells.rbegin(); spec != caseModel.wells.rend(); ++spec) {
     const WellSpec& well = *spec;
-    if (well.Kind() != WellKind::kProducer) continue;
+    if (!well.IsProducer()) continue;
     const bool isThere = well.keyLines.contains("control");
     const char* const key = isThere ? "control" : "kind";
     const auto number = static_cast<size_t>(well.LineOf(key));

@@ -1,6 +1,5 @@
 #include "fieldrun/results/result_tables.h"
 
-#include <array>
 #include <cmath>
 
 #include <fmt/format.h>
@@ -19,11 +18,6 @@ constexpr const char* kStepHeadings = "step,date,days,length,";
 
 }  // namespace
 
-std::string_view KindName(WellKind kind) {
-  constexpr std::array<std::string_view, 3> kNames{"producer", "water injector", "gas injector"};
-  return kNames[static_cast<size_t>(kind)];
-}
-
 ResultTables::ResultTables(const std::string& folder, UnitSystem units)
     : folder_(folder), units_(units) {}
 
@@ -37,18 +31,14 @@ std::string ResultTables::Heading(std::string_view name, Quantity quantity) cons
   return fmt::format("{} ({})", name, UnitName(quantity, units_));
 }
 
-std::string ResultTables::RateFields(const Rates& rates) const {
-  return Number(rates.oil, kLiquidRate) + "," + Number(rates.water, kLiquidRate) + "," +
-         Number(rates.gas, kGasRate);
-}
-
-std::string ResultTables::TotalFields(const Rates& volumes) const {
-  return Number(volumes.oil, kLiquidVolume) + "," + Number(volumes.water, kLiquidVolume) + "," +
-         Number(volumes.gas, kGasVolume);
+std::string ResultTables::PhaseFields(const Rates& values, Quantity liquid, Quantity gas) const {
+  return Number(values.oil, liquid) + "," + Number(values.water, liquid) + "," +
+         Number(values.gas, gas);
 }
 
 std::string ResultTables::PointFields(const InflowPoint& point) const {
-  return Number(point.pressure, kGaugePressure) + "," + RateFields(point.rates);
+  return Number(point.pressure, kGaugePressure) + "," +
+         PhaseFields(point.rates, kLiquidRate, kGasRate);
 }
 
 // "plant: liquid (1320 without it); ..."
@@ -134,12 +124,12 @@ std::string ResultTables::WellRows(const StepRecord& record, const std::string& 
             : fmt::format("{:.5g},{:.5g},{:.5g},{},{},{:g}", well.gravities.oil, well.gravities.gas,
                           well.gravities.water, CsvField(well.tubing),
                           Number(well.manifoldPressure, kGaugePressure), well.artificialLift);
-    rows += fmt::format("{}{},{},{},{},{:g},{},{},{},{},{},{}\n", stepFields, CsvField(spec.name),
-                        KindName(spec.Kind()), well.point.isOpen ? 1 : 0,
-                        CsvField(well.point.limitedBy), well.uptime,
-                        PointFields({well.point.pressure, well.point.rates}),
-                        well.reported ? PointFields(*well.reported) : ",,,",
-                        TotalFields(well.total), CountedBy(well), tubing, run_);
+    rows += fmt::format(
+        "{}{},{},{},{},{:g},{},{},{},{},{},{}\n", stepFields, CsvField(spec.name),
+        KindName(spec.Kind()), well.point.isOpen ? 1 : 0, CsvField(well.point.limitedBy),
+        well.uptime, PointFields({well.point.pressure, well.point.rates}),
+        well.reported ? PointFields(*well.reported) : ",,,",
+        PhaseFields(well.total, kLiquidVolume, kGasVolume), CountedBy(well), tubing, run_);
   }
   return rows;
 }
@@ -172,13 +162,14 @@ std::string ResultTables::EventRows(const StepRecord& record) const {
 std::string ResultTables::FieldRow(const StepRecord& record, const std::string& stepFields) const {
   const FieldRates rates = SumWells(wells_, record);
   const FieldTotals totals = SumTotals(wells_, record);
-  return fmt::format("{}{},{},{},{},{},{},{},{},{},{},{},{},{}\n", stepFields,
-                     RateFields(rates.produced), Number(rates.injected.water, kLiquidRate),
-                     Number(rates.injected.gas, kGasRate), Number(rates.WaterCut(), kNone),
-                     Number(rates.GasOilRatio(), kGasLiquidRatio), TotalFields(totals.produced),
-                     Number(totals.injected.water, kLiquidVolume),
-                     Number(totals.injected.gas, kGasVolume), rates.openProducers,
-                     rates.openInjectors, GroupFields(record.groups), totals.by, run_);
+  return fmt::format(
+      "{}{},{},{},{},{},{},{},{},{},{},{},{},{}\n", stepFields,
+      PhaseFields(rates.produced, kLiquidRate, kGasRate), Number(rates.injected.water, kLiquidRate),
+      Number(rates.injected.gas, kGasRate), Number(rates.WaterCut(), kNone),
+      Number(rates.GasOilRatio(), kGasLiquidRatio),
+      PhaseFields(totals.produced, kLiquidVolume, kGasVolume),
+      Number(totals.injected.water, kLiquidVolume), Number(totals.injected.gas, kGasVolume),
+      rates.openProducers, rates.openInjectors, GroupFields(record.groups), totals.by, run_);
 }
 
 }  // namespace gantry::fieldrun

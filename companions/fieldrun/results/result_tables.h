@@ -20,13 +20,11 @@ class ResultTables : public RunListener {
   void Started(const RunStart& start) override;
   void StepDone(const StepRecord& record) override;
   void Timed(std::optional<size_t> step, const StepTimes& times) override;
-  void Ended(const RunEnd& /*end*/) override {}
 
  private:
   std::string Number(double value, Quantity quantity) const;
   std::string Heading(std::string_view name, Quantity quantity) const;
-  std::string RateFields(const Rates& rates) const;
-  std::string TotalFields(const Rates& volumes) const;
+  std::string PhaseFields(const Rates& values, Quantity liquid, Quantity gas) const;
   std::string PointFields(const InflowPoint& point) const;
   std::string GroupFields(const std::vector<GroupLimitReport>& groups) const;
   void OpenTables(size_t doneSteps);
@@ -46,8 +44,5 @@ class ResultTables : public RunListener {
   std::optional<GrowingTable> fieldFile_;
   std::optional<GrowingTable> profileFile_;
 };
-
-/// "producer", "water injector", "gas injector".
-std::string_view KindName(WellKind kind);
 
 }  // namespace gantry::fieldrun

@@ -305,7 +305,7 @@ NetworkWell CoupledRun::WellOfNetwork(size_t place, StepRecord& record) {
   const RunWell& runWell = start_.wells[place];
   WellStep& step = record.wells[place];
   checks_.Inflow(runWell, record.date, step.inflow);
-  NetworkWell well(spec, InflowCurve(step.inflow, spec.Kind() == WellKind::kProducer));
+  NetworkWell well(spec, InflowCurve(step.inflow, spec.IsProducer()));
   well.tubing = case_.TubingOf(spec);
   well.manifoldPressure = step.manifoldPressure;
   well.artificialLift = step.artificialLift;

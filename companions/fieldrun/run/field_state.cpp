@@ -127,7 +127,7 @@ Standing FieldState::StandingOf(size_t place, const StepRecord& record) const {
   const WellStep& well = record.wells[place];
   const Rates made = well.uptime * well.Made();
   const double pressure = well.reported ? well.reported->pressure : kUnknownRates.oil;
-  if (Well(place).Kind() == WellKind::kProducer) {
+  if (Well(place).IsProducer()) {
     return {made.oil,         made.water,     made.gas, 0, 0,       well.total.oil,
             well.total.water, well.total.gas, 0,        0, pressure};
   }
@@ -158,8 +158,7 @@ void FieldState::Retire(const Date& date, const StepRecord& before,
   for (size_t i = 0; i < wells_.size(); ++i) {
     const StateOfWell& well = wells_[i];
     const WellStep& step = before.wells[i];
-    const bool isProducer = well.spec.Kind() == WellKind::kProducer;
-    if (!isProducer || !step.point.isOpen) continue;
+    if (!well.spec.IsProducer() || !step.point.isOpen) continue;
     const Rates made = step.Made();
     const EconomicLimit* limit = LimitPassed(well.spec, {made.oil, made.water, made.gas});
     if (limit == nullptr) continue;

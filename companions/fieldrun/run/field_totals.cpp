@@ -6,8 +6,6 @@ namespace {
 // 0 over nothing, and unknown over what is unknown.
 double Ratio(double part, double whole) { return whole <= 0 ? 0 : part / whole; }
 
-bool IsProducer(const RunWell& well) { return well.spec->Kind() == WellKind::kProducer; }
-
 }  // namespace
 
 double FieldRates::WaterCut() const { return Ratio(produced.water, produced.Liquid()); }
@@ -18,7 +16,7 @@ FieldRates SumWells(const std::vector<RunWell>& wells, const StepRecord& record)
   for (size_t i = 0; i < wells.size(); ++i) {
     const WellStep& well = record.wells[i];
     if (!well.point.isOpen) continue;
-    const bool isProducer = IsProducer(wells[i]);
+    const bool isProducer = wells[i].spec->IsProducer();
     (isProducer ? sum.produced : sum.injected) += well.uptime * well.Made();
     ++(isProducer ? sum.openProducers : sum.openInjectors);
   }
@@ -37,7 +35,7 @@ FieldTotals SumTotals(const std::vector<RunWell>& wells, const StepRecord& recor
   FieldTotals sum;
   for (size_t i = 0; i < wells.size(); ++i) {
     const WellStep& well = record.wells[i];
-    (IsProducer(wells[i]) ? sum.produced : sum.injected) += well.total;
+    (wells[i].spec->IsProducer() ? sum.produced : sum.injected) += well.total;
     const std::string_view by = CountedBy(well);
     sum.by = sum.by.empty() || sum.by == by ? by : "both";
   }

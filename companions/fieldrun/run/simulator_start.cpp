@@ -8,7 +8,7 @@
 #include <fmt/format.h>
 
 #include "described_toml/near_word.h"
-#include "fieldrun/platform/program_version.h"
+#include "fieldrun/platform/program_output.h"
 #include "fieldrun/run/start_watch.h"
 #include "platform/dynamic_library.h"
 #include "platform/environment.h"
@@ -18,12 +18,17 @@
 namespace gantry::fieldrun {
 namespace {
 
-constexpr std::array<const char*, 3> kKindNames{"producer", "water injector", "gas injector"};
-
 // The simulator's well types, by the number that the module gives: an injector of no stated phase
 // is controlled by water.
 constexpr std::array<WellKind, 4> kKindOfType{WellKind::kProducer, WellKind::kWaterInjector,
                                               WellKind::kGasInjector, WellKind::kWaterInjector};
+
+/// What a program says to `--version`: its first line, or an empty text. Only for a program of
+/// which it is known that it answers and ends.
+std::string AskForVersion(const std::string& program) {
+  const ProgramOutput answer = OutputOf(program, {"--version"});
+  return answer.status == 0 ? answer.text.substr(0, answer.text.find_first_of("\r\n")) : "";
+}
 
 std::string WellPath(const std::string& name, const char* property) {
   return fmt::format("Intersect.StaticWell[{{{}}}].{}", name, property);
@@ -98,7 +103,7 @@ WellKind KindInSimulator(DriverModel& model, const DriverWell& well) {
 }
 
 void SetControlMode(DriverModel& model, const WellSpec& well) {
-  if (well.Kind() != WellKind::kProducer) return;
+  if (!well.IsProducer()) return;
   model.Set(WellPath(well.name, "OpMode"), std::to_string(well.control));
 }
 
@@ -121,9 +126,8 @@ std::vector<RunWell> MatchWells(DriverModel& model, const CaseModel& caseModel,
     const DriverWell& well = simulatorWells[static_cast<size_t>(handle->second)];
     const WellKind kind = KindInSimulator(model, well);
     if (kind != spec.Kind()) {
-      caseModel.Fail(spec.LineOf("kind"),
-                     fmt::format("well \"{}\" is a {} in the simulator", spec.name,
-                                 kKindNames[static_cast<size_t>(kind)]));
+      caseModel.Fail(spec.LineOf("kind"), fmt::format("well \"{}\" is a {} in the simulator",
+                                                      spec.name, KindName(kind)));
     }
     if (!spec.connected) continue;
     SetControlMode(model, spec);
