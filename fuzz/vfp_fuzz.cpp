@@ -27,7 +27,7 @@ void Check(const VfpTable& table) {
   if (!std::ranges::all_of(table.pressures, isUsual)) return;
   for (const double rate : {0.0, 1.0, 700.0, 1e5}) {
     for (const double head : {0.0, 300.0, 4000.0}) {
-      const FlowingRates rates{rate, 0.3 * rate, 0.001 * rate};
+      const Rates rates{rate, 0.3 * rate, 0.001 * rate};
       const double pressure = table.FootPressure(head, rate, rates);
       const bool isWithin = table.BeyondAxes(head, rate, rates).empty();
       Require(!isWithin || std::isfinite(pressure));

@@ -30,7 +30,7 @@ struct AxisWord {
   FlowFunction of;
 };
 
-using Flow = const FlowingRates&;
+using Flow = const Rates&;
 constexpr AxisWord kProducedFlow[] = {{"OIL", "oil", [](Flow f) { return f.oil; }},
                                       {"LIQ", "liquid", [](Flow f) { return f.oil + f.water; }},
                                       {"GAS", "gas", [](Flow f) { return f.gas; }}};

@@ -26,7 +26,7 @@ Interval Around(const std::vector<double>& values, double place) {
   return {static_cast<size_t>(first - values.begin()), (place - *first) / (*above - *first)};
 }
 
-FlowingRates InUnits(const FlowingRates& rates, UnitSystem units) {
+Rates InUnits(const Rates& rates, UnitSystem units) {
   return {FromField(rates.oil, kLiquidRate, units), FromField(rates.water, kLiquidRate, units),
           kGasUnits * FromField(rates.gas, kGasRate, units)};
 }
@@ -44,8 +44,8 @@ double Gauge(double absolute, UnitSystem units) {
 }  // namespace
 
 std::array<double, VfpTable::kAxes> VfpTable::Place(double headPressure, double artificialLift,
-                                                    const FlowingRates& rates) const {
-  const FlowingRates own = InUnits(rates, units);
+                                                    const Rates& rates) const {
+  const Rates own = InUnits(rates, units);
   std::array<double, kAxes> place{};
   for (size_t i = 0; i < kAxes; ++i) {
     if (axes[i].of != nullptr) place[i] = axes[i].of(own);
@@ -56,7 +56,7 @@ std::array<double, VfpTable::kAxes> VfpTable::Place(double headPressure, double 
 }
 
 double VfpTable::FootPressure(double headPressure, double artificialLift,
-                              const FlowingRates& rates) const {
+                              const Rates& rates) const {
   const std::array<double, kAxes> place = Place(headPressure, artificialLift, rates);
   std::array<Interval, kAxes> intervals;
   for (size_t i = 0; i < kAxes; ++i) intervals[i] = Around(axes[i].values, place[i]);
@@ -77,7 +77,7 @@ double VfpTable::FootPressure(double headPressure, double artificialLift,
 }
 
 std::string VfpTable::BeyondAxes(double headPressure, double artificialLift,
-                                 const FlowingRates& rates) const {
+                                 const Rates& rates) const {
   constexpr double kTolerance = 1e-6;
   const std::array<double, kAxes> place = Place(headPressure, artificialLift, rates);
   std::string text;

@@ -7,19 +7,13 @@
 #include <vector>
 
 #include "fieldrun/case/quantities.h"
+#include "fieldrun/case/rates.h"
 
 namespace gantry::fieldrun {
 
-/// What flows through a well: STB/d and MMscf/d, all positive.
-struct FlowingRates {
-  double oil = 0;
-  double water = 0;
-  double gas = 0;
-};
-
 /// How an axis of a lift table is worked out of rates in the table's units; what can't be, like a
 /// water cut without liquid, is 0.
-using FlowFunction = double (*)(const FlowingRates&);
+using FlowFunction = double (*)(const Rates&);
 
 struct VfpAxis {
   std::string_view name;       ///< as warnings call it
@@ -41,16 +35,16 @@ struct VfpTable {
   std::array<VfpAxis, kAxes> axes;
   std::vector<double> pressures;  ///< the first axis runs fastest; absolute, in the table's units
 
-  /// psig, at a head pressure in psig and for an artificial lift in the table's units.
-  double FootPressure(double headPressure, double artificialLift, const FlowingRates& rates) const;
+  /// psig, for what flows at a head pressure in psig and for an artificial lift in the table's
+  /// units.
+  double FootPressure(double headPressure, double artificialLift, const Rates& rates) const;
   /// What of this the table doesn't reach to: "liquid 12 (20 to 10000)"; empty when it reaches to
   /// all.
-  std::string BeyondAxes(double headPressure, double artificialLift,
-                         const FlowingRates& rates) const;
+  std::string BeyondAxes(double headPressure, double artificialLift, const Rates& rates) const;
 
  private:
   std::array<double, kAxes> Place(double headPressure, double artificialLift,
-                                  const FlowingRates& rates) const;
+                                  const Rates& rates) const;
 };
 
 /// Reads the table of that number, or the only one, out of a file with such keywords; whatever else

@@ -33,15 +33,6 @@ double ShutPressure(const InflowPoint& nearest, const InflowPoint& next) {
 
 }  // namespace
 
-Rates operator*(double factor, const Rates& rates) {
-  return {factor * rates.oil, factor * rates.water, factor * rates.gas};
-}
-
-Rates& operator+=(Rates& sum, const Rates& rates) {
-  sum = {sum.oil + rates.oil, sum.water + rates.water, sum.gas + rates.gas};
-  return sum;
-}
-
 InflowCurve::InflowCurve(std::vector<InflowPoint> points, bool isProducer) {
   std::erase_if(points, [](const InflowPoint& point) { return !IsUsable(point); });
   for (InflowPoint& point : points) DropBackflow(point.rates);

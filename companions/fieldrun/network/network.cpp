@@ -78,8 +78,7 @@ void ScaleDown(const Members& wells, const GroupLimit& limit, double most,
 // injectors and for a limit on oil itself, all wells are alike.
 double Offence(const NetworkWell& well, const GroupLimit& limit) {
   const Rates rates = well.curve.At(well.opening).rates;
-  const bool isProducer = well.spec->Kind() == WellKind::kProducer;
-  if (!isProducer) return 1;
+  if (!well.spec->IsProducer()) return 1;
   return rates.oil > 0 ? limit.rate(rates) / rates.oil : std::numeric_limits<double>::max();
 }
 
@@ -109,8 +108,8 @@ void CutWorst(const Members& wells, const GroupLimit& limit, double most,
 Members OpenMembers(const Members& wells, Side side) {
   Members members;
   for (NetworkWell* well : wells) {
-    const bool isProducer = well->spec->Kind() == WellKind::kProducer;
-    if (well->isOpen && isProducer == (side == Side::kProducers)) members.push_back(well);
+    const bool isOfSide = well->spec->IsProducer() == (side == Side::kProducers);
+    if (well->isOpen && isOfSide) members.push_back(well);
   }
   return members;
 }

@@ -6,12 +6,12 @@
 #include <numbers>
 
 #include "described_toml/calendar.h"
+#include "wells/source.h"
 
 namespace gantry::fieldrun {
 namespace {
 
 constexpr double kWaterDensity = 62.43;        // lb/ft3
-constexpr double kAirDensity = 0.0763;         // lb/ft3 at standard conditions
 constexpr double kCubicFeetPerBarrel = 5.615;  // ft3/bbl
 constexpr double kScfPerMMscf = 1e6;
 constexpr double kGravity = 32.174;  // lb ft / (lbf s2)
@@ -115,11 +115,6 @@ double TubingColumn::FootPressure(double headPressure, const Rates& rates) const
     pressure += segment * gradientAt(middle, places_[i + 1]);
   }
   return pressure - kAtmosphere;
-}
-
-double TubingFootPressure(const TubingSpec& tubing, const Gravities& gravities, double headPressure,
-                          const Rates& rates) {
-  return TubingColumn(tubing, gravities).FootPressure(headPressure, rates);
 }
 
 }  // namespace gantry::fieldrun

@@ -55,8 +55,4 @@ class TubingColumn {
   std::vector<TubingPlace> places_;  ///< the head and the middle of each segment
 };
 
-/// The same of a column that is needed once.
-double TubingFootPressure(const TubingSpec& tubing, const Gravities& gravities, double headPressure,
-                          const Rates& rates);
-
 }  // namespace gantry::fieldrun

@@ -46,13 +46,12 @@ class LiftSurplus {
   double operator()(double opening) const {
     const InflowPoint point = well_.curve.At(opening);
     const double surplus = point.pressure - FootPressure(point.rates);
-    return well_.spec->Kind() == WellKind::kProducer ? surplus : -surplus;
+    return well_.spec->IsProducer() ? surplus : -surplus;
   }
 
   double FootPressure(const Rates& rates) const {
     if (well_.tubing->table) {
-      return well_.tubing->table->FootPressure(well_.manifoldPressure, well_.artificialLift,
-                                               {rates.oil, rates.water, rates.gas});
+      return well_.tubing->table->FootPressure(well_.manifoldPressure, well_.artificialLift, rates);
     }
     return column_ ? column_->FootPressure(well_.manifoldPressure, rates)
                    : well_.lift->FootPressure(rates);
@@ -162,7 +161,7 @@ void SolveWell(NetworkWell& well) {
   well.isOpen = true;
   well.opening = well.curve.FullOpening();
   well.limitedBy = "inflow";
-  const bool isProducer = well.spec->Kind() == WellKind::kProducer;
+  const bool isProducer = well.spec->IsProducer();
   if (well.tubing != nullptr) {
     HoldBack(well, OpeningByTubing(well), "tubing");
     if (well.opening <= 0) return Shut(well, isProducer ? "can't lift" : "can't inject");

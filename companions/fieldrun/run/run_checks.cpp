@@ -82,9 +82,8 @@ void RunChecks::TubingGravities(const RunWell& well, const Date& date, const Gra
 
 void RunChecks::Lift(const RunWell& well, const Date& date, const NetworkWell& solved) const {
   if (!solved.isOpen || solved.tubing == nullptr || !solved.tubing->table) return;
-  const Rates rates = solved.Point().rates;
   const std::string beyond = solved.tubing->table->BeyondAxes(
-      solved.manifoldPressure, solved.artificialLift, {rates.oil, rates.water, rates.gas});
+      solved.manifoldPressure, solved.artificialLift, solved.Point().rates);
   if (beyond.empty()) return;
   Tell("lift table", well, date,
        fmt::format("its lift table doesn't reach to where it flows, and is carried on straight: {}",

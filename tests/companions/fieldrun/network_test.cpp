@@ -22,7 +22,8 @@ TEST(Tubing, AddsTheFrictionOfASinglePhaseByHandCalculation) {
   // Re = 1488 * 62.43 * 7.447 * 0.33333 / 0.5 = 461200, roughness 0.00015: f = 0.01527
   // (Swamee-Jain), dp/dL = 0.01527 * 62.43 * 7.447^2 / (2 * 32.174 * 0.33333) / 144 = 0.01712
   // psi/ft.
-  const double foot = TubingFootPressure(Tubing(1000, 4), {0.85, 0.7, 1.0}, 0, {0, 10000, 0});
+  const double foot =
+      TubingColumn(Tubing(1000, 4), {0.85, 0.7, 1.0}).FootPressure(0, {0, 10000, 0});
   EXPECT_NEAR(foot - 1000 * 62.43 / 144, 17.12, 0.15);
 }
 
@@ -31,7 +32,8 @@ TEST(Tubing, WeighsGasByTheRealGasLaw) {
   TubingSpec tubing = Tubing(5000, 12);
   tubing.wellheadTemperature = 80;
   tubing.bottomTemperature = 80;
-  const double foot = TubingFootPressure(tubing, {0.85, 0.65, 1.0}, 1000 - 14.696, {0, 0, 0.1});
+  const double foot =
+      TubingColumn(tubing, {0.85, 0.65, 1.0}).FootPressure(1000 - 14.696, {0, 0, 0.1});
   const double expected = 1000 * std::exp(0.01875 * 0.65 * 5000 / (0.85 * 539.67));
   EXPECT_NEAR(foot + 14.696, expected, 0.01 * expected);
 }
