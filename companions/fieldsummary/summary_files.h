@@ -34,7 +34,6 @@ class SummaryFiles : public RunListener {
 
   void Started(const RunStart& start) override;
   void StepDone(const StepRecord& record) override;
-  void Ended(const RunEnd& /*end*/) override {}
 
   /// Both files whole, in place of older ones. Throws runtime_error when one can't be written.
   void Write(const std::string& folder) const;

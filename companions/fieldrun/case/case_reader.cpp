@@ -42,11 +42,6 @@ bool ReadRows(const DescribedTable& table, const Rows& rows, Spec& spec, Located
   return table.Read(rows, spec);
 }
 
-template <class Spec>
-bool ReadChanges(const DescribedTable& /*table*/, Spec& /*spec*/) {
-  return true;
-}
-
 /// What wells and groups both have is the group's where there is one.
 bool ReadChanges(const DescribedTable& table, EventSpec& event) {
   const bool hasGroup = table.Has("group");
@@ -65,9 +60,9 @@ bool ReadChanges(const DescribedTable& table, EventSpec& event) {
 template <class Spec>
 void ReadKeys(const DescribedTable& table, KeyTable<Spec> keys, Spec& spec) {
   spec.line = table.Line();
-  const bool isRead = ReadRows(table, keys, spec, spec);
-  const bool areChangesRead = ReadChanges(table, spec);
-  spec.isSound = table.RejectUnknownKeys() && isRead && areChangesRead;
+  bool isRead = ReadRows(table, keys, spec, spec);
+  if constexpr (std::is_same_v<Spec, EventSpec>) isRead = ReadChanges(table, spec) && isRead;
+  spec.isSound = table.RejectUnknownKeys() && isRead;
 }
 
 template <class Spec>

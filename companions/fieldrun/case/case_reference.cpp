@@ -22,12 +22,7 @@ std::string Names(KeyTable<Spec> keys) {
   return lines + line + "\n";
 }
 
-template <class Spec>
-std::string ChangeLines(KeyTable<Spec> /*keys*/) {
-  return "";
-}
-
-std::string ChangeLines(KeyTable<EventSpec> /*keys*/) {
+std::string ChangeLines() {
   return "  and new values: of a group\n" + Names(ChangesOfGroups()) +
          "  of wells, or those of a group\n" + Names(ChangesOfWells()) +
          "  of the field\n    manifold_pressure\n";
@@ -41,7 +36,9 @@ std::string CaseReference() {
     const std::string heading =
         section.kIsList ? fmt::format("[[{}]]", section.name) : fmt::format("[{}]", section.name);
     text += fmt::format("{}{}  {}\n{}", text.empty() ? "" : "\n", heading, section.meaning,
-                        toml_reader::KeyLines(section.keys) + ChangeLines(section.keys));
+                        toml_reader::KeyLines(section.keys));
+    if constexpr (std::is_same_v<decltype(section.keys), KeyTable<EventSpec>>)
+      text += ChangeLines();
   });
   return text;
 }

@@ -53,18 +53,13 @@ void AddKeys(KeyTable<Spec> keys, Json& schema) {
 }
 
 template <class Spec>
-void AddChanges(KeyTable<Spec> /*keys*/, Json& /*schema*/) {}
-
-void AddChanges(KeyTable<EventSpec> /*keys*/, Json& schema) {
-  AddKeys(ChangesOfWells(), schema);
-  AddKeys(ChangesOfGroups(), schema);
-}
-
-template <class Spec>
 Json SectionSchema(KeyTable<Spec> keys) {
   Json schema = {{"type", "object"}, {"additionalProperties", false}};
   AddKeys(keys, schema);
-  AddChanges(keys, schema);
+  if constexpr (std::is_same_v<Spec, EventSpec>) {
+    AddKeys(ChangesOfWells(), schema);
+    AddKeys(ChangesOfGroups(), schema);
+  }
   return schema;
 }
 

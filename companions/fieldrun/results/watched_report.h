@@ -19,7 +19,6 @@ class WatchedReport : public RunListener {
 
   void Started(const RunStart& start) override;
   void StepDone(const StepRecord& record) override;
-  void Ended(const RunEnd& /*end*/) override {}
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -126,7 +126,7 @@ class RunListener {
   /// What a run has to remember to go on behind a step, once all have been told that it is done.
   /// Not called for a step of which nobody tells what it has made.
   virtual void Remembered(const RunMemory& /*memory*/) {}
-  virtual void Ended(const RunEnd& end) = 0;
+  virtual void Ended(const RunEnd& /*end*/) {}
   virtual void Notice(const std::string& /*text*/) {}
   /// Called once for each topic and well; RunEnd has them all.
   virtual void Warned(const RunWarning& /*warning*/) {}

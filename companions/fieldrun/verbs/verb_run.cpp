@@ -33,32 +33,25 @@ class Listeners : public RunListener {
  public:
   explicit Listeners(std::vector<RunListener*> all) : all_(std::move(all)) {}
 
-  void Started(const RunStart& start) override {
-    for (RunListener* listener : all_) listener->Started(start);
-  }
+  void Started(const RunStart& start) override { Tell(&RunListener::Started, start); }
   void StepBegins(size_t step, const Date& date) override {
-    for (RunListener* listener : all_) listener->StepBegins(step, date);
+    Tell(&RunListener::StepBegins, step, date);
   }
-  void StepDone(const StepRecord& record) override {
-    for (RunListener* listener : all_) listener->StepDone(record);
-  }
+  void StepDone(const StepRecord& record) override { Tell(&RunListener::StepDone, record); }
   void Timed(std::optional<size_t> step, const StepTimes& times) override {
-    for (RunListener* listener : all_) listener->Timed(step, times);
+    Tell(&RunListener::Timed, step, times);
   }
-  void Remembered(const RunMemory& memory) override {
-    for (RunListener* listener : all_) listener->Remembered(memory);
-  }
-  void Ended(const RunEnd& end) override {
-    for (RunListener* listener : all_) listener->Ended(end);
-  }
-  void Notice(const std::string& text) override {
-    for (RunListener* listener : all_) listener->Notice(text);
-  }
-  void Warned(const RunWarning& warning) override {
-    for (RunListener* listener : all_) listener->Warned(warning);
-  }
+  void Remembered(const RunMemory& memory) override { Tell(&RunListener::Remembered, memory); }
+  void Ended(const RunEnd& end) override { Tell(&RunListener::Ended, end); }
+  void Notice(const std::string& text) override { Tell(&RunListener::Notice, text); }
+  void Warned(const RunWarning& warning) override { Tell(&RunListener::Warned, warning); }
 
  private:
+  template <class Event, class... Parts>
+  void Tell(Event event, const Parts&... parts) {
+    for (RunListener* listener : all_) (listener->*event)(parts...);
+  }
+
   std::vector<RunListener*> all_;
 };
 
@@ -74,7 +67,6 @@ class DoneSteps : public RunListener {
   void Timed(std::optional<size_t> step, const StepTimes& times) override {
     if (!step || *step < steps_) history_.Timed(step, times);
   }
-  void Ended(const RunEnd& /*end*/) override {}
   void Warned(const RunWarning& warning) override { history_.Warned(warning); }
 
  private:
