@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <span>
 
 #include <fmt/format.h>
@@ -11,6 +10,7 @@
 #include "fieldrun/case/command_line_error.h"
 #include "fieldrun/case/input_file.h"
 #include "fieldrun/driver/module_text.h"
+#include "fieldrun/platform/scratch_folder.h"
 #include "platform/file_path.h"
 #include "settings/case_archive.h"
 #include "wells/exported_variables.h"
@@ -24,28 +24,6 @@ namespace fs = std::filesystem;
 constexpr int32_t kStateFileVersion = 2;
 constexpr size_t kArchiveHeader = 2 * sizeof(uint32_t);
 constexpr size_t kVariableCount = sizeof(int32_t);
-
-/// An empty folder of this process's own with room for one file, gone with the object.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::random_device number;
-    do {
-      path_ = fs::temp_directory_path() / fmt::format("fieldrun-{}", number());
-    } while (!fs::create_directory(path_));
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    for (const fs::path& path : {File(), path_}) fs::remove(path, ignored);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  fs::path File() const { return path_ / "state"; }
-
- private:
-  fs::path path_;
-};
 
 const WellVariable* FindVariable(const std::string& name) {
   const auto found = std::ranges::find_if(WellVariableCatalogue, [&](const WellVariable& row) {
@@ -140,7 +118,7 @@ void Publish(DriverModel& model, const std::vector<VariableChoice>& choices,
              const std::string& storeFile) {
   if (choices.empty()) return;
   const ScratchFolder folder;
-  const fs::path scratch = folder.File();
+  const fs::path scratch = folder.File("state");
   const std::string completed = Completed(TakeState(model, scratch), choices);
   std::ofstream(scratch, std::ios::binary) << completed;
   model.SetStoreFile(scratch.string(), true);

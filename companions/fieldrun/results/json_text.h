@@ -1,20 +1,20 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
-#include <utility>
-#include <variant>
-#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "fieldrun/run/run_record.h"
 
 namespace gantry::fieldrun {
 
-/// A row of what a verb prints: names and values, as a line for people or an object in JSON.
-using PrintedValue = std::variant<std::string, int64_t, bool>;
-using PrintedRow = std::vector<std::pair<std::string, PrintedValue>>;
+using Json = nlohmann::ordered_json;  ///< keys in the order in which they were put in
 
-/// A list of objects; texts that aren't UTF-8 have their bad bytes replaced.
-std::string ToJson(const std::vector<PrintedRow>& rows);
-/// One object.
-std::string ToJson(const PrintedRow& row);
+/// JSON as text, with a line end: on one line, or indented. Texts that aren't UTF-8 have their bad
+/// bytes replaced.
+std::string JsonText(const Json& json, int indent = -1);
+
+Json ToJson(const RunWarning& warning);
+Json ToJson(const EventReport& event);
 
 }  // namespace gantry::fieldrun

@@ -8,30 +8,13 @@
 
 namespace gantry::fieldrun {
 
-OutputFile::OutputFile(const std::string& path)
-    : path_(path), file_((errno = 0, platform::ReplacementFile::Create(path))) {
-  if (file_ == nullptr) Fail();
-}
-
-OutputFile::~OutputFile() = default;
-
-void OutputFile::Fail() const { throw std::runtime_error(WriteFailure(path_, errno)); }
-
-void OutputFile::Flush() {
+void WriteWhole(const std::string& path, std::string_view content) {
   errno = 0;
-  if (!file_->File().Write(buffer_.data(), buffer_.size())) Fail();
-  buffer_.clear();
-}
-
-void OutputFile::Write(std::string_view text) {
-  constexpr size_t kFull = 1 << 16;
-  buffer_ += text;
-  if (buffer_.size() >= kFull) Flush();
-}
-
-void OutputFile::Finish() {
-  Flush();
-  if (!file_->Commit()) Fail();
+  const auto file = platform::ReplacementFile::Create(path);
+  if (file == nullptr) throw std::runtime_error(WriteFailure(path, errno));
+  errno = 0;
+  if (file->File().Write(content.data(), content.size()) && file->Commit()) return;
+  throw std::runtime_error(WriteFailure(path, errno));
 }
 
 std::string WriteFailure(const std::string& path, int error) {

@@ -6,14 +6,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include "fieldrun/results/json_text.h"
 #include "fieldrun/results/packed_numbers.h"
-#include "fieldrun/results/result_tables.h"
 
 namespace gantry::fieldrun {
 namespace {
 
 using enum Quantity;
-using Json = nlohmann::ordered_json;
 
 constexpr size_t kMostMoments = 240'000;  // of one well in one step: what a page can carry
 constexpr int kDigits = 5;
@@ -249,26 +248,16 @@ Json DataOfRun::Groups() const {
 Json DataOfRun::Events() const {
   Json list = Json::array();
   for (const auto& [days, event] : history_.events) {
-    list.push_back({{"date", ToText(event.date)},
-                    {"days", days},
-                    {"cause", event.cause},
-                    {"target", event.target},
-                    {"name", event.name},
-                    {"what", event.what},
-                    {"reason", event.reason},
-                    {"text", ToText(event)}});
+    Json& told = list.emplace_back(Json{{"date", ToText(event.date)}, {"days", days}});
+    told.update(ToJson(event));
+    told["text"] = ToText(event);
   }
   return list;
 }
 
 Json DataOfRun::Warnings() const {
   Json list = Json::array();
-  for (const RunWarning& warning : history_.warnings) {
-    list.push_back({{"topic", warning.topic},
-                    {"well", warning.well},
-                    {"date", ToText(warning.date)},
-                    {"text", warning.text}});
-  }
+  for (const RunWarning& warning : history_.warnings) list.push_back(ToJson(warning));
   return list;
 }
 

@@ -1,34 +1,31 @@
 #include "fieldrun/results/report_html.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <nlohmann/json.hpp>
 
+#include "fieldrun/results/json_text.h"
 #include "fieldrun/results/report_data.h"
 
 namespace gantry::fieldrun {
 namespace {
 
-std::string Replaced(std::string text, std::string_view what, std::string_view by) {
-  for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
-    text.replace(at, what.size(), by);
-  }
-  return text;
-}
+using boost::algorithm::replace_all_copy;
 
 std::string EscapeHtml(const std::string& text) {
-  return Replaced(Replaced(text, "&", "&amp;"), "<", "&lt;");
+  return replace_all_copy(replace_all_copy(text, "&", "&amp;"), "<", "&lt;");
 }
 
 // No text of the data can end the element that holds it: only texts hold such a character.
-std::string DataText(const nlohmann::ordered_json& data) {
-  return Replaced(data.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace), "<",
-                  "\\u003c");
+std::string DataText(const Json& data) {
+  return replace_all_copy(data.dump(-1, ' ', false, Json::error_handler_t::replace), "<",
+                          "\\u003c");
 }
 
 }  // namespace
 
 std::string ComposeReport(const CaseModel& model, const RunHistory& history,
                           std::string_view watchedFile) {
-  nlohmann::ordered_json data = ReportData(model, history);
+  Json data = ReportData(model, history);
   if (!watchedFile.empty()) data["watch"] = watchedFile;
   std::string page(kReportPage);
   constexpr std::string_view kTitle = "@TITLE@";

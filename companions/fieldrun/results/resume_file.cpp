@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "fieldrun/case/input_file.h"
+#include "fieldrun/results/json_text.h"
 #include "fieldrun/results/output_file.h"
 #include "fieldrun/results/result_folder.h"
 #include "platform/file_path.h"
@@ -17,8 +18,6 @@
 
 namespace gantry::fieldrun {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
 
@@ -128,8 +127,7 @@ void ResumeFile::Write(const RunMemory& memory, const std::string& program, size
   for (size_t i = 0; i < memory.last.size(); ++i) {
     json["wells"].push_back(ToJson(memory.last[i], memory.counts[i]));
   }
-  const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-  const std::error_code error = platform::ReplaceLiveFile(platform::PathOf(path_), text);
+  const std::error_code error = platform::ReplaceLiveFile(platform::PathOf(path_), JsonText(json));
   if (error) throw std::runtime_error(WriteFailure(path_, error.value()));
 }
 

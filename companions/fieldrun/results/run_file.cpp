@@ -5,13 +5,12 @@
 #include <nlohmann/json.hpp>
 
 #include "fieldrun/case/input_file.h"
+#include "fieldrun/results/json_text.h"
 #include "fieldrun/results/output_file.h"
 #include "fieldrun/results/result_folder.h"
 
 namespace gantry::fieldrun {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 Json ToJson(const WellSpec& well) { return {{"name", well.name}, {"kind", well.kind}}; }
 
@@ -20,17 +19,6 @@ WellSpec WellOf(const Json& json) {
   well.name = json.at("name");
   well.kind = json.at("kind");
   return well;
-}
-
-Json ToJson(const std::vector<RunWarning>& warnings) {
-  Json list = Json::array();
-  for (const RunWarning& warning : warnings) {
-    list.push_back({{"topic", warning.topic},
-                    {"well", warning.well},
-                    {"date", ToText(warning.date)},
-                    {"text", warning.text}});
-  }
-  return list;
 }
 
 StoredRun RunOf(const Json& json) {
@@ -81,9 +69,10 @@ void RunFile::Write(const std::optional<RunEnd>& end) {
             {"days", start_.totalDays},
             {"wells", Json::array()},
             {"groups", Json::array()},
-            {"warnings", ToJson(warnings_)},
+            {"warnings", Json::array()},
             {"end", nullptr}};
   for (const RunWell& well : start_.wells) json["wells"].push_back(ToJson(*well.spec));
+  for (const RunWarning& warning : warnings_) json["warnings"].push_back(ToJson(warning));
   for (const GroupSpec& group : model_.groups) {
     json["groups"].push_back({{"name", group.name}, {"wells", group.wells}});
   }
@@ -93,9 +82,7 @@ void RunFile::Write(const std::optional<RunEnd>& end) {
                    {"ended_by_user", end->endedByUser},
                    {"failure", end->failure}};
   }
-  OutputFile file(path_);
-  file.Write(json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
-  file.Finish();
+  WriteWhole(path_, JsonText(json, 2));
   isChanged_ = false;
 }
 

@@ -4,16 +4,21 @@
 #include <nlohmann/json.hpp>
 
 #include "fieldrun/platform/terminal.h"
+#include "fieldrun/results/json_text.h"
 
 namespace gantry::fieldrun {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 void PrintLine(const Json& json) {
-  const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
-  fmt::print(UserOutput(), "{}\n", text);
+  fmt::print(UserOutput(), "{}", JsonText(json));
   std::fflush(UserOutput());
+}
+
+/// An event of that name, with what there is to tell of it.
+void PrintEvent(const char* name, const Json& told) {
+  Json line{{"event", name}};
+  line.update(told);
+  PrintLine(line);
 }
 
 /// Oil, water and gas; `liquid` and `gas` are what they are measured in.
@@ -40,31 +45,24 @@ void RunJson::Started(const RunStart& start) {
 }
 
 void RunJson::StepDone(const StepRecord& record) {
-  for (const EventReport& event : record.events) {
-    PrintLine({{"event", "change"},
-               {"date", ToText(event.date)},
-               {"cause", event.cause},
-               {"target", event.target},
-               {"name", event.name},
-               {"what", event.what},
-               {"reason", event.reason}});
-  }
+  for (const EventReport& event : record.events) PrintEvent("change", ToJson(event));
   const FieldRates rates = SumWells(wells_, record);
   const FieldTotals totals = SumTotals(wells_, record);
-  const auto phases = [this](const Rates& values, bool areVolumes) {
-    return areVolumes
-               ? Phases(values, Quantity::kLiquidVolume, Quantity::kGasVolume, model_.Units())
-               : Phases(values, Quantity::kLiquidRate, Quantity::kGasRate, model_.Units());
+  const auto perDay = [this](const Rates& values) {
+    return Phases(values, Quantity::kLiquidRate, Quantity::kGasRate, model_.Units());
+  };
+  const auto inAll = [this](const Rates& values) {
+    return Phases(values, Quantity::kLiquidVolume, Quantity::kGasVolume, model_.Units());
   };
   PrintLine({{"event", "step"},
              {"step", record.step + 1},
              {"date", ToText(record.date)},
              {"days", record.days},
              {"length", record.length},
-             {"produced", phases(rates.produced, false)},
-             {"injected", phases(rates.injected, false)},
-             {"total_produced", phases(totals.produced, true)},
-             {"total_injected", phases(totals.injected, true)},
+             {"produced", perDay(rates.produced)},
+             {"injected", perDay(rates.injected)},
+             {"total_produced", inAll(totals.produced)},
+             {"total_injected", inAll(totals.injected)},
              {"open_wells", rates.openProducers + rates.openInjectors}});
 }
 
@@ -85,12 +83,6 @@ void RunJson::Ended(const RunEnd& end) {
              {"results", model_.general.output}});
 }
 
-void RunJson::Warned(const RunWarning& warning) {
-  PrintLine({{"event", "warning"},
-             {"topic", warning.topic},
-             {"well", warning.well},
-             {"date", ToText(warning.date)},
-             {"text", warning.text}});
-}
+void RunJson::Warned(const RunWarning& warning) { PrintEvent("warning", ToJson(warning)); }
 
 }  // namespace gantry::fieldrun

@@ -32,9 +32,7 @@ void RunResults::StepDone(const StepRecord& record) {
 }
 
 void WriteReport(const CaseModel& model, const RunHistory& history) {
-  OutputFile report(model.general.output + "/" + kReportFile);
-  report.Write(ComposeReport(model, history));
-  report.Finish();
+  WriteWhole(model.general.output + "/" + kReportFile, ComposeReport(model, history));
 }
 
 void WriteSummary(const CaseModel& model) {

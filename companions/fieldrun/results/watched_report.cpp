@@ -27,19 +27,17 @@ WatchedReport::~WatchedReport() {
 }
 
 void WatchedReport::WritePage() const {
-  OutputFile page(model_.general.output + "/" + kReportFile);
-  page.Write(ComposeReport(model_, history_, kWatchFile));
-  page.Finish();
+  WriteWhole(model_.general.output + "/" + kReportFile,
+             ComposeReport(model_, history_, kWatchFile));
 }
 
 void WatchedReport::WriteStamp() const {
   using std::chrono::system_clock;
   const auto now =
       std::chrono::duration_cast<std::chrono::seconds>(system_clock::now().time_since_epoch());
-  OutputFile stamp(model_.general.output + "/" + kWatchFile);
-  stamp.Write(fmt::format("gantryRun({{id: \"{}\", steps: {}, time: {}}});\n", history_.start.id,
-                          history_.field.size(), now.count()));
-  stamp.Finish();
+  WriteWhole(model_.general.output + "/" + kWatchFile,
+             fmt::format("gantryRun({{id: \"{}\", steps: {}, time: {}}});\n", history_.start.id,
+                         history_.field.size(), now.count()));
 }
 
 // A page finds its stamp from the beginning on.

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "fieldrun/case/case_reader.h"
 #include "fieldrun/case/input_file.h"
@@ -75,15 +76,15 @@ void CheckDeck(const CaseModel& model, const Options& options, std::vector<FileF
 }
 
 void PrintFindings(const std::vector<FileFinding>& all, bool asJson) {
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   for (const auto& [file, finding] : all) {
     if (!asJson) fmt::print(UserOutput(), "{}\n", finding.In(file));
     rows.push_back({{"file", file},
-                    {"line", int64_t{std::max(finding.line, 1)}},
-                    {"kind", std::string(finding.isError ? "error" : "warning")},
+                    {"line", std::max(finding.line, 1)},
+                    {"kind", finding.isError ? "error" : "warning"},
                     {"text", finding.reason}});
   }
-  if (asJson) fmt::print(UserOutput(), "{}", ToJson(rows));
+  if (asJson) fmt::print(UserOutput(), "{}", JsonText(rows, 2));
 }
 
 }  // namespace

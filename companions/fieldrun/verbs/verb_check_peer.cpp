@@ -2,12 +2,13 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "fieldrun/case/input_file.h"
 #include "fieldrun/peer_check/peer_check.h"
+#include "fieldrun/platform/scratch_folder.h"
 #include "fieldrun/platform/terminal.h"
 #include "fieldrun/verbs/verbs.h"
 #include "platform/file_path.h"
@@ -21,36 +22,17 @@ constexpr std::array<std::string_view, 4> kWords = {"ok", "fails", "not asked", 
 
 std::string_view WordOf(RuleResult result) { return kWords[static_cast<size_t>(result)]; }
 
-/// A folder for a log and an empty deck, gone with the object.
-class CheckFolder {
- public:
-  CheckFolder()
-      : path_(fs::temp_directory_path() /
-              fmt::format("fieldrun-check-{:x}", std::random_device{}())) {
-    fs::create_directories(path_);
-  }
-  ~CheckFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  CheckFolder(const CheckFolder&) = delete;
-  CheckFolder& operator=(const CheckFolder&) = delete;
-
-  std::string File(const char* name) const { return platform::NameOf(path_ / name); }
-  std::string EmptyDeck() const {
-    std::ofstream(path_ / "CHECK.afi").flush();
-    return File("CHECK.afi");
-  }
-
- private:
-  fs::path path_;
-};
-
 std::string Absolute(const std::string& path) {
   return platform::NameOf(fs::absolute(platform::PathOf(path)));
 }
 
-PeerSetting SettingOf(const Options& options, const CheckFolder& folder) {
+std::string EmptyDeck(const ScratchFolder& folder) {
+  const fs::path deck = folder.File("CHECK.afi");
+  std::ofstream(deck).flush();
+  return platform::NameOf(deck);
+}
+
+PeerSetting SettingOf(const Options& options, const ScratchFolder& folder) {
   if (options.simulator.empty()) {
     throw CommandLineError("check needs a case, or a simulator: --simulator PROGRAM");
   }
@@ -63,9 +45,9 @@ PeerSetting SettingOf(const Options& options, const CheckFolder& folder) {
   }
   PeerSetting setting;
   setting.program = isPath ? Absolute(options.simulator) : options.simulator;
-  setting.deck = options.deck.empty() ? folder.EmptyDeck() : Absolute(options.deck);
+  setting.deck = options.deck.empty() ? EmptyDeck(folder) : Absolute(options.deck);
   setting.arguments = options.words;
-  setting.log = folder.File("log");
+  setting.log = platform::NameOf(folder.File("log"));
   setting.limit = std::chrono::seconds(options.limit);
   setting.stepDays = options.days;
   return setting;
@@ -75,16 +57,12 @@ std::string PlaceOf(const Rule& rule) {
   return fmt::format("docs/wire-protocol.md#{}", rule.section);
 }
 
-PrintedRow RowOf(const RuleVerdict& verdict) {
+Json RowOf(const RuleVerdict& verdict) {
   const Rule& rule = *verdict.rule;
-  return {{"rule", std::string(rule.name)},
-          {"result", std::string(WordOf(verdict.result))},
-          {"sent", std::string(rule.sent)},
-          {"due", std::string(rule.due)},
-          {"came", verdict.came},
-          {"bytes", verdict.bytes},
-          {"said", verdict.said},
-          {"reason", std::string(rule.reason)},
+  return {{"rule", rule.name},    {"result", WordOf(verdict.result)},
+          {"sent", rule.sent},    {"due", rule.due},
+          {"came", verdict.came}, {"bytes", verdict.bytes},
+          {"said", verdict.said}, {"reason", rule.reason},
           {"see", PlaceOf(rule)}};
 }
 
@@ -110,10 +88,10 @@ void PrintLine(const RuleVerdict& verdict) {
 }  // namespace
 
 void CheckSimulator(const Options& options) {
-  const CheckFolder folder;
+  const ScratchFolder folder;
   const PeerSetting setting = SettingOf(options, folder);
   const Rules rules = AllRules();
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   size_t failures = 0;
   CheckPeer(setting, rules, [&](const RuleVerdict& verdict) {
     rows.push_back(RowOf(verdict));
@@ -122,7 +100,7 @@ void CheckSimulator(const Options& options) {
     PrintLine(verdict);
     std::fflush(UserOutput());
   });
-  if (options.json) fmt::print(UserOutput(), "{}", ToJson(rows));
+  if (options.json) fmt::print(UserOutput(), "{}", JsonText(rows, 2));
   if (failures == 0) return;
   throw std::runtime_error(fmt::format("{} of {} rules of the protocol {} hold", failures,
                                        rules.size(), failures == 1 ? "doesn't" : "don't"));

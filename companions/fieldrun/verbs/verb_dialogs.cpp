@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string_view>
 
@@ -11,6 +9,7 @@
 
 #include "case/case_data.h"
 #include "fieldrun/case/case_writer.h"
+#include "fieldrun/case/input_file.h"
 #include "fieldrun/driver/dialog_parts.h"
 #include "fieldrun/platform/terminal.h"
 #include "fieldrun/results/output_file.h"
@@ -78,7 +77,7 @@ bool LoadProducers(DriverModel& model, const CaseModel& caseModel) {
   StaticWellDataCollection wells;
   std::vector<std::string> componentNames;
   for (const WellSpec& spec : caseModel.wells) {
-    if (spec.Kind() != WellKind::kProducer) continue;
+    if (!spec.IsProducer()) continue;
     StaticWellData& well = wells.Items.emplace_back();
     well.Name = spec.name;
     well.Connected = spec.connected;
@@ -93,7 +92,7 @@ bool LoadProducers(DriverModel& model, const CaseModel& caseModel) {
 
 /// The control mode that the dialog shows for all wells: the last producer's.
 std::string ReadControl(DriverModel& model, const CaseModel& caseModel) {
-  const auto isProducer = [](const WellSpec& well) { return well.Kind() == WellKind::kProducer; };
+  const auto isProducer = [](const WellSpec& well) { return well.IsProducer(); };
   const auto last = std::find_if(caseModel.wells.rbegin(), caseModel.wells.rend(), isProducer);
   const std::string mode =
       model.Get(fmt::format("Intersect.StaticWell[{{{}}}].OpMode", last->name));
@@ -105,13 +104,10 @@ std::string ReadControl(DriverModel& model, const CaseModel& caseModel) {
 /// `control` is for all producers; empty leaves them as they are.
 void WriteBack(const CaseModel& caseModel, const Values& changes, const std::string& control) {
   if (changes.empty() && control.empty()) return;
-  std::ifstream file(caseModel.file, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
+  std::string text = ReadInputFile(caseModel.file);
   if (!control.empty()) text = WithControl(text, caseModel, control);
   if (!changes.empty()) text = WithSimulatorKeys(text, changes);
-  OutputFile output(caseModel.file);
-  output.Write(text);
-  output.Finish();
+  WriteWhole(caseModel.file, text);
 }
 
 void RequireNone(const std::string& fault) {

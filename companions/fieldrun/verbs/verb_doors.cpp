@@ -3,6 +3,7 @@
 #include <memory>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "fieldrun/case/input_file.h"
 #include "fieldrun/driver/module_values.h"
@@ -18,19 +19,13 @@
 namespace gantry::fieldrun {
 namespace {
 
-void WriteFile(const std::string& path, const std::string& content) {
-  OutputFile file(path);
-  file.Write(content);
-  file.Finish();
-}
-
 void LoadInto(DriverModel& model, const std::string& path, bool keepDataset) {
   const std::string casePath = platform::NameOf(std::filesystem::absolute(platform::PathOf(path)));
   model.LoadCase(ReadInputFile(path), casePath, keepDataset);
 }
 
 void SaveIfAsked(DriverModel& model, const Options& options) {
-  if (!options.saveFile.empty()) WriteFile(options.saveFile, model.SaveCase());
+  if (!options.saveFile.empty()) WriteWhole(options.saveFile, model.SaveCase());
 }
 
 std::pair<int, std::string> ParseWrite(const std::string& text) {
@@ -63,25 +58,24 @@ void RequireStoreFile(const CaseModel& caseModel, bool isNeeded) {
 }
 
 void ListVariables(DriverModel& model, bool asJson) {
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   for (const PublishedVariable& variable : model.PublishedVariables()) {
-    rows.push_back({{"handle", int64_t{variable.handle}},
+    rows.push_back({{"handle", variable.handle},
                     {"name", variable.fullName},
                     {"well", variable.wellName},
-                    {"code", int64_t{variable.code}},
+                    {"code", variable.code},
                     {"writeable", variable.isWriteable}});
   }
   Print(rows, asJson);
 }
 
-void PrintValues(const PrintedRow& values, bool asJson) {
-  if (asJson) {
-    fmt::print(UserOutput(), "{}", ToJson(values));
-    return;
-  }
+void PrintValues(const std::vector<std::pair<std::string, std::string>>& values, bool asJson) {
+  Json object = Json::object();
   for (const auto& [path, value] : values) {
-    fmt::print(UserOutput(), "{}\n", std::get<std::string>(value));
+    if (!asJson) fmt::print(UserOutput(), "{}\n", value);
+    object[path] = value;
   }
+  if (asJson) fmt::print(UserOutput(), "{}", JsonText(object, 2));
 }
 
 }  // namespace
@@ -106,11 +100,11 @@ void GetProperties(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
-  PrintedRow values;
+  std::vector<std::pair<std::string, std::string>> values;
   std::vector<std::string> failures;
   for (const std::string& path : session.options.paths) {
     try {
-      values.push_back({path, model.Get(path)});
+      values.emplace_back(path, model.Get(path));
     } catch (const DriverFailure& failure) {
       failures.emplace_back(failure.what());
     }
@@ -141,7 +135,7 @@ void SaveBlock(const Session& session) {
   const CaseModel caseModel = ReadCaseOf(session.options);
   DriverModel model(session.api, session.trace);
   PrepareModel(model, caseModel, session.options);
-  WriteFile(session.options.file, model.SaveCase());
+  WriteWhole(session.options.file, model.SaveCase());
 }
 
 void LoadBlock(const Session& session) {
@@ -151,18 +145,17 @@ void LoadBlock(const Session& session) {
       "ConnectionMode",        "IPRModel",   "UpTimeMode", "HeadNodePort", "LinuxIXVersion",
       "CloseUnconnectedWells", "StdLogging", "Parallel"};
   static constexpr const char* kTexts[] = {"HeadNode", "SimExeName", "FileName"};
-  std::vector<PrintedRow> rows;
-  const auto add = [&rows](const char* field, PrintedValue value) {
-    rows.push_back({{"property", std::string(field)}, {"value", std::move(value)}});
+  std::vector<Json> rows;
+  const auto add = [&rows](const std::string& property, const Json& value) {
+    rows.push_back({{"property", property}, {"value", value}});
   };
   const auto read = [&model](const char* field) {
     return model.Get(fmt::format("Intersect.CaseDetails.{}", field));
   };
-  for (const char* field : kNumbers) add(field, int64_t{std::stoll(read(field))});
+  for (const char* field : kNumbers) add(field, std::stoll(read(field)));
   for (const char* field : kTexts) add(field, read(field));
   for (const DriverWell& well : model.Wells()) {
-    rows.push_back({{"property", "well " + well.name},
-                    {"value", std::string(well.isProducer ? "producer" : "injector")}});
+    add("well " + well.name, well.isProducer ? "producer" : "injector");
   }
   Print(rows, session.options.json);
 }
@@ -194,9 +187,9 @@ void ServeVariables(const Session& session) {
   }
   for (const auto& [handle, value] : writes) model.WritePublished(handle, value);
   if (options.readHandles.empty()) return ListVariables(model, options.json);
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   for (const int handle : options.readHandles) {
-    rows.push_back({{"handle", int64_t{handle}}, {"value", model.ReadPublished(handle)}});
+    rows.push_back({{"handle", handle}, {"value", model.ReadPublished(handle)}});
   }
   Print(rows, options.json);
 }

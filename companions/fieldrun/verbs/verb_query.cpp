@@ -1,9 +1,9 @@
 #include <unordered_set>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "fieldrun/platform/terminal.h"
-#include "fieldrun/results/result_tables.h"
 #include "fieldrun/run/simulator_start.h"
 #include "fieldrun/verbs/verbs.h"
 
@@ -11,12 +11,12 @@ namespace gantry::fieldrun {
 
 void ShowIdentity(const Session& session) {
   const DriverIdentity identity = Identify(session.api, session.trace);
-  const PrintedRow row{{"name", identity.name},
-                       {"description", identity.description},
-                       {"interface", int64_t{identity.interfaceNumber}},
-                       {"kind", static_cast<int64_t>(identity.moduleKind)}};
+  const Json row{{"name", identity.name},
+                 {"description", identity.description},
+                 {"interface", identity.interfaceNumber},
+                 {"kind", static_cast<int64_t>(identity.moduleKind)}};
   if (session.options.json) {
-    fmt::print(UserOutput(), "{}", ToJson(row));
+    fmt::print(UserOutput(), "{}", JsonText(row, 2));
   } else {
     Print({row}, false);
   }
@@ -27,11 +27,10 @@ namespace {
 /// What each number of a case measures, and the unit that it is in there.
 void ListUnitsOfCase(const Session& session) {
   const UnitSystem system = ReadCaseOf(session.options).Units();
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   for (const toml_reader::QuantityRow& row : toml_reader::Quantities()) {
     if (row.name.empty()) continue;
-    rows.push_back({{"quantity", std::string(row.name)},
-                    {"unit", std::string(UnitName(row.quantity, system))}});
+    rows.push_back({{"quantity", row.name}, {"unit", UnitName(row.quantity, system)}});
   }
   Print(rows, session.options.json);
 }
@@ -40,10 +39,9 @@ void ListUnitsOfCase(const Session& session) {
 
 void ListUnits(const Session& session) {
   if (!session.options.caseFile.empty()) return ListUnitsOfCase(session);
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   for (const DriverUnit& unit : Units(session.api, session.trace)) {
-    rows.push_back(
-        {{"name", unit.name}, {"code", int64_t{unit.code}}, {"class", int64_t{unit.unitClass}}});
+    rows.push_back({{"name", unit.name}, {"code", unit.code}, {"class", unit.unitClass}});
   }
   Print(rows, session.options.json);
 }
@@ -58,11 +56,10 @@ void ListWells(const Session& session) {
   for (const WellSpec& spec : caseModel.wells) {
     if (spec.connected) connected.insert(spec.name);
   }
-  std::vector<PrintedRow> rows;
+  std::vector<Json> rows;
   for (const DriverWell& well : wells) {
-    const WellKind kind = KindInSimulator(model, well);
     rows.push_back({{"well", well.name},
-                    {"kind", std::string(KindName(kind))},
+                    {"kind", KindName(KindInSimulator(model, well))},
                     {"connected", connected.contains(well.name)}});
   }
   Print(rows, session.options.json);

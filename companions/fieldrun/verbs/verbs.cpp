@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "fieldrun/case/case_keys.h"
 #include "fieldrun/case/case_reader.h"
@@ -31,10 +32,10 @@ std::string DefaultModule() {
   return platform::NameOf((folder / ".." / "lib" / name).lexically_normal());
 }
 
-std::string ValueText(const PrintedValue& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  if (const auto* number = std::get_if<int64_t>(&value)) return std::to_string(*number);
-  return std::get<bool>(value) ? "yes" : "no";
+std::string ValueText(const Json& value) {
+  if (value.is_string()) return value.get<std::string>();
+  if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
+  return value.dump();
 }
 
 // A full disk shows only here. A reader that has had enough of the output is no failure.
@@ -83,28 +84,30 @@ CaseModel ReadCaseOf(const Options& options) {
   return model;
 }
 
-void Print(const std::vector<PrintedRow>& rows, bool asJson) {
+void Print(const std::vector<Json>& rows, bool asJson) {
   if (asJson) {
-    fmt::print(UserOutput(), "{}", ToJson(rows));
+    fmt::print(UserOutput(), "{}", JsonText(rows, 2));
     return;
   }
-  std::vector<size_t> widths;
-  for (const PrintedRow& row : rows) {
-    widths.resize(std::max(widths.size(), row.size()));
-    for (size_t i = 0; i < row.size(); ++i) {
-      widths[i] = std::max({widths[i], ValueText(row[i].second).size(), row[i].first.size()});
+  std::vector<std::vector<std::string>> lines;
+  for (const Json& row : rows) {
+    std::vector<std::string> heading, line;
+    for (const auto& [name, value] : row.items()) {
+      heading.push_back(name);
+      line.push_back(ValueText(value));
     }
+    if (lines.empty()) lines.push_back(heading);
+    lines.push_back(line);
   }
-  const auto printLine = [&](const PrintedRow& row, bool isHeading) {
-    std::string line;
-    for (size_t i = 0; i < row.size(); ++i) {
-      const std::string text = isHeading ? row[i].first : ValueText(row[i].second);
-      line += fmt::format("{:<{}}  ", text, widths[i]);
-    }
-    fmt::print(UserOutput(), "{}\n", line.substr(0, line.find_last_not_of(' ') + 1));
-  };
-  if (!rows.empty()) printLine(rows.front(), true);
-  for (const PrintedRow& row : rows) printLine(row, false);
+  std::vector<size_t> widths(lines.empty() ? 0 : lines.front().size());
+  for (const auto& line : lines) {
+    for (size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], line[i].size());
+  }
+  for (const auto& line : lines) {
+    std::string text;
+    for (size_t i = 0; i < line.size(); ++i) text += fmt::format("{:<{}}  ", line[i], widths[i]);
+    fmt::print(UserOutput(), "{}\n", text.substr(0, text.find_last_not_of(' ') + 1));
+  }
 }
 
 int RunVerb(const Options& options) {

@@ -71,7 +71,8 @@ void ConductRun(const Session& session, const CaseModel& caseModel, const Resume
 /// simulator started when the command line asks for it.
 void PrepareModel(DriverModel& model, const CaseModel& caseModel, const Options& options);
 
-/// Prints rows as JSON, or as `line` gives each.
-void Print(const std::vector<PrintedRow>& rows, bool asJson);
+/// Prints rows as JSON, or as a table for people. A row is an object of texts, numbers and flags;
+/// all have the same keys.
+void Print(const std::vector<Json>& rows, bool asJson);
 
 }  // namespace gantry::fieldrun
