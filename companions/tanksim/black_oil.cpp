@@ -16,13 +16,9 @@ std::vector<double> Reciprocals(std::vector<double> values) {
 
 }  // namespace
 
-double WaterData::FormationFactorAt(double pressure) const {
-  // Slightly compressible liquid (Craft and Hawkins, equation 1.38).
-  return formationFactor * std::exp(-compressibility * (pressure - referencePressure));
-}
-
 BlackOil::BlackOil(const BlackOilData& data)
-    : dissolvedGas_(data.oilPressure, data.dissolvedGas, LookupTable::Beyond::kLastSlope),
+    : ReservoirFluid(data.water),
+      dissolvedGas_(data.oilPressure, data.dissolvedGas, LookupTable::Beyond::kLastSlope),
       bubblePoint_(dissolvedGas_.Inverse()),
       oilFactor_(data.oilPressure, data.oilFactor, LookupTable::Beyond::kLastSlope),
       oilViscosity_(data.oilPressure, data.oilViscosity),
@@ -31,17 +27,12 @@ BlackOil::BlackOil(const BlackOilData& data)
       oilCompressibility_(data.oilCompressibility),
       oilViscosityGradient_(data.oilViscosityGradient),
       oilDensity_(data.oilDensity),
-      gasDensity_(data.gasDensity),
-      water_(data.water) {}
+      gasDensity_(data.gasDensity) {}
 
 double BlackOil::OilFactor(double pressure, double dissolvedGas) const {
   // Above its bubble point the oil shrinks with a constant compressibility (McCain, equation 11-4).
   const double bubblePoint = std::min(pressure, bubblePoint_.At(dissolvedGas));
   return oilFactor_.At(bubblePoint) * std::exp(-oilCompressibility_ * (pressure - bubblePoint));
-}
-
-double BlackOil::WaterFormationFactor(double pressure) const {
-  return water_.FormationFactorAt(pressure);
 }
 
 double BlackOil::DissolvedGas(const Contents& contents, double pressure) const {
@@ -59,7 +50,7 @@ Contents BlackOil::Fill(const InitialState& initial) const {
   Contents contents;
   contents.hydrocarbons = {oil, freeGas + oil * dissolved};
   contents.water =
-      initial.poreVolume * initial.waterSaturation / water_.FormationFactorAt(initial.pressure);
+      initial.poreVolume * initial.waterSaturation / WaterFormationFactor(initial.pressure);
   if (!initial.gasRedissolves) contents.dissolvedGasLimit = dissolved;
   return contents;
 }
@@ -69,7 +60,7 @@ double BlackOil::Volume(const Contents& contents, double pressure, double) const
   const double dissolved = DissolvedGas(contents, pressure);
   const double freeGas = contents.hydrocarbons[1] - oil * dissolved;
   return oil * OilFactor(pressure, dissolved) + freeGas * GasFactor(pressure) +
-         contents.water * water_.FormationFactorAt(pressure);
+         contents.water * WaterFormationFactor(pressure);
 }
 
 FluidState BlackOil::State(const Contents& contents, double pressure, double) const {
@@ -82,12 +73,12 @@ FluidState BlackOil::State(const Contents& contents, double pressure, double) co
   const double freeGas = contents.hydrocarbons[1] - oil * state.dissolvedGas;
   state.oilVolume = oil * oilFactor;
   state.gasVolume = std::max(0.0, freeGas * gasFactor);
-  state.waterFormationFactor = water_.FormationFactorAt(pressure);
+  state.waterFormationFactor = WaterFormationFactor(pressure);
   state.waterVolume = contents.water * state.waterFormationFactor;
   state.oilViscosity = oilViscosity_.At(state.bubblePoint) *
                        (1.0 + oilViscosityGradient_ * (pressure - state.bubblePoint));
   state.gasViscosity = gasViscosity_.At(pressure);
-  state.waterViscosity = water_.viscosity;
+  state.waterViscosity = Water().viscosity;
   state.liquid.oil = 1.0 / oilFactor;
   state.liquid.gas = state.dissolvedGas / oilFactor;
   state.vapour.gas = 1.0 / gasFactor;

@@ -5,17 +5,6 @@
 
 namespace gantry::simulator {
 
-/// Water as both fluid models take it. Field units.
-struct WaterData {
-  double referencePressure = 14.7;
-  double formationFactor = 1.0;
-  double compressibility = 3e-6;
-  double viscosity = 0.5;
-  double density = 62.43;
-
-  double FormationFactorAt(double pressure) const;
-};
-
 /// The tables of a black oil, as a deck gives them.
 struct BlackOilData {
   std::vector<double> oilPressure;    ///< bubble points, rising
@@ -44,10 +33,7 @@ class BlackOil : public ReservoirFluid {
   FluidState State(const Contents& contents, double pressure, double temperature) const override;
   InjectedGas Injected(const std::vector<double>& composition, double pressure,
                        double temperature) const override;
-  double WaterFormationFactor(double pressure) const override;
-  double WaterDensity() const override { return water_.density; }
 
-  double SaturatedGas(double pressure) const { return dissolvedGas_.At(pressure); }
   double OilFactor(double pressure, double dissolvedGas) const;
   double GasFactor(double pressure) const { return 1.0 / gasExpansion_.At(pressure); }
 
@@ -64,7 +50,6 @@ class BlackOil : public ReservoirFluid {
   double oilViscosityGradient_;
   double oilDensity_;
   double gasDensity_;
-  WaterData water_;
 };
 
 }  // namespace gantry::simulator

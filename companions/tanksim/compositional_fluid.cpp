@@ -43,13 +43,13 @@ Contents CompositionalFluid::Fill(const InitialState& initial) const {
   contents.hydrocarbons =
       Scaled(initial.composition, volume * kCubicFeetPerBarrel / MolarVolume(flash));
   contents.water =
-      initial.poreVolume * initial.waterSaturation / water_.FormationFactorAt(initial.pressure);
+      initial.poreVolume * initial.waterSaturation / WaterFormationFactor(initial.pressure);
   return contents;
 }
 
 double CompositionalFluid::Volume(const Contents& contents, double pressure,
                                   double temperature) const {
-  const double water = contents.water * water_.FormationFactorAt(pressure);
+  const double water = contents.water * WaterFormationFactor(pressure);
   const double moles = Sum(contents.hydrocarbons);
   if (moles <= 0.0) return water;
   const FlashResult flash =
@@ -90,9 +90,9 @@ double CompositionalFluid::BubblePoint(const std::vector<double>& fractions, dou
 FluidState CompositionalFluid::State(const Contents& contents, double pressure,
                                      double temperature) const {
   FluidState state;
-  state.waterFormationFactor = water_.FormationFactorAt(pressure);
+  state.waterFormationFactor = WaterFormationFactor(pressure);
   state.waterVolume = contents.water * state.waterFormationFactor;
-  state.waterViscosity = water_.viscosity;
+  state.waterViscosity = Water().viscosity;
   state.bubblePoint = pressure;
   for (PhaseStream* stream : {&state.liquid, &state.vapour}) {
     stream->hydrocarbons.resize(eos_.ComponentCount());

@@ -15,17 +15,14 @@ struct CompositionalData {
 /// tank and at the surface, where one flash at standard conditions separates oil from gas.
 class CompositionalFluid : public ReservoirFluid {
  public:
-  explicit CompositionalFluid(const CompositionalData& data) : eos_(data.eos), water_(data.water) {}
+  explicit CompositionalFluid(const CompositionalData& data)
+      : ReservoirFluid(data.water), eos_(data.eos) {}
 
   Contents Fill(const InitialState& initial) const override;
   double Volume(const Contents& contents, double pressure, double temperature) const override;
   FluidState State(const Contents& contents, double pressure, double temperature) const override;
   InjectedGas Injected(const std::vector<double>& composition, double pressure,
                        double temperature) const override;
-  double WaterFormationFactor(double pressure) const override {
-    return water_.FormationFactorAt(pressure);
-  }
-  double WaterDensity() const override { return water_.density; }
 
  private:
   PhaseStream Stream(const PhaseResult& phase) const;
@@ -33,7 +30,6 @@ class CompositionalFluid : public ReservoirFluid {
                      double temperature) const;
 
   EquationOfState eos_;
-  WaterData water_;
 };
 
 }  // namespace gantry::simulator

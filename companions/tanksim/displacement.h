@@ -29,8 +29,6 @@ class Displacement {
                double largestSaturation, double sweepAtBreakthrough);
 
   FrontView At(double averageSaturation) const;
-  /// The average saturation at which the front reaches the producers.
-  double BreakthroughAverage() const { return initial_ + sweep_ * (averageAtFront_ - initial_); }
 
  private:
   double initial_ = 0.0;

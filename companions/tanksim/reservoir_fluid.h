@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -63,6 +64,15 @@ struct InitialState {
   std::vector<double> composition;  ///< mole fractions; compositional only
 };
 
+/// Water as both fluid models take it. Field units.
+struct WaterData {
+  double referencePressure = 14.7;
+  double formationFactor = 1.0;
+  double compressibility = 3e-6;
+  double viscosity = 0.5;
+  double density = 62.43;
+};
+
 /// A fluid model: how contents and a pressure give phases. Field units.
 class ReservoirFluid {
  public:
@@ -75,8 +85,20 @@ class ReservoirFluid {
   /// Gas of a composition (mole fractions; empty for a black oil) at reservoir conditions.
   virtual InjectedGas Injected(const std::vector<double>& composition, double pressure,
                                double temperature) const = 0;
-  virtual double WaterFormationFactor(double pressure) const = 0;
-  virtual double WaterDensity() const = 0;  ///< lb/ft3 at the surface
+
+  /// rb/stb: a slightly compressible liquid (Craft and Hawkins, equation 1.38).
+  double WaterFormationFactor(double pressure) const {
+    return water_.formationFactor *
+           std::exp(-water_.compressibility * (pressure - water_.referencePressure));
+  }
+  double WaterDensity() const { return water_.density; }  ///< lb/ft3 at the surface
+
+ protected:
+  explicit ReservoirFluid(const WaterData& water) : water_(water) {}
+  const WaterData& Water() const { return water_; }
+
+ private:
+  WaterData water_;
 };
 
 }  // namespace gantry::simulator

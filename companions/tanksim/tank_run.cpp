@@ -92,7 +92,9 @@ bool TankRun::IsAtEnd() const {
 void TankRun::AdvanceTo(double days) {
   const double target = deck_->endTime ? std::min(days, *deck_->endTime) : days;
   if (target <= days_) return;
-  for (size_t tank = 0; tank < tanks_.size(); ++tank) AdvanceTank(tank, target - days_);
+  for (size_t tank = 0; tank < tanks_.size(); ++tank) {
+    for (double left = target - days_; left > kTimeTolerance;) left -= StepTank(tank, left);
+  }
   days_ = target;
 }
 
@@ -107,10 +109,6 @@ void TankRun::GoTo(RunMoment moment) {
   days_ = moment.days;
   for (size_t i = 0; i < tanks_.size(); ++i) tanks_[i].GoTo(std::move(moment.tanks.at(i)));
   for (size_t i = 0; i < wells_.size(); ++i) wells_[i].GoTo(std::move(moment.wells.at(i)));
-}
-
-void TankRun::AdvanceTank(size_t tank, double days) {
-  while (days > kTimeTolerance) days -= StepTank(tank, days);
 }
 
 TankFlow TankRun::FlowOf(size_t tank, double pressure) const {

@@ -33,7 +33,6 @@ class TankRun {
   void GoTo(RunMoment moment);
 
  private:
-  void AdvanceTank(size_t tank, double days);
   double StepTank(size_t tank, double longest);
   TankFlow FlowOf(size_t tank, double pressure) const;
 

@@ -103,15 +103,11 @@ void TankSimulator::GoOnAt(double days) {
   if (!states_) throw ResumeRefused("the host names no folder that could hold a state");
   const nlohmann::json state = states_->Take(days);
   try {
-    TakeState(state);
+    run_.GoTo(RunMomentOf(state.at("run")));
+    wellOfSource_ = state.at("sources").get<std::map<std::string, size_t>>();
   } catch (const std::exception& error) {
     throw ResumeRefused(std::string("the state isn't one of this deck: ") + error.what());
   }
-}
-
-void TankSimulator::TakeState(const nlohmann::json& state) {
-  run_.GoTo(RunMomentOf(state.at("run")));
-  wellOfSource_ = state.at("sources").get<std::map<std::string, size_t>>();
 }
 
 RunPosition TankSimulator::Position() const {

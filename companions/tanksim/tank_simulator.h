@@ -47,8 +47,6 @@ class TankSimulator : public ControlledSimulator {
   void Shutdown() override {}
 
  private:
-  void TakeState(const nlohmann::json& state);
-
   Deck deck_;
   TankRun run_;
   WellItems items_;

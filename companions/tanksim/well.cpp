@@ -76,12 +76,6 @@ const WellFlow& Well::Flow() const {
   return flow_;
 }
 
-WellFlow Well::FlowUnder(std::vector<WellLimit> limits) const {
-  Well other = *this;
-  other.SetControllerLimits(std::move(limits));
-  return other.Flow();
-}
-
 WellFlow Well::FlowAt(double tankPressure) const {
   if (now_.status != WellStatus::kOpen) {
     WellFlow shut;

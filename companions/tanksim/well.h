@@ -77,8 +77,6 @@ class Well {
   const WellFlow& Flow() const;
   /// The flow if the tank stood at another pressure; without the tubing.
   WellFlow FlowAt(double tankPressure) const;
-  /// The flow at the present state under other controller's limits.
-  WellFlow FlowUnder(std::vector<WellLimit> limits) const;
 
   /// Adds a flow to what the tank exchanges with its wells in a day, for the time that it is up.
   void AddTo(TankFlow& sum, const WellFlow& flow) const;
