@@ -14,30 +14,21 @@ namespace gantry::toml_reader {
 namespace {
 
 using toml::node;
-using Order = ColumnKey::Order;
 
 int LineOfNode(const node& at) { return static_cast<int>(at.source().begin.line); }
 
-bool IsInOrder(Order order, double before, double after) {
-  switch (order) {
-    case Order::kRising:
-      return after > before;
-    case Order::kNotFalling:
-      return after >= before;
-    case Order::kFalling:
-      return after < before;
-    case Order::kNotRising:
-      return after <= before;
-    case Order::kFree:
-      break;
-  }
-  return true;
-}
-
-std::string_view WordOf(Order order) {
-  static constexpr std::string_view kWords[] = {"", "rise", "not fall", "fall", "not rise"};
-  return kWords[static_cast<size_t>(order)];
-}
+/// What the numbers of a column must do from row to row, by ColumnKey::Order.
+struct OrderRule {
+  std::string_view word;
+  bool (*holds)(double before, double after);
+};
+constexpr OrderRule kOrders[] = {
+    {"", [](double, double) { return true; }},
+    {"rise", [](double before, double after) { return after > before; }},
+    {"not fall", [](double before, double after) { return after >= before; }},
+    {"fall", [](double before, double after) { return after < before; }},
+    {"not rise", [](double before, double after) { return after <= before; }},
+};
 
 template <class... Parts>
 std::string Filled(std::string_view words, const Parts&... parts) {
@@ -316,9 +307,10 @@ void DescribedTable::ReadColumns(std::string_view key, size_t leastRows,
       const ColumnKey& column = columns[i];
       std::vector<double>& values = *column.target;
       const double value = node_->InField(node_->Finite(cells[i], column.name), column.quantity);
-      if (!values.empty() && !IsInOrder(column.order, values.back(), value)) {
+      const OrderRule& order = kOrders[static_cast<size_t>(column.order)];
+      if (!values.empty() && !order.holds(values.back(), value)) {
         Node::Fail(cells[i], fmt::format("the {} of '{}' must {} from row to row", column.name, key,
-                                         WordOf(column.order)));
+                                         order.word));
       }
       if (value < 0.0) {
         Node::Fail(cells[i], fmt::format("the {} of '{}' is below zero", column.name, key));
