@@ -133,7 +133,7 @@ class SolveAgain : public RunListener {
       const bool isProducer = spec.Kind() == WellKind::kProducer;
       NetworkWell& well = wells.emplace_back(spec, InflowCurve(record.wells[i].inflow, isProducer));
       well.tubing = model_.TubingOf(spec);
-      well.manifoldPressure = model_.ManifoldPressureOf(spec);
+      well.manifoldPressure = spec.manifoldPressure.value_or(*model_.network.manifoldPressure);
       well.gravities = record.wells[i].gravities;
     }
     if (useTables) tables_.Assign(wells);

@@ -24,10 +24,6 @@ const TubingSpec* CaseModel::TubingOf(const WellSpec& well) const {
   return found == tubings.end() ? nullptr : &*found;
 }
 
-double CaseModel::ManifoldPressureOf(const WellSpec& well) const {
-  return well.manifoldPressure.value_or(network.manifoldPressure.value_or(0));
-}
-
 std::vector<std::string> CaseModel::WellsOf(const EventSpec& event) const {
   if (!event.well.empty()) return {event.well};
   if (!event.wells.empty()) return event.wells;

@@ -161,7 +161,6 @@ struct CaseModel {
   UnitSystem Units() const { return static_cast<UnitSystem>(general.units); }
   /// Null for a well without a tubing.
   const TubingSpec* TubingOf(const WellSpec& well) const;
-  double ManifoldPressureOf(const WellSpec& well) const;
   /// The wells that an event is about; those of its group, or all, that are connected.
   std::vector<std::string> WellsOf(const EventSpec& event) const;
   [[noreturn]] void Fail(int line, const std::string& reason) const;

@@ -77,8 +77,6 @@ const Measure& MeasureNamed(const CaseModel& model, int line, const std::string&
 
 }  // namespace
 
-std::span<const Measure> Measures() { return kMeasures; }
-
 const Measure* FindMeasure(std::string_view name) {
   const auto* const found = std::ranges::find(kMeasures, name, &Measure::name);
   return found == std::end(kMeasures) ? nullptr : found;

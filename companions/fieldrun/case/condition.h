@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -25,7 +24,6 @@ struct Measure {
   bool isOfWell = false;  ///< of a single well alone
 };
 
-std::span<const Measure> Measures();
 /// Null for a name that nothing has.
 const Measure* FindMeasure(std::string_view name);
 
