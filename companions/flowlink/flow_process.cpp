@@ -106,14 +106,9 @@ FlowProcess::~FlowProcess() {
 
 bool FlowProcess::WriteLine(const std::string& line) {
   const std::string text = line + "\n";
-  for (size_t sent = 0; sent < text.size();) {
-    const ssize_t part = platform::WithoutInterrupts([&] {
-      return ::send(socket_.Number(), text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-    });
-    if (part < 0) return false;
-    sent += static_cast<size_t>(part);
-  }
-  return true;
+  return platform::MoveAll(text.data(), text.size(), [this](const char* next, size_t left) {
+    return ::send(socket_.Number(), next, left, MSG_NOSIGNAL);
+  });
 }
 
 bool FlowProcess::ReadLine(std::string& line) {

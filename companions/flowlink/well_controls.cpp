@@ -1,6 +1,7 @@
 #include "flowlink/well_controls.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <set>
 
@@ -33,18 +34,14 @@ constexpr Limit kProducerLimits[] = {
     {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
     {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
 };
-constexpr Limit kWaterInjectorLimits[] = {
-    {words::kWaterInjectionRate, "RATE", "water_rate", "surf_inj_rate"},
-    {words::kReservoirInjectionRate, "RESV", "reservoir_rate", "resv_inj_rate"},
-    {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
-    {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
-};
-constexpr Limit kGasInjectorLimits[] = {
-    {words::kGasInjectionRate, "RATE", "gas_rate", "surf_inj_rate"},
-    {words::kReservoirInjectionRate, "RESV", "reservoir_rate", "resv_inj_rate"},
-    {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
-    {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"},
-};
+constexpr std::array<Limit, 4> InjectorLimits(std::string_view rate, std::string_view keptAs) {
+  return {{{rate, "RATE", keptAs, "surf_inj_rate"},
+           {words::kReservoirInjectionRate, "RESV", "reservoir_rate", "resv_inj_rate"},
+           {words::kBottomHolePressure, "BHP", "bottom_hole_pressure", "bhp_target"},
+           {words::kTubingHeadPressure, "THP", "tubing_head_pressure", "thp_target"}}};
+}
+constexpr auto kWaterInjectorLimits = InjectorLimits(words::kWaterInjectionRate, "water_rate");
+constexpr auto kGasInjectorLimits = InjectorLimits(words::kGasInjectionRate, "gas_rate");
 
 std::span<const Limit> LimitsOf(WellType kind) {
   if (kind == WellType::kProducer) return kProducerLimits;

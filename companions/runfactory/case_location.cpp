@@ -11,6 +11,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "platform/text.h"
+
 namespace gantry::cluster {
 
 namespace {
@@ -32,13 +34,8 @@ bool IsWindowsPath(std::string_view path) {
 }
 
 bool SameCharacter(char a, char b, bool isWindows) {
-  if (a == b) return true;
-  if (!isWindows) return false;
-  if (IsSeparator(a) && IsSeparator(b)) return true;
-  const auto lower = [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
-  };
-  return lower(a) == lower(b);
+  if (!isWindows) return a == b;
+  return platform::EqualNoCase({&a, 1}, {&b, 1}) || (IsSeparator(a) && IsSeparator(b));
 }
 
 std::string_view WithoutClosingSeparators(std::string_view path) {

@@ -81,12 +81,11 @@ std::span<const std::byte> DriverConnection::Receive() {
 }
 
 void DriverConnection::SendAll(std::span<const std::byte> bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = platform::WithoutInterrupts(
-        [&] { return ::send(socket_.Number(), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
-    if (count < 0) throw DriverBroken(std::string("cannot send to it: ") + std::strerror(errno));
-    bytes = bytes.subspan(static_cast<size_t>(count));
-  }
+  const auto send = [this](const std::byte* next, size_t left) {
+    return ::send(socket_.Number(), next, left, MSG_NOSIGNAL);
+  };
+  if (platform::MoveAll(bytes.data(), bytes.size(), send)) return;
+  throw DriverBroken(std::string("cannot send to it: ") + std::strerror(errno));
 }
 
 size_t DriverConnection::ReceiveSome(std::span<std::byte> bytes) {

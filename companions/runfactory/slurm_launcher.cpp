@@ -3,6 +3,8 @@
 #include <chrono>
 #include <thread>
 
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <fcntl.h>
 
 #include "runfactory/launcher.h"
@@ -19,9 +21,7 @@ constexpr int kPatienceRounds = 10;
 constexpr int kCancelRounds = 60;
 
 std::string Trimmed(const std::string& text) {
-  const size_t begin = text.find_first_not_of(" \n");
-  if (begin == std::string::npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \n") - begin + 1);
+  return boost::algorithm::trim_copy_if(text, boost::algorithm::is_any_of(" \n"));
 }
 
 std::string FindCommand(const std::string& name) {

@@ -8,8 +8,8 @@ namespace gantry::fieldrun {
 
 template <class Function>
 void ModuleApi::Bind(Function*& function, const char* name) {
-  function = reinterpret_cast<Function*>(library_->Symbol(name));
-  if (function == nullptr) missing_ += (missing_.empty() ? "" : ", ") + std::string(name);
+  if (library_->Bind(function, name)) return;
+  missing_ += (missing_.empty() ? "" : ", ") + std::string(name);
 }
 
 ModuleApi::ModuleApi(std::unique_ptr<platform::DynamicLibrary> library)

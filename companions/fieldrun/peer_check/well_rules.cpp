@@ -8,6 +8,7 @@
 #include "client/inflow_sweep.h"
 #include "client/item_names.h"
 #include "client/words.h"
+#include "described_toml/calendar.h"
 #include "fieldrun/peer_check/well_talk.h"
 
 // What a controller asks of wells and orders, and a step.
@@ -224,11 +225,8 @@ void CheckLastRung(CheckedSession& session) {
   }
 }
 
-double DayOf(const std::array<int32_t, 6>& date) {
-  const std::chrono::year_month_day day{std::chrono::year{date[0]},
-                                        std::chrono::month{static_cast<unsigned>(date[1])},
-                                        std::chrono::day{static_cast<unsigned>(date[2])}};
-  return static_cast<double>(std::chrono::sys_days{day}.time_since_epoch().count());
+int DayOf(const std::array<int32_t, 6>& date) {
+  return toml_reader::DayNumber({date[0], date[1], date[2]});
 }
 
 void CheckStep(CheckedSession& session) {

@@ -25,9 +25,9 @@ std::string DialogFault(const ModuleApi& api) {
   const auto library = platform::DynamicLibrary::Open(
       folder + platform::LibraryFileName("IntersectDialogs"), &reason);
   if (library == nullptr) return reason;
-  const auto open =
-      reinterpret_cast<platform::OpenDialogToolkit*>(library->Symbol(platform::kOpenDialogToolkit));
-  if (open != nullptr && open(platform::kDialogToolkitVersion) != nullptr) return {};
+  platform::OpenDialogToolkit* open = nullptr;
+  const bool isThere = library->Bind(open, platform::kOpenDialogToolkit);
+  if (isThere && open(platform::kDialogToolkitVersion) != nullptr) return {};
   return folder + platform::ProgramFileName("IntersectDialogs") +
          " is missing, or isn't of the module's version";
 }
