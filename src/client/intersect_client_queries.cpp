@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 #include "client/argument_check.h"
 #include "client/intersect_client.h"
@@ -26,60 +27,57 @@ std::string ReadOneString(IncomingMessage& reply, std::string_view name) {
   return std::move(reply.ReadStrings(name, 1).front());
 }
 
-/// How a well's row of the reply to a query of wells is expected to look. What differs takes the
-/// way of any entry, which tells what is wrong with it.
+/// The rows of a reply up to the first whose well isn't that of the last reply in its place, or
+/// whose form isn't: how many.
 template <class T>
-class WellRowReader {
- public:
-  WellRowReader(IncomingMessage& reply, uint64_t valueCount)
-      : reply_(reply),
-        valueCount_(valueCount),
-        name_("WELLNAME", 1, HeaderType::CSTR),
-        values_("VALUES", valueCount, kValues) {}
-
-  /// The name of the next well; none behind the last.
-  std::optional<std::string_view> NextName() {
-    if (reply_.SkipHeader(name_)) return reply_.ReadText();
-    const Header header = reply_.ReadHeader();
-    if (IsEnd(header)) return std::nullopt;
-    IncomingMessage::CheckNameAndCount(header, "WELLNAME", 1);
-    return reply_.ReadText(header);
+size_t ReadKnownRows(IncomingMessage& reply, WellAnswer<T>& answer) {
+  const RowTable<std::byte>& heads = answer.heads;
+  size_t row = 0;
+  for (; row < heads.RowCount() && reply.Skip(heads[row]); ++row) {
+    reply.ReadElements(answer.values.Append());
   }
+  return row;
+}
 
-  void ReadValues(EvenRows<T>& rows) {
-    if (!reply_.SkipHeader(values_)) {
-      IncomingMessage::CheckHeader(reply_.ReadHeader(), "VALUES", valueCount_, kValues);
-    }
-    reply_.ReadElements(rows.Append());
-  }
+/// The name of the next well, and the header of its values; none behind the last.
+std::optional<std::string_view> ReadRowHead(IncomingMessage& reply, const Header& values) {
+  const Header header = reply.ReadHeader();
+  if (IsEnd(header)) return std::nullopt;
+  IncomingMessage::CheckNameAndCount(header, "WELLNAME", 1);
+  const std::string_view name = reply.ReadText(header);
+  IncomingMessage::CheckHeader(reply.ReadHeader(), values.name, values.count, values.type);
+  return name;
+}
 
- private:
-  static constexpr HeaderType kValues =
-      std::is_same_v<T, double> ? HeaderType::DOUB : HeaderType::CSTR;
-
-  IncomingMessage& reply_;
-  const uint64_t valueCount_;
-  const EncodedHeader name_;
-  const EncodedHeader values_;
-};
+template <class T>
+void NameRow(size_t row, std::string_view name, WellAnswer<T>& answer) {
+  if (row < answer.wells.size() && answer.wells[row] == name) return;
+  answer.wells.resize(std::max(answer.wells.size(), row + 1));
+  answer.wells[row].assign(name);
+  answer.sameWells = false;
+}
 
 /// The wells of a reply, each with its row, over those that stood in the answer.
 template <class T>
 void ReadWellRows(IncomingMessage& reply, WellAnswer<T>& answer) {
-  WellRowReader<T> rows(reply, answer.items.size());
-  size_t count = 0;
-  while (const std::optional<std::string_view> name = rows.NextName()) {
-    const bool isKnown = count < answer.wells.size() && answer.wells[count] == *name;
-    if (!isKnown) {
-      answer.wells.resize(std::max(answer.wells.size(), count + 1));
-      answer.wells[count].assign(*name);
-      answer.sameWells = false;
-    }
-    ++count;
-    rows.ReadValues(answer.values);
+  constexpr bool kIsNumber = std::is_same_v<T, double>;
+  const Header values = {"VALUES", answer.items.size(),
+                         kIsNumber ? HeaderType::DOUB : HeaderType::CSTR};
+  if (std::exchange(answer.itemsInHeads, values.count) != values.count) answer.heads.Clear();
+  size_t row = ReadKnownRows(reply, answer);
+  answer.heads.Keep(row);
+  for (;; ++row) {
+    const std::span<const std::byte> rest = reply.Rest();
+    const std::optional<std::string_view> name = ReadRowHead(reply, values);
+    if (!name) break;
+    const auto head = rest.first(rest.size() - reply.Rest().size());
+    answer.heads.Flat().insert(answer.heads.Flat().end(), head.begin(), head.end());
+    answer.heads.EndRow();
+    NameRow(row, *name, answer);
+    reply.ReadElements(answer.values.Append());
   }
-  if (count != answer.wells.size()) answer.sameWells = false;
-  answer.wells.resize(count);
+  if (row != answer.wells.size()) answer.sameWells = false;
+  answer.wells.resize(row);
 }
 
 /// A row of "VALUES" of any length.
@@ -160,6 +158,7 @@ void IntersectClientBase::ReadWells(WellAnswer<T>& answer) {
   if (IsEnd(header)) {
     answer.sameWells = answer.wells.empty();
     answer.wells.clear();
+    answer.heads.Clear();
     answer.values.Begin(0);
   } else {
     IncomingMessage::CheckNameAndCount(header, "QITEMS", header.count);

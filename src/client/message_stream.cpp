@@ -73,12 +73,6 @@ void PutString(std::byte*& target, std::string_view value) {
 
 }  // namespace
 
-EncodedHeader::EncodedHeader(std::string_view name, uint64_t count, HeaderType type)
-    : bytes_(SizeOfHeader(name)) {
-  std::byte* target = bytes_.data();
-  PutHeader(target, name, count, type);
-}
-
 OutgoingMessage MessageStream::CreateOutgoingMessage() {
   if (size_ != 0) {
     throw std::logic_error(

@@ -25,16 +25,6 @@ struct Header {
   bool operator==(const Header&) const = default;
 };
 
-/// A header as it stands on the wire, to be held against what comes.
-class EncodedHeader {
- public:
-  EncodedHeader(std::string_view name, uint64_t count, HeaderType type);
-  std::span<const std::byte> Bytes() const { return bytes_; }
-
- private:
-  std::vector<std::byte> bytes_;
-};
-
 class EncodedMessage;
 class OutgoingMessage;
 class IncomingMessage;
@@ -130,15 +120,16 @@ class IncomingMessage {
   explicit IncomingMessage(MessageStream& stream) : stream_(&stream) {}
 
   Header ReadHeader();
-  /// Steps over this header where it is the next. Else nothing is read: the header may be another,
-  /// or none at all.
-  bool SkipHeader(const EncodedHeader& header) {
-    const std::span<const std::byte> bytes = header.Bytes();
+  /// Steps over these bytes where they are the next. Else nothing is read: there may be others, or
+  /// none at all.
+  bool Skip(std::span<const std::byte> bytes) {
     if (bytes.size() > Rest().size()) return false;
     if (std::memcmp(Rest().data(), bytes.data(), bytes.size()) != 0) return false;
     position_ += bytes.size();
     return true;
   }
+  /// What is left of the message.
+  std::span<const std::byte> Rest() const { return stream_->Composed().subspan(position_); }
   static void CheckHeader(const Header& header, std::string_view name, uint64_t count,
                           HeaderType type) {
     if (header.name != name || header.count != count || header.type != type) {
@@ -164,8 +155,7 @@ class IncomingMessage {
   void AppendStrings(const Header& header, std::vector<std::string>& values);
   /// The one string behind a header whose count is known to be 1, as a view into the message.
   std::string_view ReadText(const Header& header);
-  /// The same behind a header that is known whole, and as many elements as such a one tells.
-  std::string_view ReadText() { return TakeText(); }
+  /// As many elements as a header tells that is known whole.
   void ReadElements(std::span<double> values) { TakeElements(values.size(), values.data()); }
   void ReadElements(std::span<std::string> values);
 
@@ -178,7 +168,6 @@ class IncomingMessage {
   [[noreturn]] static void FailHeader(const Header& received, const Header& expected);
   [[noreturn]] static void FailNameAndCount(const Header& received, std::string_view name,
                                             uint64_t count);
-  std::span<const std::byte> Rest() const { return stream_->Composed().subspan(position_); }
   void RequireElements(uint64_t count, uint64_t leastSize) const;
   std::string_view TakeView(uint64_t length) {
     if (length > Rest().size()) FailShort();

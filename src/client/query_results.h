@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -28,11 +29,12 @@ class RowTable {
   void EndRows(size_t rows, size_t length) {
     for (size_t row = rows; row > 0; --row) ends_.push_back(flat_.size() - (row - 1) * length);
   }
-  /// Drops the rows and keeps their storage.
-  void Clear() {
-    flat_.clear();
-    ends_.clear();
+  /// Drops the rows behind the first ones, and keeps the storage of all.
+  void Keep(size_t rows) {
+    flat_.resize(rows == 0 ? 0 : ends_[rows - 1]);
+    ends_.resize(rows);
   }
+  void Clear() { Keep(0); }
 
  private:
   std::vector<T> flat_;
@@ -75,6 +77,10 @@ struct WellAnswer {
   EvenRows<T> values;
   /// The wells are those that stood here before the answer, in their order.
   bool sameWells = false;
+  /// For each well the bytes of the message ahead of its values, to be held against those of the
+  /// next; they tell of `itemsInHeads` values.
+  RowTable<std::byte> heads;
+  size_t itemsInHeads = 0;
 };
 using WellQueryResult = WellAnswer<double>;
 using WellQueryStringResult = WellAnswer<std::string>;
