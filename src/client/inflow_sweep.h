@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <functional>
 #include <vector>
 
 #include "client/connector_records.h"
@@ -19,7 +18,8 @@ inline constexpr int kSweepRungs = 10;
 struct InflowRequest {
   int32_t componentCount = 0;
   bool useBottomHolePressure = true;
-  double skewness = 1.0;  ///< above 1 packs the points towards low rates
+  double skewness = 1.0;       ///< above 1 packs the points towards low rates
+  bool inDriverUnits = false;  ///< what the points are told in; else the simulator's units
 };
 
 /// What the ladder leaves of a well's rates after so many rungs.
@@ -42,6 +42,7 @@ struct Ladder {
 struct InflowWorkspace {
   Strings wells;  ///< those of the requests
   Strings items;
+  EncodedMessage opening;
   EncodedMessage typesQuery;
   EncodedMessage query;
   EncodedConstraints constraints;  ///< of the next rung
@@ -59,17 +60,12 @@ struct InflowWorkspace {
   std::array<EvenRows<double>, kSweepRungs> rungs;
 };
 
-/// What is to be done with a record once it has its points, while these are in the processor's
-/// cache.
-using RecordWork = std::function<void(ConnectorWellRecord&)>;
-
 /// Measures the inflow of `wells`: opens them, forces each through a ladder of ten rate constraints
-/// while the simulator stands still, and appends ten raw points (the simulator's units) to the
-/// record of its name. `units` are those of the simulator, for the rates that the ladder starts
-/// from. The constraints of the last rung stay in force.
+/// while the simulator stands still, and appends ten points to the record of its name. `units` are
+/// those of the simulator. The constraints of the last rung stay in force.
 /// Throws runtime_error for answers of the right form with the wrong content.
 void MeasureInflow(IntersectClientBase& client, const UnitConverter& units, const Strings& wells,
                    const InflowRequest& request, InflowWorkspace& workspace,
-                   std::vector<ConnectorWellRecord>& records, const RecordWork& finish = {});
+                   std::vector<ConnectorWellRecord>& records);
 
 }  // namespace gantry

@@ -92,6 +92,10 @@ class IntersectClientBase {
   void set_constraints_for_wells(const EncodedConstraints& constraints);
   void set_status_for_wells(const Strings& wells, const Strings& statuses,
                             const std::string& closure);
+  /// The same for a caller that sends it time and again.
+  void encode_status_for_wells(const Strings& wells, const Strings& statuses,
+                               const std::string& closure, EncodedMessage& message);
+  void set_status_for_wells(const EncodedMessage& message);
   void set_uptime_fractions_for_wells(const Strings& wells, const Doubles& fractions);
 
   AlgorithmicPosition position() const { return position_; }
@@ -106,6 +110,8 @@ class IntersectClientBase {
 
   /// A message of the "SET" family, its name already appended.
   OutgoingMessage BeginSetter(std::string_view name);
+  OutgoingMessage BeginStatus(const Strings& wells, const Strings& statuses,
+                              const std::string& closure);
   void SendAndAwaitReady(OutgoingMessage message);
   /// Sends a message whose answer is a reply of its own, and receives that reply up to its content.
   IncomingMessage Ask(OutgoingMessage message);

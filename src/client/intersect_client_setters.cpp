@@ -86,14 +86,30 @@ void IntersectClientBase::set_constraints_for_wells(const EncodedConstraints& co
   receive_ready();
 }
 
+OutgoingMessage IntersectClientBase::BeginStatus(const Strings& wells, const Strings& statuses,
+                                                 const std::string& closure) {
+  CheckSizes("set_status_for_wells", {1, wells.size()}, {2, statuses.size()});
+  return BeginSetter("SETWSTATUS")
+      .AppendString("WCLOSURE", closure)
+      .AppendString("SETITEM", words::kStatus)
+      .AppendStrings("WELNAMES", wells)
+      .AppendStrings("VALUES", statuses);
+}
+
 void IntersectClientBase::set_status_for_wells(const Strings& wells, const Strings& statuses,
                                                const std::string& closure) {
-  CheckSizes("set_status_for_wells", {1, wells.size()}, {2, statuses.size()});
-  SendAndAwaitReady(BeginSetter("SETWSTATUS")
-                        .AppendString("WCLOSURE", closure)
-                        .AppendString("SETITEM", words::kStatus)
-                        .AppendStrings("WELNAMES", wells)
-                        .AppendStrings("VALUES", statuses));
+  SendAndAwaitReady(BeginStatus(wells, statuses, closure));
+}
+
+void IntersectClientBase::encode_status_for_wells(const Strings& wells, const Strings& statuses,
+                                                  const std::string& closure,
+                                                  EncodedMessage& message) {
+  BeginStatus(wells, statuses, closure).AppendMarker("END").KeepAs(message);
+}
+
+void IntersectClientBase::set_status_for_wells(const EncodedMessage& message) {
+  stream_.Send(message);
+  receive_ready();
 }
 
 void IntersectClientBase::set_uptime_fractions_for_wells(const Strings& wells,

@@ -86,13 +86,11 @@ void CExtConnectorLocalBase::GetWellIPRData(int32_t componentCount, const String
                                             std::vector<ConnectorWellRecord>& records,
                                             bool useBottomHolePressure, double skewness) {
   if (wells.empty()) return;
-  MeasureInflow(Client(), *unitConverter, wells, {componentCount, useBottomHolePressure, skewness},
-                inflowWorkspace_, records, [this](ConnectorWellRecord& record) {
-                  for (const InflowField& list : kInflowFields) {
-                    const auto points = std::span(record.*list.field).last(kSweepRungs);
-                    unitConverter->FromSimulator(points, list.code);
-                  }
-                });
+  const InflowRequest request = {.componentCount = componentCount,
+                                 .useBottomHolePressure = useBottomHolePressure,
+                                 .skewness = skewness,
+                                 .inDriverUnits = true};
+  MeasureInflow(Client(), *unitConverter, wells, request, inflowWorkspace_, records);
 }
 
 void CExtConnectorLocalBase::GetWellVariables(const std::string& well, const Strings& items,
@@ -114,13 +112,23 @@ void CExtConnectorLocalBase::SetWellConstraints(const Strings& wells,
   if (items.size() != wells.size() || !HaveSizesOf(items, values) || !HaveSizesOf(items, codes)) {
     throw std::runtime_error("Incorrect argument dimensions passed to SetWellConstraints");
   }
-  convertedValues_ = values;
+  EncodeConstraints(wells, items);
   for (size_t i = 0; i < values.size(); ++i) {
     for (size_t j = 0; j < values[i].size(); ++j) {
-      convertedValues_[i][j] = unitConverter->ToSimulator(values[i][j], codes[i][j]);
+      constraints_.message.Set(i, j, unitConverter->ToSimulator(values[i][j], codes[i][j]));
     }
   }
-  SetConstraintsOfWells(Client(), wells, items, convertedValues_);
+  Client().set_constraints_for_wells(constraints_.message);
+}
+
+void CExtConnectorLocalBase::EncodeConstraints(const Strings& wells,
+                                               const std::vector<Strings>& items) {
+  if (constraints_.wells == wells && constraints_.items == items) return;
+  KeptConstraints fresh = {wells, items, {}};
+  std::vector<const Strings*> lists;
+  for (const Strings& list : fresh.items) lists.push_back(&list);
+  Client().encode_user_constraints(wells, lists, fresh.message);
+  constraints_ = std::move(fresh);
 }
 
 }  // namespace gantry

@@ -64,6 +64,15 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   IntersectClientBase& Client();
 
  private:
+  /// The constraints that were sent last: most steps change their values alone.
+  struct KeptConstraints {
+    Strings wells;
+    std::vector<Strings> items;
+    EncodedConstraints message;
+  };
+
+  /// Has a message for these constraints in `constraints_`, whatever their values.
+  void EncodeConstraints(const Strings& wells, const std::vector<Strings>& items);
   void RenewWellData(const Strings& wells, std::vector<ConnectorWellRecord>& records) override;
   /// The wells' data in the driver's units, from the place `begin` of the records on.
   void ReadWellData(const Strings& wells, size_t begin, std::vector<ConnectorWellRecord>& records);
@@ -76,7 +85,7 @@ class CExtConnectorLocalBase : public CExtConnectorBase {
   std::unique_ptr<IntersectClientBase> client_;
   WellDataWorkspace wellDataWorkspace_;
   InflowWorkspace inflowWorkspace_;
-  std::vector<Doubles> convertedValues_;  ///< of the last constraints; only for its storage
+  KeptConstraints constraints_;
 };
 
 }  // namespace gantry

@@ -58,13 +58,13 @@ double UnitConverter::ToSimulator(double value, int32_t code) const {
 void UnitConverter::FromSimulator(std::span<double> values, int32_t code) const {
   const UnitScale* scale = ScaleOf(code);
   if (scale == nullptr) return;
-  for (double& value : values) value = value / scale->factor - scale->offset;
+  for (double& value : values) value = gantry::FromSimulator(value, *scale);
 }
 
 void UnitConverter::ToSimulator(std::span<double> values, int32_t code) const {
   const UnitScale* scale = ScaleOf(code);
   if (scale == nullptr) return;
-  for (double& value : values) value = (value + scale->offset) * scale->factor;
+  for (double& value : values) value = gantry::ToSimulator(value, *scale);
 }
 
 }  // namespace gantry

@@ -12,6 +12,16 @@ struct UnitScale {
   double factor;
 };
 
+inline constexpr UnitScale kSameUnit = {0.0, 1.0};
+
+inline double FromSimulator(double value, const UnitScale& scale) {
+  return value / scale.factor - scale.offset;
+}
+
+inline double ToSimulator(double value, const UnitScale& scale) {
+  return (value + scale.offset) * scale.factor;
+}
+
 /// One unit family: its name, the host's code of its "User" variable, and its scales.
 struct UnitFamily {
   const char* name;
@@ -60,11 +70,10 @@ class UnitConverter {
   double ToSimulator(double value, int32_t code) const;
   void FromSimulator(std::span<double> values, int32_t code) const;
   void ToSimulator(std::span<double> values, int32_t code) const;
-
- private:
   /// Null for a code outside the table.
   const UnitScale* ScaleOf(int32_t code) const;
 
+ private:
   bool isMetric_;
 };
 
