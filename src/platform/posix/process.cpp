@@ -57,16 +57,16 @@ bool OpenChannel(Channel& channel) {
 
 template <class Value>
 bool Send(const Descriptor& end, const Value& value) {
-  const ssize_t sent =
-      WithoutInterrupts([&] { return ::send(end.Number(), &value, sizeof value, MSG_NOSIGNAL); });
-  return sent == ssize_t{sizeof value};
+  return MoveAll(reinterpret_cast<const char*>(&value), sizeof value,
+                 [&](const char* next, size_t left) {
+                   return ::send(end.Number(), next, left, MSG_NOSIGNAL);
+                 });
 }
 
 template <class Value>
 bool Receive(const Descriptor& end, Value& value) {
-  const ssize_t got =
-      WithoutInterrupts([&] { return ::recv(end.Number(), &value, sizeof value, 0); });
-  return got == ssize_t{sizeof value};
+  return MoveAll(reinterpret_cast<char*>(&value), sizeof value,
+                 [&](char* next, size_t left) { return ::recv(end.Number(), next, left, 0); });
 }
 
 /// What the new process needs, made ready before the fork: between the fork and the program only
