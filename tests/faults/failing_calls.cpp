@@ -1,6 +1,7 @@
 // Preloaded into a program, this makes the n-th call of one family fail, and counts the family's
 // calls until then. The variables that say which: sweep.py, `plan_of`.
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
@@ -9,12 +10,14 @@
 #include <new>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/signalfd.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -93,6 +96,24 @@ Call* Next(const char* name) {
   return reinterpret_cast<Call*>(::dlsym(RTLD_NEXT, name));
 }
 
+/// The first half of what a message's parts hold.
+struct HalfMessage {
+  explicit HalfMessage(const msghdr& whole)
+      : parts(whole.msg_iov, whole.msg_iov + whole.msg_iovlen), header(whole) {
+    size_t left = 1;
+    for (const iovec& part : parts) left += part.iov_len;
+    left /= 2;
+    for (iovec& part : parts) {
+      part.iov_len = std::min(part.iov_len, left);
+      left -= part.iov_len;
+    }
+    header.msg_iov = parts.data();
+  }
+
+  std::vector<iovec> parts;
+  msghdr header;
+};
+
 }  // namespace
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))
@@ -118,6 +139,19 @@ Call* Next(const char* name) {
     if (error == 0 || error == kHalf) return real arguments;                                \
     errno = error;                                                                          \
     return -1;                                                                              \
+  }
+
+/// One that moves the parts of a message.
+#define MESSAGE(family, name)                                                                   \
+  EXPORTED ssize_t Failing_##name(int socket, const msghdr* message, int flags) __asm__(#name); \
+  ssize_t Failing_##name(int socket, const msghdr* message, int flags) {                        \
+    static const auto real = Next<ssize_t(int, const msghdr*, int)>(#name);                     \
+    const int error = ThePlan().Next(family);                                                   \
+    if (error == 0) return real(socket, message, flags);                                        \
+    const HalfMessage half(*message);                                                           \
+    if (error == kHalf) return real(socket, &half.header, flags);                               \
+    errno = error;                                                                              \
+    return -1;                                                                                  \
   }
 
 #define AND_FLAGS , int flags
@@ -159,11 +193,9 @@ CALL("connect", int, connect, (int socket, const void* address, unsigned size),
      (socket, address, size),
      (error == EINTR && real(socket, address, size) == 0 ? errno = EINTR : 0, -1))
 TRANSFER("send", send, const void*, AND_FLAGS, (file, bytes, size, flags))
-CALL("send", ssize_t, sendmsg, (int socket, const void* message, int flags),
-     (socket, message, flags), -1)
+MESSAGE("send", sendmsg)
 TRANSFER("receive", recv, void*, AND_FLAGS, (file, bytes, size, flags))
-CALL("receive", ssize_t, recvmsg, (int socket, void* message, int flags), (socket, message, flags),
-     -1)
+MESSAGE("receive", recvmsg)
 CALL("accept", int, accept, (int socket, void* address, void* size), (socket, address, size), -1)
 CALL("accept", int, accept4, (int socket, void* address, void* size, int flags),
      (socket, address, size, flags), -1)
