@@ -37,21 +37,25 @@ struct GeneralSpec : Located {
   std::string output;  ///< folder of the results
 };
 
+/// The places of the words in a case file, which are the driver's numbers too.
+enum Connection : int { kLocalComputer, kCluster };
+enum InflowModel : int { kBlockPressure, kDrainageRegion };
+
 struct SimulatorSpec : Located {
   std::string deck;
   std::string executable;
-  int connection = 0;  ///< 0 this machine, 1 a cluster
+  int connection = kLocalComputer;
   std::string headNode;
   int headNodePort = 7777;
   int clusterVersion = 100000;
   int parallel = 1;
-  int inflowModel = 1;  ///< 0 block pressure, 1 drainage region
+  int inflowModel = kDrainageRegion;
   bool closeUnconnectedWells = false;
   bool standardLog = false;
   std::string label;
   std::string storeFile;
 
-  bool IsOnCluster() const { return connection == 1; }
+  bool IsOnCluster() const { return connection == kCluster; }
 };
 
 struct TimeSpec : Located {
