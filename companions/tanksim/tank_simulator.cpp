@@ -6,6 +6,7 @@
 
 #include "described_toml/calendar.h"
 #include "platform/text.h"
+#include "simulator_side/well_words.h"
 #include "tanksim/moment_text.h"
 
 namespace gantry::simulator {
@@ -128,9 +129,9 @@ double TankSimulator::WellNumber(size_t well, size_t item) {
 
 InflowTable TankSimulator::MeasureInflow(size_t well, std::string_view pressureType,
                                          int32_t pointCount, double skewness) {
-  static const Strings kItems = {"OIL_PRODUCTION_RATE", "GAS_PRODUCTION_RATE",
-                                 "WATER_PRODUCTION_RATE", "WATER_INJECTION_RATE",
-                                 "GAS_INJECTION_RATE"};
+  static const Strings kItems = {words::kOilProductionRate, words::kGasProductionRate,
+                                 words::kWaterProductionRate, words::kWaterInjectionRate,
+                                 words::kGasInjectionRate};
   if (pointCount < 0 || pointCount > 10000) {
     throw RequestRefused("An inflow table can't have " + std::to_string(pointCount) + " points");
   }

@@ -15,8 +15,6 @@ constexpr double kLeastGravity = 0.1;
 constexpr double kDefaultOilGravity = 0.8;
 constexpr double kDefaultWaterGravity = 1.0;
 
-constexpr double kCubicFeetOfBarrel = 5.615;
-
 double UsableGravity(double gravity, double otherwise) {
   return gravity >= kLeastGravity ? gravity : otherwise;
 }

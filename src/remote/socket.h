@@ -46,7 +46,7 @@ class Socket {
   /// Takes over an accepted connection.
   explicit Socket(platform::SocketHandle handle);
   Socket(const Socket& other);
-  /// Shares the other's connection. What this object held before is not released: kept as it is.
+  /// Shares the other's connection. What this object held before isn't released.
   Socket& operator=(const Socket& other);
   virtual ~Socket();
 

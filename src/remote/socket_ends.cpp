@@ -46,7 +46,8 @@ SocketClient::SocketClient(const std::string& host, uint16_t port, int32_t timeL
   FinishConnect(timeLimitSeconds);
 }
 
-/// An answer of either kind counts as connected, a refusal included: kept as it is.
+/// An answer of either kind counts as connected, a refusal included: the first transfer tells of
+/// it.
 void SocketClient::FinishConnect(int32_t timeLimitSeconds) {
   const int ready = Sockets().Select(Handle(), true, timeLimitSeconds);
   if (ready == kSocketError) {
@@ -60,8 +61,7 @@ void SocketClient::FinishConnect(int32_t timeLimitSeconds) {
   Sockets().SetBlocking(Handle(), true);
 }
 
-/// The base has opened a socket already; a second one takes its place and the first stays open.
-/// Kept as it is.
+/// The base has opened a socket already; a second one takes its place, and the first stays open.
 SocketServer::SocketServer(uint16_t port, int32_t backlog) {
   const SocketHandle listener = Sockets().OpenTcp();
   if (listener == kInvalidSocket) throw "INVALID_SOCKET";

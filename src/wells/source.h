@@ -12,10 +12,11 @@
 namespace gantry {
 
 /// In the driver's units: densities of air and water at standard conditions in pounds per cubic
-/// foot, and the cubic feet of a gas rate's million.
+/// foot, and the cubic feet of a gas rate's million and of a barrel.
 inline constexpr double kAirDensity = 0.0763;
 inline constexpr double kWaterDensity = 62.43;
 inline constexpr double kCubicFeetOfMillion = 1000000.0;
+inline constexpr double kCubicFeetOfBarrel = 5.615;
 
 /// The well types, as the simulator reports them.
 enum WellType : int32_t { kProducer = 0, kWaterInjector = 1, kGasInjector = 2, kInjector = 3 };

@@ -11,9 +11,6 @@
 namespace gantry::fieldrun {
 namespace {
 
-constexpr double kWaterDensity = 62.43;        // lb/ft3
-constexpr double kCubicFeetPerBarrel = 5.615;  // ft3/bbl
-constexpr double kScfPerMMscf = 1e6;
 constexpr double kGravity = 32.174;  // lb ft / (lbf s2)
 constexpr int kSegments = 20;
 
@@ -42,17 +39,17 @@ struct Mixture {
 
 Mixture MixAt(const Gravities& gravities, const TubingPlace& place, const Rates& rates,
               double pressure) {
-  const double gas = rates.gas * kScfPerMMscf;
+  const double gas = rates.gas * kCubicFeetOfMillion;
   const double capacity = rates.oil * place.DissolvedGas(gravities, pressure);
   const double dissolved = std::min(gas, capacity);
   const double perBarrel = rates.oil > 0 ? dissolved / rates.oil : 0;
   const double oilFlow =
-      rates.oil * OilVolumeFactor(gravities, perBarrel, place.fahrenheit) * kCubicFeetPerBarrel;
-  const double waterFlow = rates.water * kCubicFeetPerBarrel;
+      rates.oil * OilVolumeFactor(gravities, perBarrel, place.fahrenheit) * kCubicFeetOfBarrel;
+  const double waterFlow = rates.water * kCubicFeetOfBarrel;
   const double gasFlow =
       (gas - dissolved) * 0.02827 * place.GasDeviation(pressure) * place.Rankine() / pressure;
   const double mass = (rates.oil * gravities.oil + rates.water * gravities.water) *
-                          kCubicFeetPerBarrel * kWaterDensity +
+                          kCubicFeetOfBarrel * kWaterDensity +
                       gas * kAirDensity * gravities.gas;
   const double flow = oilFlow + waterFlow + gasFlow;
   const double viscosity =

@@ -63,7 +63,7 @@ class WindowsSockets : public IpSockets<SOCKET> {
     return static_cast<SocketHandle>(accepted);
   }
 
-  // No set for errors: a refused connection runs into the limit. Kept as it is.
+  // No set for errors: a refused connection runs into the limit.
   int Select(SocketHandle socket, bool orWritable, std::optional<int> limitSeconds) override {
     fd_set readable;
     FD_ZERO(&readable);
