@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <span>
 #include <stdexcept>
 #include <utility>
@@ -280,7 +279,9 @@ void Sweep::FindRows() {
   if (std::ranges::find(kept_.replyRows, WellLookup::kMissing) != kept_.replyRows.end()) {
     FailInflow();
   }
-  kept_.inOrder = std::ranges::equal(kept_.replyRows, std::views::iota(size_t{0}, records_.size()));
+  size_t next = 0;
+  kept_.inOrder =
+      std::ranges::all_of(kept_.replyRows, [&next](size_t row) { return row == next++; });
 }
 
 /// The reply as it would be with its rows in the order of the records and its columns in that of
