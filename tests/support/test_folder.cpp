@@ -3,6 +3,7 @@
 #include <fstream>
 #include <random>
 #include <sstream>
+#include <vector>
 
 #include "support/isolation.h"
 
@@ -18,9 +19,14 @@ TestFolder::TestFolder() {
   IsolateSettings(path_);
 }
 
+// Not by `remove_all`: that of Windows never ends where a program that ends renames a file
+// meanwhile.
 TestFolder::~TestFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
+  std::error_code error;
+  std::vector<fs::path> paths = {path_};
+  fs::recursive_directory_iterator entry(path_, error);
+  for (; !error && entry != end(entry); entry.increment(error)) paths.push_back(entry->path());
+  for (; !paths.empty(); paths.pop_back()) fs::remove(paths.back(), error);
 }
 
 fs::path TestFolder::Write(const std::string& name, const std::string& content) const {
