@@ -143,6 +143,7 @@ void AppendColumn(const RungRows& rows, size_t item, const Scales& scales, Doubl
 
 void AppendCompositions(const RungRows& rows, size_t components, RowTable<double>& compositions) {
   Doubles& flat = compositions.Flat();
+  flat.reserve(flat.size() + kSweepRungs * components);
   for (const double* row : rows) {
     const double* const fractions = row + kFirstMoleFraction;
     flat.insert(flat.end(), fractions, fractions + components);
