@@ -42,7 +42,7 @@ struct Ladder {
 struct InflowWorkspace {
   Strings wells;  ///< those of the requests
   Strings items;
-  EncodedMessage opening;
+  EncodedMessage opening;  ///< the order that opens the wells
   EncodedMessage typesQuery;
   EncodedMessage query;
   EncodedConstraints constraints;  ///< of the next rung
