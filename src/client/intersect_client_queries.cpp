@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <type_traits>
 #include <utility>
 
 #include "client/argument_check.h"
 #include "client/intersect_client.h"
+#include "client/wire_format.h"
 
 namespace gantry {
 
@@ -27,16 +29,26 @@ std::string ReadOneString(IncomingMessage& reply, std::string_view name) {
   return std::move(reply.ReadStrings(name, 1).front());
 }
 
-/// The rows of a reply up to the first whose well isn't that of the last reply in its place, or
-/// whose form isn't: how many.
-template <class T>
-size_t ReadKnownRows(IncomingMessage& reply, WellAnswer<T>& answer) {
-  const RowTable<std::byte>& heads = answer.heads;
-  size_t row = 0;
-  for (; row < heads.RowCount() && reply.Skip(heads[row]); ++row) {
-    reply.ReadElements(answer.values.Append());
-  }
-  return row;
+/// What stands ahead of a well's name in a row, and behind it.
+struct RowForm {
+  wire::HeaderBytes<8> well = wire::EncodeHeader("WELLNAME", 1, HeaderType::CSTR);
+  wire::HeaderBytes<6> values;
+};
+
+/// Steps over the head of the next row where it is that of this well. Else nothing is read: it may
+/// be another's, or none at all.
+bool SkipRowHead(IncomingMessage& reply, const RowForm& form, const std::string& well) {
+  const uint64_t length = well.size();
+  const size_t size = sizeof form.well + sizeof length + length + sizeof form.values;
+  if (reply.Rest().size() < size) return false;
+  const std::byte* next = reply.Rest().data();
+  const auto isNext = [&next](const void* bytes, size_t count) {
+    return std::memcmp(std::exchange(next, next + count), bytes, count) == 0;
+  };
+  const bool isSame = isNext(&form.well, sizeof form.well) && isNext(&length, sizeof length) &&
+                      isNext(well.data(), length) && isNext(&form.values, sizeof form.values);
+  if (isSame) reply.StepOver(size);
+  return isSame;
 }
 
 /// The name of the next well, and the header of its values; none behind the last.
@@ -63,17 +75,14 @@ void ReadWellRows(IncomingMessage& reply, WellAnswer<T>& answer) {
   constexpr bool kIsNumber = std::is_same_v<T, double>;
   const Header values = {"VALUES", answer.items.size(),
                          kIsNumber ? HeaderType::DOUB : HeaderType::CSTR};
-  if (std::exchange(answer.itemsInHeads, values.count) != values.count) answer.heads.Clear();
-  size_t row = ReadKnownRows(reply, answer);
-  answer.heads.Keep(row);
+  const RowForm form = {.values = wire::EncodeHeader("VALUES", values.count, values.type)};
+  size_t row = 0;
   for (;; ++row) {
-    const std::span<const std::byte> rest = reply.Rest();
-    const std::optional<std::string_view> name = ReadRowHead(reply, values);
-    if (!name) break;
-    const auto head = rest.first(rest.size() - reply.Rest().size());
-    answer.heads.Flat().insert(answer.heads.Flat().end(), head.begin(), head.end());
-    answer.heads.EndRow();
-    NameRow(row, *name, answer);
+    if (row >= answer.wells.size() || !SkipRowHead(reply, form, answer.wells[row])) {
+      const std::optional<std::string_view> name = ReadRowHead(reply, values);
+      if (!name) break;
+      NameRow(row, *name, answer);
+    }
     reply.ReadElements(answer.values.Append());
   }
   if (row != answer.wells.size()) answer.sameWells = false;
@@ -158,7 +167,6 @@ void IntersectClientBase::ReadWells(WellAnswer<T>& answer) {
   if (IsEnd(header)) {
     answer.sameWells = answer.wells.empty();
     answer.wells.clear();
-    answer.heads.Clear();
     answer.values.Begin(0);
   } else {
     IncomingMessage::CheckNameAndCount(header, "QITEMS", header.count);

@@ -73,6 +73,11 @@ void PutString(std::byte*& target, std::string_view value) {
 
 }  // namespace
 
+void wire::EncodeHeader(const Header& header, std::span<std::byte> target) {
+  std::byte* next = target.data();
+  PutHeader(next, header.name, header.count, header.type);
+}
+
 OutgoingMessage MessageStream::CreateOutgoingMessage() {
   if (size_ != 0) {
     throw std::logic_error(
@@ -92,7 +97,7 @@ IncomingMessage MessageStream::ReceiveMessage() {
 std::byte* MessageStream::Grow(size_t length) {
   const size_t begin = size_;
   size_ += length;
-  if (size_ > storage_.size()) storage_.resize(std::max(size_, 2 * storage_.size()));
+  if (size_ > storage_.size()) storage_.resize(size_);  // finds room for more, and leaves it alone
   return storage_.data() + begin;
 }
 

@@ -120,14 +120,8 @@ class IncomingMessage {
   explicit IncomingMessage(MessageStream& stream) : stream_(&stream) {}
 
   Header ReadHeader();
-  /// Steps over these bytes where they are the next. Else nothing is read: there may be others, or
-  /// none at all.
-  bool Skip(std::span<const std::byte> bytes) {
-    if (bytes.size() > Rest().size()) return false;
-    if (std::memcmp(Rest().data(), bytes.data(), bytes.size()) != 0) return false;
-    position_ += bytes.size();
-    return true;
-  }
+  /// Steps over bytes that have been looked at.
+  void StepOver(size_t size) { TakeView(size); }
   /// What is left of the message.
   std::span<const std::byte> Rest() const { return stream_->Composed().subspan(position_); }
   static void CheckHeader(const Header& header, std::string_view name, uint64_t count,

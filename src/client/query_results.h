@@ -29,12 +29,11 @@ class RowTable {
   void EndRows(size_t rows, size_t length) {
     for (size_t row = rows; row > 0; --row) ends_.push_back(flat_.size() - (row - 1) * length);
   }
-  /// Drops the rows behind the first ones, and keeps the storage of all.
-  void Keep(size_t rows) {
-    flat_.resize(rows == 0 ? 0 : ends_[rows - 1]);
-    ends_.resize(rows);
+  /// Drops the rows, and keeps the storage of all.
+  void Clear() {
+    flat_.clear();
+    ends_.clear();
   }
-  void Clear() { Keep(0); }
 
  private:
   std::vector<T> flat_;
@@ -77,10 +76,6 @@ struct WellAnswer {
   EvenRows<T> values;
   /// The wells are those that stood here before the answer, in their order.
   bool sameWells = false;
-  /// For each well the bytes of the message ahead of its values, to be held against those of the
-  /// next; they tell of `itemsInHeads` values.
-  RowTable<std::byte> heads;
-  size_t itemsInHeads = 0;
 };
 using WellQueryResult = WellAnswer<double>;
 using WellQueryStringResult = WellAnswer<std::string>;

@@ -1,10 +1,13 @@
 #pragma once
 
-// The numbers of the external-controller protocol's format, frozen: docs/wire-protocol.md.
+// The numbers of the external-controller protocol's format, frozen (docs/wire-protocol.md), and its
+// headers as bytes.
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "client/message_stream.h"
@@ -21,6 +24,21 @@ inline constexpr uint64_t kLargestUnprovenFrame = kChunkSize;
 
 /// The tags by the values of `HeaderType`.
 inline constexpr std::array<std::string_view, 4> kTags = {"MESS", "DOUB", "INTE", "CSTR"};
+
+/// A header as it stands in a message.
+template <size_t NameLength>
+using HeaderBytes = std::array<std::byte, NameLength + kHeaderSizeWithoutName>;
+
+/// Writes a header over `target`, which must be as long.
+void EncodeHeader(const Header& header, std::span<std::byte> target);
+
+template <size_t NameSize>
+HeaderBytes<NameSize - 1> EncodeHeader(const char (&name)[NameSize], uint64_t count,
+                                       HeaderType type) {
+  HeaderBytes<NameSize - 1> bytes;
+  EncodeHeader({name, count, type}, bytes);
+  return bytes;
+}
 
 static_assert(std::endian::native == std::endian::little,
               "the format is little-endian and nothing here swaps bytes");
