@@ -7,7 +7,9 @@
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
+#include "fieldrun/results/packed_numbers.h"
 #include "fieldrun/results/report_html.h"
 #include "fieldrun/results/result_folder.h"
 #include "fieldrun/results/result_reader.h"
@@ -41,6 +43,12 @@ class Results : public ::testing::Test {
   RunHistory history_;
   test::TestFolder folder_;
 };
+
+TEST(PackedNumbers, AreWhatAPageUnpacks) {
+  const std::vector<double> numbers = {1.5, 3, -2, kNaN, 2};
+  EXPECT_EQ(Packed(numbers, 2).dump(), R"({"e":-1,"v":"eelD.wC"})");
+  EXPECT_EQ(Packed(numbers, 2, std::vector<size_t>{2, 3}).dump(), R"({"e":-1,"v":"e8BnC.oB"})");
+}
 
 // The rows of a step that field.csv doesn't hold, and a row that was cut off, don't count.
 TEST_F(Results, AreWrittenAsTheyWereReadAndMakeAReport) {

@@ -20,8 +20,9 @@ is_run = "00:00:43" not in open(sys.argv[-1]).read()
 def say(**message):
     end.sendall((json.dumps(message) + "\n").encode())
 def values(oil):
-    return {"P": [oil] + [0.0] * 7 + [400.0 - oil] + [0.0] * (count - 9)}
-count = len(json.loads(lines.readline())["vectors"])
+    told = {"WOPR": oil, "WBHP": 400.0 - oil}
+    return {"P": [told.get(name, 0.0) for name in vectors]}
+vectors = json.loads(lines.readline())["vectors"]
 well = {"producer": True, "status": "OPEN", "limits": {"bhp_target": 100, "oil_rate": 50}}
 say(event="model", wells=["P"], start=[2020, 1, 1, 0, 0, 0], deck=[{"days": 0, "wells": {"P": well}}])
 report = 0

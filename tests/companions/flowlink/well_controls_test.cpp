@@ -33,8 +33,9 @@ TEST(WellControls, PutTheTighterOfHostAndDeckInItsColumn) {
                                               {"water_rate", 0.0},
                                               {"thp_target", 70.0}};
   const DeckWell deck = WellAfter({"WCONPROD\n W? OPEN ORAT 20000 1* 0 2* 1000 70 3 0.5 /"}, told);
-  const DeckWell retargeted =
-      WellAfter({"WCONPROD\n W* OPEN ORAT 20000 4* 1000 /", "WELTARG\n 'W1' WRAT 0.0D0 /"}, told);
+  const DeckWell retargeted = WellAfter({"WCONPROD\n W* OPEN ORAT 20000 4* 1000 /",
+                                         "WELTARG\n 'W1' WRAT 0.0D0 /", "WELTARG\n W1 GUID 0 /"},
+                                        told);
   const HostControls host =
       Held({{"LIQUID_PRODUCTION_RATE", 500, "USER"}, {"BOTTOM_HOLE_PRESSURE", 900, "USER"}});
   const std::vector<std::string> pressure = {"bottom_hole_pressure"};

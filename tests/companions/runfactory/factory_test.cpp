@@ -71,13 +71,16 @@ TEST_F(FactoryTest, GivesUpASimulatorThatDoesNotListen) {
 TEST_F(FactoryTest, StartsWhatItsNamesMeantWhenItWasStartedItself) {
   Script("cases/tanksim", "exit 9");  // what anyone could put beside a case
   const std::string mpiexec =
-      Script("mpiexec", "[ \"$1 $2\" = \"-np 3\" ] || exit 9\nsleep 2\nshift 2\nexec \"$@\"");
+      Script("mpiexec",
+             "[ \"$1 $2 $6\" = \"-np 3 --dopt=external_controller_logger\" ] || exit 9\n"
+             "sleep 2\nshift 2\nexec \"$@\"");
   const ScopedVariable path("PATH", fs::path(TANKSIM).parent_path().string() + ":/usr/bin:/bin");
   for (const std::string& name : {std::string("tanksim"), fs::relative(TANKSIM).string()}) {
     StartFactory({"--mpiexec", fs::relative(mpiexec).string()}, name);
     LinkSettings settings = SettingsFor("FIVE_SPOT");
     EXPECT_TRUE(Begin(settings)->IsRunning());
     settings.Parallel = 3;
+    settings.StdLogging = true;
     EXPECT_TRUE(Begin(settings)->IsRunning());
   }
 }
