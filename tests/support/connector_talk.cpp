@@ -110,6 +110,7 @@ void MeasureInflow(C& connector, const Entries& call, Texts& told) {
   std::vector<ConnectorWellRecord> records = RecordsOf(call);
   for (ConnectorWellRecord& record : records) record.iprPressure = {42.0};
   if (records.empty()) {
+    records.resize(2);  // of an earlier read, they give way
     connector.GetWellDataAndIPR(components, wells, records, usesBottomHole, skewness);
   } else {
     connector.GetWellIPRData(components, wells, records, usesBottomHole, skewness);

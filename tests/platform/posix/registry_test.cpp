@@ -72,6 +72,10 @@ TEST_F(RegistryFile, AFileThatIsNoneLosesNothingWhenItIsWritten) {
   EXPECT_TRUE(Open()->WriteNumber("Port", 3));
   EXPECT_EQ(Open()->ReadNumber("Port"), 3u);
   EXPECT_NE(Stored().find(garbage), std::string::npos);
+  const std::string cut = "REGEDIT4\n[HKEY_CURRENT_USER\\Software\\Acme]\n\"Raw\"=hex:01,\\";
+  Put(cut);
+  EXPECT_TRUE(Open()->WriteNumber("Port", 3));
+  EXPECT_EQ(Stored(), cut + "\n\n\"Port\"=dword:00000003\n");
 }
 
 TEST_F(RegistryFile, KeepsRootsApartAndRefusesWhatIsNoKey) {
