@@ -31,8 +31,8 @@ std::string ReadOneString(IncomingMessage& reply, std::string_view name) {
 
 /// What stands ahead of a well's name in a row, and behind it.
 struct RowForm {
-  wire::HeaderBytes<8> well = wire::EncodeHeader("WELLNAME", 1, HeaderType::CSTR);
-  wire::HeaderBytes<6> values;
+  wire::HeaderBytes<sizeof "WELLNAME"> well = wire::EncodeHeader("WELLNAME", 1, HeaderType::CSTR);
+  wire::HeaderBytes<sizeof "VALUES"> values;
 };
 
 /// Steps over the head of the next row where it is that of this well. Else nothing is read: it may

@@ -25,17 +25,16 @@ inline constexpr uint64_t kLargestUnprovenFrame = kChunkSize;
 /// The tags by the values of `HeaderType`.
 inline constexpr std::array<std::string_view, 4> kTags = {"MESS", "DOUB", "INTE", "CSTR"};
 
-/// A header as it stands in a message.
-template <size_t NameLength>
-using HeaderBytes = std::array<std::byte, NameLength + kHeaderSizeWithoutName>;
+/// A header as it stands in a message, its name a literal of this size.
+template <size_t NameSize>
+using HeaderBytes = std::array<std::byte, NameSize - 1 + kHeaderSizeWithoutName>;
 
 /// Writes a header over `target`, which must be as long.
 void EncodeHeader(const Header& header, std::span<std::byte> target);
 
 template <size_t NameSize>
-HeaderBytes<NameSize - 1> EncodeHeader(const char (&name)[NameSize], uint64_t count,
-                                       HeaderType type) {
-  HeaderBytes<NameSize - 1> bytes;
+HeaderBytes<NameSize> EncodeHeader(const char (&name)[NameSize], uint64_t count, HeaderType type) {
+  HeaderBytes<NameSize> bytes;
   EncodeHeader({name, count, type}, bytes);
   return bytes;
 }
