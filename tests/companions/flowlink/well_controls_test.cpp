@@ -78,12 +78,12 @@ TEST(WellControls, FollowWhatTheDeckMakesOfAWell) {
   const auto at = [](double days, const char* name, const char* record) {
     return OrdersOf({name, "", {}, {{1, record}}}, days).front();
   };
-  DeckWells wells({"W"}, {{0.0, {{0, {false, "OPEN", {}}}}}},
-                  {at(0, "WCONINJE", "W WATER /"), at(5, "WECON", "W 10 /"),
+  DeckWells wells({"W", "V"}, {{0.0, {{0, {false, "OPEN", {}}}, {1, {false, "OPEN", {}}}}}},
+                  {at(0, "WCONINJE", "W WATER /"), at(5, "WECON", "* 10 /"),
                    at(10, "WELOPEN", "W OPEN /"), at(20, "WCONINJE", "W GAS /")});
   wells.GoTo(12);
   EXPECT_EQ(wells[0].kind, WellType::kWaterInjector);
-  EXPECT_TRUE(wells[0].hasEconomicLimit);
+  EXPECT_TRUE(wells[0].hasEconomicLimit && wells[1].hasEconomicLimit);
   EXPECT_EQ(wells.ChangeOfKind(0)->days, 20);
   EXPECT_EQ(wells.LastOrder(0, 5, 12)->keyword, "WELOPEN");
   EXPECT_EQ(wells.LastOrder(0, 0, 9), nullptr) << "an economic limit holds no well";
