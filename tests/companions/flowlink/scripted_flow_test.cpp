@@ -37,7 +37,9 @@ while order["do"] != "finish":
         say(event="answers", answers=[
             {"values": values(min([75] + [n for _, name, n in limits if name == "WUFLORAT"]))
              if found else None, "said": "Error: no luck with P"} for limits in order["sets"]])
-    order = json.loads(lines.readline())
+    line = lines.readline()
+    order = json.loads(line)
+    open(os.path.join(os.path.dirname(sys.argv[-1]), "orders"), "a").write(line)
 )";
 
 const std::string kDeck =
@@ -138,6 +140,22 @@ TEST_F(ScriptedFlow, RefusesToTakeOverWellsThatAreTheDecks) {
   wells_ = {};
   Start("0.0005", "WELTARG\n P ORAT FUMOST /\n/\nTSTEP\n 10 /\n");
   EXPECT_THROW(Limit(20), simulator::RequestRefused) << "held by a quantity";
+}
+
+TEST_F(ScriptedFlow, IsToldWhatToDoAsItIsWritten) {
+  Start("0.0005");
+  Limit(1e6);
+  Oil();
+  Limit(0.9 * 75);
+  Oil();
+  flow_->SetStatus(0, "SURFACE_SHUTIN", "USER");
+  flow_->ContinueUntil(10);
+  flow_->SetStatus(0, "OPEN", "USER");
+  Limit(20);
+  flow_->SetUptime(0, 0.5);
+  flow_->ContinueUntil(20);
+  flow_.reset();
+  EXPECT_EQ(Written("orders"), gantry::test::TestFolder::Read(ORDERS_TO_FLOW));
 }
 
 TEST_F(ScriptedFlow, LeavesAListOfWhatGivesWayToTheHost) {
