@@ -21,6 +21,7 @@ import json
 import os
 import random
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -33,6 +34,10 @@ from cpp_mutations import draw
 
 CONFIGURE = ["-GNinja", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0",
              "-DCMAKE_C_FLAGS_DEBUG=-O0"]
+# Most of a fault's time goes into linking the programs anew.
+if shutil.which("ld.lld"):
+    CONFIGURE += [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=lld"
+                  for kind in ("EXE", "SHARED", "MODULE")]
 MEMORY = f"ulimit -v {8 << 20}"  # for each process, in KiB: a fault may ask for more and more
 APART = ["unshare", "--pid", "--fork", "--kill-child", "--mount", "--mount-proc", "--net",
          "sh", "-c",
@@ -241,7 +246,8 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--timeout", type=float, metavar="SECONDS",
                         help="for the tests of a mutant; without it, a multiple of what they take")
-    parser.add_argument("--parallel", type=int, default=os.cpu_count(), metavar="JOBS")
+    parser.add_argument("--parallel", type=int, default=2 * os.cpu_count(), metavar="JOBS",
+                        help="tests wait more than they compute [two for each processor]")
     parser.add_argument("--whole", action="store_true",
                         help="go on after a failure, to see how many tests catch each mutant")
     parser.add_argument("--list", action="store_true", help="show what would be drawn, and end")
