@@ -47,13 +47,20 @@ bool IsTooLarge(std::string_view number, bool hexadecimal) {
   return (point - first) * digitWeight + exponent > 0;
 }
 
+/// The text up to an exponent of two signs, which is none: from_chars would read the second one.
+std::string_view WithoutSignedTwice(std::string_view number) {
+  const size_t mark = number.find_first_of("pP");
+  if (mark == std::string_view::npos || !number.substr(mark + 1).starts_with("+-")) return number;
+  return number.substr(0, mark);
+}
+
 }  // namespace
 
 double ReadDouble(std::string_view text) {
   const bool negative = TakeSign(text);
   if (text.starts_with('-')) return 0.0;
   const bool hexadecimal = IsHexadecimal(text);
-  if (hexadecimal) text.remove_prefix(2);
+  if (hexadecimal) text = WithoutSignedTwice(text.substr(2));
   double value = 0.0;
   const auto [end, failure] =
       std::from_chars(text.data(), text.data() + text.size(), value,
