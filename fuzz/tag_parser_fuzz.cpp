@@ -34,10 +34,16 @@ void Walk(TagParser& parser) {
   sources.Items.resize(2);
   std::vector<double> numbers(3);
   parser.MatchWord("Intersect");
-  const bool handled =
-      settings.Handle(parser, nullptr) || wells.Handle(parser, false, nullptr, {}) ||
-      sources.Handle(parser, false, nullptr, "Well") || parser.DoubleArrayItem(numbers, "Numbers");
-  Require(!handled || parser.ErrorText.empty());
+  // One that fails in the middle of a path leaves the rest to the next.
+  const auto fails = [&](bool handled) {
+    Require(!handled || parser.ErrorText.empty());
+    parser.ErrorText.clear();
+    return !handled;
+  };
+  if (fails(settings.Handle(parser, nullptr)) && fails(wells.Handle(parser, false, nullptr, {})) &&
+      fails(sources.Handle(parser, false, nullptr, "Well"))) {
+    fails(parser.DoubleArrayItem(numbers, "Numbers"));
+  }
 }
 
 void ReadPath(const std::string& path) {
