@@ -34,12 +34,13 @@ target_compile_options(gantry_options INTERFACE
 add_library(gantry_c_options INTERFACE)
 target_compile_options(gantry_c_options INTERFACE -Wall -Wextra -Wpedantic)
 
-# All code tells libFuzzer the paths that an input takes.
+# All code tells libFuzzer the paths that an input takes. What it compares stays untold: that doubles
+# the time of a reader of text and finds no path sooner than seeds, dictionaries and memcmp do.
 if(GANTRY_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "The fuzz targets need Clang: configure with the preset fuzz.")
   endif()
-  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize-coverage=trace-cmp)
   add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 

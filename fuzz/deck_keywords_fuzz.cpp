@@ -22,6 +22,17 @@ void Compose(const LinkSettings& settings, const RunBegin& begin) {
   deck.text.PlaceOf(static_cast<size_t>(std::ranges::count(deck.text.Text(), '\n')));
 }
 
+/// A deck in which no item is repeated more than nine times: thousands take long and reach no more.
+std::string WithFewRepeats(std::string_view deck) {
+  std::string kept;
+  for (size_t i = 0; i < deck.size(); ++i) {
+    const size_t behind = std::min(deck.find_first_not_of("0123456789", i), deck.size() - 1);
+    if (deck[behind] == '*' && behind > i) i = behind - 1;
+    kept += deck[i];
+  }
+  return kept;
+}
+
 }  // namespace
 
 FUZZ_TARGET(deck_keywords) {
@@ -30,13 +41,13 @@ FUZZ_TARGET(deck_keywords) {
   const auto kind = static_cast<ReportGrid::Kind>(choice % 3);
   const bool goesOn = choice / 3 % 2 == 1;
   settings.grid = {ReportGrid::Kind::kDeck, 10.0};
-  settings.deck = WriteFile("A.DATA", TakeUpTo('\f', input));
-  WriteFile("B", input);
+  settings.deck = WriteFile("A.DATA", WithFewRepeats(TakeUpTo('\f', input)));
+  WriteFile("B", WithFewRepeats(input));
   CheckDeck(settings);
   MayRefuse<LinkFault>([&] {
-    // A deck may go on for thousands of years: a grid is laid over those of five.
+    // A deck may go on for thousands of years: a grid is laid over that of one.
     if (kind != ReportGrid::Kind::kDeck &&
-        ComposeDeck(settings, "link.py", {}, {}).ends.back() < 1827.0) {
+        ComposeDeck(settings, "link.py", {}, {}).ends.back() < 366.0) {
       settings.grid.kind = kind;
     }
     Compose(settings, goesOn ? RunBegin{RestartPoint{"A_2", 2, 31.0}, "UDQ\n/\n"} : RunBegin{});
