@@ -22,6 +22,7 @@ TEST(Progress, ShowsTheFirstWarningsAndCountsTheRest) {
   progress.Ended({});
   const std::string said = ::testing::internal::GetCapturedStderr();
   EXPECT_NE(said.find("warning: P20, "), std::string::npos);
+  EXPECT_EQ(said.find("warning: P21, "), std::string::npos);
   EXPECT_TRUE(said.ends_with("flows less\nfieldrun: 980 warnings more; run.json has them all\n"))
       << said;
 }

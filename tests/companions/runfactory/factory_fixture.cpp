@@ -92,11 +92,13 @@ std::string FactoryTest::Script(const std::string& name, const std::string& text
 
 void FactoryTest::StartFactory(const std::vector<std::string>& more, const std::string& simulator,
                                const std::vector<std::string>& wrapper) {
-  const int first = FreePorts(2);
+  // It listens on one itself, so that a place has to pass that over.
+  const int first = FreePorts(4);
   std::vector<std::string> command = wrapper;
   for (const std::string& word :
-       {std::string(RUNFACTORY), std::string("--allow-root"), std::string("--listen=127.0.0.1:0"),
-        "--ports=" + std::to_string(first) + "-" + std::to_string(first + 1),
+       {std::string(RUNFACTORY), std::string("--allow-root"),
+        "--listen=127.0.0.1:" + std::to_string(first),
+        "--ports=" + std::to_string(first) + "-" + std::to_string(first + 3),
         std::string("--max-sessions=2"), "--simulator=" + simulator, "--map=C:\\Cases=" + Cases(),
         "--root=" + Cases()}) {
     command.push_back(word);
