@@ -6,7 +6,7 @@
 namespace gantry {
 
 std::span<const std::byte> MessageReader::Take(size_t size) {
-  Require(size, 1);
+  if (size > Remaining()) throw MessageOverrun();
   const std::span<const std::byte> taken = bytes_.subspan(position_, size);
   position_ += size;
   return taken;
@@ -28,10 +28,6 @@ size_t MessageReader::GetCount(size_t leastSize) {
   if (count < 0) throw MessageOverrun();
   Require(static_cast<size_t>(count), leastSize);
   return static_cast<size_t>(count);
-}
-
-void MessageReader::Require(size_t count, size_t leastSize) const {
-  if (count > Remaining() / leastSize) throw MessageOverrun();
 }
 
 }  // namespace gantry

@@ -33,7 +33,9 @@ class MessageReader {
   /// of more elements than there are bytes left for is an overrun.
   size_t GetCount(size_t leastSize);
   /// Fails unless `count` elements of that size can still follow.
-  void Require(size_t count, size_t leastSize) const;
+  void Require(size_t count, size_t leastSize) const {
+    if (count > Remaining() / leastSize) throw MessageOverrun();
+  }
   size_t Remaining() const { return bytes_.size() - position_; }
 
  private:
