@@ -19,8 +19,8 @@ Deck ExampleDeck(const std::string& file) {
 }
 
 /// A deck whose producer is its only open well, so that the tank is depleted.
-Deck DepletionDeck(const std::string& tank = "") {
-  Deck deck = SampleDeck(false, tank);
+Deck DepletionDeck() {
+  Deck deck = SampleDeck();
   deck.wells.resize(1);
   return deck;
 }
@@ -101,20 +101,6 @@ TEST(MaterialBalance, HardlyDependsOnTheLengthOfTheSteps) {
   EXPECT_NEAR(coarse.Tanks()[0].Pressure(), fine.Tanks()[0].Pressure(), 10.0);
   EXPECT_NEAR(coarse.Wells()[kProducer].Totals().oil / fine.Wells()[kProducer].Totals().oil, 1.0,
               0.01);
-}
-
-TEST(Tank, IsHeldUpByItsAquifer) {
-  const auto pressureAfterAYear = [](const std::string& tank) {
-    const Deck deck = DepletionDeck(tank);
-    TankRun run(deck);
-    run.Wells()[kProducer].SetControllerLimits({{LimitItem::kLiquidProduction, 600.0}});
-    run.AdvanceTo(365.0);
-    return run.Tanks()[0].Pressure();
-  };
-  const double alone = pressureAfterAYear("");
-  const double held = pressureAfterAYear("aquifer = { volume = 1e9, productivity_index = 20.0 }");
-  EXPECT_GT(held, alone + 200.0);
-  EXPECT_LT(held, 3200.0);
 }
 
 TEST(Tank, ShowsWaterAtItsProducersOnlyWhenTheFrontHasCome) {
