@@ -174,11 +174,11 @@ void ReadContent(const DescribedTable& table, const Deck& deck, InitialState& in
     table.Read(kContentKeys, initial);
     return;
   }
+  initial.composition = ReadComposition(table, deck);
   if (initial.gasSaturation > 0.0) {
     table.Fail("gas_saturation",
                "the composition tells the gas: 'gas_saturation' is for black oil");
   }
-  initial.composition = ReadComposition(table, deck);
 }
 
 void ReadAquifer(const DescribedTable& table, TankData& tank) {
