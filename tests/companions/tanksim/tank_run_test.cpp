@@ -104,7 +104,7 @@ TEST(MaterialBalance, HardlyDependsOnTheLengthOfTheSteps) {
 }
 
 TEST(Tank, ShowsWaterAtItsProducersOnlyWhenTheFrontHasCome) {
-  Deck deck = SampleDeck(false, "displacement = \"front\"\nwater_sweep = 0.3");
+  Deck deck = SampleDeck("displacement = \"front\"\nwater_sweep = 0.3");
   deck.tanks[0].initial.waterSaturation = 0.2;
   deck.tanks[0].initial.poreVolume = 1e7;
   TankRun run(deck);
