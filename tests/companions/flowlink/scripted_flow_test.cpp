@@ -12,11 +12,12 @@ namespace fs = std::filesystem;
 
 /// One producer: 40 under the deck's limits, and with others up to 75. A report step is 10 days.
 constexpr const char* kScript = R"(#!/usr/bin/env python3
-import json, os, socket, sys
+import json, os, re, socket, sys
 end = socket.socket(fileno=int(os.environ["FLOWLINK_SOCKET"]))
 lines = end.makefile("r")
 solved = sys.argv[-2].split("=")[1].split(",")
-is_run = "00:00:43" not in open(sys.argv[-1]).read()
+deck = open(sys.argv[-1]).read()
+is_run = "00:00:43" not in deck
 def say(**message):
     end.sendall((json.dumps(message) + "\n").encode())
 def values(oil):
@@ -25,12 +26,12 @@ def values(oil):
 vectors = json.loads(lines.readline())["vectors"]
 well = {"producer": True, "status": "OPEN", "limits": {"bhp_target": 100, "oil_rate": 50}}
 say(event="model", wells=["P"], start=[2020, 1, 1, 0, 0, 0], deck=[{"days": 0, "wells": {"P": well}}])
-report = 0
+begun = report = int((re.findall("'A' [0-9]+", deck) or ["'A' 0"])[0][4:])
 order = {"do": "advance"}
 while order["do"] != "finish":
     if order["do"] == "advance":
         report += 1
-        days = 10 * report if is_run else 0.0005
+        days = 10 * report if is_run else 10 * begun + 0.0005
         say(event="stop", days=days, report=report, last=False, values=values(40))
     else:
         found = str(order["days"]) in solved and not (is_run and "begin" in solved)
@@ -43,7 +44,8 @@ while order["do"] != "finish":
 )";
 
 const std::string kDeck =
-    "RUNSPEC\nSTART\n 1 JAN 2020 /\nOIL\nSCHEDULE\nWCONPROD\n P OPEN ORAT 50 4* 100 /\n/\n"
+    "RUNSPEC\nSTART\n 1 JAN 2020 /\nOIL\nSOLUTION\nSCHEDULE\nWCONPROD\n P OPEN ORAT 50 4* 100 "
+    "/\n/\n"
     "TSTEP\n 2*10 /\nWELTARG\n P ORAT 45 /\n/\nWELOPEN\n Q SHUT /\n/\n"
     "ACTIONX\nWCONPROD\n P SHUT /\n/\nENDACTIO\nTSTEP\n 2*10 /\n";
 
@@ -154,6 +156,9 @@ TEST_F(ScriptedFlow, IsToldWhatToDoAsItIsWritten) {
   Limit(20);
   flow_->SetUptime(0, 0.5);
   flow_->ContinueUntil(20);
+  flow_->ContinueUntil(5);
+  EXPECT_EQ(flow_->Position().days, 10.0005) << "by a run from the next stop";
+  flow_->ContinueUntil(20);
   flow_.reset();
   EXPECT_EQ(Written("orders"), gantry::test::TestFolder::Read(ORDERS_TO_FLOW));
 }
@@ -164,10 +169,10 @@ TEST_F(ScriptedFlow, LeavesAListOfWhatGivesWayToTheHost) {
   flow_->ContinueUntil(10);
   const std::string deck = (folder_ / "A.DATA").string();
   ExpectNote(deck +
-             ":6: WCONPROD of 2020-01-01 gives way to the host's limits for P; kept: "
+             ":7: WCONPROD of 2020-01-01 gives way to the host's limits for P; kept: "
              "bottom_hole_pressure\n");
-  ExpectNote(deck + ":11: WELTARG of 2020-01-21 gives way to the host's limits for P\n");
-  ExpectNote(deck + ":17: warning: ACTIONX");
+  ExpectNote(deck + ":12: WELTARG of 2020-01-21 gives way to the host's limits for P\n");
+  ExpectNote(deck + ":18: warning: ACTIONX");
   EXPECT_EQ(Written("A.warnings").find("WCONPROD of 2020-01-21"), std::string::npos)
       << "what an action may do";
 }
