@@ -44,10 +44,8 @@ while order["do"] != "finish":
 )";
 
 const std::string kDeck =
-    "RUNSPEC\nSTART\n 1 JAN 2020 /\nOIL\nSOLUTION\nSCHEDULE\nWCONPROD\n P OPEN ORAT 50 4* 100 "
-    "/\n/\n"
-    "TSTEP\n 2*10 /\nWELTARG\n P ORAT 45 /\n/\nWELOPEN\n Q SHUT /\n/\n"
-    "ACTIONX\nWCONPROD\n P SHUT /\n/\nENDACTIO\nTSTEP\n 2*10 /\n";
+    "RUNSPEC\nSTART\n 1 JAN 2020 /\nOIL\nSOLUTION\nSCHEDULE\nWCONPROD\n P OPEN ORAT 50 4* 100 /\n"
+    "/\nTSTEP\n 2*10 /\nWELTARG\n P ORAT 45 /\n/\nTSTEP\n 2*10 /\n";
 
 class ScriptedFlow : public ::testing::Test {
  protected:
@@ -161,20 +159,6 @@ TEST_F(ScriptedFlow, IsToldWhatToDoAsItIsWritten) {
   flow_->ContinueUntil(20);
   flow_.reset();
   EXPECT_EQ(Written("orders"), gantry::test::TestFolder::Read(ORDERS_TO_FLOW));
-}
-
-TEST_F(ScriptedFlow, LeavesAListOfWhatGivesWayToTheHost) {
-  Start("0.0005");
-  Limit(20);
-  flow_->ContinueUntil(10);
-  const std::string deck = (folder_ / "A.DATA").string();
-  ExpectNote(deck +
-             ":7: WCONPROD of 2020-01-01 gives way to the host's limits for P; kept: "
-             "bottom_hole_pressure\n");
-  ExpectNote(deck + ":12: WELTARG of 2020-01-21 gives way to the host's limits for P\n");
-  ExpectNote(deck + ":18: warning: ACTIONX");
-  EXPECT_EQ(Written("A.warnings").find("WCONPROD of 2020-01-21"), std::string::npos)
-      << "what an action may do";
 }
 
 }  // namespace
