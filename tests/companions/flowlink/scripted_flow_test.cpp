@@ -107,6 +107,7 @@ TEST_F(ScriptedFlow, IsTakenAtItsWordOfTheStepBeforeWhereItFindsNoSolutionAtAll)
   }
   Limit(20);
   flow_->ContinueUntil(10);
+  ExpectNote(":7: WCONPROD of 2020-01-01 gives way to the host's limits for P");
   Limit(1e5);
   EXPECT_EQ(Oil(), 40) << "nothing is known of these limits";
   ExpectNote("what the wells make now stands in");
