@@ -14,7 +14,7 @@ class CallersFile {
   bool Write(std::span<const std::byte> bytes) const;  ///< false unless all were written
   bool Read(std::span<std::byte> bytes) const;         ///< false unless all could be read
   int64_t Position() const;                            ///< -1 when the file has none
-  bool MoveTo(int64_t position) const;
+  void MoveTo(int64_t position) const;
   int64_t Length() const;  ///< -1 when the system doesn't tell
 
  private:

@@ -38,8 +38,8 @@ bool CallersFile::Read(std::span<std::byte> bytes) const {
 
 int64_t CallersFile::Position() const { return ::lseek(Descriptor(handle_), 0, SEEK_CUR); }
 
-bool CallersFile::MoveTo(int64_t position) const {
-  return ::lseek(Descriptor(handle_), position, SEEK_SET) == position;
+void CallersFile::MoveTo(int64_t position) const {
+  ::lseek(Descriptor(handle_), position, SEEK_SET);
 }
 
 int64_t CallersFile::Length() const {

@@ -28,10 +28,10 @@ int64_t CallersFile::Position() const {
   return SetFilePointerEx(Handle(handle_), {}, &here, FILE_CURRENT) != 0 ? here.QuadPart : -1;
 }
 
-bool CallersFile::MoveTo(int64_t position) const {
+void CallersFile::MoveTo(int64_t position) const {
   LARGE_INTEGER target = {};
   target.QuadPart = position;
-  return SetFilePointerEx(Handle(handle_), target, nullptr, FILE_BEGIN) != 0;
+  SetFilePointerEx(Handle(handle_), target, nullptr, FILE_BEGIN);
 }
 
 int64_t CallersFile::Length() const {

@@ -72,10 +72,10 @@ TEST_F(RegistryFile, AFileThatIsNoneLosesNothingWhenItIsWritten) {
   EXPECT_TRUE(Open()->WriteNumber("Port", 3));
   EXPECT_EQ(Open()->ReadNumber("Port"), 3u);
   EXPECT_NE(Stored().find(garbage), std::string::npos);
-  const std::string cut = "REGEDIT4\n[HKEY_CURRENT_USER\\Software\\Acme]\n\"Raw\"=hex:01,\\";
+  const std::string cut = "REGEDIT4\r\n[HKEY_CURRENT_USER\\Software\\Acme]\r\n\"Raw\"=hex:01,\\";
   Put(cut);
   EXPECT_TRUE(Open()->WriteNumber("Port", 3));
-  EXPECT_EQ(Stored(), cut + "\n\n\"Port\"=dword:00000003\n");
+  EXPECT_EQ(Stored(), cut + "\r\n\r\n\"Port\"=dword:00000003\r\n");
 }
 
 TEST_F(RegistryFile, KeepsRootsApartAndRefusesWhatIsNoKey) {
