@@ -274,6 +274,7 @@ void CoupledRun::FinishLast() {
 // Listeners that write may find the disk full.
 void CoupledRun::Tell() {
   try {
+    if (atEnd) atEnd();
     listener_.Ended(end_);
   } catch (const std::exception& failure) {
     if (end_.failure.empty()) end_.failure = FailureText(failure, "the results");

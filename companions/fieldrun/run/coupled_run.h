@@ -51,6 +51,8 @@ class CoupledRun {
 
   /// Called at the beginning of each step, when the simulator waits.
   std::function<void(size_t step)> atStep;
+  /// Called when the run has ended, before anybody is told so.
+  std::function<void()> atEnd;
   /// When set, asked before each step; true ends the run there, by its user's wish.
   std::function<bool()> isInterrupted;
 

@@ -145,6 +145,7 @@ void ConductRun(const Session& session, const CaseModel& caseModel, const Resume
     takeDownWarnings();
     progress.Aside([&] { script.RunStep(step + 1, model, UserOutput()); });
   };
+  run.atEnd = takeDownWarnings;
   run.isInterrupted = IsInterrupted;
   TakeInterruptions();
   SimulatorEnd simulatorEnd;
@@ -159,7 +160,6 @@ void ConductRun(const Session& session, const CaseModel& caseModel, const Resume
     run.Resume(driver, mostSteps, resumed->left.memory, resumed->stored.warnings);
   }
   RunEnd end = run.Run();
-  takeDownWarnings();
   try {
     WriteReport(caseModel, history);
     WriteSummary(caseModel);
