@@ -59,6 +59,11 @@ Strings ItemsOf(int32_t componentCount) {
 
 }  // namespace
 
+double UnlimitedRate(std::string_view limit, const UnitConverter& units) {
+  constexpr double kUnlimited = 100000.0;
+  return units.ToSimulator(kUnlimited, limit.starts_with("GAS_") ? kGasRate : kLiquidRate);
+}
+
 /// How a kind of well is forced to a rate, and where its rates are read.
 struct WellKind {
   Strings constraintItems;  ///< the limit on liquid, then that on gas
@@ -192,10 +197,8 @@ Sweep::Sweep(IntersectClientBase& client, const Strings& wells, const InflowRequ
 // The records are filled at the end, one after the other: to visit them all at each rung would
 // fetch them from memory ten times over.
 void Sweep::Run(const UnitConverter& units) {
-  // So high that the well's other limits decide.
-  constexpr double kUnlimitedRate = 100000.0;
-  const double liquidRate = units.ToSimulator(kUnlimitedRate, kLiquidRate);
-  const double gasRate = units.ToSimulator(kUnlimitedRate, kGasRate);
+  const double liquidRate = UnlimitedRate(words::kLiquidProductionRate, units);
+  const double gasRate = UnlimitedRate(words::kGasProductionRate, units);
   EncodeRequests();
   client_.set_status_for_wells(kept_.opening);
   FindKinds();

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "client/connector_records.h"
@@ -26,6 +27,10 @@ struct InflowRequest {
 inline double ShareAfter(int rungs, double skewness) {
   return std::pow(static_cast<double>(kSweepRungs - rungs) / kSweepRungs, skewness);
 }
+
+/// So much that a well's other limits decide, in the simulator's units: the limit of that name from
+/// which a sweep starts.
+double UnlimitedRate(std::string_view limit, const UnitConverter& units);
 
 struct WellKind;
 

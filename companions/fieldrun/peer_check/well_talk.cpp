@@ -6,22 +6,17 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "client/unit_converter.h"
+#include "client/inflow_sweep.h"
 #include "client/words.h"
 
 namespace gantry::fieldrun {
 namespace {
 
-/// The limits from which a driver's sweep starts, in its own units.
-constexpr double kUnlimitedRate = 100000.0;
-
+/// The limits from which a driver's sweep starts.
 Doubles Unlimited(const PeerModel& model, const Strings& items) {
   const UnitConverter units(model.isMetric);
   Doubles limits;
-  for (const std::string& item : items) {
-    limits.push_back(
-        units.ToSimulator(kUnlimitedRate, item.starts_with("GAS_") ? kGasRate : kLiquidRate));
-  }
+  for (const std::string& item : items) limits.push_back(UnlimitedRate(item, units));
   return limits;
 }
 
