@@ -52,7 +52,8 @@ TEST_F(RegistryFile, ReadsTheFormsThatAWindowsMachineExportsAndNoOthers) {
 TEST_F(RegistryFile, KeepsEverythingThatItDoesNotUnderstandByteForByte) {
   const std::string before =
       "REGEDIT4\n; mine\n\n[HKEY_CURRENT_USER\\Other]\n\"Port\"=dword:00000001\n"
-      "\"Raw\"=hex:01,\\\n  02\n@=\"\"\n\n[HKEY_CURRENT_USER\\Software\\Acme]\n\"A\"=\"1\"\n";
+      "\"Raw\"=hex:01,\\\n  02\n@=\"\"\n\n[HKEY_CURRENT_USER\\Software\\Acme]\n\"A\"=\"1\"\n; "
+      "C:\\\n";
   const std::string after =
       "; tail \xff\x80\n\n[broken\nnonsense = 1\n\"half\n\n[-HKEY_USERS\\X]\nlast";
   Put(before + "\"Port\"=dword:00000002\n" + after);
