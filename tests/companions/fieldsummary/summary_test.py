@@ -27,7 +27,8 @@ def near(found, expected):
 
 
 STEPS = 8
-for example, absolute, gas in (("skerry", 0.0, 1000.0), ("odeh", 14.696, 1000.0)):
+GAS = 1000.0  # the files' units in one of the tables
+for example, absolute, injector in (("skerry", 0.0, "G1"), ("odeh", 14.696, "INJ")):
     with tempfile.TemporaryDirectory() as folder:
         results = Path(folder)
         case = f"{EXAMPLES}/{example}/case.toml"
@@ -35,17 +36,20 @@ for example, absolute, gas in (("skerry", 0.0, 1000.0), ("odeh", 14.696, 1000.0)
         field, wells = table(results / "field.csv"), table(results / "wells.csv")
         first = wells[0]["well"]
         own = [row for row in wells if row["well"] == first]
-        names = ["TIME", "FOPR", "FGPR", "FOPT", "FWCT", f"WOPR:{first}", f"WBHP:{first}", f"WGPT:{first}"]
+        names = ["TIME", "FOPR", "FGPR", "FOPT", "FWCT", f"WOPR:{first}", f"WBHP:{first}", f"WGPT:{first}",
+                 "FGIR", f"WGIR:{injector}"]
         for step, values in enumerate(vectors(results, *names)):
-            time, oil, made_gas, total, cut, well_oil, pressure, well_gas = values
+            time, oil, made_gas, total, cut, well_oil, pressure, well_gas, injected, by_well = values
             near(time, float(field[step]["days"]) + float(field[step]["length"]))
             near(oil, field[step]["oil"])
-            near(made_gas, gas * float(field[step]["gas"]))
+            near(made_gas, GAS * float(field[step]["gas"]))
             near(total, field[step]["total oil"])
             near(cut, field[step]["water cut"])
             near(well_oil, own[step]["reported oil"])
             near(pressure, float(own[step]["reported pressure"]) + absolute)
-            near(well_gas, gas * float(own[step]["total gas"]))
+            near(well_gas, GAS * float(own[step]["total gas"]))
+            near(injected, GAS * float(field[step]["gas injected"]))
+            near(injected, by_well)
         if example == "skerry":
             # A group of all wells is the field; one name has more than eight letters.
             for all_wells, limited in vectors(results, "FWPR", "GWPR:water treatment"):
