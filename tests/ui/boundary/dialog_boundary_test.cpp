@@ -208,7 +208,9 @@ TEST_F(HostOnADisplay, ConfiguresTheMachineAndIsToldOfAStart) {
 
 TEST_F(HostOnADisplay, KeepsTheControlThatIsChosenForACaseWithoutASimulator) {
   const TestFolder folder;
-  const std::string path = fieldrun::test::ChangedExample(folder, "five_spot", "[case]", "[case]");
+  const std::string path = fieldrun::test::ChangedExample(
+      folder, "five_spot", "[[well]]",
+      "[[well]]\nname = \"W\"\nkind = \"water_injector\"\nwater_rate = 1\n\n[[well]]");
   const std::string original = TestFolder::Read(path);
   for (const bool isChanged : {false, true}) {
     fieldrun::test::Outcome outcome;
