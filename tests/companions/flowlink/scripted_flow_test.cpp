@@ -124,12 +124,11 @@ TEST_F(ScriptedFlow, HoldsAWellByItsPressureThatIsToGiveAllItCan) {
     EXPECT_EQ(Oil(), 75);
     Limit(0.9 * 75);
     EXPECT_DOUBLE_EQ(Oil(), 0.9 * 75);
-    Limit(rate);
+    flow_->SetConstraints(
+        0, {{{"BOTTOM_HOLE_PRESSURE", 90, "USER"}, {"OIL_PRODUCTION_RATE", rate, "USER"}}});
     flow_->ContinueUntil(10);
-    const std::string held = rate < 75.0 ? "70" : "750";
-    EXPECT_NE(Written("A.DATA").find("'P' OPEN ORAT " + held + " 1* 1* 1* 1* 100 /"),
-              std::string::npos)
-        << Written("A.DATA");
+    const std::string held = rate < 75.0 ? "70 1* 1* 1* 1* 100 /" : "750 1* 1* 1* 1* 100 /";
+    EXPECT_NE(Written("A.DATA").find("'P' OPEN ORAT " + held), std::string::npos) << held;
     EXPECT_EQ(Oil(), 40) << "what the run has just done";
   }
 }
