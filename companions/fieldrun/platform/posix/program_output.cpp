@@ -17,6 +17,7 @@ std::string Quoted(const std::string& argument) {
 }  // namespace
 
 ProgramOutput OutputOf(const std::string& program, const std::vector<std::string>& arguments) {
+  // The shell becomes the program, so that a signal that ends it is seen here and told by nobody.
   std::string command = "exec " + Quoted(program);
   for (const std::string& argument : arguments) command += " " + Quoted(argument);
   std::FILE* const pipe = ::popen((command + " </dev/null").c_str(), "re");
