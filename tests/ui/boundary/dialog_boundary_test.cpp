@@ -174,14 +174,11 @@ TEST_F(DialogsOfTheModule, AreCancelledWhenTheDisplayGoesAndComeBackWithAnother)
 }
 
 TEST_F(HostOnADisplay, HasAWindowForAsLongAsTheDisplayKnowsIt) {
-  const auto isWindow = [](uintptr_t number) {
-    return platform::IsWindow(reinterpret_cast<void*>(number));
-  };
   const HostWindow other;                          // keeps the display going
   const uintptr_t number = HostWindow().Number();  // of one that has gone
   EXPECT_TRUE(platform::IsWindow(host->Handle()));
   for (const uintptr_t none : {number, uintptr_t{0}, host->Number() | uintptr_t{1} << 32}) {
-    EXPECT_FALSE(isWindow(none)) << none;
+    EXPECT_FALSE(platform::IsWindow(reinterpret_cast<void*>(none))) << none;
   }
   display->End();
   EXPECT_FALSE(platform::IsWindow(host->Handle()));

@@ -14,6 +14,7 @@
 
 #include "platform/window.h"
 #include "support/test_folder.h"
+#include "toolkit/qt/packet.h"
 #include "ui/add_property_dlg.h"
 #include "ui/advanced_settings_dlg.h"
 #include "ui/configure_dlg.h"
@@ -108,6 +109,11 @@ TEST(QtToolkit, AddsTheExtensionToANameOnlyWhereThereIsNoFileWithoutIt) {
   });
   EXPECT_EQ(config.SimExecutable, (folder / "ix").string());
   EXPECT_EQ(config.MPIExecutable, (folder / "tool.exe").string());
+}
+
+TEST(Packet, GivesATextThatMayBeMissing) {
+  const std::optional<std::string> text = "a.afi";
+  EXPECT_EQ(Packet(Packet().Put(text).Bytes()).Take<std::optional<std::string>>(), text);
 }
 
 /// Turns to a topic of a help file as soon as it is open.
