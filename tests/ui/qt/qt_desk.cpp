@@ -10,6 +10,8 @@
 #include <atomic>
 #include <future>
 #include <map>
+#include <mutex>
+#include <queue>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -62,8 +64,10 @@ class WindowManager {
   WindowManager& operator=(const WindowManager&) = delete;
 
   void Place(const QRect& place) {
-    Configure(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place.x(), place.y());
-    Configure(XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, place.width(), place.height());
+    constexpr uint16_t kAll = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                              XCB_CONFIG_WINDOW_HEIGHT;
+    const int values[] = {place.x(), place.y(), place.width(), place.height()};
+    xcb_configure_window(connection_, window_, kAll, values);
   }
   void SetMaximized(bool isMaximized) {
     const xcb_atom_t states[] = {Atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
@@ -73,10 +77,6 @@ class WindowManager {
   }
 
  private:
-  void Configure(uint16_t what, int first, int second) {
-    const uint32_t values[] = {static_cast<uint32_t>(first), static_cast<uint32_t>(second)};
-    xcb_configure_window(connection_, window_, what, values);
-  }
   xcb_atom_t Atom(const std::string& name) {
     auto* const reply = xcb_intern_atom_reply(
         connection_,
@@ -109,9 +109,24 @@ const std::map<std::string, Qt::Key> kKeys = {{"tab", Qt::Key_Tab},
                                               {"space", Qt::Key_Space},
                                               {"down", Qt::Key_Down}};
 
+/// What is still to be done on the main thread, under a lock that the thread sanitizer sees.
+std::mutex posting;
+std::queue<std::function<void()>> posted;
+
+void DoPosted() {
+  std::unique_lock lock(posting);
+  const std::function<void()> action = std::move(posted.front());
+  posted.pop();
+  lock.unlock();
+  action();
+}
+
 /// To be done on the main thread, in whatever loop that is.
 void Post(const std::function<void()>& action) {
-  QMetaObject::invokeMethod(qApp, action, Qt::QueuedConnection);
+  const std::scoped_lock lock(posting);
+  posted.push(action);
+  QMetaObject::invokeMethod(
+      qApp, [] { DoPosted(); }, Qt::QueuedConnection);
 }
 
 template <class Action>
